@@ -1,0 +1,329 @@
+// Controls as models: name, state, text, and the events that a form hangs its procedures on.
+// They draw nothing. The grid stands in forms/flex_grid.h.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connection.h"
+#include "data/datetime.h"
+#include "data/error.h"
+#include "data/value.h"
+#include "forms/listener.h"
+
+namespace tarvik::forms {
+
+class Form;
+struct Key;
+
+// An event procedure may throw; the error goes to whoever raised the event (see Form).
+using Event = std::function<void()>;
+using KeyEvent = std::function<void(int& code, int shift)>;  // setting code to 0 swallows the key
+using CharEvent = std::function<void(int& character)>;       // may swap it, or swallow it with 0
+
+class Control {
+ public:
+  Control(Form& form, std::string name, std::optional<int> index = {});
+  virtual ~Control();
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  [[nodiscard]] const std::string& Name() const { return name_; }
+  [[nodiscard]] std::optional<int> Index() const { return index_; }  // nothing for a single control
+  [[nodiscard]] std::string FullName() const;                        // "txtFields(4)", "fg2"
+  [[nodiscard]] Form& Owner() const { return form_; }
+
+  [[nodiscard]] bool Enabled() const { return enabled_; }
+  void Enabled(bool enabled);
+  [[nodiscard]] bool Visible() const { return visible_; }
+  void Visible(bool visible);
+  [[nodiscard]] const std::string& Tag() const { return tag_; }
+  void Tag(std::string tag) { tag_ = std::move(tag); }
+  [[nodiscard]] int TabIndex() const { return tab_index_; }  // -1: not on the keyboard's way
+  void TabIndex(int index) { tab_index_ = index; }
+
+  // Position and size in twips, relative to the form.
+  [[nodiscard]] int Left() const { return left_; }
+  [[nodiscard]] int Top() const { return top_; }
+  [[nodiscard]] int Width() const { return width_; }
+  [[nodiscard]] int Height() const { return height_; }
+  void Left(int value) { Place(value, top_, width_, height_); }
+  void Top(int value) { Place(left_, value, width_, height_); }
+  void Width(int value) { Place(left_, top_, value, height_); }
+  void Height(int value) { Place(left_, top_, width_, value); }
+  void Place(int left, int top, int width, int height);
+
+  [[nodiscard]] int ForeColor() const { return fore_color_; }  // 0xBBGGRR
+  void ForeColor(int color);
+
+  // The search box or panel around this control; nullptr for none. A control in a container that
+  // is disabled or hidden can't take the focus.
+  [[nodiscard]] Control* Container() const { return container_; }
+  void Container(Control* container) { container_ = container; }
+
+  [[nodiscard]] virtual bool IsLabel() const { return false; }
+  // Whether a control of this kind ever takes the focus.
+  [[nodiscard]] virtual bool Focusable() const { return false; }
+  // Focusable, enabled and visible, its containers too.
+  [[nodiscard]] bool CanTakeFocus() const;
+  // Moves the focus here, with the leaving logic of the old control and the entering logic of this
+  // one. Throws data::Error if the form is not shown or the control can't take the focus; rethrows
+  // the first error of those events, after both have run. Nothing happens if it is here already.
+  void SetFocus();
+  [[nodiscard]] bool HasFocus() const;
+
+  Event OnClick;
+  Event OnDblClick;
+  Event OnGotFocus;
+  Event OnLostFocus;
+  KeyEvent OnKeyDown;
+  CharEvent OnKeyPress;
+  KeyEvent OnKeyUp;
+
+  // What a key does to this kind of control by itself, after the form's procedures have seen it:
+  // Editing() for codes (arrows, Delete), Typing() for characters. Raise events by their own rules.
+  virtual void Editing(const Key&) {}
+  virtual void Typing(char32_t) {}
+  // A click of the operator: raises OnClick; a box toggles first.
+  virtual void Click();
+
+ protected:
+  void Changed(Aspect aspect);
+
+ private:
+  Form& form_;
+  std::string name_;
+  std::optional<int> index_;
+  bool enabled_ = true;
+  bool visible_ = true;
+  std::string tag_;
+  int tab_index_ = -1;
+  int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
+  int fore_color_ = 0;
+  Control* container_ = nullptr;
+};
+
+class Label : public Control {
+ public:
+  using Control::Control;
+  [[nodiscard]] const std::string& Caption() const { return caption_; }
+  void Caption(std::string caption);
+  [[nodiscard]] bool IsLabel() const override { return true; }
+
+ private:
+  std::string caption_;
+};
+
+class Button : public Control {
+ public:
+  using Control::Control;
+  [[nodiscard]] const std::string& Caption() const { return caption_; }  // "&" marks the mnemonic
+  void Caption(std::string caption);
+  [[nodiscard]] bool Focusable() const override { return true; }
+  void Typing(char32_t character) override;  // Enter and Space click
+
+ private:
+  std::string caption_;
+};
+
+class CheckBox : public Control {
+ public:
+  using Control::Control;
+  [[nodiscard]] const std::string& Caption() const { return caption_; }
+  void Caption(std::string caption);
+  [[nodiscard]] int Value() const { return value_; }  // 0 or 1
+  // A value that differs raises OnClick, as on the suite's platform.
+  void Value(int value);
+  // The state at design: raises nothing.
+  void Design(int value) { value_ = value; }
+  [[nodiscard]] bool Focusable() const override { return true; }
+  void Typing(char32_t character) override;  // Space toggles
+  void Click() override;                     // toggles, which raises OnClick
+
+ private:
+  std::string caption_;
+  int value_ = 0;
+};
+
+// One line of text with caret and selection, both counted in characters.
+class TextBox : public Control {
+ public:
+  using Control::Control;
+
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  // A text that differs is taken over (clipped to MaxLength), caret in front, and OnChange runs
+  // before this returns; what it throws comes out here, with the text in place. The same text does
+  // nothing. Invalid UTF-8 is repaired.
+  void Text(std::string_view text);
+
+  [[nodiscard]] int MaxLength() const { return max_length_; }  // 0: no limit
+  void MaxLength(int length) { max_length_ = length; }
+  [[nodiscard]] int SelStart() const { return sel_start_; }
+  [[nodiscard]] int SelLength() const { return sel_length_; }
+  void SelStart(int start);    // clipped to the text; clears the selection
+  void SelLength(int length);  // clipped to the text
+  void SelectAll();
+
+  // What a hand does: one change each, caret behind what was put in.
+  void ReplaceSelection(std::string_view text);  // typing, paste, a composed character
+  void Backspace();
+  void DeleteForward();
+
+  [[nodiscard]] bool Focusable() const override { return true; }
+  void Editing(const Key& key) override;
+  void Typing(char32_t character) override;
+
+  [[nodiscard]] bool RightAligned() const { return right_aligned_; }
+  void RightAligned(bool right) { right_aligned_ = right; }
+  [[nodiscard]] bool MultiLine() const { return multi_line_; }
+  void MultiLine(bool multi) { multi_line_ = multi; }
+
+  Event OnChange;
+
+ private:
+  void Edit(std::size_t first, std::size_t count, std::string_view with);
+
+  std::string text_;
+  int max_length_ = 0;
+  int sel_start_ = 0;
+  int sel_length_ = 0;
+  bool right_aligned_ = false;
+  bool multi_line_ = false;
+};
+
+class RichTextBox : public TextBox {
+ public:
+  using TextBox::TextBox;
+};
+
+class DatePicker : public Control {
+ public:
+  using Control::Control;
+  [[nodiscard]] const std::optional<data::Date>& Value() const { return value_; }  // nothing: no date
+  void Value(std::optional<data::Date> date);
+  [[nodiscard]] bool Focusable() const override { return true; }
+  void Editing(const Key& key) override;  // Up and Down: a day
+
+ private:
+  std::optional<data::Date> value_;
+};
+
+class ComboBox : public Control {
+ public:
+  using Control::Control;
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  void Text(std::string_view text);  // a text that differs raises OnChange
+  [[nodiscard]] const std::vector<std::string>& List() const { return list_; }
+  [[nodiscard]] int ListIndex() const { return list_index_; }  // from 0; -1: none
+  // Takes the item's text and raises OnClick. Throws data::Error for an index that is not there.
+  void ListIndex(int index);
+  void AddItem(std::string_view text);
+  void Clear();
+  [[nodiscard]] bool Focusable() const override { return true; }
+  void Editing(const Key& key) override;
+  void Typing(char32_t character) override;
+
+  Event OnChange;
+
+ private:
+  std::vector<std::string> list_;
+  int list_index_ = -1;
+  std::string text_;
+};
+
+// A panel that holds other controls.
+class PictureBox : public Control {
+ public:
+  using Control::Control;
+};
+
+// A drop-down search around a text box. The host decides what a search text means.
+class SearchBox : public Control {
+ public:
+  using Control::Control;
+  [[nodiscard]] const std::string& buscar() const { return buscar_; }
+  void buscar(std::string title) { buscar_ = std::move(title); }
+  [[nodiscard]] data::Connection* Conexion() const { return connection_; }
+  void Conexion(data::Connection& connection) { connection_ = &connection; }
+  [[nodiscard]] TextBox* Field() const { return field_; }
+  // Puts the text box inside.
+  void Hold(TextBox& field);
+  void ShowData();
+
+ private:
+  std::string buscar_;
+  data::Connection* connection_ = nullptr;
+  TextBox* field_ = nullptr;
+};
+
+// Runs while Enabled() and Interval() > 0. Starts disabled.
+class Timer : public Control {
+ public:
+  Timer(Form& form, std::string name);
+  ~Timer() override;
+  [[nodiscard]] int Interval() const { return interval_; }  // milliseconds
+  void Interval(int milliseconds);
+  [[nodiscard]] bool Running() const { return running_; }
+  void Enabled(bool enabled);
+  using Control::Enabled;
+  // Called by the platform.
+  void Tick();
+
+  Event OnTimer;
+
+ private:
+  friend class Form;
+  void Update();
+
+  int interval_ = 0;
+  bool running_ = false;
+};
+
+class WebBrowser : public Control {
+ public:
+  using Control::Control;
+  void Navigate(const std::string& name);
+  [[nodiscard]] const std::string& Location() const { return location_; }
+
+ private:
+  std::string location_;
+};
+
+// Controls of one name, told apart by an index that they keep for life.
+template <class T>
+class ControlArray {
+ public:
+  ControlArray(Form& form, std::string name, std::initializer_list<int> indices) : name_(std::move(name)) {
+    for (int index : indices) items_.emplace(index, std::make_unique<T>(form, name_, index));
+  }
+
+  // Throws data::Error for an index that the array doesn't have.
+  T& operator()(int index) const {
+    auto found = items_.find(index);
+    if (found == items_.end()) throw Missing(index);
+    return *found->second;
+  }
+  [[nodiscard]] bool Has(int index) const { return items_.contains(index); }
+  [[nodiscard]] int Count() const { return static_cast<int>(items_.size()); }
+  [[nodiscard]] const std::string& Name() const { return name_; }
+
+  template <class F>
+  void Each(F&& function) const {
+    for (auto& [index, control] : items_) function(*control);
+  }
+
+ private:
+  [[nodiscard]] data::Error Missing(int index) const {
+    return data::Error("No existe el control " + name_ + "(" + std::to_string(index) + ")");
+  }
+
+  std::string name_;
+  std::map<int, std::unique_ptr<T>> items_;
+};
+
+}  // namespace tarvik::forms

@@ -1,0 +1,117 @@
+// The platform's common part: files with the machine's separators, and the loaded forms.
+#include "forms/platform.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+#include "data/error.h"
+#include "forms/form.h"
+
+namespace tarvik::forms {
+
+namespace {
+
+std::string Reason(int code) {
+  switch (code) {
+    case ENOSPC:
+      return "el disco está lleno";
+    case EACCES:
+    case EPERM:
+      return "no hay permiso para escribir";
+    case EROFS:
+      return "el disco es de sólo lectura";
+    case ENOENT:
+      return "no existe la carpeta";
+    case EISDIR:
+      return "es una carpeta";
+    case ENOTDIR:
+      return "una parte de la ruta no es una carpeta";
+    default:
+      return std::strerror(code);
+  }
+}
+
+data::Error FileError(const char* act, const std::string& path, int code) {
+  return data::Error(std::string("No se puede ") + act + " el archivo " + path + ": " + Reason(code));
+}
+
+// A file descriptor that closes itself.
+class Descriptor {
+ public:
+  explicit Descriptor(int fd) : fd_(fd) {}
+  ~Descriptor() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  [[nodiscard]] int Get() const { return fd_; }
+
+ private:
+  int fd_;
+};
+
+}  // namespace
+
+std::string NativePath(std::string_view path) {
+  std::string native(path);
+  if (std::filesystem::path::preferred_separator == '/')
+    std::replace(native.begin(), native.end(), '\\', '/');
+  return native;
+}
+
+void Platform::AppendFile(const std::string& path, std::string_view text) {
+  std::filesystem::path native = NativePath(path);
+  if (native.has_parent_path()) {
+    std::error_code failed;
+    std::filesystem::create_directories(native.parent_path(), failed);
+    if (failed) throw FileError("crear", native.string(), failed.value());
+  }
+  Descriptor file(::open(native.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666));
+  if (file.Get() < 0) throw FileError("abrir", native.string(), errno);
+  while (!text.empty()) {
+    ssize_t written = ::write(file.Get(), text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) throw FileError("escribir", native.string(), errno);
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+bool Platform::FileExists(const std::string& path) {
+  std::error_code failed;
+  return std::filesystem::exists(NativePath(path), failed);
+}
+
+void Platform::DeleteFile(const std::string& path) {
+  std::error_code failed;
+  std::filesystem::remove(NativePath(path), failed);
+  if (failed) throw FileError("borrar", NativePath(path), failed.value());
+}
+
+Form* Platform::ActiveForm() const {
+  for (auto form = screens_.rbegin(); form != screens_.rend(); ++form) {
+    if ((*form)->Visible()) return form->get();
+  }
+  return nullptr;
+}
+
+void Platform::Add(const std::shared_ptr<Form>& form) {
+  screens_.push_back(form);
+  ScreenLoaded(*form);
+}
+
+void Platform::Remove(Form& form) {
+  auto found =
+      std::find_if(screens_.begin(), screens_.end(), [&](auto& held) { return held.get() == &form; });
+  if (found == screens_.end()) return;
+  std::shared_ptr<Form> keep = *found;
+  screens_.erase(found);
+  ScreenUnloaded(form);
+}
+
+}  // namespace tarvik::forms

@@ -1,0 +1,105 @@
+// Platform: the outside world of the screens, in one interface. Clock, boxes, beep, pending
+// events, timers, the modal loop, files, and what becomes of an error that no trap caught.
+// Nothing above it reads a clock, sleeps or writes to a stream by another way.
+#pragma once
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/datetime.h"
+
+namespace tarvik::forms {
+
+class Form;
+class SearchBox;
+class Timer;
+class WebBrowser;
+
+// What a box is for. A view may dress them differently; a script tells them apart.
+enum class BoxKind {
+  Message,   // a text of the host's message service
+  Error,     // a plain error text of the host
+  Question,  // wants an answer, whoever asks
+  Plain,     // any other box, the error report among them
+};
+
+// Box styles, added up as on the suite's platform: buttons, icon, default button.
+inline constexpr int kBoxPlain = 0;
+inline constexpr int kBoxYesNo = 4;
+inline constexpr int kBoxStop = 16;
+inline constexpr int kBoxQuestion = 32;
+inline constexpr int kBoxInformation = 64;
+inline constexpr int kBoxSecondDefault = 256;
+
+class Platform {
+ public:
+  virtual ~Platform() = default;
+
+  virtual data::DateTime Now() = 0;
+
+  // Shows a box and waits. Gives true for Yes (and for OK), false for No and for closing it.
+  virtual bool ShowBox(BoxKind kind, const std::string& text, int style) = 0;
+  virtual void Beep() = 0;
+
+  // Lets what is pending run: posted functions, due timers, painting.
+  virtual void ProcessEvents() = 0;
+  // Runs later, in order, on this thread. What a posted function throws goes to Unhandled.
+  virtual void Post(std::function<void()> function) = 0;
+  // Called at the end of an operator's act, when no other act is under way.
+  virtual void Settle() {}
+
+  // A timer runs from here on, every Interval() milliseconds, until stopped. It calls Timer::Tick.
+  virtual void StartTimer(Timer& timer) = 0;
+  virtual void StopTimer(Timer& timer) = 0;
+
+  // Returns when the form is no longer shown; at the latest when the program ends.
+  virtual void RunModal(Form& form) = 0;
+  // Paints at once; lets no pending event through.
+  virtual void Repaint(Form& form) = 0;
+
+  // An error that left an event and found no trap. `form` is nullptr outside any form.
+  // Never throws. The screen and its data stay.
+  virtual void Unhandled(Form* form, const std::exception& error) = 0;
+  // True once the process has been asked to end; tested by waits that have no other end.
+  virtual bool EndRequested() { return false; }
+
+  // The list of a search box was asked for.
+  virtual void ShowSearchList(SearchBox& box) = 0;
+  // A browser control was told to show a file or address, named as composed by the caller.
+  virtual void Navigate(WebBrowser& browser, const std::string& name) = 0;
+
+  // Files. A path may use "\" or "/": it is opened with the machine's own separator. All throw
+  // data::Error with a Spanish text that names path and reason.
+  // Appends the bytes in one write, so that processes which share the file don't mix their
+  // entries. Creates the file, and the folder that it stands in, if missing.
+  virtual void AppendFile(const std::string& path, std::string_view text);
+  virtual bool FileExists(const std::string& path);
+  virtual void DeleteFile(const std::string& path);
+
+  // The loaded forms, oldest first. A form is held here from its loading to its unloading, which
+  // is what lets it live beyond the call that showed it.
+  [[nodiscard]] const std::vector<std::shared_ptr<Form>>& Screens() const { return screens_; }
+  // The form that keys go to: the last one shown and still visible; nullptr if there is none.
+  [[nodiscard]] Form* ActiveForm() const;
+
+ protected:
+  // Told when a form enters or leaves Screens().
+  virtual void ScreenLoaded(Form&) {}
+  virtual void ScreenUnloaded(Form&) {}
+
+ private:
+  friend class Form;
+  void Add(const std::shared_ptr<Form>& form);
+  void Remove(Form& form);
+
+  std::vector<std::shared_ptr<Form>> screens_;
+};
+
+// The path with this machine's separators.
+std::string NativePath(std::string_view path);
+
+}  // namespace tarvik::forms
