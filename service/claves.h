@@ -1,0 +1,105 @@
+// The catalogue keys and numbered messages that the module knows, as tables: each once, with where
+// it fires or is raised. Texts and routines are the host's.
+#pragma once
+
+#include <array>
+#include <string_view>
+
+namespace tarvik::service {
+
+struct Clave {
+  std::string_view clave;
+  std::string_view procedimiento;  // where it fires
+  std::string_view momento;        // the point of the flow, for the implementer's window
+  bool cancela;                    // CancelaProceso is tested right after, and cleared
+};
+
+inline constexpr std::array kClaves{
+    Clave{"ENTRADA001", "Form_Load", "fin de la carga, antes de mostrar la pantalla", true},
+    Clave{"ENTRADA005", "NuevaPartida", "antes de guardar un renglón", true},
+    Clave{"ENTRADA006", "Form_Unload", "primer paso del cierre", true},
+    Clave{"ENTRADA007", "txtFields_LostFocus", "al salir de un campo", false},
+    Clave{"ENTRADA008", "txtFields_GotFocus", "al entrar en un campo", false},
+    Clave{"ENTRADA009", "PonDescripcion", "artículo encontrado", false},
+    Clave{"ENTRADA010", "Command5_Click", "después de afectar, sólo con el concepto A++", false},
+    Clave{"ENTRADA012", "txtFields_LostFocus", "al salir del artículo, antes de buscarlo", true},
+    Clave{"ENTRADA013", "MSFlexGridEdit", "antes de editar una cantidad", true},
+    Clave{"ENTRADA014", "Command5_Click", "después de afectar", false},
+    Clave{"ENTRADAS011", "Command3_Click", "botón que no se muestra de diseño", false},
+    Clave{"SALIDAS001", "Form_Load", "fin de la carga", true},
+    Clave{"SALIDAS005", "Command1_Click", "envío a sucursal, también después de afectar", false},
+    Clave{"SALIDAS006", "Form_Unload", "primer paso del cierre", true},
+    Clave{"SALIDAS007", "Form_Paint", "la pantalla se pinta", false},
+    Clave{"SALIDAS008", "NuevaPartida", "después de crear el renglón", false},
+    Clave{"SALIDAS009", "CreaHTML", "hoja de distribución", false},
+    Clave{"SALIDAS010", "LlenaPartida", "antes de revisar la existencia", true},
+    Clave{"SALIDAS011", "PonDescripcion", "artículo encontrado", false},
+    Clave{"SALIDAS012", "SSCheck2_Click", "marca de traspaso a estación", false},
+    Clave{"SALIDAS013", "txtFields_LostFocus", "al salir del artículo, antes de buscarlo", true},
+    Clave{"SALIDAS014", "MSFlexGridEdit", "antes de editar una celda", true},
+    Clave{"SALIDAS015", "Check1_Click", "marca de asignación a empleado", false},
+    Clave{"SALIDAS016", "Command5_Click", "documento guardado", false},
+    Clave{"SALIDAS017", "CreaEntradasDeTraspaso", "después de afectar un traspaso", false},
+    Clave{"MOVESTACIONES001", "Form_Load", "carga", false},
+    Clave{"MOVESTACIONES002", "txtFields_LostFocus", "al salir de un campo", false},
+    Clave{"MOVESTACIONES003", "Command1_Click", "botón del renglón", false},
+    Clave{"MOVESTACIONES004", "cmdCancelar_Click", "botón cancelar", true},
+    Clave{"MOVESTACIONES005", "cmdPendiente_Click", "botón dejar pendiente", true},
+    Clave{"MOVESTACIONES006", "cmdConfirmar_Click", "botón confirmar", true},
+    Clave{"MOVESTACIONES007", "Form_Unload", "cierre", true},
+    Clave{"TALLASYCOLORES001", "txtFields_KeyDown", "tallas y colores por fuera", false},
+    Clave{"AYUDA", "Form_KeyDown", "tecla F1 de salidas", false},
+};
+
+struct Mensaje {
+  int numero;
+  std::string_view situacion;
+};
+
+inline constexpr std::array kMensajes{
+    Mensaje{1, "pregunta si se borra un documento"},
+    Mensaje{72, "modificar entrada: no existe"},
+    Mensaje{73, "modificar entrada: ya está afectada, se abre sólo para consulta"},
+    Mensaje{74, "modificar entrada: la tiene este mismo usuario"},
+    Mensaje{75, "modificar entrada: la tiene otro usuario, texto antes del nombre"},
+    Mensaje{76, "modificar entrada: la tiene otro usuario, texto después del nombre"},
+    Mensaje{77, "modificar salida: no existe"},
+    Mensaje{78, "modificar salida: ya está afectada, se abre sólo para consulta"},
+    Mensaje{79, "modificar salida: la tiene este mismo usuario"},
+    Mensaje{80, "modificar salida: la tiene otro usuario, texto antes del nombre"},
+    Mensaje{81, "modificar salida: la tiene otro usuario, texto después del nombre"},
+    Mensaje{110, "consultar entrada: no existe"},
+    Mensaje{111, "consultar salida: no existe"},
+    Mensaje{147, "eliminar entrada: no existe"},
+    Mensaje{148, "eliminar entrada: la tiene este mismo usuario"},
+    Mensaje{149, "eliminar entrada: la tiene otro usuario, texto antes del nombre"},
+    Mensaje{150, "eliminar entrada: la tiene otro usuario, texto después del nombre"},
+    Mensaje{151, "eliminar salida: no existe"},
+    Mensaje{152, "eliminar salida: la tiene este mismo usuario"},
+    Mensaje{153, "eliminar salida: la tiene otro usuario, texto antes del nombre"},
+    Mensaje{154, "eliminar salida: la tiene otro usuario, texto después del nombre"},
+    Mensaje{213, "no hay formato de impresión"},
+    Mensaje{224, "la fecha no es una fecha"},
+    Mensaje{234, "renglón sin artículo"},
+    Mensaje{235, "la clave no es de un artículo"},
+    Mensaje{236, "cantidad de cero o menos"},
+    Mensaje{238, "precio de cero o menos"},
+    Mensaje{240, "falta el almacén"},
+    Mensaje{241, "el almacén no existe"},
+    Mensaje{253, "el período está cerrado"},
+    Mensaje{338, "salida: falta el concepto"},
+    Mensaje{339, "salida: el concepto no existe"},
+    Mensaje{340, "salida: el documento no tiene renglones"},
+    Mensaje{341, "entrada: falta el concepto"},
+    Mensaje{342, "entrada: el concepto no existe"},
+    Mensaje{343, "entrada: el documento no tiene renglones"},
+    Mensaje{433, "existencia: encabezado del aviso"},
+    Mensaje{434, "existencia: texto antes de la existencia del almacén"},
+    Mensaje{436, "existencia: texto antes de los apartados"},
+    Mensaje{437, "existencia: pregunta si se continúa"},
+    Mensaje{713, "pregunta si se afecta la salida"},
+    Mensaje{726, "pregunta si se afecta la entrada"},
+    Mensaje{829, "el número de compra no existe"},
+};
+
+}  // namespace tarvik::service

@@ -1,0 +1,26 @@
+// To show message N with style S: fetch its text, then show it. Two steps, each failing alone.
+#pragma once
+
+#include <string>
+
+#include "service/objeto.h"
+#include "service/trampa.h"
+
+namespace tarvik::service {
+
+inline constexpr int kAlto = forms::kBoxStop;
+inline constexpr int kInformacion = forms::kBoxInformation;
+
+inline std::string TraeMensaje(Trampa& intenta, Host& host, const Objeto<Ambiente>& ambiente, int numero) {
+  std::string texto;
+  intenta([&] { host.Funciones().TraeMensaje(numero, *ambiente, texto); });
+  return texto;
+}
+
+inline void MuestraMensaje(Trampa& intenta, Host& host, const Objeto<Ambiente>& ambiente, int numero,
+                           int estilo) {
+  const std::string texto = TraeMensaje(intenta, host, ambiente, numero);
+  intenta([&] { host.Funciones().MuestraMensaje(texto, estilo, *ambiente); });
+}
+
+}  // namespace tarvik::service
