@@ -1,0 +1,224 @@
+// Writing a goods-in document: the header's creation and save, posting, and the finish.
+// There is no transaction here: each statement stands by itself, and what was written stays.
+#include "goods_in/frm_entradas_wizard.h"
+
+namespace tarvik {
+
+using service::Trampa;
+
+void frmEntradasWizard::Command5_Click() {
+  Trampa intenta{*this, "Command5_Click"};
+  bool valido = false;
+  ValidaTab1(valido);
+  if (!valido) return;
+  if (Modo == "CONSULTA") {
+    intenta([&] { Unload(); });
+    return;
+  }
+  if (Check3.Value() == 0) {
+    const std::string pregunta = TraeMensaje(intenta, host(), Ambiente, 726);
+    bool acepta = false;
+    intenta([&] { Funciones().Pregunta(pregunta, 1, acepta); });
+    if (!acepta) return;
+  }
+  if (!DTPicker1.Value()) {
+    Mensaje(intenta, 224);
+    if (DTPicker1.Enabled()) return ColocaFoco(DTPicker1);
+  }
+  bool fecha_valida = false;
+  intenta([&] {
+    Funciones().FechaValida(DTPicker1.Value().value_or(data::Date{}), *Ambiente, true, fecha_valida);
+  });
+  if (!fecha_valida) return;
+  intenta([&] { Command2.Enabled(false); });
+  intenta([&] { Command5.Enabled(false); });
+  intenta([&] { GetPlatform().ProcessEvents(); });
+  if (CuantasPartidas() == 0) {
+    if (Check3.Value() == 0) Mensaje(intenta, 343);
+    if (Check3.Enabled()) intenta([&] { Check3.Value(1); });
+  }
+  SalvaEntrada(Check3.Value() == 0 ? "CO" : "PE");
+  // Without stored lines the header stays saved and only the window's close box leads out.
+  if (!SalvaPartidas()) return;
+  if (Check3.Value() == 0) {
+    AfectaPartidas();
+    intenta([&] { Dispara("ENTRADA014"); });
+    if (txtFields(0).Text() == "A++") intenta([&] { Dispara("ENTRADA010"); });
+  }
+  if (Check2.Value() == 1) ImprimeEntrada();
+  RefrescaLista(intenta);
+  intenta([&] { Unload(); });
+}
+
+void frmEntradasWizard::RefrescaLista(Trampa& intenta) {
+  auto refresca = [&](const char* catalogo, const char* llena) {
+    if (!Parent || intenta.Si([&] { return data::ToText(Parent->Get("CatalogoActivo")) != catalogo; }))
+      return;
+    intenta([&] { Parent->Call(llena, {Entrada}); });
+    intenta([&] { Parent->Call("CreaMenuPopUp", {}); });
+  };
+  if (intenta.Si([&] { return data::ToText(rstEntrada->Fields("estado")) == "PE"; })) {
+    refresca("EntradasPendientes", "LlenaEntradasPendientes");
+  } else {
+    refresca("Entradas", "LlenaEntradas");
+  }
+}
+
+void frmEntradasWizard::NuevoNumero(Trampa& intenta) {
+  intenta([&] { Funciones().NuevoId("MovEnt", Ambiente->Conexion(), 0, nullptr, Entrada); });
+}
+
+void frmEntradasWizard::CreaEntrada() {
+  Trampa intenta{*this, "CreaEntrada"};
+  auto agrega = [&](const char* columna, auto&& valor) {
+    intenta([&] { Query->AgregaCampo("entradas", columna, valor()); });
+  };
+  if (Modo == "ALTA") {
+    NuevoNumero(intenta);
+    intenta([&] { Query->TipoSentencia("INSERT"); });
+    agrega("entrada", [&] { return Entrada; });
+  } else {
+    intenta([&] { Query->TipoSentencia("UPDATE"); });
+  }
+  if (Modo == "ALTA" || Modo == "MODIFICACION") {
+    const data::DateTime ahora = GetPlatform().Now();
+    agrega("ocupado", [&] { return 1; });
+    agrega("f_emision", [&] { return ValorDe(DTPicker1.Value()); });
+    agrega("tipo_doc", [&] { return txtFields(0).Text(); });
+    agrega("importe", [&] { return Numero(11); });
+    agrega("costo", [&] { return 0; });
+    agrega("almacen", [&] { return Funciones().TextoDe(txtFields(14).Text()); });
+    agrega("estado", [&] { return "PE"; });
+    agrega("observ", [&] { return RichTextBox2.Text(); });
+    agrega("tipo_cam", [&] { return 1; });
+    agrega("moneda", [&] { return Ambiente->Moneda(); });
+    agrega("datos", [&] { return RichTextBox3.Text(); });
+    agrega("usuario", [&] { return Ambiente->Usuario(); });
+    agrega("usufecha", [&] { return ahora.date; });
+    agrega("usuhora", [&] { return ahora.time.Text(); });
+    intenta([&] { Query->Condicion("entrada = " + std::to_string(Entrada)); });
+    std::string texto;
+    intenta([&] { Query->TextoSql(texto); });
+    intenta([&] { Query->Ejecuta(); });
+  }
+  intenta([&] { Abre("SELECT * FROM entradas WHERE entrada = " + std::to_string(Entrada), rstEntrada); });
+  Modo = "MODIFICACION";
+  intenta([&] { Caption("Entrada: " + std::to_string(Entrada)); });
+}
+
+void frmEntradasWizard::SalvaEntrada(const std::string& estado) {
+  Trampa intenta{*this, "SalvaEntrada"};
+  auto agrega = [&](const char* columna, auto&& valor) {
+    intenta([&] { Query->AgregaCampo("entradas", columna, valor()); });
+  };
+  intenta([&] { Query->Limpia(); });
+  if (Modo == "ALTA") {
+    data::RecordsetRef tomada;
+    do {
+      NuevoNumero(intenta);
+      intenta(
+          [&] { Abre("SELECT entrada FROM entradas WHERE entrada = " + std::to_string(Entrada), tomada); });
+    } while (intenta.Mientras([&] { return !tomada->Eof(); }));
+    intenta([&] { Query->TipoSentencia("INSERT"); });
+    agrega("entrada", [&] { return Entrada; });
+  } else {
+    intenta([&] { Query->TipoSentencia("UPDATE"); });
+    intenta([&] { Query->Condicion("entrada = " + std::to_string(Entrada)); });
+  }
+  const data::DateTime ahora = GetPlatform().Now();
+  agrega("tipo_doc", [&] { return txtFields(0).Text(); });
+  agrega("ocupado", [&] { return 0; });
+  agrega("f_emision", [&] { return ValorDe(DTPicker1.Value()); });
+  agrega("importe", [&] { return Numero(11); });
+  agrega("costo", [&] { return Costo; });
+  agrega("almacen", [&] { return Numero(14); });
+  agrega("estado", [&] { return estado; });
+  agrega("observ", [&] { return RichTextBox2.Text(); });
+  agrega("datos", [&] { return RichTextBox3.Text(); });
+  agrega("usuario", [&] { return Ambiente->Usuario(); });
+  agrega("usufecha", [&] { return ahora.date; });
+  agrega("usuhora", [&] { return ahora.time.Text(); });
+  std::string texto;
+  intenta([&] { Query->TextoSql(texto); });
+  intenta([&] { Query->Ejecuta(); });
+  Modo = "MODIFICACION";
+}
+
+bool frmEntradasWizard::SalvaPartidas() {
+  Trampa intenta{*this, "SalvaPartidas"};
+  intenta([&] {
+    AbreNuevo("SELECT * FROM entpart WHERE (((entrada)=" + std::to_string(Entrada) + "))", rstPartidas);
+  });
+  return !intenta.Si([&] { return rstPartidas->Eof(); });
+}
+
+void frmEntradasWizard::AfectaPartidas() {
+  Trampa intenta{*this, "AfectaPartidas"};
+  intenta([&] { Abre("SELECT * FROM entradas WHERE entrada = " + std::to_string(Entrada), rstEntrada); });
+  if (intenta.Si([&] { return rstEntrada->Eof(); })) SalvaEntrada("PE");
+
+  service::Propio<service::MovimientoInventario> movimiento;
+  intenta([&] { movimiento = host().NuevoMovimiento(); });
+  auto pon = [&](auto&& propiedad) { intenta([&] { propiedad(*movimiento); }); };
+  using M = service::MovimientoInventario;
+  pon([&](M& m) { m.Ambiente(*Ambiente); });
+  pon([&](M& m) { m.ClaveLocal(Ambiente->ClaveLocal()); });
+  pon([&](M& m) { m.EntSal("E"); });
+  pon([&](M& m) { m.Fecha(FechaDe(rstEntrada->Fields("F_Emision"))); });
+  pon([&](M& m) { m.Almacen(data::ToNumber(rstEntrada->Fields("Almacen"))); });
+  pon([&](M& m) { m.Movimiento(EnteroDe(rstEntrada->Fields("Entrada"))); });
+  pon([&](M& m) { m.TipoDoc(data::ToText(rstEntrada->Fields("Tipo_doc"))); });
+  pon([&](M& m) { m.Usuario(Ambiente->Usuario()); });
+  pon([&](M& m) { m.Documento(data::ToText(rstEntrada->Fields("Entrada"))); });
+  pon([&](M& m) { m.Operacion("EN"); });
+
+  if (intenta.Si([&] { return rstPartidas->Eof(); })) return;
+  double suma = 0;
+  double importe = 0;
+  for (int cuenta = 1; intenta.Mientras([&] { return !rstPartidas->Eof(); }); ++cuenta) {
+    intenta([&] {
+      RichTextBox1.Text("Afectando: " + data::ToText(rstPartidas->Fields("articulo")) + " " +
+                        std::to_string(cuenta));
+    });
+    GetPlatform().Repaint(*this);
+    pon([&](M& m) { m.Articulo(data::ToText(rstPartidas->Fields("articulo"))); });
+    pon([&](M& m) { m.Cantidad(data::ToNumber(rstPartidas->Fields("cantidad"))); });
+    pon([&](M& m) { m.Precio(data::ToNumber(rstPartidas->Fields("Precio"))); });
+    pon([&](M& m) { m.IdEntrada(EnteroDe(rstPartidas->Fields("id_entrada"))); });
+    pon([&](M& m) { m.ClaveAdd(Funciones().TextoDe(rstPartidas->Fields("ClaveAdd"))); });
+    pon([&](M& m) { m.Aplica(true); });
+    pon([&](M& m) { m.Afecta(false, importe); });
+    suma += importe;
+    intenta([&] { rstPartidas->MoveNext(); });
+  }
+  Costo = suma;
+}
+
+void frmEntradasWizard::SalvaCambios() {
+  Trampa intenta{*this, "SalvaCambios"};
+  intenta([&] { Query->Limpia(); });
+  intenta([&] { Query->TipoSentencia("UPDATE"); });
+  intenta([&] { Query->Condicion("id_entrada = " + fg2.TextMatrix(fg2.Row(), 5)); });
+  auto numero = [&] { return Funciones().ANumero(fg2.Text()); };
+  switch (fg2.Col()) {
+    case 1:
+      intenta([&] { Query->AgregaCampo("entpart", "cantidad", numero()); });
+      break;
+    case 2:
+      intenta([&] { Query->AgregaCampo("entpart", "precio", numero()); });
+      break;
+    case 5:
+      intenta([&] { Query->AgregaCampo("entpart", "impuesto", numero()); });
+      break;
+    case 6:
+      intenta([&] { Query->AgregaCampo("entpart", "observ", fg2.Text()); });
+      break;
+    default:
+      break;
+  }
+  std::string texto;
+  intenta([&] { Query->TextoSql(texto); });
+  intenta([&] { Query->Ejecuta(); });
+}
+
+}  // namespace tarvik

@@ -1,0 +1,93 @@
+// frmEntradasWizard: the screen of one goods-in document. Header and lines reach the database while
+// the operator types; "&Finalizar (F5)" leaves the document pending or posts it to stock.
+//
+// Where to find a procedure:
+//   screen.cpp  Form_Load, Form_KeyDown, closing, buttons
+//   header.cpp  the events of txtFields, ValidaTab1
+//   lines.cpp   PonDescripcion, TraeSegundaClave, LlenaPartida, NuevaPartida
+//   grid.cpp    the cells, CalculaImportes, removal of a line
+//   finish.cpp  CreaEntrada, SalvaEntrada, AfectaPartidas, Command5_Click
+//   wizard/     what it shares with the goods-out wizard
+//
+// Modes                 "ALTA"                     "MODIFICACION"       "CONSULTA"
+//   header              date, warehouse by default  from the row         from the row
+//   lines               none                        from entpart         from entpart
+//   ocupado             1 with the first line       1 at load            untouched
+//   enabled             as designed                 as designed          fg2, Command2, Command5, labels
+//   Command5            finish                      finish               closes
+//   next mode           "MODIFICACION" with the     stays                stays
+//                       first line or the save
+#pragma once
+
+#include "wizard/document_wizard.h"
+
+namespace tarvik {
+
+class frmEntradasWizard final : public DocumentWizard {
+ public:
+  explicit frmEntradasWizard(service::Host& host);
+
+  std::int32_t Entrada = 0;  // 0 until the document exists
+  data::RecordsetRef rstEntrada;
+  std::string cEstado;  // the hosts' routines keep what they like here
+
+  forms::Button Command3;
+  forms::Timer Timer1;
+  forms::Label Label4, Label5, Label6, Label8, Label12, Label17, Label18, Label19, Label23, Label25;
+
+  // ---- screen ----
+  void Timer1_Timer();
+  void Command3_Click();
+  void Check1_Click();  // kept for the hosts' routines: this screen has no such box
+
+  // ---- header ----
+  void txtFields_GotFocus(int Index) override;
+  void txtFields_KeyDown(int Index, int& KeyCode, int Shift) override;
+  void RichTextBox1_KeyDown(int& KeyCode, int Shift);
+  void ValidaTab1(bool& valido) override;
+
+  // ---- lines ----
+  void PonDescripcion() override;
+  void TraeSegundaClave() override;
+  void CalculaCantidad();
+  void MultiplicaPrecio() override;
+  void LlenaPartida() override;
+  void NuevaPartida() override;
+  void BuscaModelo(bool& es_modelo);
+
+  // ---- grid ----
+  void MSFlexGridEdit(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int KeyAscii) override;
+  void CalculaImportes() override;
+  void fg2_GotFocus() override;
+  void fg2_LeaveCell() override;
+  void fg2_KeyDown(int& KeyCode, int Shift) override;
+  void txtEdit_KeyPress(int& KeyAscii) override;
+
+  // ---- finish ----
+  void Command5_Click() override;
+  void CreaEntrada();
+  void SalvaEntrada(const std::string& estado);
+  bool SalvaPartidas();
+  void AfectaPartidas();
+  void ImprimeEntrada() { Imprime("ImprimeEntrada", Entrada); }
+  void SalvaCambios() override;
+
+ protected:
+  void Form_Load() override;
+  void Form_KeyDown(int& KeyCode, int Shift) override;
+  void Form_QueryUnload(int& Cancel, forms::UnloadMode UnloadMode) override;
+  void Form_Unload(int& Cancel) override;
+  bool AlCambiar(int Index) override;
+  void AlSalir(int Index) override;
+
+ private:
+  void LlenaDeLaEntrada(service::Trampa& intenta);
+  void EnterEnArticulo();
+  void AbajoEnArticulo();
+  void EscribeRenglon(service::Trampa& intenta, std::int32_t id);
+  // The columns that both writers of the header store, in their order; `tipo_doc` leads or follows.
+  void NuevoNumero(service::Trampa& intenta);
+  void RefrescaLista(service::Trampa& intenta);
+};
+
+}  // namespace tarvik

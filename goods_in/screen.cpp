@@ -1,0 +1,247 @@
+// The goods-in screen: its controls as designed, loading in the three modes, closing.
+#include "goods_in/frm_entradas_wizard.h"
+
+#include <cmath>
+
+#include "forms/keys.h"
+
+namespace tarvik {
+
+using service::Trampa;
+
+namespace {
+
+constexpr Particular kEntradas{
+    .nombre = "frmEntradasWizard",
+    .titulo = "Asistente para entradas al inventario.",
+    .modulo = "frmEntradasWi",
+    .ent_sal = "E",
+    .recorta_concepto = false,
+    .fin_de_valida_fecha = "' And cerrado <> 0 ",
+    .busca_concepto = "Conceptos de entrada al inventario",
+    .antes_de_buscar = "ENTRADA012",
+    .campo_de_formato = "Entradas",
+    .borra_renglon = "DELETE FROM entpart WHERE id_entrada = ",
+    .columna_id = 5,
+};
+
+constexpr int kRenglonesALaVista = 10;
+constexpr int kDemoraDeCierre = 10;  // milliseconds
+
+struct Columna {
+  const char* titulo;
+  int ancho;  // twips; 0 hides
+};
+constexpr Columna kColumnas[] = {{"Artículo", 0},        {"QTY", 800},          {"Precio", 900},
+                                 {"Importe", 900},       {"Descripción", 4000}, {"No de Entrada", 0},
+                                 {"Presentación", 2000}, {"Pr. QTY", 1000}};
+
+}  // namespace
+
+frmEntradasWizard::frmEntradasWizard(service::Host& host)
+    : DocumentWizard(host, kEntradas, {0, 1, 2, 3}, {0, 1, 4, 5, 6, 9, 11, 14, 24, 25, 26, 27, 28, 29}),
+      Command3(*this, "Command3"),
+      Timer1(*this, "Timer1"),
+      Label4(*this, "Label4"),
+      Label5(*this, "Label5"),
+      Label6(*this, "Label6"),
+      Label8(*this, "Label8"),
+      Label12(*this, "Label12"),
+      Label17(*this, "Label17"),
+      Label18(*this, "Label18"),
+      Label19(*this, "Label19"),
+      Label23(*this, "Label23"),
+      Label25(*this, "Label25") {
+  const std::pair<int, int> orden[] = {{0, 0},  {14, 1}, {4, 3},   {5, 4},   {27, 5},  {6, 6},  {9, 7},
+                                       {24, 8}, {25, 9}, {26, 10}, {28, 11}, {29, 12}, {1, 20}, {11, 43}};
+  for (auto [indice, tab] : orden) txtFields(indice).TabIndex(tab);
+  const std::pair<forms::Control*, int> demas[] = {
+      {&Command3, 2},  {&DTPicker1, 16}, {&RichTextBox3, 17}, {&Check2, 21},       {&Check3, 22},
+      {&txtEdit, 23},  {&Command6, 24},  {&fg2, 26},          {&RichTextBox2, 28}, {&RichTextBox1, 38},
+      {&Command1, 39}, {&Check4, 40},    {&Command5, 41},     {&Command2, 42}};
+  for (auto [control, tab] : demas) control->TabIndex(tab);
+
+  const std::pair<int, const char*> tipos[] = {{0, "U"}, {14, "SN"}, {1, "SD"}, {5, "SD"}, {6, "N"}};
+  for (auto [indice, tag] : tipos) txtFields(indice).Tag(tag);
+
+  struct {
+    int caja, campo;
+    const char* busca;
+  } const cajas[] = {{0, 0, "Conceptos de entrada al inventario"},
+                     {1, 14, "Almacenes"},
+                     {2, 4, "Articulos"},
+                     {3, 24, "Claves adicionales de articulos"}};
+  for (const auto& [caja, campo, busca] : cajas) {
+    MultiCombo1(caja).buscar(busca);
+    MultiCombo1(caja).Hold(txtFields(campo));
+  }
+
+  Label12.Caption("Concepto de la Entrada:");
+  Label25.Caption("Almacen");
+  Label17.Caption("Artículo");
+  Label18.Caption("Cantidad");
+  Label5.Caption("Unidad");
+  Label19.Caption("Precio");
+  Label6.Caption("Importe");
+  Label4.Caption("Presentacion: (F8)");
+  Label23.Caption("Fecha del documento");
+  Label8.Caption("T O T  A L");
+  Command1.Caption("&Modelos");
+
+  Command3.Visible(false);
+  Command5.Enabled(false);
+  fg2.Rows(5000);
+  fg2.Cols(10);
+  fg2.FixedRows(1);
+  fg2.FixedCols(0);
+
+  Command3.OnClick = [this] { Command3_Click(); };
+  Timer1.OnTimer = [this] { Timer1_Timer(); };
+  RichTextBox1.OnKeyDown = [this](int& tecla, int shift) { RichTextBox1_KeyDown(tecla, shift); };
+}
+
+void frmEntradasWizard::Form_Load() {
+  Trampa intenta{*this, "Form_Load"};
+  intenta([&] { fg2.Row(0); });
+  intenta([&] { fg2.Col(0); });
+  intenta([&] { fg2.ColWidth(0, static_cast<int>(std::lround(fg2.ColWidth(0) * 1.5))); });
+  for (int columna = 0; columna < static_cast<int>(std::size(kColumnas)); ++columna) {
+    const Columna& diseno = kColumnas[columna];
+    intenta([&] { fg2.Col(columna); });
+    if (columna > 0) intenta([&] { fg2.ColWidth(columna, diseno.ancho); });
+    intenta([&] { fg2.Text(diseno.titulo); });
+  }
+  intenta([&] { Query = Funciones().NuevoQuery(); });
+  intenta([&] { Query->Conexion(Ambiente->Conexion()); });
+
+  if (Modo != "ALTA") {
+    LlenaDeLaEntrada(intenta);
+  } else {
+    PonFechaDeTrabajo(intenta);
+    intenta([&] { txtFields(14).Text(data::ToText(Ambiente->Parametros()->Fields("Almacen"))); });
+  }
+  intenta([&] { fg2.Row(1); });
+  intenta([&] { fg2.Col(0); });
+
+  service::Ignora ignora;
+  if (Modo == "CONSULTA") DeshabilitaTodo();
+  fg2.Enabled(true);
+  Command2.Enabled(true);
+  Command5.Enabled(true);
+  MultiCombo1.Each([&](forms::SearchBox& caja) { ignora([&] { caja.Conexion(Ambiente->Conexion()); }); });
+  if (ignora.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("Lector")); })) {
+    ignora([&] { Check4.Value(1); });
+  } else {
+    ignora([&] { Check4.Value(0); });
+  }
+  NumeroDePartidas = kRenglonesALaVista;
+  ignora([&] { Dispara("ENTRADA001"); });
+  if (!CancelaProceso) {
+    ignora([&] { Funciones().PresentaForma(*this, *Ambiente, ""); });
+  } else {
+    CancelaProceso = false;
+  }
+}
+
+void frmEntradasWizard::LlenaDeLaEntrada(Trampa& intenta) {
+  intenta([&] { txtFields(0).Text(data::ToText(rstEntrada->Fields("Tipo_doc"))); });
+  intenta([&] { txtFields(14).Text(data::ToText(rstEntrada->Fields("Almacen"))); });
+  intenta([&] { txtFields(11).Text(Funciones().TextoDe(rstEntrada->Fields("Importe"))); });
+  intenta([&] { DTPicker1.Value(data::ToDate(rstEntrada->Fields("F_Emision"))); });
+  intenta([&] { RichTextBox3.Text(Funciones().TextoDe(rstEntrada->Fields("Datos"))); });
+  intenta([&] { RichTextBox2.Text(Funciones().TextoDe(rstEntrada->Fields("Observ"))); });
+
+  if (Modo == "MODIFICACION") {
+    intenta([&] { Query->Limpia(); });
+    intenta([&] { Query->TipoSentencia("UPDATE"); });
+    intenta([&] { Query->AgregaCampo("entradas", "ocupado", 1); });
+    intenta([&] { Query->Condicion("entradas.entrada = " + std::to_string(Entrada)); });
+    std::string texto;
+    intenta([&] { Query->TextoSql(texto); });
+    intenta([&] { Query->Ejecuta(); });
+  }
+
+  intenta([&] {
+    AbreNuevo("SELECT * FROM entpart WHERE entrada = (" + data::ToText(rstEntrada->Fields("Entrada")) + ")",
+              rstPartidas);
+  });
+  if (intenta.Si([&] { return rstPartidas->Eof(); })) return;
+  auto celda = [&](int columna, auto&& texto) {
+    intenta([&] { fg2.Col(columna); });
+    intenta([&] { fg2.Text(texto()); });
+  };
+  auto campo = [&](const char* nombre) { return data::ToText(rstPartidas->Fields(nombre)); };
+  for (int i = 1; intenta.Mientras([&] { return !rstPartidas->Eof(); }); ++i) {
+    // A line beyond the grid's last row is stored and not shown, as when it was entered.
+    if (i <= fg2.Rows() - fg2.FixedRows()) {
+      intenta([&] { fg2.Row(i); });
+      celda(0, [&] { return campo("articulo"); });
+      celda(1, [&] { return campo("cantidad"); });
+      celda(2, [&] { return campo("Precio"); });
+      celda(4, [&] { return " " + campo("Observ"); });
+      celda(5, [&] { return Funciones().TextoDe(rstPartidas->Fields("id_entrada")); });
+      celda(6, [&] { return Funciones().TextoDe(rstPartidas->Fields("PrDescrip")); });
+      celda(7, [&] { return Funciones().TextoDe(rstPartidas->Fields("PrCantidad")); });
+    }
+    intenta([&] { rstPartidas->MoveNext(); });
+  }
+  CalculaImportes();
+}
+
+void frmEntradasWizard::Form_KeyDown(int& KeyCode, int /*Shift*/) {
+  Trampa intenta{*this, "Form_KeyDown"};
+  switch (KeyCode) {
+    case forms::kKeyF9:
+      intenta([&] { LlenaPartida(); });
+      break;
+    case forms::kKeyF3:
+      if (Check4.Value() == 1) {
+        intenta([&] { Check4.Value(0); });
+      } else {
+        intenta([&] { Check4.Value(1); });
+        PasaA(4);
+      }
+      break;
+    default:
+      break;
+  }
+}
+
+// The close box may not unload the screen from inside its own message: a tick of the timer does.
+void frmEntradasWizard::Form_QueryUnload(int& Cancel, forms::UnloadMode UnloadMode) {
+  Trampa intenta{*this, "Form_QueryUnload"};
+  if (UnloadMode != forms::UnloadMode::CloseBox) return;
+  Cancel = 1;
+  intenta([&] { Timer1.Interval(kDemoraDeCierre); });
+  intenta([&] { Timer1.Enabled(true); });
+}
+
+void frmEntradasWizard::Timer1_Timer() {
+  Trampa intenta{*this, "Timer1_Timer"};
+  // One close box, one try: a routine that refuses is not asked again until the operator tries again.
+  intenta([&] { Timer1.Enabled(false); });
+  intenta([&] { Unload(); });
+}
+
+void frmEntradasWizard::Form_Unload(int& Cancel) {
+  Trampa intenta{*this, "Form_Unload"};
+  intenta([&] { Dispara("ENTRADA006"); });
+  if (Cancelado()) {
+    Cancel = 1;
+    return;
+  }
+  if (Modo == "MODIFICACION") {
+    intenta([&] {
+      Ambiente->Conexion().Execute("UPDATE entradas SET ocupado = 0 WHERE entrada = " +
+                                   std::to_string(Entrada));
+    });
+  }
+  if (Parent) ColocaFoco(*Parent);
+  intenta([&] { Funciones().RegresaForma(*this, *Ambiente, "frmMaster"); });
+}
+
+void frmEntradasWizard::Command3_Click() { Dispara("ENTRADAS011"); }
+
+void frmEntradasWizard::Check1_Click() { CalculaImportes(); }
+
+}  // namespace tarvik

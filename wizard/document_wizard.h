@@ -1,0 +1,188 @@
+// DocumentWizard: what the two document wizards share. One document, a header, an entry row, a grid
+// of lines. What a wizard does differently stands in its own folder, and as data in Particular; a
+// step stands here only if both run it. It knows no table of either wizard.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "data/recordset.h"
+#include "forms/control.h"
+#include "forms/flex_grid.h"
+#include "forms/form.h"
+#include "service/host_services.h"
+#include "service/mensajes.h"
+#include "service/objeto.h"
+#include "service/reporte.h"
+#include "service/trampa.h"
+
+namespace tarvik {
+
+// What sets the two wizards apart where a shared step differs by a detail only.
+struct Particular {
+  std::string_view nombre;               // the screen's name
+  std::string_view titulo;               // its caption at design
+  std::string_view modulo;               // module text of the log, cut at 13 characters
+  std::string_view ent_sal;              // concepts of this direction: 'E' or 'S'
+  bool recorta_concepto;                 // whether the concept's description is trimmed
+  std::string_view fin_de_valida_fecha;  // how the statement of ValidaFecha ends
+  std::string_view busca_concepto;       // title of the picker of concepts
+  std::string_view antes_de_buscar;      // hook on leaving the article field
+  std::string_view campo_de_formato;     // column of defform
+  std::string_view borra_renglon;        // removal of a line, up to its id
+  int columna_id;                        // grid column that holds the line's id
+};
+
+class DocumentWizard : public forms::Form, public service::Reportero {
+ public:
+  // ---- public members: the hosts' routines read and write them ----
+  std::string Modo;  // "ALTA", "MODIFICACION" or "CONSULTA"
+  service::Objeto<service::Ambiente> Ambiente;
+  service::Objeto<service::LateBound> Parent;  // may be unset
+  data::RecordsetRef rstArticulo;              // the article last read
+  data::RecordsetRef rstPartidas;              // the document's stored lines
+  double Importe = 0;
+  double Iva = 0;
+  double Total = 0;
+  double Costo = 0;  // what posting summed up
+  service::Propio<service::Query> Query;
+  bool CancelaProceso = false;        // set by a routine; cleared by the step that obeys
+  bool Procesando = false;            // a line is being stored
+  std::int32_t NumeroDePartidas = 0;  // the row beyond which the grid scrolls
+
+  // ---- controls ----
+  forms::ControlArray<forms::SearchBox> MultiCombo1;
+  forms::ControlArray<forms::TextBox> txtFields;
+  forms::DatePicker DTPicker1;
+  forms::RichTextBox RichTextBox1;  // progress of posting
+  forms::RichTextBox RichTextBox2;  // remarks
+  forms::RichTextBox RichTextBox3;  // description of the concept
+  forms::CheckBox Check2;           // print
+  forms::CheckBox Check3;           // leave pending
+  forms::CheckBox Check4;           // barcode reader
+  forms::FlexGrid fg2;
+  forms::TextBox txtEdit;  // floats over the cell being edited
+  forms::Button Command1;
+  forms::Button Command2;
+  forms::Button Command5;
+  forms::Button Command6;
+  forms::ControlArray<forms::Label> Label10;
+
+  // ---- fields ----
+  void txtFields_Change(int Index);
+  virtual void txtFields_GotFocus(int Index) = 0;
+  void txtFields_LostFocus(int Index);
+  virtual void txtFields_KeyDown(int Index, int& KeyCode, int Shift) = 0;
+  virtual void txtFields_KeyPress(int Index, int& KeyAscii);
+  void txtFields_KeyUp(int Index, int KeyCode, int Shift);
+  void txtFields_DblClick(int Index);
+  void TraeConcepto();
+  virtual void ValidaTab1(bool& valido) = 0;
+  bool Valida();
+  void ValidaFecha(bool& valida);
+  void PonTC();
+
+  // ---- lines ----
+  virtual void PonDescripcion() = 0;
+  virtual void TraeSegundaClave() = 0;
+  virtual void MultiplicaPrecio() = 0;
+  virtual void LlenaPartida() = 0;
+  virtual void NuevaPartida() = 0;
+
+  // ---- grid ----
+  virtual void MSFlexGridEdit(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int KeyAscii) = 0;
+  void EditKeyCode(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int& KeyCode, int Shift);
+  virtual void CalculaImportes() = 0;
+  virtual void SalvaCambios() = 0;
+  virtual void fg2_GotFocus() = 0;
+  virtual void fg2_LeaveCell() = 0;
+  void fg2_RowColChange();
+  virtual void fg2_KeyDown(int& KeyCode, int Shift) = 0;
+  void fg2_KeyPress(int& KeyAscii);
+  void fg2_DblClick();
+  void txtEdit_KeyDown(int& KeyCode, int Shift);
+  virtual void txtEdit_KeyPress(int& KeyAscii) = 0;
+
+  // ---- finish ----
+  virtual void Command5_Click() = 0;
+  std::int32_t CuantasPartidas();
+  void Label10_Click(int Index);
+  void Command2_Click();
+  void Command6_Click();
+
+  // Moves the focus; whatever fails there is ignored. The only way in which a wizard does it.
+  void ColocaFoco(forms::Control& control);
+  // The same to the host's form.
+  void ColocaFoco(service::LateBound& forma);
+
+  bool ReportaError(const std::string& modulo, const std::string& funcion,
+                    const std::string& descripcion) override;
+  [[nodiscard]] std::string Modulo() const override { return std::string(particular_.modulo); }
+
+ protected:
+  DocumentWizard(service::Host& host, const Particular& particular, std::initializer_list<int> search_boxes,
+                 std::initializer_list<int> fields);
+
+  service::Host& host() { return host_; }
+  service::Funciones& Funciones() { return host_.Funciones(); }
+  [[nodiscard]] const Particular& Suyo() const { return particular_; }
+
+  // A hook, in the one shape in which this system calls it.
+  void Dispara(std::string_view clave);
+  // If CancelaProceso is set: clears it and gives true.
+  bool Cancelado();
+  // Runs a SELECT over Ambiente.Conexion; `out` is set only on success.
+  void Abre(const std::string& sentencia, data::RecordsetRef& out);
+  // The keyset, optimistic recordset that a procedure makes and opens itself.
+  void AbreNuevo(const std::string& sentencia, data::RecordsetRef& out);
+  void Mensaje(service::Trampa& intenta, int numero) {
+    service::MuestraMensaje(intenta, host_, Ambiente, numero, service::kInformacion);
+  }
+  double Numero(int campo) { return Funciones().ANumero(txtFields(campo).Text()); }
+  bool Vacio(int campo) { return Funciones().EstaVacio(txtFields(campo).Text()); }
+  void Vacia(service::Trampa& intenta, std::initializer_list<int> campos);
+  // The date that a new document starts with, into DTPicker1.
+  void PonFechaDeTrabajo(service::Trampa& intenta);
+  // The rules that a change of a field sets off. False ends the change's handling.
+  virtual bool AlCambiar(int Index) = 0;
+  // What follows the article's lookup on leaving a field.
+  virtual void AlSalir(int /*Index*/) {}
+  // Enter's move: only to a target that is enabled.
+  void PasaA(int campo);
+  void PasaASeleccionado(int campo);
+  // F8 walks the presentation fields; false where it has no meaning.
+  bool PasaPorPresentacion(int Index);
+  // The box's first text, by the key that opens it; false if the key opens nothing.
+  bool TextoInicial(service::Trampa& intenta, forms::TextBox& Edt, int KeyAscii);
+  void SobreLaCelda(service::Trampa& intenta, forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt);
+  void ConfirmaCelda(service::Trampa& intenta);
+  void QuitaRenglon(service::Trampa& intenta);
+  // The first free row of the grid; 0 if there is none.
+  int RenglonLibre(service::Trampa& intenta);
+  // Prints by the format that defform names.
+  void Imprime(std::string_view procedimiento, std::int32_t numero);
+  // The document's loading: the controls of a document that is only read.
+  void DeshabilitaTodo();
+
+ private:
+  void Conecta();
+
+  service::Host& host_;
+  const Particular& particular_;
+};
+
+// A column's value for a property of the posting object; a column that holds none is an error.
+data::Date FechaDe(const data::Value& value);
+std::int32_t EnteroDe(const data::Value& value);
+// A picker's date for a column; none is null.
+data::Value ValorDe(const std::optional<data::Date>& fecha);
+
+// Number, amount and text as the grid and the totals show them.
+inline constexpr std::string_view kFormatoRenglon = "####,####,###0.00";
+inline constexpr std::string_view kFormatoTotal = "###,###,###0.##";
+inline constexpr int kBlanco = 0xFFFFFF;
+inline constexpr int kCianClaro = 0xFFFFE0;
+
+}  // namespace tarvik

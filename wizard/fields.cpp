@@ -1,0 +1,195 @@
+// The text fields of both wizards: what a tag does to the keys, what a change, entering, leaving and
+// the function keys set off, and the header's lookups.
+#include "data/number.h"
+#include "data/statement.h"
+#include "data/text.h"
+#include "forms/keys.h"
+#include "wizard/document_wizard.h"
+
+namespace tarvik {
+
+using service::Trampa;
+
+void DocumentWizard::txtFields_Change(int Index) {
+  forms::TextBox& campo = txtFields(Index);
+  if (!Visible()) campo.Text(Funciones().FormateaTexto(campo, *Ambiente, ""));
+  if (!AlCambiar(Index)) return;
+  const int largo = static_cast<int>(data::Length(campo.Text()));
+  if (largo > 0 && largo == campo.MaxLength() && Visible()) {
+    int tecla = forms::kKeyEnter;
+    txtFields_KeyDown(Index, tecla, 0);
+  }
+}
+
+void DocumentWizard::txtFields_LostFocus(int Index) {
+  if (Index == 4) {
+    Dispara(particular_.antes_de_buscar);
+    if (Cancelado()) return;
+    PonDescripcion();
+  }
+  AlSalir(Index);
+  forms::TextBox& campo = txtFields(Index);
+  campo.Text(Funciones().FormateaTexto(campo, *Ambiente, ""));
+}
+
+void DocumentWizard::txtFields_KeyPress(int Index, int& KeyAscii) {
+  forms::TextBox& campo = txtFields(Index);
+  const std::string& tag = campo.Tag();
+  if (tag == "U") {
+    KeyAscii = Funciones().TeclaMayuscula(KeyAscii, campo);
+  } else if (tag == "N" || tag == "D" || tag == "SD" || tag == "SN") {
+    KeyAscii = Funciones().TeclaNumerica(KeyAscii, campo, true);
+  }
+}
+
+void DocumentWizard::txtFields_KeyUp(int Index, int KeyCode, int /*Shift*/) {
+  if (Index == 4 || KeyCode != forms::kKeyDown) return;
+  service::Ignora ignora;
+  forms::TextBox& campo = txtFields(Index);
+  // A field outside a search box has no list to show; that is no error of the operator's.
+  ignora([&] {
+    if (auto* caja = dynamic_cast<forms::SearchBox*>(campo.Container())) caja->ShowData();
+  });
+  ignora([&] { campo.SelStart(0); });
+}
+
+void DocumentWizard::txtFields_DblClick(int Index) {
+  forms::TextBox& campo = txtFields(Index);
+  std::string titulo;
+  switch (Index) {
+    case 0:
+      titulo = particular_.busca_concepto;
+      break;
+    case 4:
+      titulo = "Articulos";
+      break;
+    case 8:
+      titulo = "Impuestos por porcentaje";
+      break;
+    case 14:
+      titulo = "Almacenes";
+      break;
+    default:
+      break;
+  }
+  if (!titulo.empty()) {
+    auto buscador = host_.NuevoBuscador();
+    buscador->Ambiente(*Ambiente);
+    buscador->Campo(campo);
+    buscador->Muestra(titulo, "", "", "", data::Value(), 0);
+  } else if (campo.Tag() == "N") {
+    auto auxiliar = host_.NuevoAuxiliar();
+    auxiliar->Ambiente(*Ambiente);
+    auxiliar->Campo(campo);
+    auxiliar->Muestra();
+  }
+}
+
+void DocumentWizard::PasaA(int campo) {
+  if (txtFields.Has(campo) && txtFields(campo).Enabled()) ColocaFoco(txtFields(campo));
+}
+
+void DocumentWizard::PasaASeleccionado(int campo) {
+  if (!txtFields(campo).Enabled()) return;
+  ColocaFoco(txtFields(campo));
+  txtFields(campo).SelectAll();
+}
+
+bool DocumentWizard::PasaPorPresentacion(int Index) {
+  switch (Index) {
+    case 4:
+    case 5:
+    case 6:
+    case 7:
+    case 8:
+    case 22:
+    case 23:
+      PasaA(24);
+      return true;
+    case 24:
+      PasaA(28);
+      TraeSegundaClave();
+      return true;
+    case 28:
+      PasaA(29);
+      return true;
+    case 29:
+      PasaA(6);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void DocumentWizard::TraeConcepto() {
+  Trampa intenta{*this, "TraeConcepto"};
+  if (intenta.Si([&] { return Vacio(0); })) {
+    intenta([&] { RichTextBox3.Text(""); });
+    return;
+  }
+  data::RecordsetRef concepto;
+  intenta([&] {
+    Abre("SELECT * FROM tipominv WHERE tipo_movim = '" + txtFields(0).Text() + "' AND ent_sal = '" +
+             std::string(particular_.ent_sal) + "'",
+         concepto);
+  });
+  if (intenta.Si([&] { return concepto->Eof(); })) {
+    intenta([&] { RichTextBox3.Text(""); });
+    return;
+  }
+  intenta([&] {
+    const std::string descripcion = data::ToText(concepto->Fields("descrip"));
+    RichTextBox3.Text(particular_.recorta_concepto ? data::Trim(descripcion) : descripcion);
+  });
+  // Picking a concept starts the document over at the working date, whatever date stood there.
+  PonFechaDeTrabajo(intenta);
+}
+
+bool DocumentWizard::Valida() {
+  bool valido = false;
+  ValidaTab1(valido);
+  return valido;
+}
+
+void DocumentWizard::ValidaFecha(bool& valida) {
+  Trampa intenta{*this, "ValidaFecha"};
+  valida = true;
+  std::string fecha;
+  intenta([&] { fecha = DTPicker1.Value() ? DTPicker1.Value()->Iso() : ""; });
+  data::RecordsetRef cerrados;
+  intenta([&] {
+    Abre("SELECT * FROM movsinv WHERE f_movim > '" + fecha + std::string(particular_.fin_de_valida_fecha),
+         cerrados);
+  });
+  if (intenta.Si([&] { return !cerrados->Eof(); })) {
+    Mensaje(intenta, 253);
+    if (DTPicker1.Enabled()) ColocaFoco(DTPicker1);
+    valida = false;
+  }
+}
+
+void DocumentWizard::PonTC() {
+  Trampa intenta{*this, "PonTC"};
+  data::RecordsetRef moneda;
+  intenta([&] { AbreNuevo("SELECT * FROM monedas WHERE moneda = '" + txtFields(15).Text() + "'", moneda); });
+  if (intenta.Si([&] { return moneda->Eof(); })) {
+    intenta([&] { txtFields(16).Text(""); });
+    return;
+  }
+  intenta([&] { txtFields(16).Text(data::ToText(moneda->Fields("Tc"))); });
+  // The base currency's rate is 1 by definition, and nobody's to change.
+  if (intenta.Si([&] { return data::IsNonZero(moneda->Fields("Base")); })) {
+    intenta([&] { txtFields(16).Enabled(false); });
+  }
+}
+
+void DocumentWizard::Label10_Click(int Index) {
+  Trampa intenta{*this, "Label10_Click"};
+  auto alterna = [&](forms::CheckBox& caja) {
+    if (caja.Enabled()) intenta([&] { caja.Value(caja.Value() == 1 ? 0 : 1); });
+  };
+  if (Index == 1) alterna(Check3);
+  if (Index == 2) alterna(Check2);
+}
+
+}  // namespace tarvik

@@ -1,0 +1,112 @@
+// The grid of lines of both wizards: the box that floats over a cell, its keys, and a line's removal.
+#include "data/text.h"
+#include "forms/keys.h"
+#include "wizard/document_wizard.h"
+
+namespace tarvik {
+
+using service::Trampa;
+
+bool DocumentWizard::TextoInicial(Trampa& intenta, forms::TextBox& Edt, int KeyAscii) {
+  if (KeyAscii >= 0 && KeyAscii <= forms::kKeySpace) {
+    intenta([&] { Edt.Text(fg2.Text()); });
+    intenta([&] { Edt.SelStart(1000); });
+    return true;
+  }
+  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), 0)); })) return false;
+  int tecla = KeyAscii;
+  if (intenta.Si([&] { return Funciones().TeclaNumerica(tecla, Edt, true) == 0; })) {
+    if (fg2.Col() != 6) return false;
+    tecla = KeyAscii;
+  }
+  intenta([&] { Edt.Text(data::Encode(static_cast<char32_t>(tecla))); });
+  intenta([&] { Edt.SelStart(1); });
+  return true;
+}
+
+void DocumentWizard::SobreLaCelda(Trampa& intenta, forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt) {
+  intenta([&] {
+    Edt.Place(MSFlexGrid.Left() + MSFlexGrid.CellLeft(), MSFlexGrid.Top() + MSFlexGrid.CellTop(),
+              MSFlexGrid.CellWidth(), MSFlexGrid.CellHeight());
+  });
+  intenta([&] { Edt.Visible(true); });
+  if (Edt.Enabled()) ColocaFoco(Edt);
+}
+
+void DocumentWizard::EditKeyCode(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int& KeyCode,
+                                 int /*Shift*/) {
+  Trampa intenta{*this, "EditKeyCode"};
+  auto regresa = [&] {
+    ColocaFoco(MSFlexGrid);
+    // The commit of the cell that is left has run by now, on its own row.
+    intenta([&] { GetPlatform().ProcessEvents(); });
+  };
+  switch (KeyCode) {
+    case forms::kKeyEnter:
+      ColocaFoco(MSFlexGrid);
+      break;
+    case forms::kKeyEsc:
+      intenta([&] { Edt.Visible(false); });
+      ColocaFoco(MSFlexGrid);
+      break;
+    case forms::kKeyUp:
+      regresa();
+      if (MSFlexGrid.Row() > MSFlexGrid.FixedRows()) intenta([&] { MSFlexGrid.Row(MSFlexGrid.Row() - 1); });
+      break;
+    case forms::kKeyDown:
+      regresa();
+      if (MSFlexGrid.Row() < MSFlexGrid.Rows() - 1) intenta([&] { MSFlexGrid.Row(MSFlexGrid.Row() + 1); });
+      break;
+    default:
+      break;
+  }
+}
+
+void DocumentWizard::ConfirmaCelda(Trampa& intenta) {
+  intenta([&] { fg2.Text(txtEdit.Text()); });
+  intenta([&] { txtEdit.Text(""); });
+  intenta([&] { txtEdit.Visible(false); });
+  SalvaCambios();
+  CalculaImportes();
+}
+
+void DocumentWizard::fg2_RowColChange() {
+  Trampa intenta{*this, "fg2_RowColChange"};
+  if (fg2.Row() >= 1) intenta([&] { fg2.CellBackColor(kCianClaro); });
+}
+
+void DocumentWizard::fg2_KeyPress(int& KeyAscii) {
+  Trampa intenta{*this, "fg2_KeyPress"};
+  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), 0)); })) return;
+  MSFlexGridEdit(fg2, txtEdit, KeyAscii);
+}
+
+void DocumentWizard::fg2_DblClick() {
+  Trampa intenta{*this, "fg2_DblClick"};
+  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), 0)); })) return;
+  MSFlexGridEdit(fg2, txtEdit, forms::kKeySpace);
+}
+
+void DocumentWizard::txtEdit_KeyDown(int& KeyCode, int Shift) { EditKeyCode(fg2, txtEdit, KeyCode, Shift); }
+
+void DocumentWizard::QuitaRenglon(Trampa& intenta) {
+  intenta([&] { Query->Limpia(); });
+  intenta([&] {
+    Query->SentenciaDirecta(std::string(particular_.borra_renglon) +
+                            fg2.TextMatrix(fg2.Row(), particular_.columna_id));
+  });
+  intenta([&] { Query->Ejecuta(); });
+  intenta([&] { fg2.RemoveItem(fg2.Row()); });
+  intenta([&] { fg2.AddItem(""); });
+}
+
+int DocumentWizard::RenglonLibre(Trampa& intenta) {
+  const int ultimo = fg2.Rows() - fg2.FixedRows();
+  for (int renglon = 1; renglon <= ultimo; ++renglon) {
+    // A row that can't be told is taken for used: a line is never written over another.
+    if (!intenta.Si([&] { return !Funciones().EstaVacio(fg2.TextMatrix(renglon, 0)); })) return renglon;
+  }
+  return 0;
+}
+
+}  // namespace tarvik
