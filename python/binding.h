@@ -1,0 +1,37 @@
+// What the parts of the module share: conversions between the library's values and Python's, and
+// the parts themselves. No rule of the suite lives in python/.
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+#include <optional>
+#include <string>
+
+#include "data/value.h"
+#include "forms/control.h"
+#include "forms/form.h"
+
+namespace tarvik::python {
+
+namespace py = pybind11;
+
+void BindForms(py::module_& module);
+void BindScreens(py::module_& module);
+void BindAnfitrion(py::module_& module);
+
+// A number is its plain text, None the empty text; lone surrogates (bytes that were no UTF-8) are
+// handed on as the bytes that they stand for.
+std::string TextOf(const py::handle& object);
+data::Value ValueOf(const py::handle& object);
+py::object ToPython(const data::Value& value);
+std::optional<data::Date> DateOf(const py::handle& object);
+std::optional<data::DateTime> DateTimeOf(const py::handle& object);
+// Text that may hold bytes which are no UTF-8: those come as U+FFFD.
+py::str StrOf(std::string_view text);
+
+// The same Python object for the same form, of its own class.
+py::object FormObject(forms::Form& form);
+// The control as an object of its kind; it keeps its form.
+py::object ControlObject(forms::Control& control);
+
+}  // namespace tarvik::python

@@ -1,0 +1,88 @@
+// The module `tarvik`: drives the screens without a window, and lets a routine work on them.
+#include <pybind11/pybind11.h>
+
+#include <datetime.h>
+
+#include <cmath>
+
+#include "data/error.h"
+#include "data/number.h"
+#include "data/text.h"
+#include "python/binding.h"
+#include "service/reporte.h"
+
+namespace tarvik::python {
+
+std::string TextOf(const py::handle& object) {
+  if (object.is_none()) return {};
+  if (py::isinstance<py::str>(object)) {
+    return py::bytes(object.attr("encode")("utf-8", "surrogateescape"));
+  }
+  return data::ToText(ValueOf(object));
+}
+
+py::str StrOf(std::string_view text) { return py::str(data::RepairUtf8(text)); }
+
+std::optional<data::DateTime> DateTimeOf(const py::handle& object) {
+  if (!PyDateTime_Check(object.ptr())) return std::nullopt;
+  PyObject* when = object.ptr();
+  return data::DateTime{
+      {PyDateTime_GET_YEAR(when), PyDateTime_GET_MONTH(when), PyDateTime_GET_DAY(when)},
+      {PyDateTime_DATE_GET_HOUR(when), PyDateTime_DATE_GET_MINUTE(when), PyDateTime_DATE_GET_SECOND(when)}};
+}
+
+std::optional<data::Date> DateOf(const py::handle& object) {
+  if (PyDate_Check(object.ptr())) {
+    PyObject* day = object.ptr();
+    return data::Date{PyDateTime_GET_YEAR(day), PyDateTime_GET_MONTH(day), PyDateTime_GET_DAY(day)};
+  }
+  if (py::isinstance<py::str>(object)) return data::Date::Parse(TextOf(object));
+  return std::nullopt;
+}
+
+data::Value ValueOf(const py::handle& object) {
+  if (object.is_none()) return {};
+  if (py::isinstance<py::bool_>(object)) return object.cast<bool>();
+  if (py::isinstance<py::int_>(object)) return object.cast<std::int64_t>();
+  if (py::isinstance<py::float_>(object)) return object.cast<double>();
+  if (py::isinstance<py::str>(object)) return TextOf(object);
+  if (auto when = DateTimeOf(object)) return *when;
+  if (auto day = DateOf(object)) return *day;
+  return std::string(py::str(object));
+}
+
+py::object ToPython(const data::Value& value) {
+  if (const auto* number = value.As<std::int64_t>()) return py::int_(*number);
+  if (const auto* number = value.As<double>()) return py::float_(*number);
+  if (const auto* text = value.As<std::string>()) return StrOf(*text);
+  if (const auto* day = value.As<data::Date>()) {
+    return py::reinterpret_steal<py::object>(PyDate_FromDate(day->year, day->month, day->day));
+  }
+  if (const auto* when = value.As<data::DateTime>()) {
+    return py::reinterpret_steal<py::object>(
+        PyDateTime_FromDateAndTime(when->date.year, when->date.month, when->date.day, when->time.hour,
+                                   when->time.minute, when->time.second, 0));
+  }
+  return py::none();
+}
+
+}  // namespace tarvik::python
+
+PYBIND11_MODULE(tarvik, module) {
+  namespace py = pybind11;
+  PyDateTime_IMPORT;
+  module.doc() = "Movimientos de inventario: maneja las pantallas sin ventana y las amplía con rutinas.";
+  static py::exception<tarvik::data::Error> error(module, "Error");
+  py::register_exception_translator([](std::exception_ptr thrown) {
+    try {
+      if (thrown) std::rethrow_exception(thrown);
+    } catch (const tarvik::data::Error& failure) {
+      error(failure.what());
+    } catch (const tarvik::service::FallaDelReporte& failure) {
+      error(failure.what());
+    }
+  });
+  tarvik::python::BindForms(module);
+  tarvik::python::BindScreens(module);
+  tarvik::python::BindAnfitrion(module);
+}
