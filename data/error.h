@@ -1,0 +1,35 @@
+// Error: the one exception that a failing service, connection, recordset or builder throws.
+// It carries a description for the operator and, beside it, a context for the developer.
+// It does not log, does not translate and holds no stack.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tarvik::data {
+
+// Example:
+//   throw Error("La base está ocupada por otro proceso").With("sentencia", sql);
+//
+// what() is the description alone: it is what the box and the day's log show, unchanged. The
+// context is for a debugger or an implementer's window and never becomes part of the description.
+class Error : public std::runtime_error {
+ public:
+  explicit Error(const std::string& description) : std::runtime_error(description) {}
+
+  Error With(std::string key, std::string value) && {
+    context_.emplace_back(std::move(key), std::move(value));
+    return std::move(*this);
+  }
+  // For the way up: adds to an error that has been caught by reference, before `throw;`.
+  void Add(std::string key, std::string value) { context_.emplace_back(std::move(key), std::move(value)); }
+
+  [[nodiscard]] const std::vector<std::pair<std::string, std::string>>& Context() const { return context_; }
+
+ private:
+  std::vector<std::pair<std::string, std::string>> context_;
+};
+
+}  // namespace tarvik::data

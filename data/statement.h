@@ -1,0 +1,31 @@
+// The last gate before an engine: a statement is one statement, with its quotes closed and no
+// comment. The suite joins what an operator types into its texts; this is where injection ends.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarvik::data {
+
+// Throws Error (Spanish, for the operator) if the text is empty, holds a second statement behind
+// a semicolon, leaves a quote open, has "--" or "/*" outside quoted text, holds a NUL or is no
+// valid UTF-8. A single semicolon at the end is allowed.
+void RequireOneStatement(std::string_view text);
+
+// True if the text's first word is SELECT, without regard to case.
+bool IsSelect(std::string_view text);
+
+struct ProcedureCall {
+  std::string name;
+  std::vector<std::string> arguments;  // without their quotes, '' read as one quote
+};
+// The parts of "exec NAME 'a','b'"; nothing if the first word is not EXEC. Throws Error for a call
+// that does not follow this form. The text has passed RequireOneStatement.
+std::optional<ProcedureCall> ParseExec(std::string_view text);
+
+// Doubles the quotes and puts quotes around: O'Hara gives 'O''Hara'.
+std::string Quoted(std::string_view text);
+
+}  // namespace tarvik::data

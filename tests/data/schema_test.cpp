@@ -1,0 +1,440 @@
+// The schema: its tables and columns, its statements, and how a base gets it.
+#include "data/schema.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "data/error.h"
+#include "data/text.h"
+#include "tests/data/support.h"
+
+namespace tarvik::data {
+namespace {
+
+using tests::ErrorOf;
+using tests::ReadFile;
+using tests::TempFolder;
+
+std::vector<std::string> Names(std::string_view table) {
+  std::vector<std::string> names;
+  for (const Column& column : FindTable(table)->columns) names.emplace_back(column.name);
+  return names;
+}
+
+std::vector<std::string> NamesOfType(std::string_view table, ColumnType type) {
+  std::vector<std::string> names;
+  for (const Column& column : FindTable(table)->columns) {
+    if (column.type == type) names.emplace_back(column.name);
+  }
+  return names;
+}
+
+using List = std::vector<std::string>;
+
+TEST(SchemaTables, AreThoseOfTheSuiteAndOfTheHost) {
+  List suite;
+  List host;
+  for (const Table& table : Schema()) (table.of_host ? host : suite).emplace_back(table.name);
+  EXPECT_EQ(suite, (List{"entradas",          "entpart",   "salidas",     "salpart",     "movsinv",
+                         "compras2sucursal",  "compra2",   "compra2part", "diremb",      "prods",
+                         "existenciaalmacen", "impuestos", "clavesadd",   "tipominv",    "ALMACEN",
+                         "ESTACIONES",        "empleados", "sucursal",    "clients",     "vends",
+                         "monedas",           "usuarios",  "defform",     "ControlProc", "modelos",
+                         "colores",           "tallas"}));
+  EXPECT_EQ(host, (List{"mensajes", "series", "parametros", "version_esquema", "mallaparam", "mallacelda",
+                        "retenciones"}));
+}
+
+TEST(SchemaTables, GoodsIn) {
+  EXPECT_EQ(Names("entradas"),
+            (List{"entrada", "tipo_doc", "f_emision", "almacen", "importe", "costo", "estado", "ocupado",
+                  "observ", "datos", "tipo_cam", "moneda", "usuario", "usufecha", "usuhora"}));
+  EXPECT_EQ(Names("entpart"), (List{"id_entrada", "entrada", "no_referen", "tipo_doc", "articulo", "cantidad",
+                                    "precio", "impuesto", "observ", "partida", "claveadd", "prcantidad",
+                                    "prdescrip", "usuario", "usufecha", "Usuhora"}));
+  EXPECT_EQ(NamesOfType("entradas", ColumnType::Number), (List{"almacen", "importe", "costo", "tipo_cam"}));
+  EXPECT_EQ(NamesOfType("entradas", ColumnType::Flag), List{"ocupado"});
+  EXPECT_EQ(NamesOfType("entradas", ColumnType::Date), (List{"f_emision", "usufecha"}));
+  EXPECT_EQ(NamesOfType("entpart", ColumnType::Number),
+            (List{"cantidad", "precio", "impuesto", "prcantidad"}));
+  EXPECT_EQ(NamesOfType("entpart", ColumnType::Integer),
+            (List{"id_entrada", "entrada", "no_referen", "partida"}));
+}
+
+TEST(SchemaTables, GoodsOut) {
+  EXPECT_EQ(Names("salidas"), (List{"salida",
+                                    "folio",
+                                    "estacion",
+                                    "tipo_doc",
+                                    "f_emision",
+                                    "almacen",
+                                    "importe",
+                                    "costo",
+                                    "estado",
+                                    "ocupado",
+                                    "observ",
+                                    "datos",
+                                    "usuario",
+                                    "usufecha",
+                                    "usuhora",
+                                    "cliente",
+                                    "direccionembarque",
+                                    "estraspaso",
+                                    "traspaso",
+                                    "almt",
+                                    "traspasoaestacion",
+                                    "estaciontraspaso",
+                                    "esparasucursal",
+                                    "sucursal",
+                                    "EntSuc",
+                                    "paraempleado",
+                                    "empleado",
+                                    "fecharetorno"}));
+  EXPECT_EQ(Names("salpart"),
+            (List{"id_salida", "salida", "tipo_doc", "articulo", "cantidad", "precio", "impuesto", "observ",
+                  "partida", "claveadd", "prcantidad", "prdescrip", "usuario", "usufecha", "usuhora"}));
+  EXPECT_EQ(NamesOfType("salidas", ColumnType::Flag),
+            (List{"ocupado", "estraspaso", "traspasoaestacion", "esparasucursal", "paraempleado"}));
+  EXPECT_EQ(NamesOfType("salidas", ColumnType::Number), (List{"almacen", "importe", "costo", "almt"}));
+  EXPECT_EQ(NamesOfType("salidas", ColumnType::Integer), (List{"salida", "folio", "traspaso"}));
+  EXPECT_EQ(NamesOfType("salidas", ColumnType::Date), (List{"f_emision", "usufecha", "fecharetorno"}));
+  EXPECT_EQ(NamesOfType("salpart", ColumnType::Number),
+            (List{"cantidad", "precio", "impuesto", "prcantidad"}));
+}
+
+TEST(SchemaTables, LedgerAndPurchases) {
+  EXPECT_EQ(Names("movsinv"),
+            (List{"operacion",        "movimiento", "articulo",   "cantidad",   "Precio",    "Observ",
+                  "id_entrada",       "id_salida",  "PrDescrip",  "PrCantidad", "claveadd",  "f_movim",
+                  "cerrado",          "ent_sal",    "almacen",    "tipo_doc",   "documento", "usuario",
+                  "estaciontraspaso", "importe",    "clavelocal", "usuhora",    "id"}));
+  EXPECT_EQ(NamesOfType("movsinv", ColumnType::Number),
+            (List{"cantidad", "Precio", "PrCantidad", "almacen", "importe"}));
+  EXPECT_EQ(Names("compras2sucursal"), (List{"id_partida", "cantidad", "sucursal", "tipo", "id"}));
+  EXPECT_EQ(Names("compra2"), List{"id"});
+  EXPECT_EQ(Names("compra2part"), (List{"Id", "articulo", "compra"}));
+  EXPECT_EQ(Names("diremb"), (List{"id", "direccion", "cliente"}));
+}
+
+TEST(SchemaTables, Catalogues) {
+  EXPECT_EQ(Names("prods"),
+            (List{"articulo", "descrip", "unidad", "precio1", "impuesto", "costo_u", "ubicacion", "linea",
+                  "modelo",   "color",   "talla",  "Invent",  "Por_Surt", "ALM1",    "ALM2",      "ALM3",
+                  "ALM4",     "ALM5",    "ALM6",   "ALM7",    "ALM8",     "ALM9"}));
+  EXPECT_EQ(NamesOfType("prods", ColumnType::Flag), List{"Invent"});
+  EXPECT_EQ(NamesOfType("prods", ColumnType::Number).size(), 12U);
+  EXPECT_EQ(Names("existenciaalmacen"), (List{"almacen", "articulo", "existencia"}));
+  EXPECT_EQ(Names("impuestos"), (List{"impuesto", "valor", "descrip"}));
+  EXPECT_EQ(Names("clavesadd"), (List{"clave", "articulo", "cantidad", "Dato1", "Dato2", "unidad", "Libre"}));
+  EXPECT_EQ(Names("tipominv"), (List{"tipo_movim", "ent_sal", "descrip"}));
+  EXPECT_EQ(Names("ALMACEN"), (List{"almacen", "descrip"}));
+  EXPECT_EQ(FindColumn("ALMACEN", "almacen")->type, ColumnType::Number);
+  EXPECT_EQ(Names("ESTACIONES"), (List{"ESTACION", "descrip"}));
+  EXPECT_EQ(Names("empleados"), (List{"empleado", "nombre"}));
+  EXPECT_EQ(Names("sucursal"), (List{"sucursal", "descrip"}));
+  EXPECT_EQ(Names("clients"), (List{"cliente", "nombre"}));
+  EXPECT_EQ(Names("vends"), (List{"vend", "Nombre"}));
+  EXPECT_EQ(Names("monedas"), (List{"moneda", "Tc", "Base"}));
+  EXPECT_EQ(Names("usuarios"), (List{"usuario", "existsalidas"}));
+  EXPECT_EQ(Names("defform"), (List{"Entradas", "Salidas", "id"}));
+  EXPECT_EQ(Names("ControlProc"), (List{"controlproc", "id"}));
+  EXPECT_EQ(Names("modelos"), (List{"modelo", "descrip"}));
+  EXPECT_EQ(Names("colores"), (List{"color", "descrip", "visualcolor"}));
+  EXPECT_EQ(Names("tallas"), (List{"talla", "descrip"}));
+}
+
+TEST(SchemaTables, Keys) {
+  const auto key = [](std::string_view table) {
+    const auto& names = FindTable(table)->key;
+    return List(names.begin(), names.end());
+  };
+  EXPECT_EQ(key("entradas"), List{"entrada"});
+  EXPECT_EQ(key("entpart"), List{"id_entrada"});
+  EXPECT_EQ(key("salidas"), List{"salida"});
+  EXPECT_EQ(key("salpart"), List{"id_salida"});
+  EXPECT_EQ(key("existenciaalmacen"), (List{"almacen", "articulo"}));
+  EXPECT_EQ(key("prods"), List{"articulo"});
+  EXPECT_EQ(key("clavesadd"), List{"clave"});
+  EXPECT_EQ(key("mallaparam"), (List{"documento", "origen"}));
+  EXPECT_EQ(key("retenciones"), (List{"tipo", "numero"}));
+  List counted;
+  for (const Table& table : Schema()) {
+    if (table.counted_key) counted.emplace_back(table.name);
+  }
+  EXPECT_EQ(counted, (List{"movsinv", "compras2sucursal", "defform", "ControlProc", "mallacelda"}));
+}
+
+TEST(SchemaTables, AreSoundInThemselves) {
+  std::set<std::string> tables;
+  for (const Table& table : Schema()) {
+    EXPECT_TRUE(tables.insert(LowerAscii(table.name)).second) << table.name;
+    EXPECT_FALSE(table.meaning.empty()) << table.name;
+    EXPECT_FALSE(table.key.empty()) << table.name;
+    std::set<std::string> columns;
+    for (const Column& column : table.columns) {
+      EXPECT_TRUE(columns.insert(LowerAscii(column.name)).second) << table.name << '.' << column.name;
+      EXPECT_FALSE(column.meaning.empty()) << table.name << '.' << column.name;
+    }
+    const auto has = [&](std::string_view name) {
+      return std::any_of(table.columns.begin(), table.columns.end(),
+                         [&](const Column& c) { return c.name == name; });
+    };
+    for (const auto name : table.key) EXPECT_TRUE(has(name)) << table.name << '.' << name;
+    for (const auto& index : table.indexes) {
+      for (const auto name : index) EXPECT_TRUE(has(name)) << table.name << '.' << name;
+    }
+    for (const ForeignKey& foreign : table.foreign_keys) {
+      EXPECT_TRUE(has(foreign.column));
+      ASSERT_NE(FindTable(foreign.table), nullptr);
+      EXPECT_EQ(FindTable(foreign.table)->key, std::vector<std::string_view>{foreign.column});
+    }
+    EXPECT_TRUE(!table.counted_key || table.key.size() == 1) << table.name;
+  }
+}
+
+TEST(SchemaSearch, IsWithoutRegardToCase) {
+  ASSERT_NE(FindTable("almacen"), nullptr);
+  EXPECT_EQ(FindTable("almacen")->name, "ALMACEN");
+  EXPECT_EQ(FindColumn("PRODS", "PRECIO1")->name, "precio1");
+  EXPECT_EQ(FindTable("nada"), nullptr);
+  EXPECT_EQ(FindColumn("nada", "precio1"), nullptr);
+  EXPECT_EQ(FindColumn("prods", "ALM10"), nullptr);
+}
+
+TEST(SchemaDdl, OnTheEmbeddedEngine) {
+  EXPECT_EQ(
+      Ddl(*FindTable("existenciaalmacen"), Dialect::Sqlite),
+      List{"CREATE TABLE IF NOT EXISTS existenciaalmacen (almacen REAL NOT NULL, articulo TEXT NOT NULL, "
+           "existencia REAL, PRIMARY KEY (almacen, articulo))"});
+  EXPECT_EQ(
+      Ddl(*FindTable("compra2part"), Dialect::Sqlite),
+      (List{"CREATE TABLE IF NOT EXISTS compra2part (Id INTEGER NOT NULL, articulo TEXT, compra INTEGER, "
+            "PRIMARY KEY (Id)) WITHOUT ROWID",
+            "CREATE INDEX IF NOT EXISTS idx_compra2part_articulo_compra ON compra2part (articulo, compra)"}));
+  EXPECT_EQ(Ddl(*FindTable("ControlProc"), Dialect::Sqlite),
+            List{"CREATE TABLE IF NOT EXISTS ControlProc (controlproc INTEGER, id INTEGER PRIMARY KEY)"});
+}
+
+TEST(SchemaDdl, OnTheServer) {
+  EXPECT_EQ(Ddl(*FindTable("existenciaalmacen"), Dialect::Postgresql),
+            List{"CREATE TABLE IF NOT EXISTS existenciaalmacen (almacen DOUBLE PRECISION NOT NULL, "
+                 "articulo TEXT NOT NULL, existencia DOUBLE PRECISION, PRIMARY KEY (almacen, articulo))"});
+  EXPECT_EQ(Ddl(*FindTable("ControlProc"), Dialect::Postgresql),
+            List{"CREATE TABLE IF NOT EXISTS ControlProc (controlproc BIGINT, "
+                 "id BIGINT GENERATED BY DEFAULT AS IDENTITY PRIMARY KEY)"});
+  const std::string lines = Ddl(*FindTable("entpart"), Dialect::Postgresql).at(0);
+  EXPECT_NE(lines.find("FOREIGN KEY (entrada) REFERENCES entradas (entrada)"), std::string::npos);
+  EXPECT_EQ(lines.find("CASCADE"), std::string::npos);
+  EXPECT_EQ(lines.find("ROWID"), std::string::npos);
+  EXPECT_NE(Ddl(*FindTable("entradas"), Dialect::Postgresql).at(0).find("ocupado SMALLINT"),
+            std::string::npos);
+}
+
+// A base in memory that has the schema.
+class Prepared : public testing::Test {
+ protected:
+  Prepared() : base_(OpenBase("sqlite::memory:")), connection_(base_->Connect()) {
+    first_ = PrepareSchema(*connection_);
+  }
+  EngineConnection& db() { return *connection_; }
+  Value Single(std::string_view text) { return db().Select(text).rows.at(0).at(0); }
+
+  std::unique_ptr<Base> base_;
+  std::unique_ptr<EngineConnection> connection_;
+  bool first_ = false;
+};
+
+TEST_F(Prepared, AnEmptyBaseGetsEveryTableOnce) {
+  EXPECT_TRUE(first_);
+  for (const Table& table : Schema()) {
+    List expected;
+    for (const Column& column : table.columns) expected.push_back(LowerAscii(column.name));
+    EXPECT_EQ(db().Columns(table.name), expected) << table.name;
+  }
+  EXPECT_EQ(Single("SELECT MAX(version) FROM version_esquema"), Value(kSchemaVersion));
+  EXPECT_FALSE(PrepareSchema(db()));
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM version_esquema"), Value(1));
+}
+
+TEST_F(Prepared, TablesStartEmpty) {
+  for (const Table& table : Schema()) {
+    if (table.name == "version_esquema") continue;
+    EXPECT_EQ(Single("SELECT COUNT(*) FROM " + std::string(table.name)), Value(0)) << table.name;
+  }
+}
+
+TEST_F(Prepared, EveryColumnButTheKeysTakesANull) {
+  for (const Table& table : Schema()) {
+    if (!table.foreign_keys.empty() || table.name == "version_esquema") continue;
+    std::string columns;
+    std::string values;
+    for (const auto name : table.key) {
+      columns += (columns.empty() ? "" : ", ") + std::string(name);
+      values += values.empty() ? "1" : ", 1";
+    }
+    EXPECT_EQ(ErrorOf([&] {
+                db().Execute("INSERT INTO " + std::string(table.name) + " (" + columns + ") VALUES (" +
+                             values + ")");
+              }),
+              "no error")
+        << table.name;
+  }
+}
+
+TEST_F(Prepared, KeysTakeNoNullAndNoSecondRow) {
+  for (const Table& table : Schema()) {
+    if (table.counted_key) continue;
+    for (const auto missing : table.key) {
+      std::string columns;
+      std::string values;
+      for (const auto name : table.key) {
+        columns += (columns.empty() ? "" : ", ") + std::string(name);
+        values += (values.empty() ? "" : ", ") + std::string(name == missing ? "NULL" : "1");
+      }
+      EXPECT_EQ(ErrorOf([&] {
+                  db().Execute("INSERT INTO " + std::string(table.name) + " (" + columns + ") VALUES (" +
+                               values + ")");
+                }).substr(0, 25),
+                "Falta un dato obligatorio")
+          << table.name << '.' << missing;
+    }
+  }
+  db().Execute("INSERT INTO entradas (entrada) VALUES (5)");
+  EXPECT_EQ(ErrorOf([&] { db().Execute("INSERT INTO entradas (entrada) VALUES (5)"); }),
+            "Ya existe un registro con esa clave: UNIQUE constraint failed: entradas.entrada");
+}
+
+TEST_F(Prepared, ADocumentNumberIsNeverDrawnByTheEngine) {
+  EXPECT_NE(ErrorOf([&] { db().Execute("INSERT INTO salidas (estado) VALUES ('PE')"); }), "no error");
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM salidas"), Value(0));
+}
+
+TEST_F(Prepared, TheLedgersRowNumberIs) {
+  db().Execute("INSERT INTO movsinv (articulo) VALUES ('A')");
+  db().Execute("INSERT INTO movsinv (articulo) VALUES ('B')");
+  EXPECT_EQ(Single("SELECT id FROM movsinv WHERE articulo = 'B'"), Value(2));
+}
+
+TEST_F(Prepared, ALineNeedsItsHeaderAndHoldsIt) {
+  const std::string reason =
+      "El registro depende de otro que no existe o del que otros dependen: FOREIGN KEY constraint failed";
+  EXPECT_EQ(ErrorOf([&] { db().Execute("INSERT INTO entpart (id_entrada, entrada) VALUES (1, 7)"); }),
+            reason);
+  EXPECT_EQ(ErrorOf([&] { db().Execute("INSERT INTO salpart (id_salida, salida) VALUES (1, 7)"); }), reason);
+  db().Execute("INSERT INTO entradas (entrada) VALUES (7)");
+  db().Execute("INSERT INTO entpart (id_entrada, entrada) VALUES (1, 7)");
+  EXPECT_EQ(ErrorOf([&] { db().Execute("DELETE FROM entradas WHERE (((entradas.entrada) = 7))"); }), reason);
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM entpart"), Value(1)) << "no cascade";
+  db().Execute("DELETE FROM entpart WHERE (((entpart.entrada) = 7))");
+  db().Execute("DELETE FROM entradas WHERE (((entradas.entrada) = 7))");
+}
+
+TEST_F(Prepared, ColumnsKeepTheirKinds) {
+  db().Run("INSERT INTO salidas (salida, almacen, ocupado, f_emision, EntSuc) VALUES (?, ?, ?, ?, ?)",
+           {3, 1, 1, Date{2024, 3, 5}, 15});
+  const Rows rows =
+      db().Select("SELECT salida, almacen, ocupado, f_emision, EntSuc, fecharetorno FROM salidas");
+  EXPECT_EQ(rows.columns.at(4), "EntSuc");
+  EXPECT_EQ(rows.rows.at(0), (std::vector<Value>{3, 1.0, 1, Date{2024, 3, 5}, "15", Value()}));
+}
+
+TEST_F(Prepared, WhatIsLookedUpHasAnIndex) {
+  for (const auto& [text, index] : std::vector<std::pair<std::string, std::string>>{
+           {"SELECT * FROM entpart WHERE entrada = (1)", "idx_entpart_entrada"},
+           {"SELECT * FROM salpart WHERE (((salida)=1))", "idx_salpart_salida"},
+           {"SELECT * FROM movsinv WHERE f_movim > '2024-01-01'", "idx_movsinv_f_movim"},
+           {"select * from movsinv where operacion = 'EN' and movimiento = 1",
+            "idx_movsinv_operacion_movimiento"},
+           {"SELECT * FROM movsinv WHERE articulo = 'A' AND almacen = 1", "idx_movsinv_articulo_almacen"},
+           {"SELECT * FROM clavesadd WHERE articulo = 'A'", "idx_clavesadd_articulo"},
+           {"SELECT * FROM prods WHERE modelo = 'M'", "idx_prods_modelo"},
+           {"SELECT * FROM prods ORDER BY descrip LIMIT 1", "idx_prods_descrip"},
+           {"SELECT * FROM compra2part WHERE articulo = 'A' AND compra = 1",
+            "idx_compra2part_articulo_compra"},
+           {"SELECT * FROM entradas WHERE estado = 'PE'", "idx_entradas_estado"},
+           {"SELECT * FROM salidas WHERE estado = 'PE'", "idx_salidas_estado"},
+       }) {
+    std::string plan;
+    const Rows steps = db().Execute("EXPLAIN QUERY PLAN " + text);
+    for (const auto& row : steps.rows) plan += ToText(row.at(3)) + "\n";
+    EXPECT_NE(plan.find("INDEX " + index), std::string::npos) << text << '\n' << plan;
+  }
+}
+
+TEST_F(Prepared, ANewerBaseIsRefusedAndStaysAsItIs) {
+  db().Run("INSERT INTO version_esquema (version) VALUES (?)", {kSchemaVersion + 1});
+  db().Execute("DROP TABLE tallas");
+  EXPECT_EQ(ErrorOf([&] { PrepareSchema(db()); }),
+            "La base es de una versión más nueva (" + std::to_string(kSchemaVersion + 1) +
+                ") que este programa (" + std::to_string(kSchemaVersion) + ")");
+  EXPECT_TRUE(db().Columns("tallas").empty());
+}
+
+TEST_F(Prepared, WhatIsMissingIsMadeAndTheRestStays) {
+  db().Execute("INSERT INTO prods (articulo, descrip) VALUES ('A', 'Camisa')");
+  db().Execute("DROP TABLE tallas");
+  db().Execute("DROP TABLE clavesadd");
+  db().Execute("ALTER TABLE prods DROP COLUMN ALM9");
+  EXPECT_FALSE(PrepareSchema(db()));
+  EXPECT_EQ(db().Columns("tallas").size(), 2U);
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_clavesadd_articulo'"), Value(1));
+  EXPECT_EQ(db().Columns("prods").back(), "alm9");
+  EXPECT_EQ(Single("SELECT descrip FROM prods"), Value("Camisa"));
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM version_esquema"), Value(1));
+}
+
+TEST_F(Prepared, AnOlderBaseGetsTheVersionAndItsIndexes) {
+  db().Execute("DELETE FROM version_esquema");
+  db().Execute("INSERT INTO version_esquema VALUES (0)");
+  db().Execute("DROP INDEX idx_prods_modelo");
+  EXPECT_FALSE(PrepareSchema(db()));
+  EXPECT_EQ(Single("SELECT MAX(version) FROM version_esquema"), Value(kSchemaVersion));
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_prods_modelo'"), Value(1));
+}
+
+TEST_F(Prepared, ATableOfTheDeployersOwnIsLeftAlone) {
+  db().Execute("CREATE TABLE mis_notas (a TEXT)");
+  EXPECT_FALSE(PrepareSchema(db()));
+  EXPECT_EQ(db().Columns("mis_notas").size(), 1U);
+}
+
+TEST(PrepareSchemaOn, AForeignBaseIsRefusedAndStaysAsItIs) {
+  const TempFolder folder;
+  const std::string file = folder.File("ajena.db");
+  {
+    const auto connection = OpenBase("sqlite:" + file)->Connect();
+    connection->Execute("PRAGMA journal_mode = DELETE");
+    connection->Execute("CREATE TABLE prods (articulo TEXT)");
+  }
+  const std::string before = ReadFile(file);
+  {
+    const auto connection = OpenBase("sqlite:" + file)->Connect();
+    EXPECT_EQ(ErrorOf([&] { PrepareSchema(*connection); }), "El archivo no es una base de este programa");
+  }
+  EXPECT_EQ(ReadFile(file), before);
+}
+
+TEST(PrepareSchemaOn, ABaseThatLacksNothingWaitsForNoWriter) {
+  const TempFolder folder;
+  const auto base = OpenBase("sqlite:" + folder.File("a.db"));
+  const auto writer = base->Connect();
+  PrepareSchema(*writer);
+  const Transaction posting(*writer);
+  const auto other = base->Connect();
+  EXPECT_EQ(ErrorOf([&] { EXPECT_FALSE(PrepareSchema(*other)); }), "no error");
+}
+
+TEST(PrepareSchemaOn, AFailureLeavesNoHalfMadeBase) {
+  const auto base = OpenBase("sqlite::memory:");
+  const auto connection = base->Connect();
+  connection->Execute("PRAGMA max_page_count = 20");
+  EXPECT_EQ(ErrorOf([&] { PrepareSchema(*connection); }), "El disco está lleno: database or disk is full");
+  EXPECT_EQ(connection->Select("SELECT * FROM sqlite_master").rows.size(), 0U);
+  connection->Execute("PRAGMA max_page_count = 100000");
+  EXPECT_TRUE(PrepareSchema(*connection)) << "the base is as empty as it was";
+}
+
+}  // namespace
+}  // namespace tarvik::data
