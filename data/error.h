@@ -32,4 +32,11 @@ class Error : public std::runtime_error {
   std::vector<std::pair<std::string, std::string>> context_;
 };
 
+// What no trap of a procedure may take for an ordinary failure: the event ends, and the platform is
+// told. Thrown where going on with the next statement would make it worse.
+class Unrecoverable : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 }  // namespace tarvik::data

@@ -8,6 +8,10 @@
 
 namespace tarvik::forms {
 
+namespace {
+constexpr int kDeepestChange = 100;  // changes inside changes; real routes need four
+}
+
 Control::Control(Form& form, std::string name, std::optional<int> index)
     : form_(form), name_(std::move(name)), index_(index) {
   form_.Register(*this);
@@ -48,8 +52,7 @@ void Control::ForeColor(int color) {
   Changed(Aspect::Colour);
 }
 
-bool Control::CanTakeFocus() const {
-  if (!Focusable()) return false;
+bool Control::Reachable() const {
   for (const Control* control = this; control; control = control->Container()) {
     if (!control->Enabled() || !control->Visible()) return false;
   }
@@ -110,8 +113,22 @@ void TextBox::Text(std::string_view text) {
   if (taken == text_) return;
   text_ = std::move(taken);
   sel_start_ = sel_length_ = 0;
+  RunChange();
+}
+
+void TextBox::RunChange() {
   Changed(Aspect::Text);
-  if (OnChange) OnChange();
+  if (!OnChange) return;
+  // Two keys that name each other would change one another for ever. The event is ended, and the
+  // operator's data stays.
+  if (Owner().change_depth_ >= kDeepestChange) {
+    throw data::Unrecoverable("Los campos se cambian unos a otros sin fin");
+  }
+  struct Depth {
+    int& count;
+    ~Depth() { --count; }
+  } depth{++Owner().change_depth_};
+  OnChange();
 }
 
 void TextBox::SelStart(int start) {
@@ -148,8 +165,7 @@ void TextBox::Edit(std::size_t first, std::size_t count, std::string_view with) 
   text_ = std::move(text);
   sel_start_ = static_cast<int>(first + data::Length(put));
   sel_length_ = 0;
-  Changed(Aspect::Text);
-  if (OnChange) OnChange();
+  RunChange();
 }
 
 void TextBox::ReplaceSelection(std::string_view text) {

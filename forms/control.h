@@ -69,8 +69,9 @@ class Control {
   [[nodiscard]] virtual bool IsLabel() const { return false; }
   // Whether a control of this kind ever takes the focus.
   [[nodiscard]] virtual bool Focusable() const { return false; }
-  // Focusable, enabled and visible, its containers too.
-  [[nodiscard]] bool CanTakeFocus() const;
+  // Enabled and visible, its containers too: what a hand can reach.
+  [[nodiscard]] bool Reachable() const;
+  [[nodiscard]] bool CanTakeFocus() const { return Focusable() && Reachable(); }
   // Moves the focus here, with the leaving logic of the old control and the entering logic of this
   // one. Throws data::Error if the form is not shown or the control can't take the focus; rethrows
   // the first error of those events, after both have run. Nothing happens if it is here already.
@@ -186,6 +187,7 @@ class TextBox : public Control {
   Event OnChange;
 
  private:
+  void RunChange();
   void Edit(std::size_t first, std::size_t count, std::string_view with);
 
   std::string text_;

@@ -117,6 +117,7 @@ void Form::Gone() {
 }
 
 void Form::MoveFocus(Control& target, bool by_operator) {
+  ++focus_moves_;
   if (active_ == &target) return;
   Control* left = active_;
   active_ = &target;

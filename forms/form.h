@@ -52,6 +52,8 @@ class Form : public std::enable_shared_from_this<Form> {
   // A form that is not open, or is being unloaded, is left alone.
   bool Unload(UnloadMode mode = UnloadMode::Code);
 
+  // Keeps an object alive as long as the form: what the form works through.
+  void Keep(std::shared_ptr<void> object) { kept_ = std::move(object); }
   // Ends the form with nothing asked and no event raised: for a program that is ending.
   void Discard();
 
@@ -123,6 +125,7 @@ class Form : public std::enable_shared_from_this<Form> {
   void MoveByTab(bool backwards);
   void Guard(const std::function<void()>& event);
 
+  std::shared_ptr<void> kept_;  // first, so that it goes last
   Platform& platform_;
   std::string name_;
   std::string caption_;
@@ -132,7 +135,8 @@ class Form : public std::enable_shared_from_this<Form> {
   bool visible_ = false;
   bool unloading_ = false;
   bool unloaded_ = false;
-  int acts_ = 0;
+  int focus_moves_ = 0;   // moves asked for, those to where the focus is already included
+  int change_depth_ = 0;  // change logic running inside change logic
   int scale_width_ = 0;
   int scale_height_ = 0;
   std::vector<Control*> controls_;

@@ -19,14 +19,16 @@ void Form::Guard(const std::function<void()>& event) {
 
 void Form::Act(const std::function<void()>& function) {
   auto alive = shared_from_this();
-  ++acts_;
+  ++platform_.acts_;
   Guard(function);
-  if (--acts_ == 0) platform_.Settle();
+  if (--platform_.acts_ == 0) platform_.Settle();
 }
 
 void Form::Press(const Key& key) {
+  if (!visible_) return;
   Act([&] {
     Control* target = active_;
+    const int moves = focus_moves_;
     Key now = key;
     Guard([&] { Form_KeyDown(now.code, now.shift); });
     if (!Open()) return;
@@ -45,7 +47,8 @@ void Form::Press(const Key& key) {
         Guard([&] { target->Typing(static_cast<char32_t>(character)); });
       if (!Open()) return;
     }
-    if (now.code == kKeyTab && active_ == target) MoveByTab((now.shift & kShift) != 0);
+    // Tab moves on only where the field's own logic has not placed the focus, be it where it was.
+    if (now.code == kKeyTab && active_ == target && moves == focus_moves_) MoveByTab((now.shift & kShift) != 0);
     if (!Open()) return;
     if (target && target->OnKeyUp) {
       int code = key.code;
@@ -71,17 +74,16 @@ bool Form::Enter(Control& control) {
 }
 
 void Form::Click(Control& control) {
-  if (!visible_ || !control.Enabled() || !control.Visible()) return;
-  if (!control.IsLabel() && control.Focusable() && !control.CanTakeFocus()) return;
+  if (!visible_ || !control.Reachable()) return;
   Act([&] {
     if (control.CanTakeFocus()) MoveFocus(control, true);
-    if (Open() && control.Enabled() && control.Visible()) Guard([&] { control.Click(); });
+    if (Open() && control.Reachable()) Guard([&] { control.Click(); });
   });
 }
 
 void Form::DoubleClick(Control& control) {
   Click(control);
-  if (!visible_ || !control.Enabled() || !control.Visible() || !control.OnDblClick) return;
+  if (!visible_ || !control.Reachable() || !control.OnDblClick) return;
   Act([&] { control.OnDblClick(); });
 }
 
@@ -117,6 +119,7 @@ void Form::Type(Control& control, std::string_view text) {
 }
 
 void Form::Paste(std::string_view text) {
+  if (!visible_) return;
   Act([&] {
     if (auto* box = dynamic_cast<TextBox*>(active_); box && box->CanTakeFocus()) box->ReplaceSelection(text);
   });

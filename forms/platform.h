@@ -93,6 +93,7 @@ class Platform {
 
  private:
   friend class Form;
+  int acts_ = 0;  // of all forms: an operator's act may set off another's
   void Add(const std::shared_ptr<Form>& form);
   void Remove(Form& form);
 

@@ -15,28 +15,10 @@ void frmEntradasWizard::Command5_Click() {
     intenta([&] { Unload(); });
     return;
   }
-  if (Check3.Value() == 0) {
-    const std::string pregunta = TraeMensaje(intenta, host(), Ambiente, 726);
-    bool acepta = false;
-    intenta([&] { Funciones().Pregunta(pregunta, 1, acepta); });
-    if (!acepta) return;
-  }
-  if (!DTPicker1.Value()) {
-    Mensaje(intenta, 224);
-    if (DTPicker1.Enabled()) return ColocaFoco(DTPicker1);
-  }
-  bool fecha_valida = false;
-  intenta([&] {
-    Funciones().FechaValida(DTPicker1.Value().value_or(data::Date{}), *Ambiente, true, fecha_valida);
-  });
-  if (!fecha_valida) return;
-  intenta([&] { Command2.Enabled(false); });
-  intenta([&] { Command5.Enabled(false); });
-  intenta([&] { GetPlatform().ProcessEvents(); });
-  if (CuantasPartidas() == 0) {
-    if (Check3.Value() == 0) Mensaje(intenta, 343);
-    if (Check3.Enabled()) intenta([&] { Check3.Value(1); });
-  }
+  if (Check3.Value() == 0 && !Acepta(intenta, 726)) return;
+  if (!FechaEscrita(intenta) || !FechaAceptada(intenta)) return;
+  CierraBotones(intenta);
+  SinRenglonesQuedaPendiente(intenta, 343);
   SalvaEntrada(Check3.Value() == 0 ? "CO" : "PE");
   // Without stored lines the header stays saved and only the window's close box leads out.
   if (!SalvaPartidas()) return;
@@ -97,9 +79,7 @@ void frmEntradasWizard::CreaEntrada() {
     agrega("usufecha", [&] { return ahora.date; });
     agrega("usuhora", [&] { return ahora.time.Text(); });
     intenta([&] { Query->Condicion("entrada = " + std::to_string(Entrada)); });
-    std::string texto;
-    intenta([&] { Query->TextoSql(texto); });
-    intenta([&] { Query->Ejecuta(); });
+    EjecutaQuery(intenta);
   }
   intenta([&] { Abre("SELECT * FROM entradas WHERE entrada = " + std::to_string(Entrada), rstEntrada); });
   Modo = "MODIFICACION";
@@ -138,9 +118,7 @@ void frmEntradasWizard::SalvaEntrada(const std::string& estado) {
   agrega("usuario", [&] { return Ambiente->Usuario(); });
   agrega("usufecha", [&] { return ahora.date; });
   agrega("usuhora", [&] { return ahora.time.Text(); });
-  std::string texto;
-  intenta([&] { Query->TextoSql(texto); });
-  intenta([&] { Query->Ejecuta(); });
+  EjecutaQuery(intenta);
   Modo = "MODIFICACION";
 }
 
@@ -176,11 +154,7 @@ void frmEntradasWizard::AfectaPartidas() {
   double suma = 0;
   double importe = 0;
   for (int cuenta = 1; intenta.Mientras([&] { return !rstPartidas->Eof(); }); ++cuenta) {
-    intenta([&] {
-      RichTextBox1.Text("Afectando: " + data::ToText(rstPartidas->Fields("articulo")) + " " +
-                        std::to_string(cuenta));
-    });
-    GetPlatform().Repaint(*this);
+    MuestraAvance(intenta, cuenta);
     pon([&](M& m) { m.Articulo(data::ToText(rstPartidas->Fields("articulo"))); });
     pon([&](M& m) { m.Cantidad(data::ToNumber(rstPartidas->Fields("cantidad"))); });
     pon([&](M& m) { m.Precio(data::ToNumber(rstPartidas->Fields("Precio"))); });
@@ -196,29 +170,8 @@ void frmEntradasWizard::AfectaPartidas() {
 
 void frmEntradasWizard::SalvaCambios() {
   Trampa intenta{*this, "SalvaCambios"};
-  intenta([&] { Query->Limpia(); });
-  intenta([&] { Query->TipoSentencia("UPDATE"); });
-  intenta([&] { Query->Condicion("id_entrada = " + fg2.TextMatrix(fg2.Row(), 5)); });
-  auto numero = [&] { return Funciones().ANumero(fg2.Text()); };
-  switch (fg2.Col()) {
-    case 1:
-      intenta([&] { Query->AgregaCampo("entpart", "cantidad", numero()); });
-      break;
-    case 2:
-      intenta([&] { Query->AgregaCampo("entpart", "precio", numero()); });
-      break;
-    case 5:
-      intenta([&] { Query->AgregaCampo("entpart", "impuesto", numero()); });
-      break;
-    case 6:
-      intenta([&] { Query->AgregaCampo("entpart", "observ", fg2.Text()); });
-      break;
-    default:
-      break;
-  }
-  std::string texto;
-  intenta([&] { Query->TextoSql(texto); });
-  intenta([&] { Query->Ejecuta(); });
+  SalvaCelda(intenta, "entpart", "id_entrada",
+             {{1, "cantidad", true}, {2, "precio", true}, {5, "impuesto", true}, {6, "observ", false}});
 }
 
 }  // namespace tarvik

@@ -37,6 +37,7 @@ class frmEntradasWizard final : public DocumentWizard {
 
   // ---- screen ----
   void Timer1_Timer();
+  void Command1_Click() {}  // "&Modelos": the button stays, and does nothing
   void Command3_Click();
   void Check1_Click();  // kept for the hosts' routines: this screen has no such box
 
@@ -61,7 +62,6 @@ class frmEntradasWizard final : public DocumentWizard {
   void fg2_GotFocus() override;
   void fg2_LeaveCell() override;
   void fg2_KeyDown(int& KeyCode, int Shift) override;
-  void txtEdit_KeyPress(int& KeyAscii) override;
 
   // ---- finish ----
   void Command5_Click() override;
@@ -83,9 +83,7 @@ class frmEntradasWizard final : public DocumentWizard {
  private:
   void LlenaDeLaEntrada(service::Trampa& intenta);
   void EnterEnArticulo();
-  void AbajoEnArticulo();
   void EscribeRenglon(service::Trampa& intenta, std::int32_t id);
-  // The columns that both writers of the header store, in their order; `tipo_doc` leads or follows.
   void NuevoNumero(service::Trampa& intenta);
   void RefrescaLista(service::Trampa& intenta);
 };

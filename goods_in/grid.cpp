@@ -23,15 +23,6 @@ void frmEntradasWizard::MSFlexGridEdit(forms::FlexGrid& MSFlexGrid, forms::TextB
   SobreLaCelda(intenta, MSFlexGrid, Edt);
 }
 
-void frmEntradasWizard::txtEdit_KeyPress(int& KeyAscii) {
-  if (KeyAscii == forms::kKeyEnter) {
-    KeyAscii = 0;
-    return;
-  }
-  if (fg2.Col() == 4 || fg2.Col() == 6) return;
-  KeyAscii = Funciones().TeclaNumerica(KeyAscii, txtEdit, true);
-}
-
 void frmEntradasWizard::fg2_GotFocus() {
   Trampa intenta{*this, "fg2_GotFocus"};
   if (txtEdit.Visible()) ConfirmaCelda(intenta);

@@ -93,17 +93,6 @@ void frmEntradasWizard::EnterEnArticulo() {
   txtFields(9).Text(Funciones().TextoDe(modelo->Fields("impuesto")));
 }
 
-void frmEntradasWizard::AbajoEnArticulo() {
-  auto lista = host().NuevaLista();
-  lista->Ambiente(*Ambiente);
-  lista->Campo(txtFields(4));
-  int numero = 0;
-  lista->Muestra(numero, "");
-  lista.reset();
-  ColocaFoco(txtFields(5));
-  txtFields(5).SelectAll();
-}
-
 void frmEntradasWizard::RichTextBox1_KeyDown(int& KeyCode, int /*Shift*/) {
   if (KeyCode == forms::kKeyF8) PasaA(4);
 }

@@ -101,20 +101,7 @@ void frmEntradasWizard::LlenaPartida() {
     if (es_modelo) return;
     ColocaFoco(txtFields(4));
   }
-  if (intenta.Si([&] { return Vacio(4); })) {
-    Mensaje(intenta, 234);
-    return ColocaFoco(txtFields(4));
-  }
-  if (intenta.Si([&] {
-        return !Funciones().ExisteClave(txtFields(4).Text(), "ARTICULO", "PRODS", Ambiente->Conexion());
-      })) {
-    Mensaje(intenta, 235);
-    return ColocaFoco(txtFields(4));
-  }
-  if (intenta.Si([&] { return Numero(5) <= 0; })) {
-    Mensaje(intenta, 236);
-    return PasaA(5);
-  }
+  if (!ArticuloYCantidad(intenta)) return;
   if (intenta.Si([&] { return Numero(6) <= 0; })) {
     Mensaje(intenta, 238);
     return PasaA(6);
@@ -162,9 +149,7 @@ void frmEntradasWizard::NuevaPartida() {
   agrega("prcantidad", [&] { return Numero(28); });
   agrega("prdescrip", [&] { return data::Trim(txtFields(29).Text()); });
   agrega("claveadd", [&] { return Funciones().TextoDe(txtFields(24).Text()); });
-  std::string texto;
-  intenta([&] { Query->TextoSql(texto); });
-  intenta([&] { Query->Ejecuta(); });
+  EjecutaQuery(intenta);
   EscribeRenglon(intenta, id);
   CalculaImportes();
 }

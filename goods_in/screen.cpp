@@ -1,8 +1,6 @@
 // The goods-in screen: its controls as designed, loading in the three modes, closing.
 #include "goods_in/frm_entradas_wizard.h"
 
-#include <cmath>
-
 #include "forms/keys.h"
 
 namespace tarvik {
@@ -28,10 +26,6 @@ constexpr Particular kEntradas{
 constexpr int kRenglonesALaVista = 10;
 constexpr int kDemoraDeCierre = 10;  // milliseconds
 
-struct Columna {
-  const char* titulo;
-  int ancho;  // twips; 0 hides
-};
 constexpr Columna kColumnas[] = {{"Artículo", 0},        {"QTY", 800},          {"Precio", 900},
                                  {"Importe", 900},       {"Descripción", 4000}, {"No de Entrada", 0},
                                  {"Presentación", 2000}, {"Pr. QTY", 1000}};
@@ -102,109 +96,48 @@ frmEntradasWizard::frmEntradasWizard(service::Host& host)
 
 void frmEntradasWizard::Form_Load() {
   Trampa intenta{*this, "Form_Load"};
-  intenta([&] { fg2.Row(0); });
-  intenta([&] { fg2.Col(0); });
-  intenta([&] { fg2.ColWidth(0, static_cast<int>(std::lround(fg2.ColWidth(0) * 1.5))); });
-  for (int columna = 0; columna < static_cast<int>(std::size(kColumnas)); ++columna) {
-    const Columna& diseno = kColumnas[columna];
-    intenta([&] { fg2.Col(columna); });
-    if (columna > 0) intenta([&] { fg2.ColWidth(columna, diseno.ancho); });
-    intenta([&] { fg2.Text(diseno.titulo); });
-  }
+  EscribeEncabezados(intenta, kColumnas);
   intenta([&] { Query = Funciones().NuevoQuery(); });
   intenta([&] { Query->Conexion(Ambiente->Conexion()); });
-
   if (Modo != "ALTA") {
     LlenaDeLaEntrada(intenta);
   } else {
     PonFechaDeTrabajo(intenta);
-    intenta([&] { txtFields(14).Text(data::ToText(Ambiente->Parametros()->Fields("Almacen"))); });
+    PonAlmacenDeCasa(intenta);
   }
   intenta([&] { fg2.Row(1); });
   intenta([&] { fg2.Col(0); });
-
-  service::Ignora ignora;
-  if (Modo == "CONSULTA") DeshabilitaTodo();
-  fg2.Enabled(true);
-  Command2.Enabled(true);
-  Command5.Enabled(true);
-  MultiCombo1.Each([&](forms::SearchBox& caja) { ignora([&] { caja.Conexion(Ambiente->Conexion()); }); });
-  if (ignora.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("Lector")); })) {
-    ignora([&] { Check4.Value(1); });
-  } else {
-    ignora([&] { Check4.Value(0); });
-  }
-  NumeroDePartidas = kRenglonesALaVista;
-  ignora([&] { Dispara("ENTRADA001"); });
-  if (!CancelaProceso) {
-    ignora([&] { Funciones().PresentaForma(*this, *Ambiente, ""); });
-  } else {
-    CancelaProceso = false;
-  }
+  TerminaCarga({&fg2, &Command2, &Command5}, kRenglonesALaVista);
+  Presenta("ENTRADA001");
 }
 
 void frmEntradasWizard::LlenaDeLaEntrada(Trampa& intenta) {
-  intenta([&] { txtFields(0).Text(data::ToText(rstEntrada->Fields("Tipo_doc"))); });
-  intenta([&] { txtFields(14).Text(data::ToText(rstEntrada->Fields("Almacen"))); });
-  intenta([&] { txtFields(11).Text(Funciones().TextoDe(rstEntrada->Fields("Importe"))); });
-  intenta([&] { DTPicker1.Value(data::ToDate(rstEntrada->Fields("F_Emision"))); });
-  intenta([&] { RichTextBox3.Text(Funciones().TextoDe(rstEntrada->Fields("Datos"))); });
-  intenta([&] { RichTextBox2.Text(Funciones().TextoDe(rstEntrada->Fields("Observ"))); });
-
-  if (Modo == "MODIFICACION") {
-    intenta([&] { Query->Limpia(); });
-    intenta([&] { Query->TipoSentencia("UPDATE"); });
-    intenta([&] { Query->AgregaCampo("entradas", "ocupado", 1); });
-    intenta([&] { Query->Condicion("entradas.entrada = " + std::to_string(Entrada)); });
-    std::string texto;
-    intenta([&] { Query->TextoSql(texto); });
-    intenta([&] { Query->Ejecuta(); });
-  }
-
+  auto columna = [&](const char* nombre) { return rstEntrada->Fields(nombre); };
+  intenta([&] { txtFields(0).Text(data::ToText(columna("Tipo_doc"))); });
+  intenta([&] { txtFields(14).Text(data::ToText(columna("Almacen"))); });
+  intenta([&] { txtFields(11).Text(Funciones().TextoDe(columna("Importe"))); });
+  intenta([&] { DTPicker1.Value(data::ToDate(columna("F_Emision"))); });
+  intenta([&] { RichTextBox3.Text(Funciones().TextoDe(columna("Datos"))); });
+  intenta([&] { RichTextBox2.Text(Funciones().TextoDe(columna("Observ"))); });
+  if (Modo == "MODIFICACION")
+    TomaDocumento(intenta, "entradas", "entradas.entrada = " + std::to_string(Entrada));
   intenta([&] {
-    AbreNuevo("SELECT * FROM entpart WHERE entrada = (" + data::ToText(rstEntrada->Fields("Entrada")) + ")",
+    AbreNuevo("SELECT * FROM entpart WHERE entrada = (" + data::ToText(columna("Entrada")) + ")",
               rstPartidas);
   });
-  if (intenta.Si([&] { return rstPartidas->Eof(); })) return;
-  auto celda = [&](int columna, auto&& texto) {
-    intenta([&] { fg2.Col(columna); });
-    intenta([&] { fg2.Text(texto()); });
-  };
-  auto campo = [&](const char* nombre) { return data::ToText(rstPartidas->Fields(nombre)); };
-  for (int i = 1; intenta.Mientras([&] { return !rstPartidas->Eof(); }); ++i) {
-    // A line beyond the grid's last row is stored and not shown, as when it was entered.
-    if (i <= fg2.Rows() - fg2.FixedRows()) {
-      intenta([&] { fg2.Row(i); });
-      celda(0, [&] { return campo("articulo"); });
-      celda(1, [&] { return campo("cantidad"); });
-      celda(2, [&] { return campo("Precio"); });
-      celda(4, [&] { return " " + campo("Observ"); });
-      celda(5, [&] { return Funciones().TextoDe(rstPartidas->Fields("id_entrada")); });
-      celda(6, [&] { return Funciones().TextoDe(rstPartidas->Fields("PrDescrip")); });
-      celda(7, [&] { return Funciones().TextoDe(rstPartidas->Fields("PrCantidad")); });
-    }
-    intenta([&] { rstPartidas->MoveNext(); });
-  }
-  CalculaImportes();
+  LlenaRenglones(intenta, {{0, "articulo", Celda::Valor},
+                           {1, "cantidad", Celda::Valor},
+                           {2, "Precio", Celda::Valor},
+                           {4, "Observ", Celda::TrasBlanco},
+                           {5, "id_entrada", Celda::Texto},
+                           {6, "PrDescrip", Celda::Texto},
+                           {7, "PrCantidad", Celda::Texto}});
 }
 
 void frmEntradasWizard::Form_KeyDown(int& KeyCode, int /*Shift*/) {
   Trampa intenta{*this, "Form_KeyDown"};
-  switch (KeyCode) {
-    case forms::kKeyF9:
-      intenta([&] { LlenaPartida(); });
-      break;
-    case forms::kKeyF3:
-      if (Check4.Value() == 1) {
-        intenta([&] { Check4.Value(0); });
-      } else {
-        intenta([&] { Check4.Value(1); });
-        PasaA(4);
-      }
-      break;
-    default:
-      break;
-  }
+  if (KeyCode == forms::kKeyF9) LlenaPartida();
+  if (KeyCode == forms::kKeyF3) AlternaLector(intenta);
 }
 
 // The close box may not unload the screen from inside its own message: a tick of the timer does.
@@ -236,8 +169,7 @@ void frmEntradasWizard::Form_Unload(int& Cancel) {
                                    std::to_string(Entrada));
     });
   }
-  if (Parent) ColocaFoco(*Parent);
-  intenta([&] { Funciones().RegresaForma(*this, *Ambiente, "frmMaster"); });
+  Regresa(intenta);
 }
 
 void frmEntradasWizard::Command3_Click() { Dispara("ENTRADAS011"); }

@@ -1,27 +1,125 @@
-// frmSalidasWizard: the screen of one goods-out document. So far it holds what the public class
-// hands over; its fields, lines and posting are not here yet.
+// frmSalidasWizard: the screen of one goods-out document. Twin of the goods-in screen; what both do
+// alike stands in wizard/, and here stands only what goods-out does by itself: stock is checked,
+// equal consecutive lines add up, a presentation carries its own rule, and marks turn a document into
+// a transfer to a warehouse, a branch, a station or an employee.
+//
+// Where to find a procedure:
+//   screen.cpp     Form_Load, Form_KeyDown, closing, resizing, CreaHTML
+//   header.cpp     the events of txtFields, the customer, ValidaTab1
+//   lines.cpp      PonDescripcion, TraeSegundaClave, LlenaPartida, NuevaPartida, CreaPartida
+//   stock.cpp      the stock check of a new line, ConfirmaExistencia
+//   grid.cpp       the cells, CalculaImportes, removal of a line
+//   transfers.cpp  the marks and their hooks
+//   finish.cpp     CreaSalida, SalvaSalida, AfectaPartidas, Command5_Click
+//
+// Modes             "ALTA"                          "MODIFICACION"      "CONSULTA"
+//   header          dates, warehouse by default     from the row        from the row
+//   lines           none                            from salpart        from salpart
+//   ocupado         1 with the first line           1 at load           untouched
+//   released        by Form_Unload                  by Form_Unload      -
+//   enabled         as designed                     as designed         fg2, Command1, Command2, labels
+//   next mode       "MODIFICACION" with the         stays               stays
+//                   first line; the save leaves it
 #pragma once
 
-#include <cstdint>
-#include <string>
-
-#include "data/recordset.h"
-#include "forms/form.h"
-#include "service/host_services.h"
-#include "service/objeto.h"
+#include "wizard/document_wizard.h"
 
 namespace tarvik {
 
-class frmSalidasWizard final : public forms::Form {
+class frmSalidasWizard final : public DocumentWizard {
  public:
-  explicit frmSalidasWizard(service::Host& host)
-      : Form(host.Plataforma(), "frmSalidasWizard", "Asistente para salidas de almacén.") {}
+  explicit frmSalidasWizard(service::Host& host);
 
   std::int32_t Salida = 0;
-  std::string Modo;
-  service::Objeto<service::Ambiente> Ambiente;
-  service::Objeto<service::LateBound> Parent;
+  data::RecordsetRef rstClients;
+  data::RecordsetRef rstVends;
   data::RecordsetRef rstSalida;
+  data::RecordsetRef rstCobdet;    // kept for the hosts' routines
+  std::int32_t UltimaPartida = 0;  // the grid row of the last line; 0 until one stands
+  std::string Html;                // body of the distribution sheet, for the hosts' routines
+  data::RecordsetRef rstClavesAdd;
+  bool Acumulado = false;  // equal consecutive lines add up; set at load
+
+  forms::PictureBox Picture1, Picture2, Picture3;
+  forms::CheckBox SSCheck1, SSCheck2, Check1, Check5;
+  forms::DatePicker DTPicker2;
+  forms::WebBrowser wb;
+  forms::ComboBox Combo1;
+  forms::Label Label1, Label2, Label3, Label4, Label5, Label6, Label7, Label8, Label9, Label11, Label12,
+      Label17, Label18, Label19, Label23, Label25;
+
+  // ---- screen ----
+  void Timer1_Timer();  // kept for the hosts' routines: this screen has no timer
+  void DTPicker2_KeyDown(int& KeyCode, int Shift);
+  // Composes the distribution sheet, writes the day's file and shows it. `cString` is the heading, and
+  // afterwards the whole page; a `cHtml` that is not empty is the page as it stands.
+  void CreaHTML(std::string& cString, const std::string& cHtml);
+
+  // ---- header ----
+  void txtFields_GotFocus(int Index) override;
+  void txtFields_KeyDown(int Index, int& KeyCode, int Shift) override;
+  void txtFields_KeyPress(int Index, int& KeyAscii) override;
+  void ValidaTab1(bool& valido) override;
+  void llenaDirecciones();
+  std::string TraeVends();
+  void Combo1_Click();
+
+  // ---- lines ----
+  void PonDescripcion() override;
+  void TraeSegundaClave() override;
+  void MultiplicaPorPresentacion();
+  void MultiplicaPrecio() override {}  // the entry row has no amount here
+  void LlenaPartida() override;
+  void NuevaPartida() override;
+  void CreaPartida();
+
+  // ---- stock ----
+  // Whether an edited quantity may stand. Both arguments stay the caller's: the new quantity, the old.
+  bool ConfirmaExistencia(double first, double second);
+
+  // ---- grid ----
+  void MSFlexGridEdit(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int KeyAscii) override;
+  void CalculaImportes() override;
+  void fg2_GotFocus() override;
+  void fg2_LeaveCell() override;
+  void fg2_KeyDown(int& KeyCode, int Shift) override;
+
+  // ---- transfers ----
+  void SSCheck1_Click();
+  void SSCheck2_Click();
+  void Check1_Click();
+  void Command1_Click();
+  void CreaEntradasDeTraspaso();
+
+  // ---- finish ----
+  void Command5_Click() override;
+  void CreaSalida();
+  void SalvaSalida();
+  void SalvaPartidas(bool& hay);
+  void AfectaPartidas();
+  void ImprimeSalida() { Imprime("ImprimeSalida", Salida); }
+  void SalvaCambios() override;
+
+ protected:
+  void Form_Load() override;
+  void Form_KeyDown(int& KeyCode, int Shift) override;
+  void Form_Unload(int& Cancel) override;
+  void Form_Paint() override;
+  void Form_Resize() override;
+  bool AlCambiar(int Index) override;
+
+ private:
+  void Disena();
+  void LlenaDeLaSalida(service::Trampa& intenta);
+  bool ClienteEncontrado();
+  // The stock check of a new line: true if the line may be entered.
+  bool HayExistencia(service::Trampa& intenta);
+  void EditaCelda(service::Trampa& intenta);
+  bool Existen(service::Trampa& intenta);
+  // Begins the header's statement: an INSERT with the number, or an UPDATE.
+  void EmpiezaDocumento(service::Trampa& intenta);
+  void AsignaACompra(service::Trampa& intenta);
+  void RefrescaLista();
 };
 
 }  // namespace tarvik

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
 
 #include "data/error.h"
 #include "data/text.h"
@@ -19,65 +20,62 @@ namespace tarvik::python {
 
 namespace {
 
-class Nucleo;
-
-// The host's list form, as the script sees it.
-struct Maestra {
-  Nucleo& core;
-};
-
-// What a routine raised, as the suite's traps are to see it.
+// What a routine raised, as the suite's traps are to see it. What only ends a program (an interrupt
+// from the keyboard, an exit) is raised again when the script's own call returns.
 data::Error Raised(py::error_already_set& raised) {
+  if (!raised.matches(PyExc_Exception)) KeepRaised(raised);
   std::string text = py::str(raised.value());
   if (text.empty()) text = py::str(raised.type().attr("__name__"));
   return data::Error(text);
 }
 
-class Nucleo final : public host::Registro, public host::Selector {
+// What a script reads and sets: its lists, its answers, its functions.
+struct Cuaderno {
+  py::list sentencias, mensajes, listas, respuestas, ganchos_disparados, movimientos, impresos, navegado, presentadas,
+      regresadas, selectores, no_atrapados, pantallas, llamadas;
+  py::dict ganchos;
+  py::object ahora = py::none(), al_mostrar_modal = py::none(), al_mostrar_selector = py::none();
+  int pitidos = 0;
+};
+
+// The host itself. Every screen and control keeps it alive; the script's notebook may go before it,
+// and from then on nothing is kept any more.
+class Nucleo final : public host::Registro,
+                     public host::Selector,
+                     public std::enable_shared_from_this<Nucleo> {
  public:
-  Nucleo(const std::string& base, const std::string& usuario, const std::string& estacion,
-         const std::string& ruta, bool demo) {
+  Nucleo(const std::string& base, const std::string& usuario, const std::string& estacion, const std::string& ruta,
+         bool demo, Cuaderno& notebook)
+      : notebook_(&notebook) {
     plataforma_.on_box = [this](forms::BoxKind kind, const std::string& text, int style) {
-      py::gil_scoped_acquire gil;
       return Caja(kind, text, style);
     };
-    plataforma_.on_beep = [this] { ++pitidos; };
-    plataforma_.on_modal = [this](forms::Form& form) {
-      py::gil_scoped_acquire gil;
-      if (al_mostrar_modal.is_none()) return;
-      try {
-        al_mostrar_modal(FormObject(form));
-      } catch (py::error_already_set& raised) {
-        plataforma_.Unhandled(&form, Raised(raised));
-      }
-    };
+    plataforma_.on_beep = [this] { Note([](Cuaderno& notes) { ++notes.pitidos; }); };
+    plataforma_.on_modal = [this](forms::Form& form) { ShowModal(form); };
     plataforma_.on_unhandled = [this](forms::Form*, const std::string& text) {
-      py::gil_scoped_acquire gil;
-      no_atrapados.append(StrOf(text));
+      Note([&](Cuaderno& notes) { notes.no_atrapados.append(StrOf(text)); });
     };
     plataforma_.on_search_list = [this](forms::SearchBox& box) {
-      py::gil_scoped_acquire gil;
-      if (box.Field()) listas.append(py::make_tuple(box.Field()->Name(), box.Field()->Index()));
+      if (!box.Field()) return;
+      Note([&](Cuaderno& notes) { notes.listas.append(py::make_tuple(box.Field()->Name(), box.Field()->Index())); });
     };
     plataforma_.on_navigate = [this](forms::WebBrowser&, const std::string& name) {
-      py::gil_scoped_acquire gil;
-      navegado.append(StrOf(name));
+      Note([&](Cuaderno& notes) { notes.navegado.append(StrOf(name)); });
     };
     plataforma_.on_screen_loaded = [this](forms::Form& form) {
-      py::gil_scoped_acquire gil;
-      py::object object = FormObject(form);
-      // A screen works through this host: it may not outlive it.
-      py::detail::keep_alive_impl(object, py::cast(this));
-      pantallas.append(object);
+      form.Keep(shared_from_this());
+      Note([&](Cuaderno& notes) { notes.pantallas.append(FormObject(form)); });
     };
     plataforma_.on_screen_unloaded = [this](forms::Form& form) {
-      py::gil_scoped_acquire gil;
-      py::object object = FormObject(form);
-      if (pantallas.contains(object)) pantallas.attr("remove")(object);
+      Note([&](Cuaderno& notes) {
+        py::object object = FormObject(form);
+        if (notes.pantallas.contains(object)) notes.pantallas.attr("remove")(object);
+      });
     };
     plataforma_.clock = [this] {
-      py::gil_scoped_acquire gil;
-      return DateTimeOf(ahora);
+      std::optional<data::DateTime> now;
+      Note([&](Cuaderno& notes) { now = DateTimeOf(notes.ahora); });
+      return now;
     };
     host::Opciones opciones;
     opciones.base = base;
@@ -90,138 +88,165 @@ class Nucleo final : public host::Registro, public host::Selector {
     opciones.selector = this;
     anfitrion_ = std::make_unique<host::Anfitrion>(opciones);
     for (const auto& clave : service::kClaves) {
-      anfitrion_->Gancho(std::string(clave.clave),
-                         [this, key = std::string(clave.clave)](forms::Form& form, host::AmbienteLocal&) {
-                           Corre(key, form);
-                         });
+      const std::string key(clave.clave);
+      anfitrion_->Gancho(key, [this, key](forms::Form& form, host::AmbienteLocal&) { RunRoutine(key, form); });
     }
   }
-
-  ~Nucleo() override { Cierra(); }
 
   host::Anfitrion& Host() { return *anfitrion_; }
   host::AmbienteLocal& Ambiente() { return anfitrion_->Ambiente(); }
   forms::HeadlessPlatform& Plataforma() { return plataforma_; }
 
-  py::list Sql(const std::string& text, const std::vector<data::Value>& values) {
+  // On a connection of its own, outside the system. Any thread may call it.
+  data::Rows Sql(const std::string& text, const std::vector<data::Value>& values) {
+    py::gil_scoped_release release;
+    const std::lock_guard lock(apart_guard_);
     if (cerrado_) throw data::Error("La base está cerrada");
-    if (!aparte_) aparte_ = anfitrion_->Base().Connect();
-    data::Rows rows;
-    {
-      py::gil_scoped_release release;
-      rows = aparte_->Run(text, values);
-    }
-    py::list result;
-    for (const auto& row : rows.rows) {
-      py::dict record;
-      for (std::size_t column = 0; column < rows.columns.size(); ++column) {
-        const data::Value& value = row[column];
-        const bool date = value.As<data::Date>() || value.As<data::DateTime>();
-        record[StrOf(data::LowerAscii(rows.columns[column]))] =
-            date ? py::object(StrOf(data::ToText(value))) : ToPython(value);
-      }
-      result.append(record);
-    }
-    return result;
+    if (!apart_) apart_ = anfitrion_->Base().Connect();
+    return apart_->Run(text, values);
   }
 
+  // Closes what is open, refusals or not, and lets go of the base.
   void Cierra() {
-    if (cerrado_) return;
-    cerrado_ = true;
-    if (!anfitrion_) return;
+    if (std::exchange(cerrado_, true)) return;
     const auto screens = plataforma_.Screens();
     for (const auto& screen : screens) {
       screen->Act([&] { screen->Unload(); });
       screen->Discard();
     }
-    aparte_.reset();
+    py::gil_scoped_release release;
+    const std::lock_guard lock(apart_guard_);
+    apart_.reset();
     anfitrion_->Conexion().Close();
   }
-
-  py::list sentencias, mensajes, listas, respuestas, ganchos_disparados, movimientos, impresos, navegado,
-      presentadas, regresadas, selectores, no_atrapados, pantallas, llamadas;
-  py::dict ganchos;
-  py::object ahora = py::none(), al_mostrar_modal = py::none(), al_mostrar_selector = py::none();
-  int pitidos = 0;
-  Maestra maestra{*this};
+  void ForgetNotebook() { notebook_ = nullptr; }
 
   // ---- host::Testigo ----
   void Gancho(const std::string& key, const data::Value& value) override {
-    py::gil_scoped_acquire gil;
-    ganchos_disparados.append(py::make_tuple(key, ToPython(value)));
+    Note([&](Cuaderno& notes) { notes.ganchos_disparados.append(py::make_tuple(key, ToPython(value))); });
   }
   void Movimiento(const host::Propiedades& properties, double amount) override {
-    py::gil_scoped_acquire gil;
-    py::dict held;
-    held["Ambiente"] = py::cast(&Ambiente(), py::return_value_policy::reference);
-    for (const auto& [name, value] : properties) held[StrOf(name)] = ToPython(value);
-    held["resultado"] = amount;
-    movimientos.append(held);
+    Note([&](Cuaderno& notes) {
+      py::dict held;
+      held["Ambiente"] = py::cast(&Ambiente(), py::return_value_policy::reference);
+      for (const auto& [name, value] : properties) {
+        held[StrOf(name)] = name == "Aplica" ? py::object(py::bool_(data::IsTrue(value))) : ToPython(value);
+      }
+      held["resultado"] = amount;
+      notes.movimientos.append(held);
+    });
   }
   void Impreso(const std::string& format, std::int32_t number) override {
-    py::gil_scoped_acquire gil;
-    impresos.append(py::make_tuple(StrOf(format), number));
+    Note([&](Cuaderno& notes) { notes.impresos.append(py::make_tuple(StrOf(format), number)); });
   }
   void Presentada(forms::Form& form) override {
-    py::gil_scoped_acquire gil;
-    presentadas.append(FormObject(form));
+    Note([&](Cuaderno& notes) { notes.presentadas.append(FormObject(form)); });
   }
   void Regresada(forms::Form&, const std::string& name) override {
-    py::gil_scoped_acquire gil;
-    regresadas.append(StrOf(name));
+    Note([&](Cuaderno& notes) { notes.regresadas.append(StrOf(name)); });
   }
   void LlamadaDeParent(std::string_view name, const std::vector<data::Value>& arguments) override {
-    py::gil_scoped_acquire gil;
-    py::list values;
-    for (const auto& argument : arguments) values.append(ToPython(argument));
-    llamadas.append(py::make_tuple(StrOf(name), py::tuple(values)));
+    Note([&](Cuaderno& notes) {
+      py::list values;
+      for (const auto& argument : arguments) values.append(ToPython(argument));
+      notes.llamadas.append(py::make_tuple(StrOf(name), py::tuple(values)));
+    });
   }
 
   // ---- host::Selector ----
   bool Elige(const std::string& clase, const std::string& titulo, forms::TextBox& campo,
              std::string& elegido) override {
-    py::gil_scoped_acquire gil;
-    selectores.append(py::make_tuple(clase, StrOf(titulo), campo.Name(), campo.Index()));
-    if (al_mostrar_selector.is_none()) return false;
-    try {
-      py::object chosen = al_mostrar_selector(clase, StrOf(titulo), ControlObject(campo));
-      if (chosen.is_none()) return false;
-      elegido = TextOf(chosen);
-      return true;
-    } catch (py::error_already_set& raised) {
-      throw Raised(raised);
-    }
+    bool chosen = false;
+    Note([&](Cuaderno& notes) {
+      notes.selectores.append(py::make_tuple(clase, StrOf(titulo), campo.Name(), campo.Index()));
+      if (notes.al_mostrar_selector.is_none()) return;
+      try {
+        py::object given = notes.al_mostrar_selector(clase, StrOf(titulo), ControlObject(campo));
+        chosen = !given.is_none();
+        if (chosen) elegido = TextOf(given);
+      } catch (py::error_already_set& raised) {
+        throw Raised(raised);
+      }
+    });
+    return chosen;
   }
 
  protected:
   void AnotaSentencia(std::string_view text) override {
-    py::gil_scoped_acquire gil;
-    sentencias.append(StrOf(text));
+    Note([&](Cuaderno& notes) { notes.sentencias.append(StrOf(text)); });
   }
-  void AnotaMensaje(const host::MensajeVisto& mensaje) override { mensajes.append(py::cast(mensaje)); }
-  bool SiguienteRespuesta() override { return !respuestas.empty() && py::bool_(respuestas.attr("pop")(0)); }
+  void AnotaMensaje(const host::MensajeVisto& mensaje) override {
+    Note([&](Cuaderno& notes) { notes.mensajes.append(py::cast(mensaje)); });
+  }
+  bool SiguienteRespuesta() override {
+    bool yes = false;
+    Note([&](Cuaderno& notes) {
+      if (!notes.respuestas.empty()) yes = py::bool_(notes.respuestas.attr("pop")(0));
+    });
+    return yes;
+  }
 
  private:
-  void Corre(const std::string& key, forms::Form& form) {
+  template <class Function>
+  void Note(Function&& function) {
+    if (!notebook_) return;
     py::gil_scoped_acquire gil;
-    if (!ganchos.contains(key)) return;
-    try {
-      py::object routine = ganchos[py::str(key)];
-      routine(FormObject(form), py::cast(&Ambiente(), py::return_value_policy::reference));
-    } catch (py::error_already_set& raised) {
-      throw Raised(raised);
-    }
+    function(*notebook_);
   }
 
+  // What the script's function raises is the script's: it comes out of its own call, once the form
+  // is gone.
+  void ShowModal(forms::Form& form) {
+    Note([&](Cuaderno& notes) {
+      if (notes.al_mostrar_modal.is_none()) return;
+      try {
+        py::object function = notes.al_mostrar_modal;
+        function(FormObject(form));
+      } catch (py::error_already_set& raised) {
+        KeepRaised(raised);
+      }
+    });
+  }
+
+  void RunRoutine(const std::string& key, forms::Form& form) {
+    Note([&](Cuaderno& notes) {
+      if (!notes.ganchos.contains(key)) return;
+      try {
+        py::object routine = notes.ganchos[py::str(key)];
+        routine(FormObject(form), py::cast(&Ambiente(), py::return_value_policy::reference));
+      } catch (py::error_already_set& raised) {
+        throw Raised(raised);
+      }
+    });
+  }
+
+  Cuaderno* notebook_;
   forms::HeadlessPlatform plataforma_;
   std::unique_ptr<host::Anfitrion> anfitrion_;
-  std::unique_ptr<data::EngineConnection> aparte_;  // of sql(): outside the system
+  std::mutex apart_guard_;
+  std::unique_ptr<data::EngineConnection> apart_;
   bool cerrado_ = false;
+};
+
+// The Python object: notebook and host. Letting go of it closes the host.
+struct Guion : Cuaderno {
+  Guion(const std::string& base, const std::string& usuario, const std::string& estacion, const std::string& ruta,
+        bool demo)
+      : nucleo(std::make_shared<Nucleo>(base, usuario, estacion, ruta, demo, *this)) {}
+  ~Guion() {
+    nucleo->ForgetNotebook();
+    nucleo->Cierra();
+  }
+  Guion(const Guion&) = delete;
+  Guion& operator=(const Guion&) = delete;
+
+  std::shared_ptr<Nucleo> nucleo;
+  py::object parent;  // its Python object, which carries `llamadas`
 };
 
 // The public class, with the references that a script may take away and put back.
 struct Puerta {
-  Nucleo& core;
+  std::shared_ptr<Nucleo> nucleo;
   EntradasSalidas door;
 };
 
@@ -230,7 +255,10 @@ struct Parametros {
   host::AmbienteLocal& ambiente;
 };
 
-// lvListView.ListItems: a live list.
+// lvListView, and its ListItems: a live list of document numbers.
+struct ListView {
+  host::FormaMaestra& forma;
+};
 struct Elementos {
   host::FormaMaestra& forma;
 
@@ -239,10 +267,18 @@ struct Elementos {
     for (const auto& item : forma.elementos) items.append(ToPython(item));
     return items;
   }
+  void Take(const py::iterable& items) {
+    std::vector<data::Value> taken;
+    for (const auto& item : items) taken.push_back(ValueOf(item));
+    forma.elementos = std::move(taken);
+  }
 };
-struct ListView {
-  host::FormaMaestra& forma;
-};
+
+// A getter whose result keeps its owner alive: a piece of the host must not outlive it.
+template <class Getter>
+py::cpp_function Inside(Getter&& getter) {
+  return py::cpp_function(std::forward<Getter>(getter), py::keep_alive<0, 1>());
+}
 
 void BindAmbiente(py::module_& module) {
   py::class_<Parametros>(module, "Parametros")
@@ -253,141 +289,138 @@ void BindAmbiente(py::module_& module) {
       .def("keys", [](Parametros& settings) { return settings.ambiente.NombresDeParametros(); });
 
   py::class_<host::AmbienteLocal> ambiente(module, "Ambiente");
-  auto text = [&](const char* name, auto getter) {
+  for (const char* name : {"Usuario", "Estacion", "Moneda", "ClaveLocal", "FormatoImporte", "FormatoCantidad",
+                           "RutaBase"}) {
     ambiente.def_property(
-        name, [getter](host::AmbienteLocal& self) { return StrOf((self.*getter)()); },
+        name, [name](const host::AmbienteLocal& self) { return ToPython(self.Lee(name)); },
         [name](host::AmbienteLocal& self, const py::object& value) { self.Pon(name, TextOf(value)); });
-  };
-  using A = service::Ambiente;
-  text("Usuario", &A::Usuario);
-  text("Estacion", &A::Estacion);
-  text("Moneda", &A::Moneda);
-  text("ClaveLocal", &A::ClaveLocal);
-  text("FormatoImporte", &A::FormatoImporte);
-  text("FormatoCantidad", &A::FormatoCantidad);
-  text("RutaBase", &A::RutaBase);
-  auto number = [&](const char* name, auto getter) {
+  }
+  for (const char* name : {"ValorFechaA", "ValorFechaB", "ValorDeGancho"}) {
     ambiente.def_property(
-        name, [getter](host::AmbienteLocal& self) { return (self.*getter)(); },
-        [name](host::AmbienteLocal& self, int value) { self.Pon(name, value); });
-  };
-  number("ValorFechaA", &A::ValorFechaA);
-  number("ValorFechaB", &A::ValorFechaB);
-  ambiente.def_property(
-      "ValorDeGancho", [](const host::AmbienteLocal& self) { return ToPython(self.ValorDeGancho()); },
-      [](host::AmbienteLocal& self, const py::object& value) { self.Pon("ValorDeGancho", ValueOf(value)); });
-  ambiente.def_property_readonly(
-      "Parametros", [](host::AmbienteLocal& self) { return Parametros{self}; }, py::keep_alive<0, 1>());
+        name, [name](const host::AmbienteLocal& self) { return ToPython(self.Lee(name)); },
+        [name](host::AmbienteLocal& self, const py::object& value) { self.Pon(name, ValueOf(value)); });
+  }
+  ambiente.def_property_readonly("Parametros",
+                                 Inside([](host::AmbienteLocal& self) { return Parametros{self}; }));
 }
 
 void BindParent(py::module_& module) {
-  py::class_<Elementos>(module, "ListItems")
-      .def("append",
-           [](Elementos& items, const py::object& value) { items.forma.elementos.push_back(ValueOf(value)); })
-      .def("clear", [](Elementos& items) { items.forma.elementos.clear(); })
-      .def("remove",
-           [](Elementos& items, const py::object& value) {
-             auto& all = items.forma.elementos;
-             auto found = std::find(all.begin(), all.end(), ValueOf(value));
-             if (found == all.end()) throw py::value_error("no está en la lista");
-             all.erase(found);
-           })
-      .def("index",
-           [](const Elementos& items, const py::object& value) { return items.List().attr("index")(value); })
-      .def("__len__", [](const Elementos& items) { return items.forma.elementos.size(); })
-      .def("__getitem__",
-           [](const Elementos& items, const py::object& at) { return items.List().attr("__getitem__")(at); })
-      .def("__iter__", [](const Elementos& items) { return py::iter(items.List()); })
-      .def("__contains__",
-           [](const Elementos& items, const py::object& value) { return items.List().contains(value); })
-      .def("__eq__", [](const Elementos& items,
-                        const py::object& other) { return items.List().equal(py::list(other)); })
-      .def("__repr__", [](const Elementos& items) { return py::repr(items.List()); });
+  py::class_<Elementos> items(module, "ListItems");
+  // What reads the list, and what changes it: as a list of Python's own would.
+  for (const char* name : {"__len__", "__getitem__", "__iter__", "__contains__", "__eq__", "__ne__", "__repr__",
+                           "__add__", "__reversed__", "index", "count", "copy"}) {
+    items.def(name, [name](const Elementos& self, const py::args& args) { return self.List().attr(name)(*args); });
+  }
+  for (const char* name : {"__setitem__", "__delitem__", "append", "extend", "insert", "pop", "remove", "clear",
+                           "reverse", "sort"}) {
+    items.def(name, [name](Elementos& self, const py::args& args) {
+      py::list list = self.List();
+      py::object result = list.attr(name)(*args);
+      self.Take(list);
+      return result;
+    });
+  }
   py::class_<ListView>(module, "ListView")
-      .def_property_readonly(
-          "ListItems", [](const ListView& view) { return Elementos{view.forma}; }, py::keep_alive<0, 1>())
+      .def_property("ListItems", Inside([](const ListView& view) { return Elementos{view.forma}; }),
+                    py::cpp_function([](ListView& view, const py::iterable& values) {
+                      Elementos{view.forma}.Take(values);
+                    }))
       .def_property(
           "SelectedItem", [](const ListView& view) { return view.forma.seleccionado; },
           [](ListView& view, const py::object& position) {
             view.forma.seleccionado = position.is_none() ? 0 : position.cast<int>();
           });
-  auto parent = [](Maestra& self) -> host::FormaMaestra& { return self.core.Host().Parent(); };
-  py::class_<Maestra>(module, "Parent")
+  // `llamadas` is put on the object by the host that owns it.
+  py::class_<host::FormaMaestra>(module, "Parent", py::dynamic_attr())
       .def_property(
-          "CatalogoActivo", [=](Maestra& self) { return StrOf(parent(self).catalogo_activo); },
-          [=](Maestra& self, const py::object& name) { parent(self).catalogo_activo = TextOf(name); })
-      .def_property_readonly("llamadas", [](Maestra& self) { return self.core.llamadas; })
-      .def_property_readonly(
-          "lvListView", [=](Maestra& self) { return ListView{parent(self)}; }, py::keep_alive<0, 1>());
+          "CatalogoActivo", [](const host::FormaMaestra& self) { return StrOf(self.catalogo_activo); },
+          [](host::FormaMaestra& self, const py::object& name) { self.catalogo_activo = TextOf(name); })
+      .def_property_readonly("lvListView", Inside([](host::FormaMaestra& self) { return ListView{self}; }));
 }
 
 void BindDoor(py::module_& module) {
   using E = EntradasSalidas;
-  auto inside = py::return_value_policy::reference;
+  auto inside = py::return_value_policy::reference_internal;
   py::class_<Puerta> type(module, "EntradasSalidas");
   type.def_property(
           "Ambiente",
-          [=](Puerta& self) {
-            return self.door.Ambiente ? py::cast(&self.core.Ambiente(), inside) : py::object(py::none());
-          },
-          [](Puerta& self, host::AmbienteLocal* ambiente) { self.door.Ambiente = ambiente; })
+          py::cpp_function(
+              [](Puerta& self) { return dynamic_cast<host::AmbienteLocal*>(self.door.Ambiente.Get()); }, inside),
+          py::cpp_function([](Puerta& self, const py::object& ambiente) { self.door.Ambiente = AmbienteOf(ambiente); }))
       .def_property(
           "Parent",
-          [=](Puerta& self) {
-            return self.door.Parent ? py::cast(&self.core.maestra, inside) : py::object(py::none());
-          },
-          [](Puerta& self, Maestra* parent) {
-            self.door.Parent = parent ? &parent->core.Host().Parent() : nullptr;
-          });
+          py::cpp_function([](Puerta& self) { return dynamic_cast<host::FormaMaestra*>(self.door.Parent.Get()); },
+                           inside),
+          py::cpp_function([](Puerta& self, const py::object& parent) { self.door.Parent = ParentOf(parent); }));
   auto shows = [&](const char* name, void (E::*operation)(bool)) {
-    type.def(
-        name, [operation](Puerta& self, bool modal) { (self.door.*operation)(modal); },
-        py::arg("bolModal") = false);
+    type.def(name, [operation](Puerta& self, bool modal) { Called([&] { (self.door.*operation)(modal); }); },
+             py::arg("bolModal") = false);
   };
   shows("NuevaEntrada", &E::NuevaEntrada);
   shows("NuevaSalida", &E::NuevaSalida);
+  // A number goes by the short name and by the suite's own.
   auto opens = [&](const char* name, const char* number, void (E::*operation)(std::int32_t, bool)) {
-    type.def(
-        name,
-        [operation](Puerta& self, std::int32_t value, bool modal) { (self.door.*operation)(value, modal); },
-        py::arg(number), py::arg("bolModal") = false);
+    for (const char* argument : {"n", number}) {
+      type.def(name,
+               [operation](Puerta& self, std::int32_t value, bool modal) {
+                 Called([&] { (self.door.*operation)(value, modal); });
+               },
+               py::arg(argument), py::arg("bolModal") = false);
+    }
   };
   opens("ModificaEntrada", "nEntrada", &E::ModificaEntrada);
   opens("ModificaSalida", "nSalida", &E::ModificaSalida);
   auto takes = [&](const char* name, const char* number, void (E::*operation)(std::int32_t)) {
-    type.def(
-        name, [operation](Puerta& self, std::int32_t value) { (self.door.*operation)(value); },
-        py::arg(number));
+    for (const char* argument : {"n", number}) {
+      type.def(name,
+               [operation](Puerta& self, std::int32_t value) { Called([&] { (self.door.*operation)(value); }); },
+               py::arg(argument));
+    }
   };
   takes("ConsultaEntrada", "nEntrada", &E::ConsultaEntrada);
   takes("ConsultaSalida", "nSalida", &E::ConsultaSalida);
   takes("EliminaEntrada", "nEntrada", &E::EliminaEntrada);
   takes("EliminaSalida", "nSalida", &E::EliminaSalida);
-  type.def(
-      "movimientoEstacion",
-      [](Puerta& self, std::int32_t number, bool modal) { self.door.movimientoEstacion(number, modal); },
-      py::arg("nId"), py::arg("bolModal"));
+  for (const char* argument : {"n", "nId"}) {
+    type.def("movimientoEstacion",
+             [](Puerta& self, std::int32_t number, bool modal) {
+               Called([&] { self.door.movimientoEstacion(number, modal); });
+             },
+             py::arg(argument), py::arg("bolModal"));
+  }
 }
 
-// A list that the script may empty, and replace by another list's contents.
-template <py::list Nucleo::*kList>
-void List(py::class_<Nucleo, std::shared_ptr<Nucleo>>& type, const char* name) {
+// A list that the script may empty, or replace by another list's contents.
+template <py::list Cuaderno::*kList>
+void List(py::class_<Guion, std::shared_ptr<Guion>>& type, const char* name) {
   type.def_property(
-      name, [](Nucleo& core) { return core.*kList; },
-      [](Nucleo& core, const py::iterable& values) {
+      name, [](Guion& self) { return self.*kList; },
+      [](Guion& self, const py::iterable& values) {
         py::list copied(values);
-        (core.*kList).attr("clear")();
-        (core.*kList).attr("extend")(copied);
+        (self.*kList).attr("clear")();
+        (self.*kList).attr("extend")(copied);
       });
 }
 
-}  // namespace
+// A text, or a path of Python's own.
+std::string PathOf(const py::object& path) { return TextOf(py::module_::import("os").attr("fspath")(path)); }
 
-void BindAnfitrion(py::module_& module) {
-  BindAmbiente(module);
-  BindParent(module);
-  BindDoor(module);
+py::list SqlRows(const data::Rows& rows) {
+  py::list result;
+  for (const auto& row : rows.rows) {
+    py::dict record;
+    for (std::size_t column = 0; column < rows.columns.size(); ++column) {
+      const data::Value& value = row[column];
+      const bool date = value.As<data::Date>() || value.As<data::DateTime>();
+      record[StrOf(data::LowerAscii(rows.columns[column]))] =
+          date ? py::object(StrOf(data::ToText(value))) : ToPython(value);
+    }
+    result.append(record);
+  }
+  return result;
+}
 
+void BindMensaje(py::module_& module) {
   using host::MensajeVisto;
   py::class_<MensajeVisto>(module, "Mensaje")
       .def_readonly("clase", &MensajeVisto::clase)
@@ -402,61 +435,113 @@ void BindAnfitrion(py::module_& module) {
       .def("__repr__", [](const MensajeVisto& seen) {
         return "<" + seen.clase + " " + std::string(py::repr(StrOf(seen.texto))) + ">";
       });
+}
 
-  py::class_<Nucleo, std::shared_ptr<Nucleo>> type(module, "Anfitrion");
-  type.def(py::init<const std::string&, const std::string&, const std::string&, const std::string&, bool>(),
-           py::arg("base"), py::arg("usuario"), py::arg("estacion"), py::arg("ruta"),
-           py::arg("demo") = false);
-  List<&Nucleo::sentencias>(type, "sentencias");
-  List<&Nucleo::mensajes>(type, "mensajes");
-  List<&Nucleo::listas>(type, "listas");
-  List<&Nucleo::respuestas>(type, "respuestas");
-  List<&Nucleo::ganchos_disparados>(type, "ganchos_disparados");
-  List<&Nucleo::movimientos>(type, "movimientos");
-  List<&Nucleo::impresos>(type, "impresos");
-  List<&Nucleo::navegado>(type, "navegado");
-  List<&Nucleo::presentadas>(type, "presentadas");
-  List<&Nucleo::regresadas>(type, "regresadas");
-  List<&Nucleo::selectores>(type, "selectores");
-  List<&Nucleo::no_atrapados>(type, "no_atrapados");
+}  // namespace
+
+py::object AmbienteObject(service::Ambiente* ambiente, forms::Form& form) {
+  auto* own = dynamic_cast<host::AmbienteLocal*>(ambiente);
+  if (!own) return py::none();
+  return py::cast(own, py::return_value_policy::reference_internal, FormObject(form));
+}
+
+py::object ParentObject(service::LateBound* parent, forms::Form& form) {
+  auto* own = dynamic_cast<host::FormaMaestra*>(parent);
+  if (!own) return py::none();
+  return py::cast(own, py::return_value_policy::reference_internal, FormObject(form));
+}
+
+service::Ambiente* AmbienteOf(const py::object& object) {
+  return object.is_none() ? nullptr : object.cast<host::AmbienteLocal*>();
+}
+
+service::LateBound* ParentOf(const py::object& object) {
+  return object.is_none() ? nullptr : object.cast<host::FormaMaestra*>();
+}
+
+void BindAnfitrion(py::module_& module) {
+  BindAmbiente(module);
+  BindParent(module);
+  BindDoor(module);
+  BindMensaje(module);
+
+  py::class_<Guion, std::shared_ptr<Guion>> type(module, "Anfitrion");
+  type.def(py::init([](const py::object& base, const py::object& usuario, const py::object& estacion,
+                       const py::object& ruta, bool demo) {
+             auto guion =
+                 std::make_shared<Guion>(PathOf(base), TextOf(usuario), TextOf(estacion), PathOf(ruta), demo);
+             py::object parent = py::cast(&guion->nucleo->Host().Parent(), py::return_value_policy::reference);
+             parent.attr("llamadas") = guion->llamadas;
+             guion->parent = parent;
+             return guion;
+           }),
+           py::arg("base"), py::arg("usuario"), py::arg("estacion"), py::arg("ruta"), py::arg("demo") = false);
+  List<&Cuaderno::sentencias>(type, "sentencias");
+  List<&Cuaderno::mensajes>(type, "mensajes");
+  List<&Cuaderno::listas>(type, "listas");
+  List<&Cuaderno::respuestas>(type, "respuestas");
+  List<&Cuaderno::ganchos_disparados>(type, "ganchos_disparados");
+  List<&Cuaderno::movimientos>(type, "movimientos");
+  List<&Cuaderno::impresos>(type, "impresos");
+  List<&Cuaderno::navegado>(type, "navegado");
+  List<&Cuaderno::presentadas>(type, "presentadas");
+  List<&Cuaderno::regresadas>(type, "regresadas");
+  List<&Cuaderno::selectores>(type, "selectores");
+  List<&Cuaderno::no_atrapados>(type, "no_atrapados");
   auto inside = py::return_value_policy::reference_internal;
-  type.def_property_readonly("pantallas", [](Nucleo& core) { return core.pantallas; })
-      .def_property_readonly("ganchos", [](Nucleo& core) { return core.ganchos; })
-      .def_property_readonly(
-          "Ambiente", [](Nucleo& core) { return &core.Ambiente(); }, inside)
-      .def_property_readonly(
-          "Parent", [](Nucleo& core) { return &core.maestra; }, inside)
-      .def(
-          "EntradasSalidas",
-          [](Nucleo& core) {
-            auto puerta = std::unique_ptr<Puerta>(new Puerta{core, EntradasSalidas(core.Host())});
-            puerta->door.Ambiente = &core.Ambiente();
-            puerta->door.Parent = &core.Host().Parent();
-            return puerta;
-          },
-          py::keep_alive<0, 1>())
+  type.def_property_readonly("pantallas", [](Guion& self) { return self.pantallas; })
+      .def_property(
+          "ganchos", [](Guion& self) { return self.ganchos; },
+          [](Guion& self, const py::dict& routines) {
+            py::dict copied = routines.attr("copy")();
+            self.ganchos.attr("clear")();
+            self.ganchos.attr("update")(copied);
+          })
+      .def_property_readonly("Ambiente",
+                             py::cpp_function([](Guion& self) { return &self.nucleo->Ambiente(); }, inside))
+      .def_property_readonly("Parent",
+                             py::cpp_function([](Guion& self) { return &self.nucleo->Host().Parent(); }, inside))
+      .def("EntradasSalidas",
+           [](Guion& self) {
+             auto puerta = std::unique_ptr<Puerta>(new Puerta{self.nucleo, EntradasSalidas(self.nucleo->Host())});
+             puerta->door.Ambiente = &self.nucleo->Ambiente();
+             puerta->door.Parent = &self.nucleo->Host().Parent();
+             return puerta;
+           },
+           py::keep_alive<0, 1>())
       .def("sql",
-           [](Nucleo& core, const py::object& text, const py::args& values) {
+           [](Guion& self, const py::object& text, const py::args& values) {
              std::vector<data::Value> bound;
              for (const auto& value : values) bound.push_back(ValueOf(value));
-             return core.Sql(TextOf(text), bound);
+             return SqlRows(self.nucleo->Sql(TextOf(text), bound));
            })
       .def("mensaje",
-           [](Nucleo& core, int number) {
-             auto rows = core.Host().Conexion().Run("SELECT texto FROM mensajes WHERE numero = ?", {number});
-             return rows.rows.empty() ? StrOf(std::to_string(number)) : StrOf(data::ToText(rows.rows[0][0]));
+           [](Guion& self, int number) {
+             const data::Rows rows = self.nucleo->Sql("SELECT texto FROM mensajes WHERE numero = ?", {number});
+             return StrOf(rows.rows.empty() ? std::to_string(number) : data::ToText(rows.rows[0][0]));
            })
-      .def_readwrite("pitidos", &Nucleo::pitidos)
-      .def_readwrite("ahora", &Nucleo::ahora)
-      .def_readwrite("al_mostrar_modal", &Nucleo::al_mostrar_modal)
-      .def_readwrite("al_mostrar_selector", &Nucleo::al_mostrar_selector)
-      .def("falla", &Nucleo::Falla, py::arg("pattern"), py::arg("veces") = 1,
-           py::arg("texto") = "falla provocada")
-      .def("falla_servicio", &Nucleo::FallaServicio, py::arg("name"), py::arg("veces") = 1,
-           py::arg("texto") = "falla provocada")
-      .def(
-          "procesa_eventos", [](Nucleo& core, long ms) { core.Plataforma().Advance(ms); }, py::arg("ms") = 0)
-      .def("cierra", &Nucleo::Cierra);
+      .def_readwrite("pitidos", &Guion::pitidos)
+      .def_property(
+          "ahora", [](Guion& self) { return self.ahora; },
+          [](Guion& self, const py::object& now) {
+            if (!now.is_none() && !DateTimeOf(now)) throw py::type_error("ahora es None o un datetime");
+            self.ahora = now;
+          })
+      .def_readwrite("al_mostrar_modal", &Guion::al_mostrar_modal)
+      .def_readwrite("al_mostrar_selector", &Guion::al_mostrar_selector)
+      .def("falla",
+           [](Guion& self, const std::string& pattern, int times, const std::string& text) {
+             self.nucleo->Falla(pattern, times, text);
+           },
+           py::arg("pattern"), py::arg("veces") = 1, py::arg("texto") = "falla provocada")
+      .def("falla_servicio",
+           [](Guion& self, const std::string& name, int times, const std::string& text) {
+             self.nucleo->FallaServicio(name, times, text);
+           },
+           py::arg("name"), py::arg("veces") = 1, py::arg("texto") = "falla provocada")
+      .def("procesa_eventos",
+           [](Guion& self, long ms) { Called([&] { self.nucleo->Plataforma().Advance(ms); }); }, py::arg("ms") = 0)
+      .def("cierra", [](Guion& self) { Called([&] { self.nucleo->Cierra(); }); });
 }
 
 }  // namespace tarvik::python

@@ -6,10 +6,12 @@
 
 #include <optional>
 #include <string>
+#include <type_traits>
 
 #include "data/value.h"
 #include "forms/control.h"
 #include "forms/form.h"
+#include "service/host_services.h"
 
 namespace tarvik::python {
 
@@ -28,6 +30,29 @@ std::optional<data::Date> DateOf(const py::handle& object);
 std::optional<data::DateTime> DateTimeOf(const py::handle& object);
 // Text that may hold bytes which are no UTF-8: those come as U+FFFD.
 py::str StrOf(std::string_view text);
+
+// An exception that a script's function raised inside the system, where it could not leave as such:
+// kept, and raised when the script's own call returns. The first one wins.
+void KeepRaised(py::error_already_set& raised);
+void RaiseKept();
+// Runs a call of the script's, then raises what was kept meanwhile.
+template <class Call>
+auto Called(Call&& call) {
+  if constexpr (std::is_void_v<decltype(call())>) {
+    call();
+    RaiseKept();
+  } else {
+    auto result = call();
+    RaiseKept();
+    return result;
+  }
+}
+
+// The host's objects as a script sees them; None while unset.
+py::object AmbienteObject(service::Ambiente* ambiente, forms::Form& form);
+py::object ParentObject(service::LateBound* parent, forms::Form& form);
+service::Ambiente* AmbienteOf(const py::object& object);
+service::LateBound* ParentOf(const py::object& object);
 
 // The same Python object for the same form, of its own class.
 py::object FormObject(forms::Form& form);

@@ -44,14 +44,18 @@ py::object Attribute(Form& form, const std::string& name) {
   throw py::attribute_error("La pantalla " + form.Name() + " no tiene " + name);
 }
 
-// The owner of a control, held so that it outlives the call that ends it.
-std::shared_ptr<Form> Held(Control& control) { return control.Owner().shared_from_this(); }
-
 void PressNamed(Form& form, const std::string& name, Control* control) {
   auto key = forms::KeyNamed(name);
   if (!key) throw data::Error("No existe la tecla " + name);
   if (control) form.Enter(*control);
   form.Press(*key);
+}
+
+// An operator's act: the form outlives it, and what the script's own functions raised comes out.
+template <class Done>
+void Act(Form& form, Done&& done) {
+  auto held = form.shared_from_this();
+  Called(std::forward<Done>(done));
 }
 
 template <class T, class... Base>
@@ -207,49 +211,30 @@ void BindForms(py::module_& module) {
                                for (Control* control : form.Controls()) all.append(ControlObject(*control));
                                return all;
                              })
-      .def("enfoca", [](Form& form, Control& control) { form.Enter(control); })
+      .def("enfoca", [](Form& form, Control& control) { Act(form, [&] { form.Enter(control); }); })
       .def("teclea",
            [](Form& form, Control& control, const py::object& text) {
-             auto held = Held(control);
-             form.Type(control, TextOf(text));
+             Act(form, [&] { form.Type(control, TextOf(text)); });
            })
       .def(
           "tecla",
           [](Form& form, const std::string& name, Control* control) {
-            auto held = form.shared_from_this();
-            PressNamed(form, name, control);
+            Act(form, [&] { PressNamed(form, name, control); });
           },
           py::arg("name"), optional_control)
-      .def("clic",
-           [](Form& form, Control& control) {
-             auto held = Held(control);
-             form.Click(control);
-           })
-      .def("doble_clic",
-           [](Form& form, Control& control) {
-             auto held = Held(control);
-             form.DoubleClick(control);
-           })
+      .def("clic", [](Form& form, Control& control) { Act(form, [&] { form.Click(control); }); })
+      .def("doble_clic", [](Form& form, Control& control) { Act(form, [&] { form.DoubleClick(control); }); })
       .def("clic_celda",
            [](Form& form, forms::FlexGrid& grid, int row, int col) {
-             auto held = Held(grid);
-             form.ClickCell(grid, row, col);
+             Act(form, [&] { form.ClickCell(grid, row, col); });
            })
       .def("doble_clic_celda",
            [](Form& form, forms::FlexGrid& grid, int row, int col) {
-             auto held = Held(grid);
-             form.DoubleClickCell(grid, row, col);
+             Act(form, [&] { form.DoubleClickCell(grid, row, col); });
            })
       .def("elige",
-           [](Form& form, forms::ComboBox& list, int item) {
-             auto held = Held(list);
-             form.Choose(list, item);
-           })
-      .def("cierra",
-           [](Form& form) {
-             auto held = form.shared_from_this();
-             form.Close();
-           })
+           [](Form& form, forms::ComboBox& list, int item) { Act(form, [&] { form.Choose(list, item); }); })
+      .def("cierra", [](Form& form) { Act(form, [&] { form.Close(); }); })
       .def("pinta", &Form::Paint)
       .def("redimensiona", &Form::Resize)
       .def("__getattr__", &Attribute);

@@ -9,9 +9,23 @@
 #include "data/number.h"
 #include "data/text.h"
 #include "python/binding.h"
-#include "service/reporte.h"
 
 namespace tarvik::python {
+
+namespace {
+std::optional<py::error_already_set> kept;  // guarded by the interpreter's lock
+}
+
+void KeepRaised(py::error_already_set& raised) {
+  if (!kept) kept.emplace(raised);
+}
+
+void RaiseKept() {
+  if (!kept) return;
+  py::error_already_set raised = *kept;
+  kept.reset();
+  throw raised;  // NOLINT(misc-throw-by-value-catch-by-reference)
+}
 
 std::string TextOf(const py::handle& object) {
   if (object.is_none()) return {};
@@ -76,9 +90,11 @@ PYBIND11_MODULE(tarvik, module) {
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
       if (thrown) std::rethrow_exception(thrown);
-    } catch (const tarvik::data::Error& failure) {
-      error(failure.what());
-    } catch (const tarvik::service::FallaDelReporte& failure) {
+    } catch (const py::builtin_exception&) {
+      throw;  // IndexError, TypeError and their like stay what they are
+    } catch (const py::error_already_set&) {
+      throw;
+    } catch (const std::exception& failure) {
       error(failure.what());
     }
   });

@@ -25,8 +25,28 @@ auto Answer(void (Screen::*procedure)(bool&)) {
   };
 }
 
-#define TARVIK_RECORDSET(Screen, Name) \
-  .def_property_readonly(#Name, [](const Screen& screen) { return RecordsetObject(screen.Name); })
+data::RecordsetRef RecordsetOf(const py::object& object) {
+  return object.is_none() ? nullptr : object.cast<std::shared_ptr<data::Recordset>>();
+}
+
+// The statement builder of a wizard, used through the screen that holds it.
+struct Constructor {
+  std::shared_ptr<DocumentWizard> screen;
+};
+
+#define TARVIK_RECORDSET(Screen, Name)                                           \
+  .def_property(                                                                 \
+      #Name, [](const Screen& screen) { return RecordsetObject(screen.Name); }, \
+      [](Screen& screen, const py::object& rows) { screen.Name = RecordsetOf(rows); })
+// The context and the host's form, as the script knows them.
+#define TARVIK_AMBIENTE(Screen)                                                                       \
+  .def_property(                                                                                      \
+      "Ambiente", [](Screen& screen) { return AmbienteObject(screen.Ambiente.Get(), screen); },       \
+      [](Screen& screen, const py::object& ambiente) { screen.Ambiente = AmbienteOf(ambiente); })
+#define TARVIK_PARENT(Screen)                                                                \
+  .def_property(                                                                             \
+      "Parent", [](Screen& screen) { return ParentObject(screen.Parent.Get(), screen); },    \
+      [](Screen& screen, const py::object& parent) { screen.Parent = ParentOf(parent); })
 #define TARVIK_STRING(Screen, Name)                                   \
   .def_property(                                                      \
       #Name, [](const Screen& screen) { return StrOf(screen.Name); }, \
@@ -34,6 +54,23 @@ auto Answer(void (Screen::*procedure)(bool&)) {
 
 void BindDocumentWizard(py::module_& module) {
   using W = DocumentWizard;
+  using C = Constructor;
+  py::class_<C>(module, "Query")
+      .def("Limpia", [](C& self) { self.screen->Query->Limpia(); })
+      .def("TipoSentencia", [](C& self, const std::string& kind) { self.screen->Query->TipoSentencia(kind); })
+      .def("AgregaCampo",
+           [](C& self, const std::string& table, const std::string& column, const py::object& value) {
+             self.screen->Query->AgregaCampo(table, column, ValueOf(value));
+           })
+      .def("Condicion", [](C& self, const std::string& text) { self.screen->Query->Condicion(text); })
+      .def("TextoSql",
+           [](C& self) {
+             std::string text;
+             self.screen->Query->TextoSql(text);
+             return StrOf(text);
+           })
+      .def("SentenciaDirecta", [](C& self, const std::string& text) { self.screen->Query->SentenciaDirecta(text); })
+      .def("Ejecuta", [](C& self) { self.screen->Query->Ejecuta(); });
   py::class_<W, forms::Form, std::shared_ptr<W>>(module, "DocumentWizard") TARVIK_STRING(W, Modo)
       .def_readwrite("Importe", &W::Importe)
       .def_readwrite("Iva", &W::Iva)
@@ -42,7 +79,34 @@ void BindDocumentWizard(py::module_& module) {
       .def_readwrite("CancelaProceso", &W::CancelaProceso)
       .def_readwrite("Procesando", &W::Procesando)
       .def_readwrite("NumeroDePartidas", &W::NumeroDePartidas) TARVIK_RECORDSET(W, rstArticulo)
-          TARVIK_RECORDSET(W, rstPartidas)
+          TARVIK_RECORDSET(W, rstPartidas) TARVIK_AMBIENTE(W) TARVIK_PARENT(W)
+      .def_property_readonly("Query",
+                             [](W& screen) -> py::object {
+                               if (!screen.Query) return py::none();
+                               return py::cast(
+                                   Constructor{std::dynamic_pointer_cast<W>(screen.shared_from_this())});
+                             })
+      .def("txtFields_Change", &W::txtFields_Change)
+      .def("txtFields_GotFocus", &W::txtFields_GotFocus)
+      .def("txtFields_LostFocus", &W::txtFields_LostFocus)
+      .def("txtFields_KeyDown",
+           [](W& screen, int index, int code, int shift) {
+             screen.txtFields_KeyDown(index, code, shift);
+             return code;
+           })
+      .def("txtFields_KeyPress",
+           [](W& screen, int index, int key) {
+             screen.txtFields_KeyPress(index, key);
+             return key;
+           })
+      .def("txtFields_KeyUp", &W::txtFields_KeyUp)
+      .def("txtFields_DblClick", &W::txtFields_DblClick)
+      .def("fg2_GotFocus", &W::fg2_GotFocus)
+      .def("fg2_LeaveCell", &W::fg2_LeaveCell)
+      .def("fg2_RowColChange", &W::fg2_RowColChange)
+      .def("fg2_KeyDown", [](W& screen, int code, int shift) { screen.fg2_KeyDown(code, shift); })
+      .def("fg2_KeyPress", [](W& screen, int key) { screen.fg2_KeyPress(key); })
+      .def("fg2_DblClick", &W::fg2_DblClick)
       .def("TraeConcepto", &W::TraeConcepto)
       .def("Valida", &W::Valida)
       .def("ValidaTab1", Answer<W>(&W::ValidaTab1))
@@ -86,17 +150,44 @@ void BindScreens(py::module_& module) {
       .def("AfectaPartidas", &E::AfectaPartidas)
       .def("ImprimeEntrada", &E::ImprimeEntrada)
       .def("Check1_Click", &E::Check1_Click)
+      .def("Command1_Click", &E::Command1_Click)
       .def("Command3_Click", &E::Command3_Click)
       .def("Timer1_Timer", &E::Timer1_Timer);
 
   using S = frmSalidasWizard;
-  py::class_<S, forms::Form, std::shared_ptr<S>>(module, "frmSalidasWizard")
-      .def_readwrite("Salida", &S::Salida) TARVIK_STRING(S, Modo) TARVIK_RECORDSET(S, rstSalida);
+  py::class_<S, DocumentWizard, std::shared_ptr<S>>(module, "frmSalidasWizard")
+      .def_readwrite("Salida", &S::Salida)
+      .def_readwrite("UltimaPartida", &S::UltimaPartida)
+      .def_readwrite("Acumulado", &S::Acumulado) TARVIK_STRING(S, Html) TARVIK_RECORDSET(S, rstSalida)
+          TARVIK_RECORDSET(S, rstClients) TARVIK_RECORDSET(S, rstVends) TARVIK_RECORDSET(S, rstCobdet)
+              TARVIK_RECORDSET(S, rstClavesAdd)
+      .def("CreaHTML",
+           [](S& screen, const py::object& heading, const py::object& page) {
+             std::string text = TextOf(heading);
+             screen.CreaHTML(text, TextOf(page));
+             return StrOf(text);
+           })
+      .def("llenaDirecciones", &S::llenaDirecciones)
+      .def("TraeVends", [](S& screen) { return StrOf(screen.TraeVends()); })
+      .def("MultiplicaPorPresentacion", &S::MultiplicaPorPresentacion)
+      .def("CreaPartida", &S::CreaPartida)
+      .def("ConfirmaExistencia", &S::ConfirmaExistencia)
+      .def("SSCheck1_Click", &S::SSCheck1_Click)
+      .def("SSCheck2_Click", &S::SSCheck2_Click)
+      .def("Check1_Click", &S::Check1_Click)
+      .def("Command1_Click", &S::Command1_Click)
+      .def("CreaEntradasDeTraspaso", &S::CreaEntradasDeTraspaso)
+      .def("CreaSalida", &S::CreaSalida)
+      .def("SalvaSalida", &S::SalvaSalida)
+      .def("SalvaPartidas", Answer<S>(&S::SalvaPartidas))
+      .def("AfectaPartidas", &S::AfectaPartidas)
+      .def("ImprimeSalida", &S::ImprimeSalida)
+      .def("Timer1_Timer", &S::Timer1_Timer);
 
   using M = frmMovEstaciones;
   py::class_<M, forms::Form, std::shared_ptr<M>>(module, "frmMovEstaciones")
       .def_readwrite("Id", &M::Id)
-      .def_readwrite("CancelaProceso", &M::CancelaProceso);
+      .def_readwrite("CancelaProceso", &M::CancelaProceso) TARVIK_AMBIENTE(M);
 }
 
 }  // namespace tarvik::python

@@ -112,8 +112,6 @@ class Funciones {
   virtual std::string FormateaTexto(forms::TextBox&, Ambiente&, const std::string& format) = 0;
   virtual void FormateaCantidad(double value, const std::string& format, std::string& out) = 0;
   virtual void NumeroSql(double value, std::string& out) = 0;
-  // A number by a format pattern (data::FormatNumber's rules): prices and amounts on the screen.
-  virtual std::string Formatea(double value, const std::string& pattern) = 0;
 
   // Quantity of an article in open sales, and pending to fill; 0 for an unknown article.
   virtual void CantidadEnVenta(const std::string& articulo, int, const Value&, data::Connection&,

@@ -12,9 +12,9 @@ namespace tarvik::service {
 
 // The log of the day could not be written: the box has been shown, and nothing can be reported any
 // more. It passes every trap and ends the event; the platform is told.
-class FallaDelReporte : public std::runtime_error {
+class FallaDelReporte : public data::Unrecoverable {
  public:
-  using std::runtime_error::runtime_error;
+  using Unrecoverable::Unrecoverable;
 };
 
 // Whoever has procedures with a trap: the public class and the screens.

@@ -31,7 +31,7 @@ class Trampa {
     try {
       std::forward<Paso>(paso)();
       return true;
-    } catch (const FallaDelReporte&) {
+    } catch (const data::Unrecoverable&) {
       throw;
     } catch (const std::exception& error) {
       Reporta(error);
@@ -74,7 +74,7 @@ class Ignora {
   void operator()(Paso&& paso) const {
     try {
       std::forward<Paso>(paso)();
-    } catch (const FallaDelReporte&) {
+    } catch (const data::Unrecoverable&) {
       throw;
     } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): dropped by design
     }

@@ -113,16 +113,6 @@ void DocumentWizard::Vacia(Trampa& intenta, std::initializer_list<int> campos) {
   for (int campo : campos) intenta([&] { txtFields(campo).Text(""); });
 }
 
-void DocumentWizard::PonFechaDeTrabajo(Trampa& intenta) {
-  std::optional<data::Date> fecha = DTPicker1.Value();
-  intenta([&] {
-    data::Date dia;
-    Funciones().FechaDeTrabajo(Ambiente->ValorFechaA(), Ambiente->ValorFechaB(), dia);
-    fecha = dia;
-  });
-  intenta([&] { DTPicker1.Value(fecha); });
-}
-
 data::Date FechaDe(const data::Value& value) {
   auto fecha = data::ToDate(value);
   if (!fecha) throw data::Error("El valor no es una fecha: " + data::ToText(value));
@@ -136,12 +126,6 @@ std::int32_t EnteroDe(const data::Value& value) {
 
 data::Value ValorDe(const std::optional<data::Date>& fecha) {
   return fecha ? data::Value(*fecha) : data::Value();
-}
-
-void DocumentWizard::DeshabilitaTodo() {
-  for (forms::Control* control : Controls()) {
-    if (!control->IsLabel()) control->Enabled(false);
-  }
 }
 
 }  // namespace tarvik

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -33,6 +34,21 @@ struct Particular {
   std::string_view campo_de_formato;     // column of defform
   std::string_view borra_renglon;        // removal of a line, up to its id
   int columna_id;                        // grid column that holds the line's id
+};
+
+// A column of the grid as designed. The width is in twips; 0 hides. Column 0 takes one and a half
+// times the grid's own width.
+struct Columna {
+  const char* titulo;
+  int ancho;
+};
+
+// How a stored line's column comes into the grid.
+struct Celda {
+  enum Como { Valor, Texto, TrasBlanco };
+  int columna;
+  const char* campo;
+  Como como;
 };
 
 class DocumentWizard : public forms::Form, public service::Reportero {
@@ -103,7 +119,7 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   void fg2_KeyPress(int& KeyAscii);
   void fg2_DblClick();
   void txtEdit_KeyDown(int& KeyCode, int Shift);
-  virtual void txtEdit_KeyPress(int& KeyAscii) = 0;
+  void txtEdit_KeyPress(int& KeyAscii);
 
   // ---- finish ----
   virtual void Command5_Click() = 0;
@@ -143,8 +159,25 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   double Numero(int campo) { return Funciones().ANumero(txtFields(campo).Text()); }
   bool Vacio(int campo) { return Funciones().EstaVacio(txtFields(campo).Text()); }
   void Vacia(service::Trampa& intenta, std::initializer_list<int> campos);
-  // The date that a new document starts with, into DTPicker1.
+  // ---- loading and closing (load.cpp) ----
+  void EscribeEncabezados(service::Trampa& intenta, std::span<const Columna> columnas);
+  // The date that a new document starts with, into DTPicker1; the station's warehouse, into txtFields(14).
   void PonFechaDeTrabajo(service::Trampa& intenta);
+  void PonAlmacenDeCasa(service::Trampa& intenta);
+  // Marks the document as held.
+  void TomaDocumento(service::Trampa& intenta, std::string_view tabla, const std::string& condicion);
+  // The grid from rstPartidas, and the totals if there was a line.
+  void LlenaRenglones(service::Trampa& intenta, std::initializer_list<Celda> celdas);
+  // The end of the load, where errors are dropped: a document that is only read has its controls
+  // disabled, but for labels and those named; search boxes get their connection, Check4 its start.
+  void TerminaCarga(std::initializer_list<forms::Control*> siempre, int a_la_vista);
+  // The hook at the end of the load, which may keep the screen from being presented.
+  void Presenta(std::string_view clave);
+  void AlternaLector(service::Trampa& intenta);
+  void Regresa(service::Trampa& intenta);
+
+  // The statement as the builder holds it: fetched, then run.
+  void EjecutaQuery(service::Trampa& intenta);
   // The rules that a change of a field sets off. False ends the change's handling.
   virtual bool AlCambiar(int Index) = 0;
   // What follows the article's lookup on leaving a field.
@@ -152,6 +185,10 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // Enter's move: only to a target that is enabled.
   void PasaA(int campo);
   void PasaASeleccionado(int campo);
+  // Down in the article field: the list of articles.
+  void AbajoEnArticulo();
+  // The entry row's first checks: the article is there and is one, the quantity is above 0.
+  bool ArticuloYCantidad(service::Trampa& intenta);
   // F8 walks the presentation fields; false where it has no meaning.
   bool PasaPorPresentacion(int Index);
   // The box's first text, by the key that opens it; false if the key opens nothing.
@@ -161,10 +198,29 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   void QuitaRenglon(service::Trampa& intenta);
   // The first free row of the grid; 0 if there is none.
   int RenglonLibre(service::Trampa& intenta);
+  // What a column of the grid is stored as, and whether as a number.
+  struct Cambio {
+    int columna;
+    const char* campo;
+    bool numero;
+  };
+  // Stores the edited cell in its line. A column without a field builds and runs all the same.
+  void SalvaCelda(service::Trampa& intenta, std::string_view tabla, const std::string& clave,
+                  std::initializer_list<Cambio> cambios);
+
+  // ---- the finish (finish.cpp) ----
+  bool Acepta(service::Trampa& intenta, int pregunta);
+  // False if the picker holds no date and can be mended; the host's own check of the date.
+  bool FechaEscrita(service::Trampa& intenta);
+  bool FechaAceptada(service::Trampa& intenta);
+  // No second click while the document is written; nothing enables the buttons again.
+  void CierraBotones(service::Trampa& intenta);
+  // A document without lines is only ever left pending.
+  void SinRenglonesQuedaPendiente(service::Trampa& intenta, int mensaje);
+  // "Afectando: " and the line at hand of rstPartidas, painted at once.
+  void MuestraAvance(service::Trampa& intenta, int cuenta);
   // Prints by the format that defform names.
   void Imprime(std::string_view procedimiento, std::int32_t numero);
-  // The document's loading: the controls of a document that is only read.
-  void DeshabilitaTodo();
 
  private:
   void Conecta();

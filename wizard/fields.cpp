@@ -95,6 +95,38 @@ void DocumentWizard::PasaASeleccionado(int campo) {
   txtFields(campo).SelectAll();
 }
 
+void DocumentWizard::AbajoEnArticulo() {
+  auto lista = host_.NuevaLista();
+  lista->Ambiente(*Ambiente);
+  lista->Campo(txtFields(4));
+  int numero = 0;
+  lista->Muestra(numero, "");
+  lista.reset();
+  ColocaFoco(txtFields(5));
+  txtFields(5).SelectAll();
+}
+
+bool DocumentWizard::ArticuloYCantidad(Trampa& intenta) {
+  if (intenta.Si([&] { return Vacio(4); })) {
+    Mensaje(intenta, 234);
+    ColocaFoco(txtFields(4));
+    return false;
+  }
+  if (intenta.Si([&] {
+        return !Funciones().ExisteClave(txtFields(4).Text(), "ARTICULO", "PRODS", Ambiente->Conexion());
+      })) {
+    Mensaje(intenta, 235);
+    ColocaFoco(txtFields(4));
+    return false;
+  }
+  if (intenta.Si([&] { return Numero(5) <= 0; })) {
+    Mensaje(intenta, 236);
+    PasaA(5);
+    return false;
+  }
+  return true;
+}
+
 bool DocumentWizard::PasaPorPresentacion(int Index) {
   switch (Index) {
     case 4:

@@ -14,6 +14,48 @@ std::int32_t DocumentWizard::CuantasPartidas() {
   return ultimo;
 }
 
+bool DocumentWizard::Acepta(Trampa& intenta, int pregunta) {
+  const std::string texto = TraeMensaje(intenta, host_, Ambiente, pregunta);
+  bool acepta = false;
+  intenta([&] { Funciones().Pregunta(texto, 1, acepta); });
+  return acepta;
+}
+
+bool DocumentWizard::FechaEscrita(Trampa& intenta) {
+  if (DTPicker1.Value()) return true;
+  Mensaje(intenta, 224);
+  if (!DTPicker1.Enabled()) return true;
+  ColocaFoco(DTPicker1);
+  return false;
+}
+
+bool DocumentWizard::FechaAceptada(Trampa& intenta) {
+  bool valida = false;
+  intenta(
+      [&] { Funciones().FechaValida(DTPicker1.Value().value_or(data::Date{}), *Ambiente, true, valida); });
+  return valida;
+}
+
+void DocumentWizard::CierraBotones(Trampa& intenta) {
+  intenta([&] { Command2.Enabled(false); });
+  intenta([&] { Command5.Enabled(false); });
+  intenta([&] { GetPlatform().ProcessEvents(); });
+}
+
+void DocumentWizard::SinRenglonesQuedaPendiente(Trampa& intenta, int mensaje) {
+  if (CuantasPartidas() != 0) return;
+  if (Check3.Value() == 0) Mensaje(intenta, mensaje);
+  if (Check3.Enabled()) intenta([&] { Check3.Value(1); });
+}
+
+void DocumentWizard::MuestraAvance(Trampa& intenta, int cuenta) {
+  intenta([&] {
+    RichTextBox1.Text("Afectando: " + data::ToText(rstPartidas->Fields("articulo")) + " " +
+                      std::to_string(cuenta));
+  });
+  GetPlatform().Repaint(*this);
+}
+
 void DocumentWizard::Imprime(std::string_view procedimiento, std::int32_t numero) {
   Trampa intenta{*this, procedimiento};
   data::RecordsetRef formatos;

@@ -89,6 +89,31 @@ void DocumentWizard::fg2_DblClick() {
 
 void DocumentWizard::txtEdit_KeyDown(int& KeyCode, int Shift) { EditKeyCode(fg2, txtEdit, KeyCode, Shift); }
 
+void DocumentWizard::txtEdit_KeyPress(int& KeyAscii) {
+  if (KeyAscii == forms::kKeyEnter) {
+    KeyAscii = 0;
+    return;
+  }
+  if (fg2.Col() == 4 || fg2.Col() == 6) return;
+  KeyAscii = Funciones().TeclaNumerica(KeyAscii, txtEdit, true);
+}
+
+void DocumentWizard::SalvaCelda(Trampa& intenta, std::string_view tabla, const std::string& clave,
+                                std::initializer_list<Cambio> cambios) {
+  intenta([&] { Query->Limpia(); });
+  intenta([&] { Query->TipoSentencia("UPDATE"); });
+  intenta([&] { Query->Condicion(clave + " = " + fg2.TextMatrix(fg2.Row(), particular_.columna_id)); });
+  for (const Cambio& cambio : cambios) {
+    if (cambio.columna != fg2.Col()) continue;
+    intenta([&] {
+      Query->AgregaCampo(
+          tabla, cambio.campo,
+          cambio.numero ? data::Value(Funciones().ANumero(fg2.Text())) : data::Value(fg2.Text()));
+    });
+  }
+  EjecutaQuery(intenta);
+}
+
 void DocumentWizard::QuitaRenglon(Trampa& intenta) {
   intenta([&] { Query->Limpia(); });
   intenta([&] {

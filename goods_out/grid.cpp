@@ -1,0 +1,87 @@
+// The lines of goods-out in their grid: only quantities are corrected here, and stock is asked first.
+#include "data/number.h"
+#include "forms/keys.h"
+#include "goods_out/frm_salidas_wizard.h"
+
+namespace tarvik {
+
+using data::PlainNumber;
+using service::Trampa;
+
+void frmSalidasWizard::MSFlexGridEdit(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int KeyAscii) {
+  Trampa intenta{*this, "MSFlexGridEdit"};
+  if (!TextoInicial(intenta, Edt, KeyAscii)) return;
+  if (MSFlexGrid.Col() != 1) {
+    intenta([&] { GetPlatform().Beep(); });
+    return;
+  }
+  if (Modo == "CONSULTA") return;
+  intenta([&] { Dispara("SALIDAS014"); });
+  if (Cancelado()) return;
+  SobreLaCelda(intenta, MSFlexGrid, Edt);
+}
+
+void frmSalidasWizard::fg2_GotFocus() {
+  Trampa intenta{*this, "fg2_GotFocus"};
+  EditaCelda(intenta);
+}
+
+void frmSalidasWizard::fg2_LeaveCell() {
+  Trampa intenta{*this, "fg2_LeaveCell"};
+  if (fg2.Row() >= 1) intenta([&] { fg2.CellBackColor(kBlanco); });
+  EditaCelda(intenta);
+}
+
+void frmSalidasWizard::EditaCelda(Trampa& intenta) {
+  if (!txtEdit.Visible() || !txtEdit.Enabled()) return;
+  if (fg2.Col() == 1) {
+    bool confirma = false;
+    intenta([&] {
+      confirma = ConfirmaExistencia(Funciones().ANumero(txtEdit.Text()), Funciones().ANumero(fg2.Text()));
+    });
+    if (!confirma) {
+      intenta([&] { txtEdit.Text(""); });
+      intenta([&] { txtEdit.Visible(false); });
+      return ColocaFoco(fg2);
+    }
+  }
+  ConfirmaCelda(intenta);
+}
+
+void frmSalidasWizard::fg2_KeyDown(int& KeyCode, int /*Shift*/) {
+  Trampa intenta{*this, "fg2_KeyDown"};
+  if (Modo == "CONSULTA" || KeyCode != forms::kKeyDelete || fg2.Col() != 0 || fg2.Text().empty()) return;
+  data::RecordsetRef renglon;
+  intenta([&] { Abre("SELECT * FROM salpart WHERE id_salida = " + fg2.TextMatrix(fg2.Row(), 6), renglon); });
+  data::RecordsetRef producto;
+  intenta(
+      [&] { Abre("SELECT * FROM prods WHERE articulo = '" + fg2.TextMatrix(fg2.Row(), 0) + "'", producto); });
+  if (!intenta.Si([&] { return renglon->Eof(); })) {
+    QuitaRenglon(intenta);
+    ColocaFoco(txtFields(4));
+  }
+  CalculaImportes();
+}
+
+void frmSalidasWizard::CalculaImportes() {
+  Trampa intenta{*this, "CalculaImportes"};
+  double importes = 0;
+  double unidades = 0;
+  const int ultimo = fg2.Rows() - fg2.FixedRows();
+  auto numero = [&](int renglon, int columna) {
+    return Funciones().ANumero(fg2.TextMatrix(renglon, columna));
+  };
+  for (int renglon = 1; renglon <= ultimo; ++renglon) {
+    if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(renglon, 0)); })) break;
+    intenta([&] { fg2.TextMatrix(renglon, 4, PlainNumber(numero(renglon, 3) * numero(renglon, 1))); });
+    intenta([&] { fg2.TextMatrix(renglon, 2, PlainNumber(numero(renglon, 9) - numero(renglon, 1))); });
+    intenta([&] { importes += numero(renglon, 4); });
+    intenta([&] { unidades += numero(renglon, 1); });
+    UltimaPartida = renglon;
+    intenta([&] { txtFields(10).Text(std::to_string(renglon)); });
+  }
+  intenta([&] { txtFields(8).Text(data::FormatNumber(unidades, kFormatoTotal)); });
+  intenta([&] { txtFields(11).Text(data::FormatNumber(importes, kFormatoTotal)); });
+}
+
+}  // namespace tarvik

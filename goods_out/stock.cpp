@@ -1,0 +1,100 @@
+// The two stock checks, each with its own reading and its own override. Neither reserves, posts or
+// writes anything.
+#include "data/number.h"
+#include "forms/platform.h"
+#include "goods_out/frm_salidas_wizard.h"
+
+namespace tarvik {
+
+using data::PlainNumber;
+using service::Trampa;
+
+namespace {
+constexpr const char* kFin = "\r\n";
+}
+
+bool frmSalidasWizard::HayExistencia(Trampa& intenta) {
+  const std::string& articulo = txtFields(4).Text();
+  data::RecordsetRef producto;
+  intenta([&] { Abre("SELECT * FROM prods WHERE articulo = '" + articulo + "'", producto); });
+  data::RecordsetRef renglon;
+  intenta([&] {
+    Abre("SELECT * FROM existenciaalmacen WHERE almacen = " + PlainNumber(Numero(14)) + " AND articulo = '" +
+             articulo + "'",
+         renglon);
+  });
+  double existencia = 0;
+  if (!intenta.Si([&] { return renglon->Eof(); })) {
+    intenta([&] { existencia = data::ToNumber(renglon->Fields("existencia")); });
+  }
+  // An article that can't be told counts as controlled.
+  if (!intenta.Si([&] { return data::IsNonZero(producto->Fields("Invent")); })) return true;
+  const bool con_apartados =
+      intenta.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("PorSurt")); });
+  double disponible = existencia;
+  if (con_apartados) {
+    intenta([&] { disponible = existencia - Funciones().ANumero(producto->Fields("Por_Surt")); });
+  }
+  if (!intenta.Si([&] { return disponible < Numero(5); })) return true;
+
+  std::string texto = std::string("No hay existencia suficiente en el almacen seleccionado") + kFin;
+  texto += " Existencia: " + PlainNumber(existencia) + kFin;
+  if (con_apartados) {
+    intenta([&] { texto += " Apartados por pedido: " + data::ToText(producto->Fields("Por_Surt")) + kFin; });
+  }
+  data::RecordsetRef usuario;
+  intenta([&] {
+    Abre("SELECT existsalidas FROM usuarios WHERE usuario = '" + Ambiente->Usuario() + "'", usuario);
+  });
+  // A user who can't be told is not allowed.
+  if (intenta.Si([&] { return !data::IsNonZero(usuario->Fields("existsalidas")); })) {
+    intenta([&] { GetPlatform().ShowBox(forms::BoxKind::Plain, texto, forms::kBoxInformation); });
+    return false;
+  }
+  texto += std::string(" Desea continuar de cualquier manera") + kFin;
+  bool continua = false;
+  intenta([&] { continua = GetPlatform().ShowBox(forms::BoxKind::Question, texto, forms::kBoxYesNo); });
+  return continua;
+}
+
+bool frmSalidasWizard::ConfirmaExistencia(double first, double second) {
+  Trampa intenta{*this, "ConfirmaExistencia"};
+  const std::string articulo = fg2.TextMatrix(fg2.Row(), 0);
+  data::RecordsetRef producto;
+  intenta([&] { Abre("SELECT * FROM prods WHERE articulo = '" + articulo + "'", producto); });
+  data::RecordsetRef renglon;
+  intenta([&] {
+    Abre("SELECT * FROM existenciaalmacen WHERE articulo = '" + articulo +
+             "' AND almacen = " + PlainNumber(Numero(14)),
+         renglon);
+  });
+  // From here on the first figure is the stock: the new quantity plays no part in the decision.
+  first = 0;
+  if (!intenta.Si([&] { return renglon->Eof(); })) {
+    intenta([&] { first = data::ToNumber(renglon->Fields("existencia")); });
+  }
+  // The host is asked for what its settings say, though nothing below depends on the answer.
+  double cantidad = 0;
+  if (intenta.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("EnVenta")); })) {
+    intenta([&] { Funciones().CantidadEnVenta(articulo, 0, data::Value(), Ambiente->Conexion(), cantidad); });
+  }
+  if (intenta.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("PorSurt")); })) {
+    intenta([&] { Funciones().CantidadPorSurtir(articulo, Ambiente->Conexion(), 0, cantidad); });
+  }
+  if (!intenta.Si([&] { return data::IsNonZero(producto->Fields("Invent")) && first + second < first; }))
+    return true;
+
+  std::string texto = TraeMensaje(intenta, host(), Ambiente, 433) + kFin;
+  texto += TraeMensaje(intenta, host(), Ambiente, 434);
+  intenta(
+      [&] { texto += data::ToText(producto->Fields("ALM" + PlainNumber(data::Val(txtFields(14).Text())))); });
+  texto += kFin + TraeMensaje(intenta, host(), Ambiente, 436);
+  intenta([&] { texto += data::ToText(producto->Fields("Por_Surt")); });
+  texto += kFin + TraeMensaje(intenta, host(), Ambiente, 437) + kFin;
+  return !intenta.Si([&] {
+    return !GetPlatform().ShowBox(forms::BoxKind::Question, texto,
+                                  forms::kBoxYesNo + forms::kBoxSecondDefault);
+  });
+}
+
+}  // namespace tarvik

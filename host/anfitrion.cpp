@@ -1,0 +1,159 @@
+// Composition of the stand-alone host: who is made, in which order, and who is given to whom.
+#include "host/anfitrion.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "data/error.h"
+#include "data/schema.h"
+#include "host/ambiente_local.h"
+#include "host/catalogo_local.h"
+#include "host/conexion_observada.h"
+#include "host/demo.h"
+#include "host/funciones_locales.h"
+#include "host/movimientos.h"
+#include "host/preparacion.h"
+#include "host/procedimientos.h"
+#include "host/selectores.h"
+
+namespace tarvik::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SelectorCerrado : public Selector {
+ public:
+  bool Elige(const std::string&, const std::string&, forms::TextBox&, std::string&) override { return false; }
+};
+
+class SinImpresora : public Impresora {
+ public:
+  void Imprime(const std::string&, const std::string&, std::int32_t) override {}
+};
+
+// Makes a folder, and takes away again what it made unless it is told to keep it: a base that does
+// not open leaves nothing behind.
+class CarpetaNueva {
+ public:
+  explicit CarpetaNueva(const std::string& folder) {
+    const fs::path path = fs::absolute(fs::path(forms::NativePath(folder))).lexically_normal();
+    fs::path made;
+    std::error_code reason;
+    for (const auto& part : path) {
+      made /= part;
+      if (fs::is_directory(made, reason)) continue;
+      if (!fs::create_directory(made, reason) && !fs::is_directory(made)) {
+        const std::string text = reason ? reason.message() : "existe un archivo con ese nombre";
+        Quita();
+        throw data::Error("No se puede crear la carpeta " + folder + ": " + text);
+      }
+      if (first_.empty()) first_ = made;
+      last_ = made;
+    }
+  }
+  ~CarpetaNueva() { Quita(); }
+  CarpetaNueva(const CarpetaNueva&) = delete;
+  CarpetaNueva& operator=(const CarpetaNueva&) = delete;
+
+  void Conserva() { first_.clear(); }
+
+ private:
+  void Quita() noexcept {
+    std::error_code ignored;
+    // Innermost first; a folder that is no longer empty stays.
+    while (!first_.empty()) {
+      fs::remove(last_, ignored);
+      if (last_ == first_) break;
+      last_ = last_.parent_path();
+    }
+    first_.clear();
+  }
+
+  fs::path first_;
+  fs::path last_;
+};
+
+// The base, ready for use.
+std::unique_ptr<data::EngineConnection> Prepara(data::Base& base, const Opciones& opciones) {
+  auto connection = base.Connect();
+  data::PrepareSchema(*connection);
+  PonPrimerosContenidos(*connection);
+  if (opciones.demo) PonDemostracion(*connection);
+  return connection;
+}
+
+forms::Platform& Exigida(forms::Platform* platform) {
+  if (platform == nullptr) throw data::Error("El anfitrión necesita una plataforma");
+  return *platform;
+}
+
+}  // namespace
+
+struct Anfitrion::Interior {
+  explicit Interior(const Opciones& opciones)
+      : plataforma(Exigida(opciones.plataforma)),
+        carpeta(SinSeparadorFinal(opciones.ruta)),
+        testigo(opciones.testigo != nullptr ? *opciones.testigo : sin_testigo),
+        selector(opciones.selector != nullptr ? *opciones.selector : sin_selector),
+        impresora(opciones.impresora != nullptr ? *opciones.impresora : sin_impresora),
+        base(data::OpenBase(opciones.base)),
+        conexion(Prepara(*base, opciones)),
+        observada(*conexion, testigo),
+        ambiente(observada, *conexion, testigo, opciones),
+        maestra(testigo),
+        funciones(*conexion, plataforma, testigo),
+        catalogo(ambiente, *conexion, plataforma, testigo, impresora) {
+    RegistraProcedimientos(*conexion, plataforma);
+    carpeta.Conserva();
+  }
+
+  forms::Platform& plataforma;
+  CarpetaNueva carpeta;
+  Testigo sin_testigo;
+  SelectorCerrado sin_selector;
+  SinImpresora sin_impresora;
+  Testigo& testigo;
+  Selector& selector;
+  Impresora& impresora;
+  std::unique_ptr<data::Base> base;
+  std::unique_ptr<data::EngineConnection> conexion;
+  ConexionObservada observada;
+  AmbienteEnBase ambiente;
+  FormaMaestra maestra;
+  FuncionesLocales funciones;
+  CatalogoLocal catalogo;
+};
+
+Anfitrion::Anfitrion(const Opciones& opciones) : interior_(std::make_unique<Interior>(opciones)) {}
+Anfitrion::~Anfitrion() = default;
+
+AmbienteLocal& Anfitrion::Ambiente() { return interior_->ambiente; }
+FormaMaestra& Anfitrion::Parent() { return interior_->maestra; }
+data::EngineConnection& Anfitrion::Conexion() { return *interior_->conexion; }
+data::Base& Anfitrion::Base() { return *interior_->base; }
+
+void Anfitrion::Gancho(const std::string& key, Rutina routine) {
+  interior_->catalogo.Gancho(key, std::move(routine));
+}
+
+forms::Platform& Anfitrion::Plataforma() { return interior_->plataforma; }
+service::Funciones& Anfitrion::Funciones() { return interior_->funciones; }
+service::ConsultasCatalogo& Anfitrion::ConsultasCatalogo() { return interior_->catalogo; }
+
+std::unique_ptr<service::MovimientoInventario> Anfitrion::NuevoMovimiento() {
+  return std::make_unique<MovimientoLocal>(interior_->plataforma, interior_->testigo);
+}
+
+std::unique_ptr<service::BuscadorCatalogo> Anfitrion::NuevoBuscador() {
+  return std::make_unique<BuscadorLocal>(interior_->selector, interior_->testigo);
+}
+
+std::unique_ptr<service::AuxiliarNumerico> Anfitrion::NuevoAuxiliar() {
+  return std::make_unique<AuxiliarLocal>(interior_->selector, interior_->testigo);
+}
+
+std::unique_ptr<service::ListaArticulos> Anfitrion::NuevaLista() {
+  return std::make_unique<ListaLocal>(interior_->selector, interior_->testigo);
+}
+
+}  // namespace tarvik::host

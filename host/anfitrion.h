@@ -1,0 +1,107 @@
+// Anfitrion: the stand-alone host. It opens (and at first use makes) a base, and implements every
+// service of service/host_services.h for real, so that a shop can run on it. It has no window: what
+// a person must choose goes through the Platform and the Selector that it is given.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/engine.h"
+#include "host/testigo.h"
+#include "service/host_services.h"
+
+namespace tarvik::host {
+
+// Who shows a picker's list to a person. Gives true and the chosen key; false if nothing was chosen.
+// `clase` is "BuscadorCatalogo", "AuxiliarNumerico" or "ListaArticulos"; the title may be empty.
+class Selector {
+ public:
+  virtual ~Selector() = default;
+  virtual bool Elige(const std::string& clase, const std::string& titulo, forms::TextBox& campo,
+                     std::string& elegido) = 0;
+};
+
+// Who takes a finished page: a printer, a preview. `page` is the path of an HTML file.
+class Impresora {
+ public:
+  virtual ~Impresora() = default;
+  virtual void Imprime(const std::string& page, const std::string& format, std::int32_t number) = 0;
+};
+
+struct Opciones {
+  std::string base;             // "sqlite:almacen.db", "sqlite::memory:", "postgresql://..."
+  std::string usuario;
+  std::string estacion;
+  std::string ruta;             // Ambiente.RutaBase; made if missing
+  bool demo = false;            // fills an empty base with the demonstration catalogue
+  forms::Platform* plataforma = nullptr;  // required; outlives the host
+  Testigo* testigo = nullptr;             // optional; these three outlive the host too
+  Selector* selector = nullptr;           // without one, a picker is closed with nothing chosen
+  Impresora* impresora = nullptr;         // without one, the page file is all
+};
+
+// The working context, with everything writable.
+class AmbienteLocal : public service::Ambiente {
+ public:
+  // A setting by name, kept in the base at once. Throws data::Error if the base refuses.
+  virtual data::Value Parametro(const std::string& name) = 0;  // null if it was never set
+  virtual void Parametro(const std::string& name, const data::Value& value) = 0;
+  virtual std::vector<std::string> NombresDeParametros() = 0;
+
+  // A property as it stands, by its name; null for another. Not a call of the module's: no witness.
+  [[nodiscard]] virtual data::Value Lee(const std::string& property) const = 0;
+  using Ambiente::ValorDeGancho;
+  [[nodiscard]] virtual data::Value ValorDeGancho() const = 0;
+  virtual void Pon(const std::string& property, const data::Value& value) = 0;  // "Usuario", "ValorFechaA", ...
+};
+
+// The stand-in for the host's list form. `lvListView` holds document numbers.
+class FormaMaestra : public service::LateBound {
+ public:
+  std::string catalogo_activo;
+  std::vector<data::Value> elementos;  // lvListView.ListItems
+  int seleccionado = 0;                // lvListView.SelectedItem.Index, from 1; 0: none
+
+  explicit FormaMaestra(Testigo& testigo) : testigo_(testigo) {}
+  data::Value Get(std::string_view name) override;
+  std::shared_ptr<service::LateBound> Object(std::string_view name) override;
+  void Call(std::string_view name, const std::vector<data::Value>& arguments) override;
+
+ private:
+  Testigo& testigo_;
+};
+
+class Anfitrion : public service::Host {
+ public:
+  using Rutina = std::function<void(forms::Form&, AmbienteLocal&)>;
+
+  // Throws data::Error with a clear text, and nothing written, if the base cannot be opened, is no
+  // base of this program or is of a newer version, or if the folder cannot be made.
+  explicit Anfitrion(const Opciones& opciones);
+  ~Anfitrion() override;
+
+  AmbienteLocal& Ambiente();
+  FormaMaestra& Parent();
+  data::EngineConnection& Conexion();  // the host's own, unobserved
+  data::Base& Base();
+
+  // A routine behind a catalogue key; an empty one takes it away. The last one put in wins.
+  void Gancho(const std::string& key, Rutina routine);
+
+  forms::Platform& Plataforma() override;
+  service::Funciones& Funciones() override;
+  service::ConsultasCatalogo& ConsultasCatalogo() override;
+  std::unique_ptr<service::MovimientoInventario> NuevoMovimiento() override;
+  std::unique_ptr<service::BuscadorCatalogo> NuevoBuscador() override;
+  std::unique_ptr<service::AuxiliarNumerico> NuevoAuxiliar() override;
+  std::unique_ptr<service::ListaArticulos> NuevaLista() override;
+
+ private:
+  struct Interior;
+  std::unique_ptr<Interior> interior_;
+};
+
+}  // namespace tarvik::host

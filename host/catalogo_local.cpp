@@ -1,0 +1,53 @@
+// Hooks and printing of the stand-alone host.
+#include "host/catalogo_local.h"
+
+#include <utility>
+
+#include "data/error.h"
+#include "host/formato.h"
+
+namespace tarvik::host {
+
+void CatalogoLocal::Gancho(const std::string& key, Anfitrion::Rutina routine) {
+  if (routine) {
+    routines_[key] = std::move(routine);
+  } else {
+    routines_.erase(key);
+  }
+}
+
+void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&,
+                                  const data::Value&, void*, bool, bool, const std::string&,
+                                  const std::string&, const std::string&, void*) {
+  testigo_.Servicio("BuscaCatalogo");
+  testigo_.Gancho(key, std::as_const(ambiente_).ValorDeGancho());
+  const auto found = routines_.find(key);
+  if (found == routines_.end()) return;
+  const auto routine = found->second;  // a routine may replace itself
+  try {
+    routine(screen, ambiente_);
+  } catch (const data::Error&) {
+    throw;
+  } catch (const std::exception& error) {
+    throw data::Error(error.what());
+  }
+}
+
+void CatalogoLocal::ImprimeDocumento(const std::string& format, std::int32_t number,
+                                     service::Ambiente& ambiente, forms::Form& screen, bool) {
+  testigo_.Servicio("ImprimeDocumento");
+  Pedido wanted;
+  wanted.formato = format;
+  wanted.numero = number;
+  wanted.clase = ClaseDeDocumento(screen.Name(), format);
+  wanted.carpeta = ambiente.RutaBase();
+  wanted.formato_importe = ambiente.FormatoImporte();
+  wanted.formato_cantidad = ambiente.FormatoCantidad();
+  wanted.empresa = data::ToText(ambiente_.Parametro("Empresa"));
+  wanted.ahora = platform_.Now();
+  const std::string page = ImprimeEnArchivo(engine_, wanted);
+  impresora_.Imprime(page, format, number);
+  testigo_.Impreso(format, number);
+}
+
+}  // namespace tarvik::host

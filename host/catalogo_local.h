@@ -1,0 +1,38 @@
+// CatalogoLocal: the routines behind the catalogue keys, and the printing of a document by a named
+// format. The page itself is made in formato.h.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "host/anfitrion.h"
+#include "host/testigo.h"
+
+namespace tarvik::host {
+
+class CatalogoLocal : public service::ConsultasCatalogo {
+ public:
+  // All outlive this.
+  CatalogoLocal(AmbienteLocal& ambiente, data::EngineConnection& engine, forms::Platform& platform,
+                Testigo& testigo, Impresora& impresora)
+      : ambiente_(ambiente), engine_(engine), platform_(platform), testigo_(testigo), impresora_(impresora) {}
+
+  // An empty routine takes the key's away.
+  void Gancho(const std::string& key, Anfitrion::Rutina routine);
+
+  void BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&,
+                     const data::Value& value, void* object, bool flag1, bool flag2, const std::string& text1,
+                     const std::string& text2, const std::string& text3, void* last) override;
+  void ImprimeDocumento(const std::string& format, std::int32_t number, service::Ambiente&,
+                        forms::Form& screen, bool flag) override;
+
+ private:
+  AmbienteLocal& ambiente_;
+  data::EngineConnection& engine_;
+  forms::Platform& platform_;
+  Testigo& testigo_;
+  Impresora& impresora_;
+  std::map<std::string, Anfitrion::Rutina> routines_;
+};
+
+}  // namespace tarvik::host

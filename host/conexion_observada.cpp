@@ -1,0 +1,16 @@
+// The observed connection: witness first, engine second. It reads and changes no statement.
+#include "host/conexion_observada.h"
+
+namespace tarvik::host {
+
+data::Rows ConexionObservada::Select(std::string_view text) {
+  testigo_.Sentencia(text);
+  return inner_.Select(text);
+}
+
+data::Rows ConexionObservada::Execute(std::string_view text) {
+  testigo_.Sentencia(text);
+  return inner_.Execute(text);
+}
+
+}  // namespace tarvik::host

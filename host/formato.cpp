@@ -1,0 +1,444 @@
+// From a document to a page: reads the rows, names them for the template, renders, writes the file.
+#include "host/formato.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <kainjow/mustache.hpp>
+#include <sstream>
+#include <system_error>
+
+#include "data/error.h"
+#include "data/number.h"
+#include "data/recordset.h"
+#include "data/text.h"
+#include "forms/platform.h"
+
+namespace tarvik::host {
+namespace {
+
+namespace fs = std::filesystem;
+namespace mustache = kainjow::mustache;
+
+std::string DosCifras(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+
+std::string Fecha(const data::Date& date) {
+  return DosCifras(date.day) + "/" + DosCifras(date.month) + "/" + std::to_string(date.year);
+}
+
+// A column of a date as the operator reads it; nothing for one that holds no date.
+std::string Fecha(const data::Value& value) {
+  const auto date = data::Date::Parse(data::ToText(value));
+  return date ? Fecha(*date) : "";
+}
+
+// The names that a template may use. A name with no content is left out, so that a section by that
+// name does not appear.
+class Nombres {
+ public:
+  void Pon(const std::string& name, const std::string& text) {
+    if (!data::Trim(text).empty()) data_.set(name, text);
+  }
+  void Pon(const std::string& name, mustache::data value) { data_.set(name, std::move(value)); }
+  [[nodiscard]] const mustache::data& Todos() const { return data_; }
+
+ private:
+  mustache::data data_;
+};
+
+// What a column of the row with this key holds; "" where there is no such row.
+std::string Busca(data::EngineConnection& connection, const char* query, const data::Value& key) {
+  if (key.IsNull()) return "";
+  const auto found = connection.Run(query, {key});
+  return found.rows.empty() ? "" : data::ToText(found.rows.front().front());
+}
+
+void PonTraslado(data::EngineConnection& connection, const data::Recordset& header, Nombres& names) {
+  const auto text = [&](const char* column) { return data::ToText(header.Fields(column)); };
+  names.Pon("folio", text("folio"));
+  names.Pon("cliente", text("cliente"));
+  names.Pon("cliente_nombre",
+            Busca(connection, "SELECT nombre FROM clients WHERE cliente = ?", header.Fields("cliente")));
+  names.Pon("direccion", text("direccionembarque"));
+  names.Pon("entrada_remota", text("EntSuc"));
+  names.Pon("fecha_retorno", Fecha(header.Fields("fecharetorno")));
+  if (data::IsNonZero(header.Fields("estraspaso"))) {
+    names.Pon("traspaso_almacen", text("almt"));
+    names.Pon("traspaso_numero", text("traspaso"));
+    names.Pon("traspaso_nombre",
+              Busca(connection, "SELECT descrip FROM ALMACEN WHERE almacen = ?", header.Fields("almt")));
+  }
+  if (data::IsNonZero(header.Fields("traspasoaestacion"))) {
+    names.Pon("estacion_destino", text("estaciontraspaso"));
+    names.Pon("estacion_nombre", Busca(connection, "SELECT descrip FROM ESTACIONES WHERE ESTACION = ?",
+                                       header.Fields("estaciontraspaso")));
+  }
+  if (data::IsNonZero(header.Fields("esparasucursal"))) {
+    names.Pon("sucursal", text("sucursal"));
+    names.Pon("sucursal_nombre", Busca(connection, "SELECT descrip FROM sucursal WHERE sucursal = ?",
+                                       header.Fields("sucursal")));
+  }
+  if (data::IsNonZero(header.Fields("paraempleado"))) {
+    names.Pon("empleado", text("empleado"));
+    names.Pon("empleado_nombre", Busca(connection, "SELECT nombre FROM empleados WHERE empleado = ?",
+                                       header.Fields("empleado")));
+  }
+}
+
+void PonPartidas(data::EngineConnection& connection, const Pedido& wanted, Nombres& names) {
+  const bool in = wanted.clase == Clase::Entrada;
+  data::Recordset lines(connection.Run(
+      in ? "SELECT entpart.articulo AS articulo, entpart.cantidad AS cantidad, entpart.precio AS precio, "
+           "entpart.observ AS observ, entpart.claveadd AS claveadd, entpart.prdescrip AS prdescrip, "
+           "entpart.prcantidad AS prcantidad, prods.descrip AS descrip, prods.unidad AS unidad "
+           "FROM entpart LEFT JOIN prods ON prods.articulo = entpart.articulo "
+           "WHERE entpart.entrada = ? ORDER BY entpart.id_entrada"
+         : "SELECT salpart.articulo AS articulo, salpart.cantidad AS cantidad, salpart.precio AS precio, "
+           "salpart.observ AS observ, salpart.claveadd AS claveadd, salpart.prdescrip AS prdescrip, "
+           "salpart.prcantidad AS prcantidad, prods.descrip AS descrip, prods.unidad AS unidad "
+           "FROM salpart LEFT JOIN prods ON prods.articulo = salpart.articulo "
+           "WHERE salpart.salida = ? ORDER BY salpart.id_salida",
+      {wanted.numero}));
+  mustache::data list{mustache::data::type::list};
+  double units = 0;
+  double total = 0;
+  int count = 0;
+  for (; !lines.Eof(); lines.MoveNext()) {
+    const auto text = [&](const char* column) { return data::Trim(data::ToText(lines.Fields(column))); };
+    const double quantity = data::ToNumber(lines.Fields("cantidad"));
+    const double price = data::ToNumber(lines.Fields("precio"));
+    units += quantity;
+    total += quantity * price;
+    Nombres line;
+    line.Pon("renglon", std::to_string(++count));
+    line.Pon("articulo", text("articulo"));
+    line.Pon("descripcion", text("observ").empty() ? text("descrip") : text("observ"));
+    line.Pon("unidad", text("unidad"));
+    line.Pon("clave_adicional", text("claveadd"));
+    const double packs = data::ToNumber(lines.Fields("prcantidad"));
+    const std::string pack = text("prdescrip");
+    if (!pack.empty() && packs != 0) {
+      line.Pon("presentacion", data::FormatNumber(packs, wanted.formato_cantidad) + " " + pack);
+    } else {
+      line.Pon("presentacion", pack);
+    }
+    line.Pon("cantidad", data::FormatNumber(quantity, wanted.formato_cantidad));
+    line.Pon("precio", data::FormatNumber(price, wanted.formato_importe));
+    line.Pon("importe", data::FormatNumber(quantity * price, wanted.formato_importe));
+    list.push_back(line.Todos());
+  }
+  names.Pon("partidas", list);
+  names.Pon("renglones", std::to_string(count));
+  names.Pon("unidades", data::FormatNumber(units, wanted.formato_cantidad));
+  names.Pon("total", data::FormatNumber(total, wanted.formato_importe));
+}
+
+Nombres Datos(data::EngineConnection& connection, const Pedido& wanted) {
+  const bool in = wanted.clase == Clase::Entrada;
+  const data::Recordset header(connection.Run(
+      in ? "SELECT * FROM entradas WHERE entrada = ?" : "SELECT * FROM salidas WHERE salida = ?",
+      {wanted.numero}));
+  const std::string number = std::to_string(wanted.numero);
+  if (header.Eof()) {
+    throw data::Error("No se puede imprimir: no existe " + std::string(in ? "la entrada " : "la salida ") +
+                      number);
+  }
+  Nombres names;
+  const auto text = [&](const char* column) { return data::ToText(header.Fields(column)); };
+  names.Pon("titulo", std::string(in ? "Entrada de mercancía" : "Salida de mercancía"));
+  names.Pon(in ? "entrada" : "salida", mustache::data{true});
+  names.Pon("empresa", wanted.empresa);
+  names.Pon("numero", number);
+  names.Pon("barras", CodigoDeBarras(number));
+  names.Pon("fecha", Fecha(header.Fields("f_emision")));
+  names.Pon("concepto", text("tipo_doc"));
+  const std::string concept_text =
+      Busca(connection, "SELECT descrip FROM tipominv WHERE tipo_movim = ?", header.Fields("tipo_doc"));
+  names.Pon("concepto_nombre", concept_text.empty() ? text("datos") : concept_text);
+  names.Pon("almacen", text("almacen"));
+  names.Pon("almacen_nombre",
+            Busca(connection, "SELECT descrip FROM ALMACEN WHERE almacen = ?", header.Fields("almacen")));
+  names.Pon("estado", std::string(text("estado") == "CO" ? "Afectado" : "Pendiente"));
+  if (text("estado") != "CO") names.Pon("pendiente", mustache::data{true});
+  names.Pon("observaciones", text("observ"));
+  names.Pon("usuario", text("usuario"));
+  if (in) names.Pon("moneda", text("moneda"));
+  names.Pon("impreso", Fecha(wanted.ahora.date) + " " + wanted.ahora.time.Text());
+  if (!in) PonTraslado(connection, header, names);
+  PonPartidas(connection, wanted, names);
+  return names;
+}
+
+// A format's name becomes a file's name, and a base may come from anywhere.
+void ExigeNombreDeArchivo(const std::string& format) {
+  bool plain = !data::Trim(format).empty() && format.front() != '.';
+  for (const char character : format) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte < 0x20 || std::strchr("/\\:*?\"<>|", character) != nullptr) plain = false;
+  }
+  if (!plain) throw data::Error("El nombre de formato \"" + format + "\" no es válido");
+}
+
+// The template's text and the name to tell the operator. A shop that cannot write its folder prints
+// by the built-in one.
+std::string LeePlantilla(const fs::path& path) {
+  std::error_code ignored;
+  if (!fs::exists(path, ignored)) {
+    fs::create_directories(path.parent_path(), ignored);
+    std::ofstream copy(path, std::ios::binary);
+    copy << PlantillaDeFabrica();
+    return std::string(PlantillaDeFabrica());
+  }
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  if (!file) {
+    throw data::Error("No se puede leer la plantilla " + path.string() + ": " + std::strerror(errno));
+  }
+  return data::RepairUtf8(text.str());
+}
+
+void Escribe(const fs::path& path, const std::string& page) {
+  std::error_code reason;
+  fs::create_directories(path.parent_path(), reason);
+  errno = 0;
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file << page;
+  file.close();
+  if (!file) {
+    throw data::Error("No se puede escribir la página " + path.string() + ": " +
+                      (reason ? reason.message() : std::string(std::strerror(errno))));
+  }
+}
+
+// Bars and gaps of a Code 39 character, narrow and wide in turn, a bar first.
+std::string_view Patron(char character) {
+  static constexpr std::pair<char, std::string_view> kPatterns[] = {
+      {'0', "nnnwwnwnn"}, {'1', "wnnwnnnnw"}, {'2', "nnwwnnnnw"}, {'3', "wnwwnnnnn"}, {'4', "nnnwwnnnw"},
+      {'5', "wnnwwnnnn"}, {'6', "nnwwwnnnn"}, {'7', "nnnwnnwnw"}, {'8', "wnnwnnwnn"}, {'9', "nnwwnnwnn"},
+      {'A', "wnnnnwnnw"}, {'B', "nnwnnwnnw"}, {'C', "wnwnnwnnn"}, {'D', "nnnnwwnnw"}, {'E', "wnnnwwnnn"},
+      {'F', "nnwnwwnnn"}, {'G', "nnnnnwwnw"}, {'H', "wnnnnwwnn"}, {'I', "nnwnnwwnn"}, {'J', "nnnnwwwnn"},
+      {'K', "wnnnnnnww"}, {'L', "nnwnnnnww"}, {'M', "wnwnnnnwn"}, {'N', "nnnnwnnww"}, {'O', "wnnnwnnwn"},
+      {'P', "nnwnwnnwn"}, {'Q', "nnnnnnwww"}, {'R', "wnnnnnwwn"}, {'S', "nnwnnnwwn"}, {'T', "nnnnwnwwn"},
+      {'U', "wwnnnnnnw"}, {'V', "nwwnnnnnw"}, {'W', "wwwnnnnnn"}, {'X', "nwnnwnnnw"}, {'Y', "wwnnwnnnn"},
+      {'Z', "nwwnwnnnn"}, {'-', "nwnnnnwnw"}, {'*', "nwnnwnwnn"}};
+  for (const auto& [known, pattern] : kPatterns) {
+    if (known == character) return pattern;
+  }
+  throw data::Error(std::string("El código de barras no admite el carácter \"") + character + "\"");
+}
+
+}  // namespace
+
+std::string CodigoDeBarras(std::string_view text) {
+  if (text.find('*') != std::string_view::npos) Patron('\0');  // the mark of start and stop only
+  constexpr int kNarrow = 2;
+  constexpr int kWide = 5;
+  constexpr int kQuiet = 20;  // a scanner needs ten narrow bars of white on each side
+  constexpr int kHeight = 60;
+  std::string bars;
+  int x = kQuiet;
+  for (const char character : "*" + std::string(text) + "*") {
+    bool bar = true;
+    for (const char element : Patron(character)) {
+      const int width = element == 'w' ? kWide : kNarrow;
+      if (bar) {
+        bars += "<rect x=\"" + std::to_string(x) + "\" y=\"0\" width=\"" + std::to_string(width) +
+                "\" height=\"" + std::to_string(kHeight) + "\"/>";
+      }
+      x += width;
+      bar = !bar;
+    }
+    x += kNarrow;  // the gap between two characters
+  }
+  const std::string width = std::to_string(x - kNarrow + kQuiet);
+  return "<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"barras\" role=\"img\" viewBox=\"0 0 " + width +
+         " " + std::to_string(kHeight) + "\" width=\"" + width + "\" height=\"" + std::to_string(kHeight) +
+         "\" shape-rendering=\"crispEdges\">" + bars + "</svg>";
+}
+
+Clase ClaseDeDocumento(const std::string& screen, const std::string& format) {
+  // The number belongs to the screen that prints, whatever its format is called.
+  if (screen == "frmEntradasWizard") return Clase::Entrada;
+  if (screen == "frmSalidasWizard") return Clase::Salida;
+  return format == "entrada" ? Clase::Entrada : Clase::Salida;
+}
+
+std::string Pagina(data::EngineConnection& connection, const Pedido& wanted, const std::string& plantilla,
+                   const std::string& nombre_de_plantilla) {
+  const Nombres names = Datos(connection, wanted);
+  mustache::mustache page(plantilla);
+  std::string result;
+  if (page.is_valid()) result = page.render(names.Todos());
+  if (!page.is_valid()) {
+    throw data::Error("La plantilla " + nombre_de_plantilla + " tiene un error: " + page.error_message());
+  }
+  return result;
+}
+
+std::string ImprimeEnArchivo(data::EngineConnection& connection, const Pedido& wanted) {
+  ExigeNombreDeArchivo(wanted.formato);
+  const fs::path folder = forms::NativePath(wanted.carpeta);
+  const fs::path source = folder / "formatos" / (wanted.formato + ".mustache");
+  const std::string page = Pagina(connection, wanted, LeePlantilla(source), source.string());
+  const fs::path target =
+      folder / "impresos" / (wanted.formato + "-" + std::to_string(wanted.numero) + ".html");
+  Escribe(target, page);
+  return target.string();
+}
+
+std::string_view PlantillaDeFabrica() {
+  // Laid out by tables: the simplest viewers and printers keep them in place.
+  return R"HTML(<!DOCTYPE html>
+<html lang="es">
+<head>
+<meta charset="utf-8">
+<title>{{titulo}} {{numero}}</title>
+<style>
+@page { margin: 14mm 13mm 16mm 13mm; }
+@media print { body { margin: 0; } .hoja { max-width: none; } }
+body { margin: 24px; color: #1c2430; background: #ffffff;
+       font-family: Inter, "Helvetica Neue", Arial, sans-serif; font-size: 10pt; line-height: 1.35; }
+.hoja { max-width: 190mm; margin: 0 auto; }
+table { width: 100%; border-collapse: collapse; }
+td, th { vertical-align: top; text-align: left; }
+.empresa { font-size: 15pt; font-weight: 700; }
+.titulo { font-size: 11pt; color: #4a5668; }
+.identidad { text-align: right; }
+.numero { font-size: 19pt; font-weight: 700; font-variant-numeric: tabular-nums; }
+.estado { font-size: 9pt; font-weight: 700; color: #1f6b4a; }
+.pendiente { color: #9a5b00; }
+.barras { width: 44mm; height: 11mm; }
+.datos { margin-top: 18px; border-top: 2px solid #1c2430; border-bottom: 1px solid #c3cad4; }
+.datos td { padding: 5px 14px 5px 0; width: 33%; }
+.rotulo { font-size: 7.5pt; color: #5d6878; text-transform: uppercase; letter-spacing: .04em; }
+.partidas { margin-top: 18px; font-size: 9pt; }
+.partidas thead { display: table-header-group; }
+.partidas tr { page-break-inside: avoid; break-inside: avoid; }
+.partidas th { padding: 5px 7px; font-size: 8pt; color: #ffffff; background: #2b3a4f;
+               -webkit-print-color-adjust: exact; print-color-adjust: exact; }
+.partidas td { padding: 3px 7px; border-bottom: 1px solid #dfe4ea; }
+.cifra { text-align: right; white-space: nowrap; font-variant-numeric: tabular-nums; }
+.partidas th.cifra { text-align: right; }
+.detalle { font-size: 8pt; color: #5d6878; }
+.totales { width: 46%; margin: 14px 0 0 auto; page-break-inside: avoid; break-inside: avoid; }
+.totales td { padding: 3px 7px; }
+.totales .total td { border-top: 2px solid #1c2430; font-size: 13pt; font-weight: 700; }
+.observaciones { margin-top: 18px; page-break-inside: avoid; break-inside: avoid; }
+.nota { white-space: pre-line; }
+.firmas { margin-top: 70px; page-break-inside: avoid; break-inside: avoid; }
+.firmas td { width: 33%; padding: 0 22px; text-align: center; font-size: 8.5pt; color: #5d6878; }
+.linea { margin: 0 0 5px 0; border: 0; border-top: 1px solid #1c2430; }
+.pie { margin-top: 22px; font-size: 7.5pt; color: #5d6878; }
+</style>
+</head>
+<body>
+<div class="hoja">
+
+<table class="cabeza" width="100%" cellspacing="0">
+<tr>
+<td>
+<div class="empresa">{{empresa}}</div>
+<div class="titulo">{{titulo}}</div>
+</td>
+<td class="identidad" align="right" width="40%">
+<div class="numero" align="right">{{numero}}</div>
+<div align="right" class="estado{{#pendiente}} pendiente{{/pendiente}}">{{estado}}{{#folio}} · Folio {{folio}}{{/folio}}</div>
+<div align="right">{{{barras}}}</div>
+</td>
+</tr>
+</table>
+
+<table class="datos" width="100%" cellspacing="0">
+<tr>
+<td><div class="rotulo">Fecha</div><div>{{fecha}}</div></td>
+<td><div class="rotulo">Concepto</div><div>{{concepto}} {{concepto_nombre}}</div></td>
+<td><div class="rotulo">Almacén</div><div>{{almacen}} {{almacen_nombre}}</div></td>
+</tr>
+{{#cliente}}
+<tr>
+<td colspan="3"><div class="rotulo">Cliente</div><div>{{cliente}} {{cliente_nombre}}</div></td>
+</tr>
+{{/cliente}}
+{{#direccion}}
+<tr>
+<td colspan="3"><div class="rotulo">Dirección de embarque</div><div>{{direccion}}</div></td>
+</tr>
+{{/direccion}}
+{{#traspaso_almacen}}
+<tr>
+<td colspan="3"><div class="rotulo">Traspaso al almacén</div><div>{{traspaso_almacen}} {{traspaso_nombre}}{{#traspaso_numero}} (traspaso {{traspaso_numero}}){{/traspaso_numero}}</div></td>
+</tr>
+{{/traspaso_almacen}}
+{{#estacion_destino}}
+<tr>
+<td colspan="3"><div class="rotulo">Traspaso a estación de trabajo</div><div>{{estacion_destino}} {{estacion_nombre}}</div></td>
+</tr>
+{{/estacion_destino}}
+{{#sucursal}}
+<tr>
+<td colspan="3"><div class="rotulo">Sucursal</div><div>{{sucursal}} {{sucursal_nombre}}{{#entrada_remota}} (entrada remota {{entrada_remota}}){{/entrada_remota}}</div></td>
+</tr>
+{{/sucursal}}
+{{#empleado}}
+<tr>
+<td colspan="3"><div class="rotulo">Asignado al empleado</div><div>{{empleado}} {{empleado_nombre}}{{#fecha_retorno}}, retorno el {{fecha_retorno}}{{/fecha_retorno}}</div></td>
+</tr>
+{{/empleado}}
+</table>
+
+<table class="partidas" width="100%" cellspacing="0">
+<thead>
+<tr>
+<th width="5%">#</th>
+<th width="14%">Artículo</th>
+<th width="37%">Descripción</th>
+<th width="11%" class="cifra" align="right">Cantidad</th>
+<th width="9%">Unidad</th>
+<th width="11%" class="cifra" align="right">Precio</th>
+<th width="13%" class="cifra" align="right">Importe</th>
+</tr>
+</thead>
+<tbody>
+{{#partidas}}
+<tr>
+<td>{{renglon}}</td>
+<td>{{articulo}}</td>
+<td>{{descripcion}}{{#presentacion}}<div class="detalle">{{presentacion}}{{#clave_adicional}} · {{clave_adicional}}{{/clave_adicional}}</div>{{/presentacion}}</td>
+<td class="cifra" align="right">{{cantidad}}</td>
+<td>{{unidad}}</td>
+<td class="cifra" align="right">{{precio}}</td>
+<td class="cifra" align="right">{{importe}}</td>
+</tr>
+{{/partidas}}
+</tbody>
+</table>
+
+<table class="totales" align="right" width="46%" cellspacing="0">
+<tr><td>Renglones</td><td class="cifra" align="right">{{renglones}}</td></tr>
+<tr><td>Unidades</td><td class="cifra" align="right">{{unidades}}</td></tr>
+<tr class="total"><td>Total {{moneda}}</td><td class="cifra" align="right">{{total}}</td></tr>
+</table>
+
+{{#observaciones}}
+<div class="observaciones"><div class="rotulo">Observaciones</div><div class="nota">{{observaciones}}</div></div>
+{{/observaciones}}
+
+<table class="firmas" width="100%" cellspacing="0">
+<tr>
+<td width="33%" align="center"><hr class="linea">Entregó</td>
+<td width="33%" align="center"><hr class="linea">Recibió</td>
+<td width="33%" align="center"><hr class="linea">Autorizó</td>
+</tr>
+</table>
+
+<div class="pie">Elaboró {{usuario}}. Impreso el {{impreso}}.</div>
+</div>
+</body>
+</html>
+)HTML";
+}
+
+}  // namespace tarvik::host

@@ -1,0 +1,24 @@
+// The pickers of the stand-alone host.
+#include "host/selectores.h"
+
+#include "data/error.h"
+
+namespace tarvik::host {
+
+void SelectorDeCampo::Muestra(const std::string& clase, const std::string& title) {
+  testigo_.Servicio("Muestra");
+  if (field_ == nullptr) throw data::Error("El selector " + clase + " no tiene campo");
+  std::string chosen;
+  if (selector_.Elige(clase, title, *field_, chosen)) field_->Text(chosen);
+}
+
+void BuscadorLocal::Muestra(const std::string& title, const std::string&, const std::string&,
+                            const std::string&, const data::Value&, int) {
+  common_.Muestra("BuscadorCatalogo", title);
+}
+
+void AuxiliarLocal::Muestra() { common_.Muestra("AuxiliarNumerico", ""); }
+
+void ListaLocal::Muestra(int&, const std::string& text) { common_.Muestra("ListaArticulos", text); }
+
+}  // namespace tarvik::host

@@ -1,0 +1,525 @@
+// How a typed article becomes a line: the catalogue fills the entry row, the row is checked, and one
+// row of entpart and one of the grid come of it. Second keys and the barcode reader have files of
+// their own; models are not tested here.
+#include <algorithm>
+
+#include "tests/support/escenario.h"
+
+namespace tarvik::tests {
+namespace {
+
+using Textos = std::vector<std::string>;
+
+class Renglones : public Escenario {
+ protected:
+  Renglones() { Catalogo(); }
+
+  frmEntradasWizard& ConConcepto() {
+    frmEntradasWizard& f = Nueva();
+    Teclea(f, f.txtFields(0), "COM");
+    Tecla(f, "Enter");
+    return f;
+  }
+  // What the module sent, without the question whether a key is a model's.
+  Textos Sentencias() const {
+    Textos textos = bitacora.sentencias;
+    std::erase_if(textos, [](const std::string& t) { return t.find("modelo<>''") != std::string::npos; });
+    return textos;
+  }
+  void Usa(frmEntradasWizard& f, int hasta) {
+    for (int renglon = 1; renglon <= hasta; ++renglon) {
+      f.fg2.TextMatrix(renglon, 0, "X");
+      f.fg2.TextMatrix(renglon, 1, "1");
+      f.fg2.TextMatrix(renglon, 2, "1");
+    }
+  }
+  void RenglonVacio(frmEntradasWizard& f) {
+    for (int campo : {1, 4, 5, 6, 9, 24, 25, 26, 27, 28, 29})
+      EXPECT_EQ(f.txtFields(campo).Text(), "") << campo;
+    EXPECT_EQ(f.RichTextBox1.Text(), "");
+  }
+};
+
+TEST_F(Renglones, TheArticleBringsDescriptionUnitAndPriceWithItsTax) {
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "A-200");
+  Tecla(f, "Enter");
+  EXPECT_EQ(f.txtFields(1).Text(), "Clavo a granel");
+  EXPECT_EQ(f.txtFields(27).Text(), "KG");
+  EXPECT_EQ(f.txtFields(6).Text(), "50.00");  // 43.10 plus 16 %
+  EXPECT_EQ(f.txtFields(5).Text(), "");
+  EXPECT_EQ(f.txtFields(9).Text(), "");
+  EXPECT_TRUE(f.txtFields(5).HasFocus());
+}
+
+TEST_F(Renglones, DescriptionAndUnitComeTrimmedAndMissingOnesEmpty) {
+  Sql("UPDATE prods SET descrip = '  Martillo  ', unidad = ' PZA ' WHERE articulo = 'A-100'");
+  Sql("UPDATE prods SET descrip = NULL, unidad = NULL, precio1 = NULL WHERE articulo = 'A-200'");
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "A-100");
+  Tecla(f, "Enter");
+  EXPECT_EQ(f.txtFields(1).Text(), "Martillo");
+  EXPECT_EQ(f.txtFields(27).Text(), "PZA");
+  f.txtFields(4).Text("A-200");
+  f.PonDescripcion();
+  EXPECT_EQ(f.txtFields(1).Text(), "");
+  EXPECT_EQ(f.txtFields(27).Text(), "");
+  EXPECT_EQ(f.txtFields(6).Text(), "0.00");
+  EXPECT_TRUE(Reportes().empty());
+}
+
+TEST_F(Renglones, ThePriceFollowsThePatternOfTheContext) {
+  anfitrion->Ambiente().Pon("FormatoImporte", "###,##0.0000");
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "A-200");
+  Tecla(f, "Enter");
+  EXPECT_EQ(f.txtFields(6).Text(), "49.9960");
+}
+
+TEST_F(Renglones, TheKeyIsTrimmedForTheArticleAndAsTypedForTheSecondKey) {
+  frmEntradasWizard& f = ConConcepto();
+  Olvida();
+  Teclea(f, f.txtFields(4), " A-9 ");
+  Tecla(f, "Enter");
+  EXPECT_EQ(Sentencias(),
+            (Textos{"SELECT prods.descrip,unidad,precio1,impuestos.valor FROM prods INNER JOIN impuestos ON "
+                    "prods.impuesto = impuestos.impuesto WHERE articulo = 'A-9'",
+                    "SELECT * FROM clavesadd WHERE clave = ' A-9 '",
+                    "SELECT * FROM prods WHERE modelo = ' A-9 '"}));
+}
+
+TEST_F(Renglones, AnUnknownKeyEmptiesOnlyThePriceAndTellsNothing) {
+  frmEntradasWizard& f = ConConcepto();
+  f.txtFields(4).Text("A-100");
+  f.PonDescripcion();
+  f.txtFields(5).Text("2");
+  Olvida();
+  f.txtFields(4).Text("NADA");
+  f.PonDescripcion();
+  EXPECT_EQ(f.txtFields(6).Text(), "");
+  EXPECT_EQ(f.txtFields(1).Text(), "Martillo de uña");
+  EXPECT_EQ(f.txtFields(27).Text(), "PZA");
+  EXPECT_EQ(f.txtFields(5).Text(), "2");
+  EXPECT_TRUE(bitacora.mensajes.empty());
+  EXPECT_TRUE(Claves().empty());
+}
+
+TEST_F(Renglones, AnEmptyKeyEmptiesTheEntryRowSaveItsUnit) {
+  frmEntradasWizard& f = ConConcepto();
+  for (int campo : {1, 5, 6, 9, 25, 26, 27, 29}) f.txtFields(campo).Text("7");
+  f.txtFields(4).Text("  ");
+  Olvida();
+  f.PonDescripcion();
+  for (int campo : {1, 5, 6, 9, 24, 25, 26, 28, 29}) EXPECT_EQ(f.txtFields(campo).Text(), "") << campo;
+  EXPECT_EQ(f.txtFields(27).Text(), "7");
+  EXPECT_TRUE(bitacora.sentencias.empty());
+  EXPECT_TRUE(Claves().empty());
+}
+
+TEST_F(Renglones, TheArticleWinsOverASecondKeyOfTheSameText) {
+  Sql("INSERT INTO clavesadd (clave, articulo, cantidad) VALUES ('A-100', 'A-200', 5)");
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "A-100");
+  Tecla(f, "Enter");
+  EXPECT_EQ(f.txtFields(4).Text(), "A-100");
+  EXPECT_EQ(f.txtFields(24).Text(), "");
+}
+
+TEST_F(Renglones, AnArticleWithoutTaxRateIsUnknownToTheLookupYetALineAtATypedPriceCanBeMade) {
+  Sql("INSERT INTO prods (articulo, descrip, precio1, impuesto) VALUES ('LIBRE', 'Sin tasa', 10, 'NO')");
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "LIBRE");
+  Tecla(f, "Enter");
+  EXPECT_EQ(f.txtFields(6).Text(), "");
+  EXPECT_EQ(f.txtFields(1).Text(), "");
+  Teclea(f, f.txtFields(5), "2");
+  Tecla(f, "Enter");
+  Teclea(f, f.txtFields(6), "7.5");
+  f.LlenaPartida();
+  EXPECT_TRUE(Numeros().empty());
+  EXPECT_EQ(Uno("SELECT articulo FROM entpart"), "LIBRE");
+}
+
+TEST_F(Renglones, TheRoadOfALineFiresItsHooksInOrder) {
+  frmEntradasWizard& f = ConConcepto();
+  f.Enter(f.txtFields(4));
+  Olvida();
+  Renglon(f, "A-100", "3");
+  std::vector<std::pair<std::string, std::string>> vistos;
+  for (const auto& [clave, valor] : bitacora.ganchos) {
+    vistos.emplace_back(clave, valor.IsNull() ? "(nada)" : data::ToText(valor));
+  }
+  const std::vector<std::pair<std::string, std::string>> esperados{
+      {"ENTRADA012", "4"}, {"ENTRADA009", "(nada)"}, {"ENTRADA007", "4"},
+      {"ENTRADA008", "5"}, {"ENTRADA007", "5"},      {"ENTRADA008", "6"},
+      {"ENTRADA007", "6"}, {"ENTRADA008", "4"},      {"ENTRADA005", "4"}};
+  EXPECT_EQ(vistos, esperados);
+}
+
+TEST_F(Renglones, TheFirstLineSendsItsStatementsInOrder) {
+  frmEntradasWizard& f = ConConcepto();
+  Olvida();
+  Renglon(f, "A-100", "3");
+  EXPECT_EQ(
+      Sentencias(),
+      (Textos{
+          "SELECT prods.descrip,unidad,precio1,impuestos.valor FROM prods INNER JOIN impuestos ON "
+          "prods.impuesto = impuestos.impuesto WHERE articulo = 'A-100'",
+          "SELECT * FROM prods WHERE modelo = 'A-100'",
+          "SELECT ubicacion FROM prods WHERE articulo = 'A-100'",
+          "INSERT INTO entradas (entrada, ocupado, f_emision, tipo_doc, importe, costo, almacen, estado, "
+          "observ, tipo_cam, moneda, datos, usuario, usufecha, usuhora) VALUES (1, 1, '2024-03-05', 'COM', "
+          "0, 0, 1, 'PE', '', 1, '', 'Compra a proveedor', 'ANA', '2024-03-05', '14:03:22')",
+          "SELECT * FROM entradas WHERE entrada = 1", "SELECT * FROM entradas WHERE (((entrada) = 1))",
+          "INSERT INTO entpart (id_entrada, entrada, tipo_doc, no_referen, articulo, cantidad, precio, "
+          "observ, partida, usuario, usufecha, Usuhora, prcantidad, prdescrip, claveadd) VALUES (1, 1, "
+          "'COM', 1, 'A-100', 3, 116, 'Martillo de uña', 0, 'ANA', '2024-03-05', '14:03:22', 0, '', '')"}));
+}
+
+TEST_F(Renglones, OnlyTheFirstLineMakesTheDocument) {
+  frmEntradasWizard& f = ConRenglones({{"A-100", "3"}});
+  Olvida();
+  Renglon(f, "A-200", "1");
+  EXPECT_EQ(CuentaSentencias("INSERT INTO entradas"), 0);
+  EXPECT_EQ(CuentaSentencias("SELECT * FROM entradas WHERE (((entrada) = 1))"), 1);
+  EXPECT_EQ(CuentaSentencias("INSERT INTO entpart (id_entrada, entrada, tipo_doc, no_referen"), 1);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "1");
+  EXPECT_EQ(Uno("SELECT id_entrada FROM entpart WHERE articulo = 'A-200'"), "2");
+}
+
+TEST_F(Renglones, TheLineTakesTheConceptOfTheStoredHeader) {
+  frmEntradasWizard& f = ConRenglones({{"A-100", "3"}});
+  f.txtFields(0).Text("A++");
+  Renglon(f, "A-200", "1");
+  EXPECT_EQ(Uno("SELECT tipo_doc FROM entpart WHERE articulo = 'A-200'"), "COM");
+}
+
+TEST_F(Renglones, TheGridShowsTheLineAndTheEntryRowIsFreeForTheNext) {
+  frmEntradasWizard& f = ConRenglones({{"A-100", "3"}, {"A-200", "2.5"}});
+  const Textos esperado{"A-200", "2.5", "50.00", "125", "Clavo a granel", "2", "", "", "", ""};
+  for (int columna = 0; columna < 10; ++columna) {
+    EXPECT_EQ(Celda(f, 2, columna), esperado[static_cast<std::size_t>(columna)]) << columna;
+  }
+  EXPECT_EQ(f.fg2.Row(), 2);
+  EXPECT_EQ(Celda(f, 3, 0), "");
+  EXPECT_EQ(f.txtFields(11).Text(), "473");
+  RenglonVacio(f);
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_FALSE(f.Procesando);
+}
+
+TEST_F(Renglones, TheAmountIsFirstWrittenWithTwoDecimalsAndThenRecomputed) {
+  frmEntradasWizard& f = ConRenglones({{"A-100", "3"}});
+  std::string antes;
+  f.fg2.OnRowColChange = [&] { antes = Celda(f, 2, 3); };
+  Renglon(f, "A-100", "1500");
+  EXPECT_EQ(antes, "174,000.00");
+  EXPECT_EQ(Celda(f, 2, 3), "174000");
+}
+
+TEST_F(Renglones, APriceInThousandsIsStoredWhole) {
+  Sql("UPDATE prods SET precio1 = 2000 WHERE articulo = 'A-100'");
+  frmEntradasWizard& f = ConRenglones({{"A-100", "2"}});
+  EXPECT_EQ(Uno("SELECT precio FROM entpart"), "2320");
+  EXPECT_EQ(Celda(f, 1, 2), "2,320.00");
+  EXPECT_EQ(f.txtFields(11).Text(), "4,640");
+}
+
+TEST_F(Renglones, WithoutASecondKeyTheAmountOfTheEntryRowIsNotComputed) {
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "A-100");
+  Tecla(f, "Enter");
+  Teclea(f, f.txtFields(5), "3");
+  EXPECT_EQ(f.txtFields(9).Text(), "");
+}
+
+TEST_F(Renglones, AnEmptyArticleIsRefused) {
+  frmEntradasWizard& f = ConConcepto();
+  Tecla(f, "F9", f.txtFields(5));
+  EXPECT_EQ(Numeros(), std::vector<int>{234});
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(234));
+  EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
+  EXPECT_EQ(bitacora.mensajes.back().clase, "mensaje");
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
+}
+
+TEST_F(Renglones, AKeyThatIsNoArticleIsRefused) {
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "NADA");
+  Tecla(f, "Enter");
+  Teclea(f, f.txtFields(5), "3");
+  Tecla(f, "F9");
+  EXPECT_EQ(Numeros(), std::vector<int>{235});
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(235));
+  EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(f.txtFields(4).Text(), "NADA");
+  EXPECT_EQ(f.txtFields(5).Text(), "3");
+}
+
+TEST_F(Renglones, AKeyWithBlanksAroundItIsDescribedButMakesNoLine) {
+  frmEntradasWizard& f = ConConcepto();
+  Renglon(f, " A-100", "3");
+  EXPECT_EQ(f.txtFields(1).Text(), "Martillo de uña");
+  EXPECT_EQ(Numeros(), std::vector<int>{235});
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
+}
+
+TEST_F(Renglones, AQuantityOfZeroOrLessIsRefused) {
+  frmEntradasWizard& f = ConConcepto();
+  for (const char* cantidad : {"", "0", "-1"}) {
+    Olvida();
+    f.txtFields(4).Text("A-100");
+    f.PonDescripcion();
+    f.txtFields(5).Text(cantidad);
+    f.LlenaPartida();
+    EXPECT_EQ(Numeros(), std::vector<int>{236}) << cantidad;
+    EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
+    EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(236));
+    EXPECT_TRUE(f.txtFields(5).HasFocus());
+    EXPECT_EQ(f.txtFields(4).Text(), "A-100");
+    EXPECT_EQ(f.txtFields(6).Text(), "116.00");
+  }
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
+}
+
+TEST_F(Renglones, APriceOfZeroOrLessIsRefused) {
+  frmEntradasWizard& f = ConConcepto();
+  for (const char* precio : {"", "0", "-5", "12 pesos"}) {
+    Olvida();
+    f.txtFields(4).Text("A-100");
+    f.txtFields(5).Text("3");
+    Tecla(f, "Enter", f.txtFields(5));
+    f.txtFields(6).Text(precio);
+    f.LlenaPartida();
+    EXPECT_EQ(Numeros(), std::vector<int>{238}) << precio;
+    EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
+    EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(238));
+    EXPECT_TRUE(f.txtFields(6).HasFocus());
+    EXPECT_EQ(f.txtFields(5).Text(), "3");
+  }
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
+}
+
+TEST_F(Renglones, ARefusalAfterTabLeavesTheFocusOnThePriceAtFault) {
+  Sql("UPDATE prods SET precio1 = 0 WHERE articulo = 'A-100'");
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "A-100");
+  Tecla(f, "Enter");
+  Teclea(f, f.txtFields(5), "3");
+  Tecla(f, "Enter");
+  Tecla(f, "Tab");
+  EXPECT_EQ(Numeros(), std::vector<int>{238});
+  EXPECT_TRUE(f.txtFields(6).HasFocus());
+}
+
+TEST_F(Renglones, TheFocusOfARefusalMovesOnlyToAnEnabledField) {
+  frmEntradasWizard& f = ConConcepto();
+  f.txtFields(5).Enabled(false);
+  f.txtFields(4).Text("A-100");
+  f.txtFields(0).SetFocus();
+  f.LlenaPartida();
+  EXPECT_EQ(Numeros(), std::vector<int>{236});
+  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  f.txtFields(5).Text("3");
+  f.txtFields(6).Enabled(false);
+  Olvida();
+  f.LlenaPartida();
+  EXPECT_EQ(Numeros(), std::vector<int>{238});
+  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  EXPECT_TRUE(Reportes().empty());
+}
+
+TEST_F(Renglones, AKnownPriceBringsTheFocusToTheArticleBeforeTheChecks) {
+  frmEntradasWizard& f = ConConcepto();
+  f.txtFields(4).Text("NADA");
+  f.txtFields(6).Text("10");
+  f.txtFields(5).SetFocus();
+  f.LlenaPartida();
+  EXPECT_EQ(Numeros(), std::vector<int>{235});
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+}
+
+TEST_F(Renglones, F9AndTheButtonStoreTheLineLikeEnterInThePrice) {
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "A-100");
+  Tecla(f, "Enter");
+  Teclea(f, f.txtFields(5), "3");
+  Tecla(f, "F9");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
+  Teclea(f, f.txtFields(4), "A-200");
+  Tecla(f, "Enter");
+  Teclea(f, f.txtFields(5), "4");
+  f.Click(f.Command6);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "2");
+  Teclea(f, f.txtFields(4), "A-200");
+  Tecla(f, "Tab");
+  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  Teclea(f, f.txtFields(5), "5");
+  Tecla(f, "Tab");
+  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  Tecla(f, "Tab");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "3");
+}
+
+TEST_F(Renglones, EnterLeadsThroughTheRowWithEachTextSelected) {
+  frmEntradasWizard& f = ConConcepto();
+  f.txtFields(5).Text("33");
+  Teclea(f, f.txtFields(4), "A-100");
+  Tecla(f, "Enter");
+  EXPECT_EQ(f.txtFields(5).SelStart(), 0);
+  EXPECT_EQ(f.txtFields(5).SelLength(), 2);
+  Tecla(f, "Enter");
+  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  EXPECT_EQ(f.txtFields(6).SelLength(), 6);
+}
+
+TEST_F(Renglones, EnterSkipsWhatIsDisabled) {
+  frmEntradasWizard& f = ConConcepto();
+  f.txtFields(5).Enabled(false);
+  Teclea(f, f.txtFields(4), "A-100");
+  Olvida();
+  Tecla(f, "Enter");
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(Sentencias(), (Textos{"SELECT * FROM prods WHERE modelo = 'A-100'"}));
+  f.txtFields(5).Enabled(true);
+  f.txtFields(6).Enabled(false);
+  Tecla(f, "Enter", f.txtFields(5));
+  EXPECT_TRUE(f.txtFields(5).HasFocus());
+}
+
+TEST_F(Renglones, WhileALineIsBeingStoredEnterMakesNoSecondOne) {
+  frmEntradasWizard& f = ConConcepto();
+  bool procesando = false;
+  Gancho("ENTRADA005", [&](frmEntradasWizard& g) { procesando = g.Procesando; });
+  Renglon(f, "A-100", "3");
+  EXPECT_TRUE(procesando);
+  EXPECT_FALSE(f.Procesando);
+
+  Teclea(f, f.txtFields(4), "A-100");
+  f.Procesando = true;
+  Olvida();
+  Tecla(f, "Enter");
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(bitacora.sentencias.empty());
+  f.Enter(f.txtFields(6));
+  Olvida();
+  Tecla(f, "Enter");
+  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
+  Tecla(f, "Left");
+  EXPECT_FALSE(f.Procesando);
+}
+
+TEST_F(Renglones, ARoutineMayKeepTheArticleFromBeingLookedUpOnce) {
+  frmEntradasWizard& f = ConConcepto();
+  Gancho("ENTRADA012", [](frmEntradasWizard& g) { g.CancelaProceso = true; });
+  Teclea(f, f.txtFields(4), "A-100");
+  Olvida();
+  Tecla(f, "Enter");
+  EXPECT_FALSE(f.CancelaProceso);
+  EXPECT_EQ(f.txtFields(6).Text(), "");
+  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_EQ(Claves(), (Textos{"ENTRADA012", "ENTRADA008"}));
+  anfitrion->Gancho("ENTRADA012", {});
+  f.Enter(f.txtFields(4));
+  Tecla(f, "Enter");
+  EXPECT_EQ(f.txtFields(6).Text(), "116.00");
+}
+
+TEST_F(Renglones, ARoutineMayRefuseALineAndTheEntryRowIsEmptiedAllTheSame) {
+  frmEntradasWizard& f = ConConcepto();
+  Gancho("ENTRADA005", [](frmEntradasWizard& g) { g.CancelaProceso = true; });
+  Renglon(f, "A-100", "3");
+  EXPECT_FALSE(f.CancelaProceso);
+  EXPECT_EQ(f.Modo, "ALTA");
+  EXPECT_EQ(f.Entrada, 0);
+  EXPECT_EQ(Celda(f, 1, 0), "");
+  EXPECT_EQ(f.txtFields(11).Text(), "");
+  RenglonVacio(f);
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
+  anfitrion->Gancho("ENTRADA005", {});
+  Renglon(f, "A-100", "3");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
+}
+
+TEST_F(Renglones, ARoutineMayChangeTheLineBeforeItIsStored) {
+  frmEntradasWizard& f = ConConcepto();
+  Gancho("ENTRADA009", [](frmEntradasWizard& g) { g.txtFields(6).Text("7"); });
+  Gancho("ENTRADA005", [](frmEntradasWizard& g) { g.txtFields(5).Text("9"); });
+  Renglon(f, "A-100", "3");
+  EXPECT_EQ(Uno("SELECT cantidad FROM entpart"), "9");
+  EXPECT_EQ(Uno("SELECT precio FROM entpart"), "7");
+}
+
+TEST_F(Renglones, ARowBeyondTheTenthScrollsTheGrid) {
+  frmEntradasWizard& f = ConConcepto();
+  Usa(f, 9);
+  const int antes = f.fg2.TopRow();
+  Renglon(f, "A-100", "1");
+  EXPECT_EQ(f.fg2.Row(), 10);
+  EXPECT_EQ(f.fg2.TopRow(), antes);
+  Renglon(f, "A-100", "1");
+  EXPECT_EQ(f.fg2.Row(), 11);
+  EXPECT_EQ(f.fg2.TopRow(), 4);
+  f.NumeroDePartidas = 100;
+  Renglon(f, "A-100", "1");
+  EXPECT_EQ(f.fg2.Row(), 12);
+  EXPECT_EQ(f.fg2.TopRow(), 4);
+}
+
+TEST_F(Renglones, TheFirstFreeRowTakesTheLine) {
+  frmEntradasWizard& f = ConConcepto();
+  Usa(f, 3);
+  f.fg2.TextMatrix(2, 0, "");
+  Renglon(f, "A-100", "3");
+  EXPECT_EQ(Celda(f, 2, 0), "A-100");
+  EXPECT_EQ(Celda(f, 4, 0), "");
+}
+
+TEST_F(Renglones, TheLastRowOfTheGridTakesALineAndTheNextIsStoredAndNotShown) {
+  frmEntradasWizard& f = ConConcepto();
+  Usa(f, 4998);
+  Renglon(f, "A-100", "3");
+  EXPECT_EQ(Celda(f, 4999, 0), "A-100");
+  EXPECT_EQ(f.fg2.TopRow(), 4992);
+  EXPECT_EQ(f.txtFields(11).Text(), "5,346");
+  Renglon(f, "A-200", "2");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "2");
+  EXPECT_EQ(Uno("SELECT cantidad FROM entpart WHERE articulo = 'A-200'"), "2");
+  EXPECT_EQ(Celda(f, 4999, 0), "A-100");
+  EXPECT_EQ(f.fg2.Row(), 4999);
+  EXPECT_EQ(f.fg2.Rows(), 5000);
+  EXPECT_EQ(f.txtFields(11).Text(), "5,346");
+  RenglonVacio(f);
+  EXPECT_TRUE(Reportes().empty());
+}
+
+TEST_F(Renglones, DownInTheArticleOpensTheListOfArticlesAndLeadsToTheQuantity) {
+  frmEntradasWizard& f = ConConcepto();
+  f.txtFields(5).Text("12");
+  bitacora.elige = [](forms::TextBox&) { return "A-100"; };
+  Olvida();
+  Tecla(f, "Down", f.txtFields(4));
+  EXPECT_EQ(bitacora.selectores, (Textos{"ListaArticulos||txtFields(4)"}));
+  EXPECT_EQ(f.txtFields(4).Text(), "A-100");
+  EXPECT_EQ(f.txtFields(6).Text(), "116.00");
+  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_EQ(f.txtFields(5).SelLength(), 2);
+  EXPECT_TRUE(listas.empty());
+}
+
+TEST_F(Renglones, DownWithAKeyThatIsNoModelOpensTheListToo) {
+  frmEntradasWizard& f = ConConcepto();
+  Teclea(f, f.txtFields(4), "A-200");
+  Olvida();
+  Tecla(f, "Down");
+  EXPECT_EQ(bitacora.selectores, (Textos{"ListaArticulos||txtFields(4)"}));
+  EXPECT_EQ(f.txtFields(4).Text(), "A-200");
+  EXPECT_TRUE(f.txtFields(5).HasFocus());
+}
+
+}  // namespace
+}  // namespace tarvik::tests

@@ -1,0 +1,490 @@
+// The goods-in screen: its controls as designed, loading in the three modes, the lock, closing.
+#include "tests/support/escenario.h"
+
+namespace tarvik::tests {
+namespace {
+
+class Pantalla : public Escenario {
+ protected:
+  Pantalla() { Catalogo(); }
+  // A stored document 7 with so many lines of A-100.
+  void Documento(int renglones = 0, const char* estado = "PE", int ocupado = 0,
+                 const char* usuario = "LUIS") {
+    Sql("INSERT INTO entradas (entrada, tipo_doc, f_emision, almacen, importe, estado, ocupado, observ, "
+        "datos, usuario) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        {7, "COM", "2024-02-28", 2, 23.2, estado, ocupado, "Frágil", "Compra vieja", usuario});
+    for (int i = 1; i <= renglones; ++i) {
+      Sql("INSERT INTO entpart (id_entrada, entrada, articulo, cantidad, precio, observ, prdescrip, "
+          "prcantidad) "
+          "VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
+          {70 + i, 7, "A-100", i + 0.5, 11.6, i == 1 ? data::Value("Martillo") : data::Value(), "Caja", i});
+    }
+  }
+  std::string Ocupado() { return Uno("SELECT ocupado FROM entradas WHERE entrada = 7"); }
+};
+
+// ---- as designed ----
+
+TEST_F(Pantalla, HasTheTitleUntilACallerReplacesIt) {
+  EXPECT_EQ(Nueva().Caption(), "Asistente para entradas al inventario.");
+  EXPECT_EQ(Ultima().Name(), "frmEntradasWizard");
+}
+
+TEST_F(Pantalla, EveryControlHasItsPlaceOnTheKeyboardsWay) {
+  frmEntradasWizard& f = Nueva();
+  const std::pair<int, int> campos[] = {{0, 0},  {14, 1}, {4, 3},   {5, 4},   {27, 5},  {6, 6},  {9, 7},
+                                        {24, 8}, {25, 9}, {26, 10}, {28, 11}, {29, 12}, {1, 20}, {11, 43}};
+  for (auto [indice, tab] : campos) EXPECT_EQ(f.txtFields(indice).TabIndex(), tab) << indice;
+  EXPECT_EQ(f.txtFields.Count(), 14);
+  EXPECT_EQ(f.Command3.TabIndex(), 2);
+  EXPECT_EQ(f.DTPicker1.TabIndex(), 16);
+  EXPECT_EQ(f.RichTextBox3.TabIndex(), 17);
+  EXPECT_EQ(f.Check2.TabIndex(), 21);
+  EXPECT_EQ(f.Check3.TabIndex(), 22);
+  EXPECT_EQ(f.txtEdit.TabIndex(), 23);
+  EXPECT_EQ(f.Command6.TabIndex(), 24);
+  EXPECT_EQ(f.fg2.TabIndex(), 26);
+  EXPECT_EQ(f.RichTextBox2.TabIndex(), 28);
+  EXPECT_EQ(f.RichTextBox1.TabIndex(), 38);
+  EXPECT_EQ(f.Command1.TabIndex(), 39);
+  EXPECT_EQ(f.Check4.TabIndex(), 40);
+  EXPECT_EQ(f.Command5.TabIndex(), 41);
+  EXPECT_EQ(f.Command2.TabIndex(), 42);
+}
+
+TEST_F(Pantalla, TheLabelsAndButtonsReadAsTheOperatorKnowsThem) {
+  frmEntradasWizard& f = Nueva();
+  EXPECT_EQ(f.Label12.Caption(), "Concepto de la Entrada:");
+  EXPECT_EQ(f.Label25.Caption(), "Almacen");
+  EXPECT_EQ(f.Label17.Caption(), "Artículo");
+  EXPECT_EQ(f.Label18.Caption(), "Cantidad");
+  EXPECT_EQ(f.Label5.Caption(), "Unidad");
+  EXPECT_EQ(f.Label19.Caption(), "Precio");
+  EXPECT_EQ(f.Label6.Caption(), "Importe");
+  EXPECT_EQ(f.Label4.Caption(), "Presentacion: (F8)");
+  EXPECT_EQ(f.Label23.Caption(), "Fecha del documento");
+  EXPECT_EQ(f.Label8.Caption(), "T O T  A L");
+  EXPECT_EQ(f.Label10(0).Caption(), "Observaciones al movimiento de entrada.");
+  EXPECT_EQ(f.Label10(1).Caption(), "Dejar como movimiento pendiente");
+  EXPECT_EQ(f.Label10(2).Caption(), "Imprimir movimiento.");
+  EXPECT_EQ(f.Command1.Caption(), "&Modelos");
+  EXPECT_EQ(f.Command2.Caption(), "&Cancelar");
+  EXPECT_EQ(f.Command3.Caption(), "");
+  EXPECT_EQ(f.Command5.Caption(), "&Finalizar (F5)");
+  EXPECT_EQ(f.Command6.Caption(), "..");
+  EXPECT_EQ(f.Check4.Caption(), "Lector de Código de Barras");
+}
+
+TEST_F(Pantalla, TheStatesAtDesign) {
+  frmEntradasWizard f(*anfitrion);
+  EXPECT_FALSE(f.Command5.Enabled());
+  EXPECT_FALSE(f.Command3.Visible());
+  EXPECT_FALSE(f.txtEdit.Visible());
+  EXPECT_FALSE(f.txtFields(1).Enabled());
+  EXPECT_FALSE(f.txtFields(11).Enabled());
+  EXPECT_TRUE(f.txtFields(11).RightAligned());
+  EXPECT_EQ(f.Check2.Value(), 1);
+  EXPECT_EQ(f.Check3.Value(), 0);
+  EXPECT_EQ(f.Timer1.Interval(), 0);
+  EXPECT_FALSE(f.Timer1.Running());
+  EXPECT_EQ(f.fg2.Rows(), 5000);
+  EXPECT_EQ(f.fg2.Cols(), 10);
+  EXPECT_EQ(f.fg2.FixedRows(), 1);
+  EXPECT_EQ(f.fg2.FixedCols(), 0);
+  EXPECT_EQ(f.Entrada, 0);
+}
+
+TEST_F(Pantalla, TheGridsHeadersAndWidths) {
+  frmEntradasWizard sin_cargar(*anfitrion);
+  const int de_fabrica = sin_cargar.fg2.ColWidth(0);
+  frmEntradasWizard& f = Nueva();
+  const std::pair<const char*, int> columnas[] = {{"Artículo", (de_fabrica * 3 + 1) / 2},
+                                                  {"QTY", 800},
+                                                  {"Precio", 900},
+                                                  {"Importe", 900},
+                                                  {"Descripción", 4000},
+                                                  {"No de Entrada", 0},
+                                                  {"Presentación", 2000},
+                                                  {"Pr. QTY", 1000}};
+  int columna = 0;
+  for (auto [titulo, ancho] : columnas) {
+    EXPECT_EQ(Celda(f, 0, columna), titulo);
+    EXPECT_EQ(f.fg2.ColWidth(columna), ancho) << titulo;
+    ++columna;
+  }
+  EXPECT_EQ(Celda(f, 0, 8), "");
+  EXPECT_EQ(f.fg2.Row(), 1);
+  EXPECT_EQ(f.fg2.Col(), 0);
+}
+
+// ---- loading ----
+
+TEST_F(Pantalla, ANewDocumentStartsAtTheWorkingDateAndTheStationsWarehouse) {
+  anfitrion->Ambiente().Parametro("Almacen", 2);
+  anfitrion->Ambiente().Pon("ValorFechaA", 3);
+  data::Date esperada;
+  anfitrion->Funciones().FechaDeTrabajo(3, 0, esperada);
+  frmEntradasWizard& f = Nueva();
+  EXPECT_EQ(f.DTPicker1.Value(), esperada);
+  EXPECT_EQ(f.txtFields(14).Text(), "2");
+  EXPECT_EQ(f.txtFields(0).Text(), "");
+  EXPECT_EQ(f.NumeroDePartidas, 10);
+  EXPECT_TRUE(f.Query);
+  EXPECT_TRUE(f.Command5.Enabled());
+}
+
+TEST_F(Pantalla, AStoredDocumentFillsHeaderAndLines) {
+  Documento(2);
+  frmEntradasWizard& f = Modifica(7);
+  EXPECT_EQ(f.txtFields(0).Text(), "COM");
+  EXPECT_EQ(f.txtFields(14).Text(), "2");
+  EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2024, 2, 28}));
+  EXPECT_EQ(f.RichTextBox3.Text(), "Compra vieja");
+  EXPECT_EQ(f.RichTextBox2.Text(), "Frágil");
+  EXPECT_EQ(Celda(f, 1, 0), "A-100");
+  EXPECT_EQ(Celda(f, 1, 1), "1.5");
+  EXPECT_EQ(Celda(f, 1, 2), "11.6");
+  EXPECT_EQ(Celda(f, 1, 3), "17.4");
+  EXPECT_EQ(Celda(f, 1, 4), " Martillo");
+  EXPECT_EQ(Celda(f, 1, 5), "71");
+  EXPECT_EQ(Celda(f, 1, 6), "Caja");
+  EXPECT_EQ(Celda(f, 1, 7), "1");
+  EXPECT_EQ(Celda(f, 2, 4), " ");
+  EXPECT_EQ(Celda(f, 3, 0), "");
+  EXPECT_EQ(f.txtFields(11).Text(), "46.4");
+  EXPECT_TRUE(f.rstPartidas->Eof());
+  EXPECT_EQ(f.rstPartidas->CursorType(), 1);
+  EXPECT_EQ(f.rstPartidas->LockType(), 3);
+  EXPECT_EQ(f.fg2.Row(), 1);
+  EXPECT_EQ(f.fg2.Col(), 0);
+  EXPECT_EQ(CuentaSentencias("SELECT * FROM entpart WHERE entrada = (7)"), 1);
+}
+
+TEST_F(Pantalla, NullColumnsOfTheHeaderShowAsNothing) {
+  Sql("INSERT INTO entradas (entrada, estado) VALUES (?, ?)", {7, "PE"});
+  frmEntradasWizard& f = Modifica(7);
+  EXPECT_EQ(f.txtFields(11).Text(), "");
+  EXPECT_EQ(f.RichTextBox2.Text(), "");
+  EXPECT_EQ(f.RichTextBox3.Text(), "");
+  EXPECT_EQ(f.Modo, "MODIFICACION");
+}
+
+TEST_F(Pantalla, ForChangeTheLockIsTakenAndForReadingItIsNot) {
+  Documento();
+  Modifica(7);
+  EXPECT_EQ(Ocupado(), "1");
+  EXPECT_EQ(CuentaSentencias("UPDATE entradas SET ocupado = 1 WHERE entradas.entrada = 7"), 1);
+}
+
+TEST_F(Pantalla, ForReadingTheLockStaysAsItIs) {
+  Documento(1);
+  Consulta(7);
+  EXPECT_EQ(Ocupado(), "0");
+  EXPECT_EQ(CuentaSentencias("UPDATE"), 0);
+}
+
+TEST_F(Pantalla, ADocumentWithoutLinesKeepsItsStoredTotal) {
+  Documento();
+  frmEntradasWizard& f = Modifica(7);
+  EXPECT_EQ(f.txtFields(11).Text(), "23.2");
+  EXPECT_EQ(Celda(f, 1, 0), "");
+  EXPECT_EQ(Ocupado(), "1");
+}
+
+TEST_F(Pantalla, ForReadingOnlyGridCancelAndFinishStayEnabled) {
+  Documento(1);
+  frmEntradasWizard& f = Consulta(7);
+  for (forms::Control* control : f.Controls()) {
+    const std::string nombre = control->FullName();
+    const bool abierto =
+        control->IsLabel() || nombre == "fg2" || nombre == "Command2" || nombre == "Command5";
+    EXPECT_EQ(control->Enabled(), abierto) << nombre;
+  }
+  EXPECT_EQ(f.ActiveControl(), &f.fg2);
+}
+
+TEST_F(Pantalla, InTheOtherModesTheControlsAreAsDesigned) {
+  Documento();
+  for (frmEntradasWizard* f : {&Nueva(), &Modifica(7)}) {
+    EXPECT_TRUE(f->txtFields(0).Enabled());
+    EXPECT_FALSE(f->txtFields(1).Enabled());
+    EXPECT_FALSE(f->txtFields(11).Enabled());
+    EXPECT_TRUE(f->Check3.Enabled());
+    EXPECT_TRUE(f->Command5.Enabled());
+  }
+}
+
+TEST_F(Pantalla, TheSearchBoxesGetTheConnection) {
+  frmEntradasWizard& f = Nueva();
+  EXPECT_EQ(f.MultiCombo1.Count(), 4);
+  f.MultiCombo1.Each(
+      [&](forms::SearchBox& caja) { EXPECT_EQ(caja.Conexion(), &anfitrion->Ambiente().Conexion()); });
+}
+
+TEST_F(Pantalla, TheReaderStartsAsTheStationHasIt) {
+  EXPECT_EQ(Nueva().Check4.Value(), 0);
+  anfitrion->Ambiente().Parametro("Lector", 2);
+  EXPECT_EQ(Nueva().Check4.Value(), 1);
+}
+
+TEST_F(Pantalla, TheLoadHookSeesTheScreenReadyAndNotYetShown) {
+  std::string visto;
+  Gancho("ENTRADA001", [&](frmEntradasWizard& f) {
+    visto = f.Modo + "|" + std::to_string(f.Entrada) + "|" + f.txtFields(0).Text() + "|" +
+            (f.Visible() ? "v" : "-") + "|" + (f.rstEntrada ? "r" : "-") + "|" +
+            std::to_string(f.NumeroDePartidas);
+  });
+  Documento();
+  Modifica(7);
+  EXPECT_EQ(visto, "MODIFICACION|7|COM|-|r|10");
+  EXPECT_EQ(bitacora.presentadas, std::vector<std::string>{"frmEntradasWizard"});
+  Nueva();
+  EXPECT_EQ(visto, "ALTA|0||-|r|10");
+}
+
+TEST_F(Pantalla, ALoadHookThatCancelsSkipsOnlyThePresentation) {
+  Gancho("ENTRADA001", [](frmEntradasWizard& f) { f.CancelaProceso = true; });
+  frmEntradasWizard& f = Nueva();
+  EXPECT_TRUE(bitacora.presentadas.empty());
+  EXPECT_FALSE(f.CancelaProceso);
+  EXPECT_TRUE(f.Visible());
+}
+
+// ---- failures while loading ----
+
+TEST_F(Pantalla, AStepOfTheLoadingThatFailsIsReportedAndTheLoadingGoesOn) {
+  bitacora.FallaServicio("NuevoQuery", 1, "sin constructor");
+  frmEntradasWizard& f = Nueva();
+  ASSERT_EQ(Reportes().size(), 2u);  // the builder, and giving it the connection
+  EXPECT_EQ(Reportes()[0], Reporte("Form_Load", "sin constructor"));
+  EXPECT_EQ(f.txtFields(14).Text(), "1");
+  EXPECT_EQ(bitacora.presentadas.size(), 1u);
+}
+
+TEST_F(Pantalla, LinesThatCannotBeReadAreReportedAndTheScreenOpens) {
+  Documento(2);
+  bitacora.Falla("FROM entpart", 1, "no se lee");
+  frmEntradasWizard& f = Modifica(7);
+  ASSERT_FALSE(Reportes().empty());
+  EXPECT_EQ(Reportes()[0], Reporte("Form_Load", "no se lee"));
+  EXPECT_EQ(Celda(f, 1, 0), "");
+  EXPECT_EQ(f.Caption(), "Entrada: 7");
+  EXPECT_TRUE(f.Command5.Enabled());
+}
+
+TEST_F(Pantalla, ALockThatCannotBeTakenIsReportedOnceAndTheLinesAreRead) {
+  Documento(1);
+  bitacora.Falla("SET ocupado = 1", 1, "no se toma");
+  frmEntradasWizard& f = Modifica(7);
+  EXPECT_EQ(Reportes(), std::vector<std::string>{Reporte("Form_Load", "no se toma")});
+  EXPECT_EQ(Celda(f, 1, 0), "A-100");
+  EXPECT_EQ(ArchivoDelDia(), bitacora.mensajes[0].texto);
+}
+
+TEST_F(Pantalla, AWorkingDateThatFailsLeavesTheRestOfTheLoading) {
+  bitacora.FallaServicio("FechaDeTrabajo", 1, "sin fecha");
+  frmEntradasWizard& f = Nueva();
+  EXPECT_EQ(Reportes(), std::vector<std::string>{Reporte("Form_Load", "sin fecha")});
+  EXPECT_EQ(f.txtFields(14).Text(), "1");
+}
+
+TEST_F(Pantalla, AWarehouseThatCannotBeReadIsReported) {
+  bitacora.FallaServicio("Parametros", 1, "sin parámetros");
+  frmEntradasWizard& f = Nueva();
+  EXPECT_EQ(Reportes(), std::vector<std::string>{Reporte("Form_Load", "sin parámetros")});
+  EXPECT_EQ(f.txtFields(14).Text(), "");
+}
+
+TEST_F(Pantalla, FromTheModesControlsOnEverythingIsIgnored) {
+  bitacora.FallaServicio("BuscaCatalogo", 1, "gancho");
+  bitacora.FallaServicio("PresentaForma", 1, "marco");
+  frmEntradasWizard& f = Nueva();
+  EXPECT_TRUE(Reportes().empty());
+  EXPECT_TRUE(bitacora.presentadas.empty());
+  EXPECT_TRUE(f.Visible());
+  EXPECT_TRUE(no_atrapados.empty());
+}
+
+// ---- the form's keys, labels and buttons ----
+
+TEST_F(Pantalla, F3TogglesTheReaderAndGoesToTheArticle) {
+  frmEntradasWizard& f = Nueva();
+  Tecla(f, "F3", f.txtFields(14));
+  EXPECT_EQ(f.Check4.Value(), 1);
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(4));
+  f.Enter(f.txtFields(14));
+  Tecla(f, "F3");
+  EXPECT_EQ(f.Check4.Value(), 0);
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(14));
+  f.txtFields(4).Enabled(false);
+  Tecla(f, "F3");
+  EXPECT_EQ(f.Check4.Value(), 1);
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(14));
+}
+
+TEST_F(Pantalla, F9AndTheDottedButtonStoreTheLineInEntry) {
+  frmEntradasWizard& f = Nueva();
+  Teclea(f, f.txtFields(0), "COM");
+  Tecla(f, "F9");
+  EXPECT_EQ(Numeros(), std::vector<int>{234});
+  Olvida();
+  f.Click(f.Command6);
+  EXPECT_EQ(Numeros(), std::vector<int>{234});
+  Teclea(f, f.txtFields(4), "A-100");
+  Tecla(f, "Enter");
+  Teclea(f, f.txtFields(5), "2");
+  Tecla(f, "F9");
+  EXPECT_EQ(Uno("SELECT cantidad FROM entpart"), "2");
+}
+
+TEST_F(Pantalla, ClicksOnTheLabelsToggleTheirBoxesWhereEnabled) {
+  Documento();
+  frmEntradasWizard& f = Nueva();
+  f.Click(f.Label10(1));
+  f.Click(f.Label10(2));
+  f.Click(f.Label10(0));
+  EXPECT_EQ(f.Check3.Value(), 1);
+  EXPECT_EQ(f.Check2.Value(), 0);
+  f.Click(f.Label10(1));
+  EXPECT_EQ(f.Check3.Value(), 0);
+  frmEntradasWizard& leida = Consulta(7);
+  leida.Click(leida.Label10(1));
+  leida.Click(leida.Label10(2));
+  EXPECT_EQ(leida.Check3.Value(), 0);
+  EXPECT_EQ(leida.Check2.Value(), 1);
+}
+
+TEST_F(Pantalla, TheHiddenButtonOnlyFiresItsHook) {
+  frmEntradasWizard& f = Nueva();
+  Olvida();
+  f.Click(f.Command3);
+  EXPECT_TRUE(Claves().empty());
+  f.Command3_Click();
+  EXPECT_EQ(Claves(), std::vector<std::string>{"ENTRADAS011"});
+  bitacora.FallaServicio("BuscaCatalogo", 1, "sin trampa");
+  EXPECT_THROW(f.Command3_Click(), data::Error);
+  EXPECT_TRUE(Reportes().empty());
+}
+
+TEST_F(Pantalla, TheModelsButtonDoesNothing) {
+  frmEntradasWizard& f = Nueva();
+  f.Enter(f.Command1);
+  Olvida();
+  f.Click(f.Command1);
+  EXPECT_TRUE(bitacora.sentencias.empty());
+  EXPECT_TRUE(Claves().empty());
+  EXPECT_TRUE(bitacora.mensajes.empty());
+}
+
+// ---- closing ----
+
+TEST_F(Pantalla, TheCloseBoxUnloadsTenMillisecondsLater) {
+  frmEntradasWizard& f = Nueva();
+  f.Close();
+  EXPECT_TRUE(f.Open());
+  EXPECT_EQ(f.Timer1.Interval(), 10);
+  EXPECT_TRUE(f.Timer1.Running());
+  plataforma.Advance(9);
+  EXPECT_TRUE(f.Open());
+  auto viva = f.shared_from_this();
+  plataforma.Advance(1);
+  EXPECT_FALSE(f.Open());
+  EXPECT_EQ(bitacora.regresadas, std::vector<std::string>{"frmMaster"});
+}
+
+TEST_F(Pantalla, CancelClosesAtOnceAndAsksNothing) {
+  auto viva = Nueva().shared_from_this();
+  frmEntradasWizard& f = Ultima();
+  f.Click(f.Command2);
+  EXPECT_FALSE(f.Open());
+  EXPECT_TRUE(bitacora.mensajes.empty());
+  EXPECT_EQ(Claves().back(), "ENTRADA006");
+}
+
+TEST_F(Pantalla, ARefusedCloseKeepsScreenAndLockAndIsAskedAgainOnTheNextTryOnly) {
+  Documento();
+  int veces = 0;
+  Gancho("ENTRADA006", [&](frmEntradasWizard& f) { f.CancelaProceso = ++veces == 1; });
+  auto viva = Modifica(7).shared_from_this();
+  frmEntradasWizard& f = Ultima();
+  f.Close();
+  plataforma.Advance(1000);
+  EXPECT_EQ(veces, 1);
+  EXPECT_TRUE(f.Open());
+  EXPECT_FALSE(f.CancelaProceso);
+  EXPECT_EQ(Ocupado(), "1");
+  EXPECT_TRUE(bitacora.regresadas.empty());
+  f.Close();
+  plataforma.Advance(10);
+  EXPECT_FALSE(f.Open());
+  EXPECT_EQ(Ocupado(), "0");
+}
+
+TEST_F(Pantalla, ClosingForChangeReleasesTheLockByADirectStatement) {
+  Documento();
+  Modifica(7).Unload();
+  EXPECT_EQ(bitacora.sentencias.back(), "UPDATE entradas SET ocupado = 0 WHERE entrada = 7");
+  EXPECT_EQ(Ocupado(), "0");
+}
+
+TEST_F(Pantalla, ClosingForReadingLeavesAnothersLock) {
+  Documento(0, "PE", 1, "LUIS");
+  Consulta(7).Unload();
+  EXPECT_EQ(Ocupado(), "1");
+  EXPECT_EQ(CuentaSentencias("UPDATE"), 0);
+}
+
+TEST_F(Pantalla, ClosingANewDocumentBeforeAnyLineWritesNothing) {
+  frmEntradasWizard& f = Nueva();
+  Teclea(f, f.txtFields(0), "COM");
+  f.Unload();
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
+  EXPECT_EQ(CuentaSentencias("INSERT") + CuentaSentencias("UPDATE"), 0);
+}
+
+TEST_F(Pantalla, ClosingAfterTheFirstLineLeavesAPendingUnlockedDocument) {
+  frmEntradasWizard& f = ConRenglones({{"A-100", "1"}});
+  EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "1");
+  f.Unload();
+  EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
+  EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "0");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
+}
+
+TEST_F(Pantalla, ClosingWithoutAHostFormGoesOn) {
+  movimientos->Parent = nullptr;
+  Nueva().Unload();
+  EXPECT_TRUE(plataforma.Screens().empty());
+  EXPECT_TRUE(bitacora.mensajes.empty());
+  EXPECT_EQ(bitacora.regresadas.size(), 1u);
+}
+
+TEST_F(Pantalla, EachStepOfClosingFailsAlone) {
+  Documento();
+  frmEntradasWizard& f = Modifica(7);
+  bitacora.FallaServicio("BuscaCatalogo", 1, "gancho");
+  bitacora.Falla("SET ocupado = 0", 1, "candado");
+  bitacora.FallaServicio("SetFocus", 1, "foco");
+  bitacora.FallaServicio("RegresaForma", 1, "regreso");
+  f.Unload();
+  EXPECT_EQ(Reportes(),
+            (std::vector<std::string>{Reporte("Form_Unload", "gancho"), Reporte("Form_Unload", "candado"),
+                                      Reporte("Form_Unload", "regreso")}));
+  EXPECT_TRUE(plataforma.Screens().empty());
+}
+
+TEST_F(Pantalla, MovingTheFocusNeverReportsAnError) {
+  frmEntradasWizard& f = Nueva();
+  f.ColocaFoco(f.txtFields(1));
+  f.ColocaFoco(f.Command3);
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(0));
+  bitacora.FallaServicio("BuscaCatalogo", 5, "gancho");
+  f.ColocaFoco(f.txtFields(14));
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(14));
+  EXPECT_TRUE(Reportes().empty());
+  EXPECT_TRUE(no_atrapados.empty());
+}
+
+}  // namespace
+}  // namespace tarvik::tests
