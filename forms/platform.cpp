@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
 
@@ -32,8 +31,19 @@ std::string Reason(int code) {
       return "es una carpeta";
     case ENOTDIR:
       return "una parte de la ruta no es una carpeta";
+    case ENAMETOOLONG:
+      return "el nombre es demasiado largo";
+    case ENOTEMPTY:
+      return "la carpeta no está vacía";
+    case EMFILE:
+    case ENFILE:
+      return "hay demasiados archivos abiertos";
+    case EIO:
+      return "el disco falla";
+    case EDQUOT:
+      return "no queda espacio para este usuario";
     default:
-      return std::strerror(code);
+      return "error " + std::to_string(code) + " del sistema";
   }
 }
 

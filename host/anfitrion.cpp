@@ -76,7 +76,11 @@ class CarpetaNueva {
 // The base, ready for use.
 std::unique_ptr<data::EngineConnection> Prepara(data::Base& base, const Opciones& opciones) {
   auto connection = base.Connect();
-  data::PrepareSchema(*connection);
+  try {
+    data::PrepareSchema(*connection);
+  } catch (const data::Error& error) {
+    throw data::Error(base.Address() + ": " + error.what());
+  }
   PonPrimerosContenidos(*connection);
   if (opciones.demo) PonDemostracion(*connection);
   return connection;

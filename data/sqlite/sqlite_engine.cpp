@@ -360,7 +360,17 @@ struct Place {
   if ((code & 0xFF) == SQLITE_NOTADB) {
     throw Error("El archivo no es una base de datos: " + place.name).With("motor", engine_text);
   }
-  throw Error("No se puede abrir la base " + place.name + ": " + engine_text);
+  std::string reason = engine_text;
+  if ((code & 0xFF) == SQLITE_CANTOPEN) {
+    const std::filesystem::path path(place.file);
+    std::error_code failed;
+    if (!std::filesystem::exists(path.parent_path(), failed)) {
+      reason = "no existe la carpeta";
+    } else {
+      reason = std::filesystem::is_directory(path, failed) ? "es una carpeta" : "no hay permiso";
+    }
+  }
+  throw Error("No se puede abrir la base " + place.name + ": " + reason).With("motor", engine_text);
 }
 
 // True for a base with no table at all and for one of this program. Reads the file's header, so
@@ -377,7 +387,18 @@ bool IsOursOrEmpty(sqlite3* handle, const Place& place) {
   return sqlite3_column_int(statement.get(), 0) != 0;
 }
 
+// The engine takes a file too short for a header for an empty base, and would write over it.
+void RequireRoomForHeader(const Place& place) {
+  constexpr std::uintmax_t kHeader = 100;
+  std::error_code failed;
+  const std::uintmax_t size = place.in_memory ? 0 : std::filesystem::file_size(place.file, failed);
+  if (!failed && size > 0 && size < kHeader) {
+    throw Error("El archivo no es una base de datos: " + place.name);
+  }
+}
+
 Handle OpenHandle(const Place& place) {
+  RequireRoomForHeader(place);
   sqlite3* opened = nullptr;
   const int code = sqlite3_open_v2(place.file.c_str(), &opened, place.flags, nullptr);
   Handle handle(opened);

@@ -65,7 +65,7 @@ TEST(Addresses, AMissingFileIsCreatedAndAMissingFolderIsNot) {
 
   const std::string missing = folder.File("no/hay/almacen.db");
   const std::string error = ErrorOf([&] { OpenBase("sqlite:" + missing); });
-  EXPECT_EQ(error, "No se puede abrir la base " + missing + ": unable to open database file");
+  EXPECT_EQ(error, "No se puede abrir la base " + missing + ": no existe la carpeta");
   EXPECT_FALSE(std::filesystem::exists(folder.File("no")));
 }
 
@@ -77,7 +77,7 @@ TEST(Addresses, AFolderIsNoBase) {
 
 TEST(Addresses, AFileThatIsNoBaseIsRefusedAndStaysAsItIs) {
   const TempFolder folder;
-  for (const std::string& text : {std::string("hola"), std::string(5000, 'x')}) {
+  for (const std::string& text : {std::string("x"), std::string("hola"), std::string(5000, 'x')}) {
     const std::string file = folder.File("carta.txt");
     WriteFile(file, text);
     EXPECT_EQ(ErrorOf([&] { OpenBase("sqlite:" + file); }), "El archivo no es una base de datos: " + file);
@@ -185,7 +185,7 @@ TEST(Opening, AFileWithoutPermissionIsRefused) {
   if (administrator) {
     ASSERT_EQ(::seteuid(0), 0);
   }
-  EXPECT_EQ(error, "No se puede abrir la base " + file + ": unable to open database file");
+  EXPECT_EQ(error, "No se puede abrir la base " + file + ": no hay permiso");
 }
 
 TEST(Opening, ConnectionsOfAMemoryBaseShareItAndOtherBasesDoNot) {

@@ -86,12 +86,6 @@ TEST_F(FallasDeEventos, AScreenLoadsWithoutABuilder) {
   EXPECT_TRUE(f.Visible());
 }
 
-TEST_F(FallasDeEventos, TheBuildersConnectionFailsAlone) {
-  Falla("Conexion");
-  Nueva();
-  EXPECT_EQ(Procedimientos(), (Textos{"Form_Load"}));
-}
-
 TEST_F(FallasDeEventos, AChangeThatFailsDuringLoadingBelongsToTheAssignment) {
   Falla("FormateaTexto");
   frmEntradasWizard& f = Nueva();

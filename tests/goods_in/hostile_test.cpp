@@ -116,7 +116,8 @@ TEST_F(Rutinas, AfterPostingBothAreReportedAndTheDocumentIsPrinted) {
   bitacora.respuestas.push_back(true);
   auto viva = f.shared_from_this();
   Tecla(f, "F5", f.txtFields(0));
-  EXPECT_EQ(Reportes(), (Textos{Queja("Command5_Click", "ENTRADA014"), Queja("Command5_Click", "ENTRADA010")}));
+  EXPECT_EQ(Reportes(),
+            (Textos{Queja("Command5_Click", "ENTRADA014"), Queja("Command5_Click", "ENTRADA010")}));
   EXPECT_EQ(bitacora.impresos.size(), 1u);
   EXPECT_FALSE(f.Open());
 }
@@ -232,16 +233,16 @@ TEST_P(TextosHostiles, InTheCatalogueItIsDataLikeAnyOther) {
 }
 
 std::string NombreDeTexto(const ::testing::TestParamInfo<std::string>& info) {
-  static const char* const nombres[] = {"Quote",       "TwoQuotes",     "Semicolon",     "Dashes",
+  static const char* const nombres[] = {"Quote",       "TwoQuotes",       "Semicolon",  "Dashes",
                                         "DashesAfter", "SecondStatement", "Condition",  "Comment",
-                                        "Long",        "LongQuotes",    "InvalidUtf8"};
+                                        "Long",        "LongQuotes",      "InvalidUtf8"};
   return nombres[info.index];
 }
 
 INSTANTIATE_TEST_SUITE_P(Text, TextosHostiles,
-                         ::testing::Values("O'Hara", "O''Hara", "a;b", "a--b", "a' --", "a'; DELETE FROM prods; --",
-                                           "zz' OR '1'='2", "a' /* b", std::string(10000, 'x'),
-                                           std::string(10001, '\''), "\xff\xfe\xc3"),
+                         ::testing::Values("O'Hara", "O''Hara", "a;b", "a--b", "a' --",
+                                           "a'; DELETE FROM prods; --", "zz' OR '1'='2", "a' /* b",
+                                           std::string(10000, 'x'), std::string(10001, '\''), "\xff\xfe\xc3"),
                          NombreDeTexto);
 
 }  // namespace

@@ -155,7 +155,7 @@ TEST_F(Afectacion, TheSumReachesTheScreenAndNeverTheRow) {
   EXPECT_EQ(Uno("SELECT costo FROM entradas"), "0");
 }
 
-TEST_F(Afectacion, ADocumentOfThousandsOfLinesSharesOneHeader) {
+TEST_F(Afectacion, ADocumentOfManyLinesSharesOneHeader) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "1"}});
   for (int id = 1000; id < 1300; ++id) {
     Sql("INSERT INTO entpart (id_entrada, entrada, articulo, cantidad, precio) VALUES (?, 1, 'A-200', 1, 2)",
