@@ -11,6 +11,7 @@ using data::PlainNumber;
 using service::Trampa;
 
 void frmEntradasWizard::PonDescripcion() {
+  Vuelta vuelta{*this};
   Trampa intenta{*this, "PonDescripcion"};
   if (intenta.Si([&] { return Vacio(4); })) return Vacia(intenta, {1, 5, 6, 9, 24, 25, 26, 28, 29});
   intenta([&] {
@@ -51,6 +52,7 @@ void frmEntradasWizard::PonDescripcion() {
 }
 
 void frmEntradasWizard::TraeSegundaClave() {
+  Vuelta vuelta{*this};
   Trampa intenta{*this, "TraeSegundaClave"};
   if (intenta.Si([&] { return Vacio(24); })) Vacia(intenta, {25, 26, 28, 29});
   data::RecordsetRef clave;
@@ -110,9 +112,10 @@ void frmEntradasWizard::LlenaPartida() {
   intenta([&] {
     Abre("SELECT ubicacion FROM prods WHERE articulo = '" + data::Trim(txtFields(4).Text()) + "'", ubicacion);
   });
-  Procesando = true;
-  NuevaPartida();
-  Procesando = false;
+  {
+    Almacenando almacenando{*this};
+    NuevaPartida();
+  }
   PasaA(4);
   Vacia(intenta, {1, 4, 5, 6, 9, 24, 25, 26, 27, 28, 29});
   intenta([&] { RichTextBox1.Text(""); });

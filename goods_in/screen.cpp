@@ -116,7 +116,7 @@ void frmEntradasWizard::LlenaDeLaEntrada(Trampa& intenta) {
   intenta([&] { txtFields(0).Text(data::ToText(columna("Tipo_doc"))); });
   intenta([&] { txtFields(14).Text(data::ToText(columna("Almacen"))); });
   intenta([&] { txtFields(11).Text(Funciones().TextoDe(columna("Importe"))); });
-  intenta([&] { DTPicker1.Value(data::ToDate(columna("F_Emision"))); });
+  CargaFecha(intenta, DTPicker1, rstEntrada, "F_Emision");
   intenta([&] { RichTextBox3.Text(Funciones().TextoDe(columna("Datos"))); });
   intenta([&] { RichTextBox2.Text(Funciones().TextoDe(columna("Observ"))); });
   if (Modo == "MODIFICACION")

@@ -137,9 +137,9 @@ void frmSalidasWizard::SalvaSalida() {
   auto agrega = [&](const char* columna, auto&& valor) {
     intenta([&] { Query->AgregaCampo("salidas", columna, valor()); });
   };
-  auto de_la_serie = [&](const std::string& serie) {
+  auto de_la_serie = [&](auto&& serie) {
     std::int32_t numero = 0;
-    intenta([&] { Funciones().NuevoId(serie, Ambiente->Conexion(), 0, nullptr, numero); });
+    intenta([&] { Funciones().NuevoId(serie(), Ambiente->Conexion(), 0, nullptr, numero); });
     return numero;
   };
   if (Modo == "ALTA") {
@@ -150,9 +150,7 @@ void frmSalidasWizard::SalvaSalida() {
   agrega("sucursal", [&] { return data::Trim(txtFields(3).Text()); });
   agrega("esparasucursal", [&] { return Check5.Value(); });
   // Drawn anew on every save: a document saved pending and finished later keeps its last folio.
-  std::string serie;
-  intenta([&] { serie = data::Trim(Ambiente->Estacion()) + "salida"; });
-  const std::int32_t folio = de_la_serie(serie);
+  const std::int32_t folio = de_la_serie([&] { return data::Trim(Ambiente->Estacion()) + "salida"; });
   agrega("folio", [&] { return folio; });
   agrega("estacion", [&] { return Ambiente->Estacion(); });
   agrega("ocupado", [&] { return 1; });
@@ -169,7 +167,7 @@ void frmSalidasWizard::SalvaSalida() {
   agrega("usuhora", [&] { return ahora.time.Text(); });
   agrega("estraspaso", [&] { return SSCheck1.Value(); });
   if (SSCheck1.Value() == 1) {
-    const std::int32_t traspaso = de_la_serie("Traspaso");
+    const std::int32_t traspaso = de_la_serie([] { return std::string("Traspaso"); });
     agrega("traspaso", [&] { return traspaso; });
   }
   agrega("cliente", [&] { return txtFields(13).Text(); });

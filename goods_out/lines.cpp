@@ -10,6 +10,7 @@ using data::PlainNumber;
 using service::Trampa;
 
 void frmSalidasWizard::PonDescripcion() {
+  Vuelta vuelta{*this};
   Trampa intenta{*this, "PonDescripcion"};
   if (intenta.Si([&] { return Vacio(4); })) return;
   auto precio = [&] {
@@ -55,6 +56,7 @@ void frmSalidasWizard::PonDescripcion() {
 }
 
 void frmSalidasWizard::TraeSegundaClave() {
+  Vuelta vuelta{*this};
   Trampa intenta{*this, "TraeSegundaClave"};
   intenta(
       [&] { Abre("SELECT * FROM clavesadd WHERE clave = '" + txtFields(24).Text() + "'", rstClavesAdd); });
@@ -97,9 +99,10 @@ void frmSalidasWizard::LlenaPartida() {
   intenta([&] {
     Abre("SELECT linea FROM prods WHERE articulo = '" + data::Trim(txtFields(4).Text()) + "'", linea);
   });
-  Procesando = true;
-  NuevaPartida();
-  Procesando = false;
+  {
+    Almacenando almacenando{*this};
+    NuevaPartida();
+  }
   intenta([&] { GetPlatform().ProcessEvents(); });
   PasaA(4);
   Vacia(intenta, {4, 5, 6, 24, 25, 26, 27, 28, 29, 1});

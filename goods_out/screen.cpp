@@ -222,11 +222,12 @@ void frmSalidasWizard::LlenaDeLaSalida(Trampa& intenta) {
   campo(11, "Importe");
   campo(3, "Sucursal");
   campo(7, "EntSuc");
-  marca_de(Check5, "esparasucursal");
-  intenta([&] { DTPicker1.Value(data::ToDate(columna("F_Emision"))); });
-  if (intenta.Si([&] { return !columna("fecharetorno").IsNull(); })) {
-    intenta([&] { DTPicker2.Value(data::ToDate(columna("fecharetorno"))); });
+  // No else: the branch's field has just set or cleared the box.
+  if (intenta.Si([&] { return Funciones().ANumero(columna("esparasucursal")) != 0; })) {
+    intenta([&] { Check5.Value(1); });
   }
+  CargaFecha(intenta, DTPicker1, rstSalida, "F_Emision");
+  CargaFecha(intenta, DTPicker2, rstSalida, "fecharetorno");
   intenta([&] { RichTextBox3.Text(Funciones().TextoDe(columna("Datos"))); });
   intenta([&] { RichTextBox2.Text(Funciones().TextoDe(columna("Observ"))); });
   // Compared with 0 as it stands: a mark that was never written is off.
@@ -301,9 +302,13 @@ void frmSalidasWizard::Form_Paint() {
 
 void frmSalidasWizard::Form_Resize() {
   service::Ignora ignora;
-  ignora([&] { Picture2.Height(ScaleHeight() - Picture1.Height() - Picture3.Height() - 200); });
-  ignora([&] { fg2.Height(Picture2.Height() - 300); });
-  ignora([&] { wb.Width(ScaleWidth() - fg2.Width() - 150); });
+  auto medida = [](int twips) {
+    if (twips < 0) throw data::Error("La ventana es demasiado pequeña");
+    return twips;
+  };
+  ignora([&] { Picture2.Height(medida(ScaleHeight() - Picture1.Height() - Picture3.Height() - 200)); });
+  ignora([&] { fg2.Height(medida(Picture2.Height() - 300)); });
+  ignora([&] { wb.Width(medida(ScaleWidth() - fg2.Width() - 150)); });
   ignora([&] { wb.Height(fg2.Height()); });
 }
 

@@ -31,10 +31,10 @@ bool frmSalidasWizard::HayExistencia(Trampa& intenta) {
   if (!intenta.Si([&] { return data::IsNonZero(producto->Fields("Invent")); })) return true;
   const bool con_apartados =
       intenta.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("PorSurt")); });
-  double disponible = existencia;
-  if (con_apartados) {
-    intenta([&] { disponible = existencia - Funciones().ANumero(producto->Fields("Por_Surt")); });
-  }
+  double disponible = 0;  // what can't be worked out is not available
+  intenta([&] {
+    disponible = con_apartados ? existencia - Funciones().ANumero(producto->Fields("Por_Surt")) : existencia;
+  });
   if (!intenta.Si([&] { return disponible < Numero(5); })) return true;
 
   std::string texto = std::string("No hay existencia suficiente en el almacen seleccionado") + kFin;

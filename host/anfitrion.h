@@ -64,6 +64,9 @@ class FormaMaestra : public service::LateBound {
   std::string catalogo_activo;
   std::vector<data::Value> elementos;  // lvListView.ListItems
   int seleccionado = 0;                // lvListView.SelectedItem.Index, from 1; 0: none
+  // Told of each call, SetFocus included, after the witness; what it throws is the call's failure.
+  // For the window that shows the lists; without one a call does nothing.
+  std::function<void(std::string_view name, const std::vector<data::Value>& arguments)> al_llamar;
 
   explicit FormaMaestra(Testigo& testigo) : testigo_(testigo) {}
   data::Value Get(std::string_view name) override;

@@ -15,6 +15,7 @@
 #include "data/recordset.h"
 #include "data/text.h"
 #include "forms/platform.h"
+#include "host/barras.h"
 
 namespace tarvik::host {
 namespace {
@@ -232,30 +233,40 @@ std::string_view Patron(char character) {
 
 }  // namespace
 
-std::string CodigoDeBarras(std::string_view text) {
+Barras BarrasDe(std::string_view text) {
   if (text.find('*') != std::string_view::npos) Patron('\0');  // the mark of start and stop only
   constexpr int kNarrow = 2;
   constexpr int kWide = 5;
   constexpr int kQuiet = 20;  // a scanner needs ten narrow bars of white on each side
   constexpr int kHeight = 60;
-  std::string bars;
+  Barras drawn;
   int x = kQuiet;
   for (const char character : "*" + std::string(text) + "*") {
     bool bar = true;
     for (const char element : Patron(character)) {
       const int width = element == 'w' ? kWide : kNarrow;
-      if (bar) {
-        bars += "<rect x=\"" + std::to_string(x) + "\" y=\"0\" width=\"" + std::to_string(width) +
-                "\" height=\"" + std::to_string(kHeight) + "\"/>";
-      }
+      if (bar) drawn.barras.push_back({x, width});
       x += width;
       bar = !bar;
     }
     x += kNarrow;  // the gap between two characters
   }
-  const std::string width = std::to_string(x - kNarrow + kQuiet);
+  drawn.ancho = x - kNarrow + kQuiet;
+  drawn.alto = kHeight;
+  return drawn;
+}
+
+std::string CodigoDeBarras(std::string_view text) {
+  const Barras drawn = BarrasDe(text);
+  const std::string height = std::to_string(drawn.alto);
+  std::string bars;
+  for (const auto& [x, width] : drawn.barras) {
+    bars += "<rect x=\"" + std::to_string(x) + "\" y=\"0\" width=\"" + std::to_string(width) +
+            "\" height=\"" + height + "\"/>";
+  }
+  const std::string width = std::to_string(drawn.ancho);
   return "<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"barras\" role=\"img\" viewBox=\"0 0 " + width +
-         " " + std::to_string(kHeight) + "\" width=\"" + width + "\" height=\"" + std::to_string(kHeight) +
+         " " + height + "\" width=\"" + width + "\" height=\"" + height +
          "\" shape-rendering=\"crispEdges\">" + bars + "</svg>";
 }
 
@@ -311,8 +322,9 @@ td, th { vertical-align: top; text-align: left; }
 .estado { font-size: 9pt; font-weight: 700; color: #1f6b4a; }
 .pendiente { color: #9a5b00; }
 .barras { width: 44mm; height: 11mm; }
-.datos { margin-top: 18px; border-top: 2px solid #1c2430; border-bottom: 1px solid #c3cad4; }
-.datos td { padding: 5px 14px 5px 0; width: 33%; }
+.datos { margin-top: 18px; }
+.datos td { padding: 5px 14px 5px 0; border-bottom: 1px solid #c3cad4; }
+.datos .primera td { border-top: 2px solid #1c2430; }
 .rotulo { font-size: 7.5pt; color: #5d6878; text-transform: uppercase; letter-spacing: .04em; }
 .partidas { margin-top: 18px; font-size: 9pt; }
 .partidas thead { display: table-header-group; }
@@ -323,9 +335,10 @@ td, th { vertical-align: top; text-align: left; }
 .cifra { text-align: right; white-space: nowrap; font-variant-numeric: tabular-nums; }
 .partidas th.cifra { text-align: right; }
 .detalle { font-size: 8pt; color: #5d6878; }
-.totales { width: 46%; margin: 14px 0 0 auto; page-break-inside: avoid; break-inside: avoid; }
-.totales td { padding: 3px 7px; }
-.totales .total td { border-top: 2px solid #1c2430; font-size: 13pt; font-weight: 700; }
+.clave { white-space: nowrap; }
+.totales { margin-top: 14px; page-break-inside: avoid; break-inside: avoid; }
+.totales td { padding: 3px 7px; white-space: nowrap; }
+.totales .total { border-top: 2px solid #1c2430; font-size: 13pt; font-weight: 700; }
 .observaciones { margin-top: 18px; page-break-inside: avoid; break-inside: avoid; }
 .nota { white-space: pre-line; }
 .firmas { margin-top: 70px; page-break-inside: avoid; break-inside: avoid; }
@@ -352,10 +365,10 @@ td, th { vertical-align: top; text-align: left; }
 </table>
 
 <table class="datos" width="100%" cellspacing="0">
-<tr>
-<td><div class="rotulo">Fecha</div><div>{{fecha}}</div></td>
-<td><div class="rotulo">Concepto</div><div>{{concepto}} {{concepto_nombre}}</div></td>
-<td><div class="rotulo">Almacén</div><div>{{almacen}} {{almacen_nombre}}</div></td>
+<tr class="primera">
+<td width="20%"><div class="rotulo">Fecha</div><div>{{fecha}}</div></td>
+<td width="42%"><div class="rotulo">Concepto</div><div>{{concepto}} {{concepto_nombre}}</div></td>
+<td width="38%"><div class="rotulo">Almacén</div><div>{{almacen}} {{almacen_nombre}}</div></td>
 </tr>
 {{#cliente}}
 <tr>
@@ -392,9 +405,9 @@ td, th { vertical-align: top; text-align: left; }
 <table class="partidas" width="100%" cellspacing="0">
 <thead>
 <tr>
-<th width="5%">#</th>
+<th width="6%">#</th>
 <th width="14%">Artículo</th>
-<th width="37%">Descripción</th>
+<th width="36%">Descripción</th>
 <th width="11%" class="cifra" align="right">Cantidad</th>
 <th width="9%">Unidad</th>
 <th width="11%" class="cifra" align="right">Precio</th>
@@ -404,8 +417,8 @@ td, th { vertical-align: top; text-align: left; }
 <tbody>
 {{#partidas}}
 <tr>
-<td>{{renglon}}</td>
-<td>{{articulo}}</td>
+<td class="clave">{{renglon}}</td>
+<td class="clave">{{articulo}}</td>
 <td>{{descripcion}}{{#presentacion}}<div class="detalle">{{presentacion}}{{#clave_adicional}} · {{clave_adicional}}{{/clave_adicional}}</div>{{/presentacion}}</td>
 <td class="cifra" align="right">{{cantidad}}</td>
 <td>{{unidad}}</td>
@@ -416,10 +429,10 @@ td, th { vertical-align: top; text-align: left; }
 </tbody>
 </table>
 
-<table class="totales" align="right" width="46%" cellspacing="0">
-<tr><td>Renglones</td><td class="cifra" align="right">{{renglones}}</td></tr>
-<tr><td>Unidades</td><td class="cifra" align="right">{{unidades}}</td></tr>
-<tr class="total"><td>Total {{moneda}}</td><td class="cifra" align="right">{{total}}</td></tr>
+<table class="totales" width="100%" cellspacing="0">
+<tr><td width="58%"></td><td width="18%">Renglones</td><td width="24%" class="cifra" align="right">{{renglones}}</td></tr>
+<tr><td></td><td>Unidades</td><td class="cifra" align="right">{{unidades}}</td></tr>
+<tr><td></td><td class="total">Total {{moneda}}</td><td class="cifra total" align="right">{{total}}</td></tr>
 </table>
 
 {{#observaciones}}

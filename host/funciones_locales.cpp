@@ -102,7 +102,7 @@ std::string FuncionesLocales::TextoDe(const data::Value& value) {
 
 bool FuncionesLocales::EstaVacio(const std::string& text) {
   testigo_.Servicio("EstaVacio");
-  return data::Trim(text).empty();
+  return text.find_first_not_of(' ') == std::string::npos;
 }
 
 bool FuncionesLocales::ExisteClave(const data::Value& value, const std::string& column,

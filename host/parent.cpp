@@ -1,5 +1,5 @@
 // The stand-in for the host's list form. It keeps the document numbers of a list; what a list shows
-// of them is the matter of whoever listens to the witness.
+// of them is the matter of whoever listens, by the witness or by al_llamar.
 #include <algorithm>
 #include <array>
 
@@ -97,11 +97,15 @@ void FormaMaestra::Call(std::string_view name, const std::vector<data::Value>& a
   for (const auto call : kCalls) {
     if (data::EqualsNoCase(call, name)) {
       testigo_.LlamadaDeParent(call, arguments);
+      if (al_llamar) al_llamar(call, arguments);
       return;
     }
   }
-  // The list form takes the focus where it has a window; here there is none.
-  if (data::EqualsNoCase(name, "SetFocus")) return;
+  // The list form takes the focus where it has a window.
+  if (data::EqualsNoCase(name, "SetFocus")) {
+    if (al_llamar) al_llamar("SetFocus", arguments);
+    return;
+  }
   NoTiene("Parent", name);
 }
 

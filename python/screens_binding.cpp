@@ -104,7 +104,21 @@ void BindDocumentWizard(py::module_& module) {
       .def("fg2_GotFocus", &W::fg2_GotFocus)
       .def("fg2_LeaveCell", &W::fg2_LeaveCell)
       .def("fg2_RowColChange", &W::fg2_RowColChange)
-      .def("fg2_KeyDown", [](W& screen, int code, int shift) { screen.fg2_KeyDown(code, shift); })
+      .def("fg2_KeyDown",
+           [](W& screen, int code, int shift) {
+             screen.fg2_KeyDown(code, shift);
+             return code;
+           })
+      .def("txtEdit_KeyDown",
+           [](W& screen, int code, int shift) {
+             screen.txtEdit_KeyDown(code, shift);
+             return code;
+           })
+      .def("txtEdit_KeyPress",
+           [](W& screen, int key) {
+             screen.txtEdit_KeyPress(key);
+             return key;
+           })
       .def("fg2_KeyPress", [](W& screen, int key) { screen.fg2_KeyPress(key); })
       .def("fg2_DblClick", &W::fg2_DblClick)
       .def("TraeConcepto", &W::TraeConcepto)
@@ -168,6 +182,8 @@ void BindScreens(py::module_& module) {
              return StrOf(text);
            })
       .def("llenaDirecciones", &S::llenaDirecciones)
+      .def("Combo1_Click", &S::Combo1_Click)
+      .def("Combo1_Change", &S::Combo1_Click)
       .def("TraeVends", [](S& screen) { return StrOf(screen.TraeVends()); })
       .def("MultiplicaPorPresentacion", &S::MultiplicaPorPresentacion)
       .def("CreaPartida", &S::CreaPartida)

@@ -97,6 +97,14 @@ void DocumentWizard::Dispara(std::string_view clave) {
 
 bool DocumentWizard::Cancelado() { return std::exchange(CancelaProceso, false); }
 
+DocumentWizard::Vuelta::Vuelta(DocumentWizard& wizard) : wizard_(wizard) {
+  constexpr int kMasHonda = 40;  // real keys need four
+  if (wizard_.vueltas_ >= kMasHonda) {
+    throw data::Unrecoverable("La clave " + wizard_.txtFields(4).Text() + " lleva a sí misma sin fin");
+  }
+  ++wizard_.vueltas_;
+}
+
 void DocumentWizard::Abre(const std::string& sentencia, data::RecordsetRef& out) {
   Funciones().AbreRecordset(sentencia, Ambiente->Conexion(), true, out);
 }

@@ -149,6 +149,30 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   void Dispara(std::string_view clave);
   // If CancelaProceso is set: clears it and gives true.
   bool Cancelado();
+  // Procesando while it lives.
+  class Almacenando {
+   public:
+    explicit Almacenando(DocumentWizard& wizard) : wizard_(wizard) { wizard_.Procesando = true; }
+    ~Almacenando() { wizard_.Procesando = false; }
+    Almacenando(const Almacenando&) = delete;
+    Almacenando& operator=(const Almacenando&) = delete;
+
+   private:
+    DocumentWizard& wizard_;
+  };
+  // One turn of the lookup of a key. Article and second key look each other up; keys that lead back
+  // to themselves end here with data::Unrecoverable, not with the stack.
+  class Vuelta {
+   public:
+    explicit Vuelta(DocumentWizard& wizard);
+    ~Vuelta() { --wizard_.vueltas_; }
+    Vuelta(const Vuelta&) = delete;
+    Vuelta& operator=(const Vuelta&) = delete;
+
+   private:
+    DocumentWizard& wizard_;
+  };
+
   // Runs a SELECT over Ambiente.Conexion; `out` is set only on success.
   void Abre(const std::string& sentencia, data::RecordsetRef& out);
   // The keyset, optimistic recordset that a procedure makes and opens itself.
@@ -164,6 +188,9 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // The date that a new document starts with, into DTPicker1; the station's warehouse, into txtFields(14).
   void PonFechaDeTrabajo(service::Trampa& intenta);
   void PonAlmacenDeCasa(service::Trampa& intenta);
+  // A picker from a column; one that holds no date leaves the picker as it is.
+  void CargaFecha(service::Trampa& intenta, forms::DatePicker& picker, const data::RecordsetRef& registro,
+                  const char* columna);
   // Marks the document as held.
   void TomaDocumento(service::Trampa& intenta, std::string_view tabla, const std::string& condicion);
   // The grid from rstPartidas, and the totals if there was a line.
@@ -227,6 +254,7 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
   service::Host& host_;
   const Particular& particular_;
+  int vueltas_ = 0;
 };
 
 // A column's value for a property of the posting object; a column that holds none is an error.

@@ -34,6 +34,14 @@ void DocumentWizard::PonAlmacenDeCasa(Trampa& intenta) {
   intenta([&] { txtFields(14).Text(data::ToText(Ambiente->Parametros()->Fields("Almacen"))); });
 }
 
+void DocumentWizard::CargaFecha(Trampa& intenta, forms::DatePicker& picker, const data::RecordsetRef& registro,
+                                const char* columna) {
+  intenta([&] {
+    const data::Value& valor = registro->Fields(columna);
+    if (!valor.IsNull()) picker.Value(data::ToDate(valor));
+  });
+}
+
 void DocumentWizard::TomaDocumento(Trampa& intenta, std::string_view tabla, const std::string& condicion) {
   intenta([&] { Query->Limpia(); });
   intenta([&] { Query->TipoSentencia("UPDATE"); });
@@ -82,7 +90,10 @@ void DocumentWizard::TerminaCarga(std::initializer_list<forms::Control*> siempre
       if (!control->IsLabel()) ignora([&] { control->Enabled(false); });
     }
   }
-  for (forms::Control* control : siempre) control->Enabled(true);
+  for (forms::Control* control : siempre) {
+    // Its panel too: what stands in a blocked panel can't be reached.
+    for (forms::Control* around = control; around; around = around->Container()) around->Enabled(true);
+  }
   MultiCombo1.Each([&](forms::SearchBox& caja) { ignora([&] { caja.Conexion(Ambiente->Conexion()); }); });
   if (ignora.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("Lector")); })) {
     ignora([&] { Check4.Value(1); });

@@ -141,7 +141,7 @@ TEST_F(FuncionesDePrueba, EachBoxIsOfItsKindAndStyle) {
   EXPECT_EQ(cajas[0].texto, "aviso");
   EXPECT_EQ(cajas[0].estilo, 64);
   EXPECT_EQ(cajas[1].clase, forms::BoxKind::Error);
-  EXPECT_EQ(cajas[1].estilo, 16);
+  EXPECT_EQ(cajas[1].estilo, 0);
   EXPECT_EQ(cajas[2].clase, forms::BoxKind::Question);
   EXPECT_EQ(cajas[2].estilo, 1);
 }

@@ -2,6 +2,7 @@
 // bench that stores a document and looks at the screen that was opened. It tests nothing by itself.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -92,6 +93,9 @@ inline const Side kSalidas{
     152,
     153,
     154};
+
+// A failing story names its side, not its bytes.
+inline void PrintTo(const Side& side, std::ostream* out) { *out << side.nombre; }
 
 struct SideName {
   std::string operator()(const ::testing::TestParamInfo<Side>& info) const { return info.param.nombre; }

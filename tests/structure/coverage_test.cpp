@@ -1,0 +1,111 @@
+// Nothing of the tables is without a story: every hook, every numbered message, every control of a
+// screen that is built stands in a test by its name.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "forms/flex_grid.h"
+#include "host/mensajes.h"
+#include "service/claves.h"
+#include "tests/support/escenario.h"
+
+namespace tarvik::tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The text of all stories in a folder of tests/.
+std::string Stories(const std::string& folder) {
+  std::ostringstream text;
+  for (const auto& entry : fs::recursive_directory_iterator(fs::path(TARVIK_SOURCE_DIR) / "tests" / folder)) {
+    if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") continue;
+    if (entry.path().filename() == "coverage_test.cpp") continue;
+    text << std::ifstream(entry.path()).rdbuf();
+  }
+  return text.str();
+}
+
+bool Mentions(const std::string& stories, const std::string& pattern) {
+  return std::regex_search(stories, std::regex(pattern));
+}
+
+// Screens that are still to be built; their keys wait for their stories.
+bool IsBuilt(std::string_view clave) {
+  return !clave.starts_with("MOVESTACIONES") && clave != "TALLASYCOLORES001";
+}
+
+TEST(Coverage, EveryHookHasAStory) {
+  const std::string stories = Stories("");
+  std::set<std::string_view> seen;
+  for (const auto& clave : service::kClaves) {
+    EXPECT_TRUE(seen.insert(clave.clave).second) << clave.clave << " stands twice";
+    if (IsBuilt(clave.clave)) EXPECT_TRUE(Mentions(stories, "\"" + std::string(clave.clave) + "\"")) << clave.clave;
+  }
+}
+
+TEST(Coverage, EveryHookFiresInTheCodeAndNoOtherDoes) {
+  std::ostringstream text;
+  for (const char* folder : {"wizard", "goods_in", "goods_out", "stations", "matrix"}) {
+    if (!fs::exists(fs::path(TARVIK_SOURCE_DIR) / folder)) continue;
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(TARVIK_SOURCE_DIR) / folder)) {
+      text << std::ifstream(entry.path()).rdbuf();
+    }
+  }
+  const std::string code = text.str();
+  std::set<std::string> known;
+  for (const auto& clave : service::kClaves) {
+    known.emplace(clave.clave);
+    if (IsBuilt(clave.clave)) EXPECT_NE(code.find("\"" + std::string(clave.clave) + "\""), std::string::npos) << clave.clave;
+  }
+  const std::regex key("\"((ENTRADAS?|SALIDAS|MOVESTACIONES|TALLASYCOLORES)[0-9]{3}|AYUDA)\"");
+  for (std::sregex_iterator match(code.begin(), code.end(), key), end; match != end; ++match) {
+    EXPECT_TRUE(known.contains((*match)[1])) << (*match)[1];
+  }
+}
+
+TEST(Coverage, EveryNumberedMessageHasAStoryAndATextInTheBase) {
+  const std::string stories = Stories("goods_in") + Stories("goods_out") + Stories("service");
+  std::set<int> seen;
+  for (const auto& mensaje : service::kMensajes) {
+    EXPECT_TRUE(seen.insert(mensaje.numero).second) << mensaje.numero << " stands twice";
+    EXPECT_TRUE(Mentions(stories, "\\b" + std::to_string(mensaje.numero) + "\\b")) << mensaje.numero;
+  }
+}
+
+class Pantallas : public Escenario {};
+
+TEST_F(Pantallas, EveryMessageOfTheTableHasItsTextInANewBaseAndNoOtherHas) {
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM mensajes"), std::to_string(service::kMensajes.size()));
+  for (const auto& mensaje : service::kMensajes) {
+    EXPECT_GT(MensajeDeLaBase(mensaje.numero).size(), 6u) << mensaje.numero;
+  }
+}
+
+// Names, indices and places on the keyboard's way are unique, and every control stands in a story.
+void ExpectWellFormed(forms::Form& form, const std::string& stories) {
+  std::set<std::string> names;
+  std::set<int> tabs;
+  for (forms::Control* control : form.Controls()) {
+    EXPECT_TRUE(names.insert(control->FullName()).second) << control->FullName();
+    EXPECT_EQ(form.Find(control->Name(), control->Index()), control);
+    if (control->Focusable()) {
+      EXPECT_GE(control->TabIndex(), 0) << control->FullName() << " is not on the keyboard's way";
+      EXPECT_TRUE(tabs.insert(control->TabIndex()).second) << control->FullName();
+    }
+    if (control->IsLabel()) continue;
+    const std::string place = control->Index() ? "[(,{ ]\\s*" + std::to_string(*control->Index()) + "\\b" : "\\b";
+    EXPECT_TRUE(Mentions(stories, "\\b" + control->Name() + place)) << control->FullName() << " has no story";
+  }
+}
+
+TEST_F(Pantallas, EveryControlOfGoodsInIsWellFormedAndHasAStory) {
+  ExpectWellFormed(Nueva(), Stories("goods_in"));
+}
+
+}  // namespace
+}  // namespace tarvik::tests
