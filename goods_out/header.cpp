@@ -67,7 +67,7 @@ void frmSalidasWizard::txtFields_KeyDown(int Index, int& KeyCode, int /*Shift*/)
     fg2.Row(UltimaPartida);
     ColocaFoco(fg2);
   }
-  if (KeyCode == forms::kKeyF8 && PasaPorPresentacion(Index)) return;
+  if (KeyCode == forms::kKeyF8) PasaPorPresentacion(Index);  // goes on, where goods-in ends
   if (KeyCode == forms::kKeyF2) txtFields_DblClick(Index);
   if (KeyCode != forms::kKeyEnter && KeyCode != forms::kKeyTab) {
     Procesando = false;

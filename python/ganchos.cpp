@@ -46,7 +46,8 @@ std::string Modo(const forms::Form& form) {
 // What a control holds, as a text; empty for kinds that hold nothing.
 std::string Contenido(const forms::Control& control) {
   if (const auto* box = dynamic_cast<const forms::TextBox*>(&control)) return box->Text();
-  if (const auto* check = dynamic_cast<const forms::CheckBox*>(&control)) return std::to_string(check->Value());
+  if (const auto* check = dynamic_cast<const forms::CheckBox*>(&control))
+    return std::to_string(check->Value());
   if (const auto* label = dynamic_cast<const forms::Label*>(&control)) return label->Caption();
   if (const auto* button = dynamic_cast<const forms::Button*>(&control)) return button->Caption();
   if (const auto* list = dynamic_cast<const forms::ComboBox*>(&control)) return list->Text();
@@ -113,7 +114,7 @@ class Foto {
       for (int row = 0; row < filas_; ++row) {
         for (int column = 0; column < columnas_; ++column) {
           const std::string& text = grid.TextMatrix(row, column);
-          if (!text.empty()) celdas_.emplace(std::pair(row, column), text);
+          if (!text.empty()) celdas_.emplace_back(std::pair(row, column), text);
         }
       }
     }
@@ -142,7 +143,7 @@ class Foto {
     std::string nombre_;
     int filas_;
     int columnas_;
-    std::map<std::pair<int, int>, std::string> celdas_;
+    std::vector<std::pair<std::pair<int, int>, std::string>> celdas_;  // in the order of their places
   };
 
   static std::string Recorta(std::string_view text) {
@@ -205,9 +206,10 @@ Explicada Explica(py::error_already_set& raised, const std::string& folder, Fall
       explained.fallo.texto = kPidioTerminar;
     }
     PonLugar(raised, folder, explained.fallo);
-    const py::object lines = py::module_::import("traceback")
-                                 .attr("format_exception")(raised.type(), raised.value(),
-                                                           raised.trace() ? py::object(raised.trace()) : py::none());
+    const py::object lines =
+        py::module_::import("traceback")
+            .attr("format_exception")(raised.type(), raised.value(),
+                                      raised.trace() ? py::object(raised.trace()) : py::none());
     explained.rastro = TextoSeguro(py::str("").attr("join")(lines));
   } catch (const std::exception&) {  // an exception that fails to describe itself: its text will do
   }
@@ -249,7 +251,8 @@ Fallo FalloDeCarga(py::error_already_set& raised, const std::string& folder, con
 }
 
 bool PareceClave(std::string_view name) {
-  for (const std::string_view stem : {"ENTRADAS", "ENTRADA", "SALIDAS", "SALIDA", "MOVESTACIONES", "TALLASYCOLORES"}) {
+  for (const std::string_view stem :
+       {"ENTRADAS", "ENTRADA", "SALIDAS", "SALIDA", "MOVESTACIONES", "TALLASYCOLORES"}) {
     if (!name.starts_with(stem) || name.size() == stem.size()) continue;
     const std::string_view number = name.substr(stem.size());
     if (std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; })) return true;
@@ -275,7 +278,7 @@ struct Rutinas::Interior {
   struct Marca {
     const RutinaCargada* ficha;
     Reloj::time_point desde;
-    Reloj::duration en_espera{};  // of the operator's answers
+    Reloj::duration en_espera{};   // of the operator's answers
     Reloj::duration preguntado{};  // how long it had run when the operator was last asked
   };
 
@@ -331,7 +334,8 @@ struct Rutinas::Interior {
       try {
         const double first = interior_.opciones.limite_ms / 1000.0;
         const py::module_ signals = py::module_::import("signal");
-        signals.attr("setitimer")(signals.attr("ITIMER_REAL"), on ? first : 0.0, on ? std::min(first, 0.5) : 0.0);
+        signals.attr("setitimer")(signals.attr("ITIMER_REAL"), on ? first : 0.0,
+                                  on ? std::min(first, 0.5) : 0.0);
       } catch (const py::error_already_set&) {  // without it a routine has no limit, and runs all the same
       }
     }
@@ -364,10 +368,12 @@ void Rutinas::Interior::Arranca() {
   PyConfig_SetBytesString(&config, &config.program_name, TARVIK_PYTHON_PROGRAM);
   interprete.emplace(&config, 0, nullptr, false);
 
+  py::module_::import("tarvik");  // a file need not ask for it: its routines are handed the module's objects
   py::module_ sys = py::module_::import("sys");
-  sys.attr("stdin") = py::none();  // there is nobody to answer
+  sys.attr("stdin") = py::none();            // there is nobody to answer
   sys.attr("path").attr("append")(carpeta);  // at the end: a file hides no module of the interpreter's
-  detenida = py::reinterpret_steal<py::object>(PyErr_NewException("tarvik.Detenida", PyExc_BaseException, nullptr));
+  detenida =
+      py::reinterpret_steal<py::object>(PyErr_NewException("tarvik.Detenida", PyExc_BaseException, nullptr));
   PonLimite();
 }
 
@@ -400,8 +406,9 @@ void Rutinas::Interior::Vence() {
   for (Marca& mark : corriendo) mark.en_espera += waited;
   corriendo.back().preguntado = ran;
   if (goes_on) return;
-  const std::string what = routine.clave.empty() ? "El archivo " + fs::path(routine.archivo).filename().string()
-                                                 : "La rutina " + routine.clave;
+  const std::string what = routine.clave.empty()
+                               ? "El archivo " + fs::path(routine.archivo).filename().string()
+                               : "La rutina " + routine.clave;
   const std::string text = what + " se detuvo porque no había terminado a los " + std::to_string(seconds) +
                            (seconds == 1 ? " segundo" : " segundos");
   PyErr_SetString(detenida.ptr(), text.c_str());
@@ -452,19 +459,22 @@ void Rutinas::Interior::TomaFunciones(const py::object& module, const std::strin
       routine.linea = function.attr("__code__").attr("co_firstlineno").cast<int>();
     }
     if (!EsClave(name)) {
-      if (PareceClave(name)) Anota({routine.archivo, routine.linea, name + " no es ninguna clave: no se llamará nunca"});
+      if (PareceClave(name))
+        Anota({routine.archivo, routine.linea, name + " no es ninguna clave: no se llamará nunca"});
       continue;
     }
     if (inspect.attr("iscoroutinefunction")(function).cast<bool>() ||
         inspect.attr("isgeneratorfunction")(function).cast<bool>()) {
-      Anota({routine.archivo, routine.linea, name + " no es una función corriente (async o yield): no se llamará"});
+      Anota({routine.archivo, routine.linea,
+             name + " no es una función corriente (async o yield): no se llamará"});
       continue;
     }
     try {
       inspect.attr("signature")(function).attr("bind")(py::none(), py::none());
     } catch (py::error_already_set& raised) {
       if (EsDe(raised, PyExc_TypeError)) {
-        Anota({routine.archivo, routine.linea, name + " debe tomar dos argumentos, forma y ambiente: no se llamará"});
+        Anota({routine.archivo, routine.linea,
+               name + " debe tomar dos argumentos, forma y ambiente: no se llamará"});
         continue;
       }  // a callable with no signature to look at is called as it is
     }
@@ -500,6 +510,9 @@ void Rutinas::Interior::Corre(const Rutina& routine, forms::Form& form, host::Am
       Explicada explained = Explica(raised, carpeta, {routine.ficha.archivo, routine.ficha.linea, {}});
       run.error = std::move(explained.fallo);
       run.rastro = std::move(explained.rastro);
+    } catch (const std::exception& error) {  // an object that could not be handed over
+      run.milisegundos = limit.Milisegundos();
+      run.error = Fallo{routine.ficha.archivo, routine.ficha.linea, error.what()};
     }
   }
   const Foto after(form);
@@ -507,8 +520,8 @@ void Rutinas::Interior::Corre(const Rutina& routine, forms::Form& form, host::Am
   run.cancelado_antes = before.Cancelada();
   run.cancelado_despues = after.Cancelada();
   if (run.error && opciones.bitacora) {
-    opciones.bitacora(routine.ficha.clave, LugarDe(run.error->archivo, run.error->linea) + ": " + run.error->texto +
-                                               "\n" + run.rastro);
+    opciones.bitacora(routine.ficha.clave, LugarDe(run.error->archivo, run.error->linea) + ": " +
+                                               run.error->texto + "\n" + run.rastro);
   }
   if (opciones.observador) opciones.observador->Corrio(run);
   if (run.error) {
@@ -548,7 +561,8 @@ std::vector<Fallo> Rutinas::Carga(host::Anfitrion& host, const std::string& fold
   for (fs::directory_iterator entry(path, failed), end; !failed && entry != end; entry.increment(failed)) {
     std::error_code gone;
     const std::string name = entry->path().filename().string();
-    if (name.ends_with(".py") && !name.starts_with(".") && !entry->is_directory(gone)) files.push_back(entry->path());
+    if (name.ends_with(".py") && !name.starts_with(".") && !entry->is_directory(gone))
+      files.push_back(entry->path());
   }
   if (failed) inner.Anota({inner.carpeta, 0, "no se puede leer la carpeta"});
   if (files.empty()) return inner.fallos;
@@ -559,7 +573,8 @@ std::vector<Fallo> Rutinas::Carga(host::Anfitrion& host, const std::string& fold
     for (const auto& file : files) inner.CargaArchivo(file);
     inner.en_reposo.emplace();
   } catch (const std::exception& error) {
-    inner.Anota({inner.carpeta, 0, std::string("no se pudo poner en marcha el intérprete (") + error.what() + ")"});
+    inner.Anota(
+        {inner.carpeta, 0, std::string("no se pudo poner en marcha el intérprete (") + error.what() + ")"});
     return inner.fallos;
   }
   for (const auto& [key, routines] : inner.por_clave) {
@@ -581,11 +596,16 @@ std::string AvisoDeCarga(const std::vector<Fallo>& fallos) {
   std::string text = fallos.size() == 1 ? "Hay un error en las rutinas:" : "Hay errores en las rutinas:";
   text += "\n";
   for (std::size_t i = 0; i < std::min(fallos.size(), kShown); ++i) {
-    text.append("\n").append(LugarDe(fallos[i].archivo, fallos[i].linea)).append(": ").append(fallos[i].texto);
+    text.append("\n")
+        .append(LugarDe(fallos[i].archivo, fallos[i].linea))
+        .append(": ")
+        .append(fallos[i].texto);
   }
-  if (fallos.size() > kShown) text.append("\n... y ").append(std::to_string(fallos.size() - kShown)).append(" más.");
+  if (fallos.size() > kShown)
+    text.append("\n... y ").append(std::to_string(fallos.size() - kShown)).append(" más.");
   text +=
-      "\n\nLas pantallas y las demás rutinas trabajan como siempre; no se perdió ningún dato. Corrija lo que se "
+      "\n\nLas pantallas y las demás rutinas trabajan como siempre; no se perdió ningún dato. Corrija lo que "
+      "se "
       "indica y vuelva a abrir el programa.";
   return text;
 }

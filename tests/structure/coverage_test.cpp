@@ -44,7 +44,8 @@ TEST(Coverage, EveryHookHasAStory) {
   std::set<std::string_view> seen;
   for (const auto& clave : service::kClaves) {
     EXPECT_TRUE(seen.insert(clave.clave).second) << clave.clave << " stands twice";
-    if (IsBuilt(clave.clave)) EXPECT_TRUE(Mentions(stories, "\"" + std::string(clave.clave) + "\"")) << clave.clave;
+    if (!IsBuilt(clave.clave)) continue;
+    EXPECT_TRUE(Mentions(stories, "\"" + std::string(clave.clave) + "\"")) << clave.clave;
   }
 }
 
@@ -60,7 +61,8 @@ TEST(Coverage, EveryHookFiresInTheCodeAndNoOtherDoes) {
   std::set<std::string> known;
   for (const auto& clave : service::kClaves) {
     known.emplace(clave.clave);
-    if (IsBuilt(clave.clave)) EXPECT_NE(code.find("\"" + std::string(clave.clave) + "\""), std::string::npos) << clave.clave;
+    if (!IsBuilt(clave.clave)) continue;
+    EXPECT_NE(code.find("\"" + std::string(clave.clave) + "\""), std::string::npos) << clave.clave;
   }
   const std::regex key("\"((ENTRADAS?|SALIDAS|MOVESTACIONES|TALLASYCOLORES)[0-9]{3}|AYUDA)\"");
   for (std::sregex_iterator match(code.begin(), code.end(), key), end; match != end; ++match) {
@@ -105,6 +107,11 @@ void ExpectWellFormed(forms::Form& form, const std::string& stories) {
 
 TEST_F(Pantallas, EveryControlOfGoodsInIsWellFormedAndHasAStory) {
   ExpectWellFormed(Nueva(), Stories("goods_in"));
+}
+
+TEST_F(Pantallas, EveryControlOfGoodsOutIsWellFormedAndHasAStory) {
+  movimientos->NuevaSalida();
+  ExpectWellFormed(*plataforma.Screens().back(), Stories("goods_out"));
 }
 
 }  // namespace

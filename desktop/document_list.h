@@ -1,0 +1,70 @@
+// DocumentList: one list on show: filter, table, sums, context menu. It tells what the operator wants
+// done with which document; it does nothing to a document.
+#pragma once
+
+#include <QWidget>
+
+#include "desktop/document_list_model.h"
+#include "desktop/office.h"
+
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QTableView;
+
+namespace tarvik::desktop {
+
+class DocumentList : public QWidget {
+  Q_OBJECT
+
+ public:
+  DocumentList(Office& office, Reader& reader, ListKind kind, QWidget* parent = nullptr);
+
+  [[nodiscard]] ListKind Kind() const { return model_->Kind(); }
+  [[nodiscard]] DocumentListModel& Model() const { return *model_; }
+  [[nodiscard]] QTableView& Table() const { return *table_; }
+  [[nodiscard]] QLineEdit& FilterField() const { return *filter_; }
+
+  // The chosen document; 0 for none.
+  [[nodiscard]] int Selected() const;
+  [[nodiscard]] int SelectedRow() const;  // from 0; -1 for none
+  // True if a screen holds the chosen document.
+  [[nodiscard]] bool SelectedHeld() const;
+  bool Select(int number);
+  // Reads again and stays on the chosen document, or on `number` if given.
+  void Refresh(int number = 0);
+  // What a click with the right button shows; the window owns the actions.
+  void SetMenu(QMenu* menu) { menu_ = menu; }
+  void SaveColumns();
+
+ signals:
+  void NewRequested();
+  void OpenRequested(int number);
+  void ReadRequested(int number);
+  void DeleteRequested(int number);
+  void SelectionChanged();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void ShowSums();
+  void OnRested();
+
+  Office& office_;
+  DocumentListModel* model_;
+  QLineEdit* filter_;
+  QTableView* table_;
+  QWidget* empty_;
+  QLabel* empty_text_;
+  QLabel* count_;
+  QLabel* total_;
+  QLabel* reason_;
+  QMenu* menu_ = nullptr;
+  int wanted_ = 0;  // to be chosen when it has been read
+  int offset_ = -1;  // rows between the first one seen and the chosen one
+  bool shown_ = false;
+};
+
+}  // namespace tarvik::desktop

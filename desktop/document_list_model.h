@@ -1,0 +1,73 @@
+// DocumentListModel: goods-in or goods-out documents, newest first, by page and filter. It reads
+// only; who opens or deletes a document is the window's matter.
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string_view>
+
+#include "desktop/paged_model.h"
+
+namespace tarvik::desktop {
+
+enum class ListKind { Entradas, EntradasPendientes, Salidas, SalidasPendientes };
+
+std::string_view NameOf(ListKind kind);  // as the suite calls the list: "EntradasPendientes"
+QString TitleOf(ListKind kind);          // as an operator reads it
+constexpr bool IsGoodsIn(ListKind kind) {
+  return kind == ListKind::Entradas || kind == ListKind::EntradasPendientes;
+}
+constexpr bool IsPending(ListKind kind) {
+  return kind == ListKind::EntradasPendientes || kind == ListKind::SalidasPendientes;
+}
+
+// What was typed into the one field, understood. Digits alone are the beginning of a number;
+// "21/11/2026", "11/2026", "21/11", "2026-11-21", "2026-11" a date; anything else words, each of
+// which must stand in the concept, its description or the remarks.
+struct DocumentFilter {
+  std::optional<std::string> number;  // digits
+  std::optional<std::pair<data::Date, data::Date>> dates;  // both included
+  std::optional<std::pair<int, int>> day_month;            // of any year
+  std::vector<std::string> words;
+};
+DocumentFilter UnderstandFilter(const QString& typed);
+
+// The stretches of numbers that begin with the digits, highest first, up to the highest 32-bit number.
+std::vector<std::pair<data::Value, data::Value>> NumbersBeginningWith(const std::string& digits);
+
+// A condition that the column holds the word, without regard to case or accents (but "ñ" finds "n",
+// not the other way round), and its values. Written for the engine of the connection.
+std::pair<std::string, std::vector<data::Value>> HoldsWord(data::Dialect dialect, const std::string& column,
+                                                           const std::string& word);
+
+class DocumentListModel : public PagedModel {
+  Q_OBJECT
+
+ public:
+  enum Column { Number, IssueDate, Concept, Remarks, Warehouse, Amount, State, Holder, ColumnCount };
+  // StateRole: "pendiente", "afectado" or "lectura"; HeldRole: true while a screen holds it.
+  enum DataRole { NumberRole = Qt::UserRole, StateRole, HeldRole };
+
+  DocumentListModel(Reader& reader, ListKind kind, std::string amount_pattern, QObject* parent = nullptr);
+
+  [[nodiscard]] ListKind Kind() const { return kind_; }
+  void SetFilter(const QString& typed);
+  [[nodiscard]] QString Filter() const { return FilterText(); }
+  [[nodiscard]] int NumberAt(int row) const;  // 0 for no row
+  // "1,234 documentos", "Total 56,789.00" when ready.
+  [[nodiscard]] QString CountText() const;
+  [[nodiscard]] QString TotalText() const;
+
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ protected:
+  Listing Wanted(data::Dialect dialect, const QString& filter) const override;
+
+ private:
+  ListKind kind_;
+  std::string amount_pattern_;
+};
+
+}  // namespace tarvik::desktop

@@ -1,0 +1,289 @@
+#include "desktop/document_view.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStackedWidget>
+
+#include "desktop/qt_platform.h"
+#include "desktop/theme.h"
+#include "host/anfitrion.h"
+
+namespace tarvik::desktop {
+
+namespace {
+
+void SetProperty(QWidget& widget, const char* name, const QVariant& value) {
+  if (widget.property(name) == value) return;
+  widget.setProperty(name, value);
+  Restyle(widget);
+}
+
+QLabel* Soft(const QString& text = {}) {
+  auto* label = new QLabel(text);
+  label->setProperty("role", "soft");
+  return label;
+}
+
+}  // namespace
+
+DocumentView::DocumentView(Office& office, DocumentWizard& wizard, QWidget* parent)
+    : ScreenView(office, wizard, parent), wizard_(wizard) {
+  if (auto* platform = dynamic_cast<QtPlatform*>(&wizard.GetPlatform())) messages_seen_ = platform->MessagesShown();
+  wizard.MultiCombo1.Each([this](forms::SearchBox& box) { Covered(box.Name(), box.Index()); });
+}
+
+QWidget* DocumentView::TitleRow(QWidget* at_right) {
+  auto* row = new QWidget(this);
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(measure::kGrid * 3 / 2);
+  title_ = new QLabel(QString::fromStdString(Screen().Caption()));
+  title_->setProperty("role", "title");
+  chip_ = new QLabel(tr("Nuevo"));
+  chip_->setProperty("role", "chip");
+  chip_->setAccessibleName(tr("Estado del documento"));
+  holder_ = Soft();
+  layout->addWidget(title_);
+  layout->addWidget(chip_);
+  layout->addWidget(holder_);
+  layout->addStretch();
+  layout->addWidget(at_right);
+  return row;
+}
+
+QWidget* DocumentView::Band(QBoxLayout** layout) {
+  auto* band = new QFrame;
+  band->setProperty("role", "band");
+  auto* row = new QHBoxLayout(band);
+  row->setContentsMargins(measure::kGrid * 2, measure::kGrid, measure::kGrid * 2, measure::kGrid);
+  row->setSpacing(measure::kGrid * 3 / 2);
+  row->setAlignment(Qt::AlignTop);
+  *layout = row;
+  return band;
+}
+
+QWidget* DocumentView::Labelled(QWidget* caption, QWidget* field, int width) {
+  auto* box = new QWidget;
+  auto* column = new QVBoxLayout(box);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  column->addWidget(caption);
+  column->addWidget(field);
+  for (forms::Control* control : Screen().Controls()) {
+    if (WidgetOf(*control) != field || !dynamic_cast<forms::TextBox*>(control)) continue;
+    auto* reason = new QLabel;
+    reason->setProperty("role", "reason");
+    reason->setWordWrap(false);
+    reason->hide();
+    column->addWidget(reason);
+    reasons_.insert(control, reason);
+  }
+  column->addStretch();
+  if (width > 0) box->setFixedWidth(width);
+  return box;
+}
+
+QWidget* DocumentView::Labelled(const QString& caption, QWidget* field, int width) {
+  auto* label = new QLabel(caption);
+  label->setProperty("role", "caption");
+  return Labelled(label, field, width);
+}
+
+QWidget* DocumentView::Foot(QWidget* left) {
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(measure::kGrid * 2);
+  layout->addWidget(left);
+  layout->addStretch();
+  auto* total = Text("txtFields", 11, tr("Total del documento"));
+  total->setProperty("role", "total");
+  total->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  auto* caption = Caption("Label8");
+  caption->setAlignment(Qt::AlignRight);
+  auto* amounts = new QVBoxLayout;
+  amounts->setSpacing(0);
+  amounts->addWidget(caption);
+  amounts->addWidget(total);
+  layout->addLayout(amounts);
+  layout->addWidget(Button("Command2", QStringLiteral("outlined")));
+  layout->addWidget(Button("Command5", QStringLiteral("primary")));
+  return row;
+}
+
+QWidget* DocumentView::KeyLine() {
+  line_ = new QStackedWidget;
+  line_->setProperty("role", "keyline");
+  line_->setFixedHeight(measure::kGrid * 5);
+
+  auto* keys = new QWidget;
+  auto* row = new QHBoxLayout(keys);
+  row->setContentsMargins(measure::kGrid * 2, 0, measure::kGrid * 2, 0);
+  keys_ = new QWidget;
+  auto* caps = new QHBoxLayout(keys_);
+  caps->setContentsMargins(0, 0, 0, 0);
+  caps->setSpacing(measure::kGrid);
+  row->addWidget(keys_);
+  row->addStretch();
+  stored_ = Soft();
+  stored_->setAccessibleName(tr("Renglones y estado de lo guardado"));
+  row->addWidget(stored_);
+  line_->addWidget(keys);
+
+  auto* busy = new QWidget;
+  auto* bar = new QHBoxLayout(busy);
+  bar->setContentsMargins(measure::kGrid * 2, 0, measure::kGrid * 2, 0);
+  progress_text_ = Text("RichTextBox1", {}, tr("Avance"));
+  progress_ = new QProgressBar;
+  progress_->setTextVisible(false);
+  progress_->setAccessibleName(tr("Avance"));
+  progress_left_ = Soft();
+  bar->addWidget(progress_text_);
+  bar->addWidget(progress_, 1);
+  bar->addWidget(progress_left_);
+  line_->addWidget(busy);
+  return line_;
+}
+
+QList<QPair<QString, QString>> DocumentView::KeysNow() const {
+  QList<QPair<QString, QString>> keys;
+  const forms::Control* active = Screen().ActiveControl();
+  if (active == &wizard_.fg2) {
+    keys = {{tr("Intro"), tr("corregir")}, {tr("Supr"), tr("quitar, en Artículo")}};
+  } else if (active == &wizard_.txtEdit) {
+    keys = {{tr("Intro"), tr("guardar")}, {tr("Esc"), tr("dejar como estaba")}, {tr("↑ ↓"), tr("otro renglón")}};
+  } else {
+    keys = {{tr("Intro"), tr("siguiente")}, {QStringLiteral("F2"), tr("buscar")}, {QStringLiteral("F8"), tr("presentación")}};
+  }
+  keys += {{QStringLiteral("F3"), tr("lector")}, {QStringLiteral("F9"), tr("guardar línea")}};
+  if (active && active != &wizard_.fg2 && active != &wizard_.txtEdit) keys += {QStringLiteral("F5"), tr("finalizar")};
+  keys += OwnKeys();
+  keys += {QStringLiteral("F1"), tr("ayuda")};
+  return keys;
+}
+
+void DocumentView::ShowKeys() {
+  if (!keys_) return;
+  auto* row = static_cast<QHBoxLayout*>(keys_->layout());
+  const auto now = KeysNow();
+  while (row->count() < now.size() * 2) {
+    auto* cap = new QLabel;
+    cap->setProperty("role", "keycap");
+    row->addWidget(cap);
+    row->addWidget(Soft());
+  }
+  for (int item = 0; item < row->count(); ++item) {
+    auto* label = static_cast<QLabel*>(row->itemAt(item)->widget());
+    const bool used = item / 2 < now.size();
+    label->setVisible(used);
+    if (used) label->setText(item % 2 == 0 ? now[item / 2].first : now[item / 2].second);
+  }
+}
+
+void DocumentView::ShowState() {
+  if (!chip_) return;
+  const State document = Document();
+  QString state = QStringLiteral("nuevo");
+  QString text = tr("Nuevo");
+  QString held;
+  if (document.number != 0) {
+    try {
+      const auto rows = office().host.Conexion().Run(
+          std::string("SELECT estado, usuario, usuhora FROM ") + document.table + " WHERE " + document.key + " = ?",
+          {document.number});
+      if (!rows.rows.empty()) {
+        const bool posted = data::ToText(rows.rows[0][0]) == "CO";
+        state = posted ? QStringLiteral("afectado") : QStringLiteral("pendiente");
+        text = posted ? tr("Afectado") : tr("Pendiente");
+        held = tr("%1 desde las %2")
+                   .arg(QString::fromStdString(data::ToText(rows.rows[0][1])),
+                        QString::fromStdString(data::ToText(rows.rows[0][2])).left(5));
+      }
+    } catch (const std::exception&) {
+      text = tr("Estado desconocido");
+    }
+  }
+  const bool read_only = !wizard_.txtFields(0).Enabled();
+  if (read_only) {
+    text = tr("Sólo lectura");
+    state = QStringLiteral("lectura");
+    held = tr("El documento se consulta; no se puede modificar aquí");
+  }
+  chip_->setText(text);
+  SetProperty(*chip_, "state", state);
+  holder_->setText(held);
+  int lines = 0;
+  while (lines < wizard_.fg2.Rows() - 1 && !wizard_.fg2.TextMatrix(lines + 1, 0).empty()) ++lines;
+  stored_->setText(lines == 0 ? tr("sin renglones")
+                              : (lines == 1 ? tr("1 renglón · guardado") : tr("%1 renglones · guardado").arg(lines)));
+}
+
+void DocumentView::AtRest() {
+  if (line_ && line_->currentIndex() == 1) line_->setCurrentIndex(0);
+  ShowKeys();
+  ShowState();
+  auto* platform = dynamic_cast<QtPlatform*>(&Screen().GetPlatform());
+  if (!platform || platform->MessagesShown() == messages_seen_) return;
+  messages_seen_ = platform->MessagesShown();
+  // A message that sent the operator to a field: the field keeps the mark until it is mended.
+  if (forms::Control* active = Screen().ActiveControl()) {
+    Refuse(*active, QString::fromStdString(platform->LastMessage()).section(QLatin1Char('\n'), 0, 0).trimmed());
+  }
+}
+
+void DocumentView::Refuse(forms::Control& control, const QString& reason) {
+  QLabel* label = reasons_.value(&control);
+  QWidget* widget = WidgetOf(control);
+  if (!label || !widget) return;
+  label->setText(label->fontMetrics().elidedText(reason, Qt::ElideRight, std::max(widget->width(), 160)));
+  label->setToolTip(reason);
+  label->show();
+  widget->setAccessibleDescription(reason);
+  SetProperty(*widget, "refused", true);
+}
+
+void DocumentView::Mend(forms::Control& control) {
+  QLabel* label = reasons_.value(&control);
+  if (!label || label->isHidden()) return;
+  label->hide();
+  if (QWidget* widget = WidgetOf(control)) {
+    widget->setAccessibleDescription({});
+    SetProperty(*widget, "refused", false);
+  }
+}
+
+void DocumentView::ControlChanged(forms::Control& control, forms::Aspect aspect) {
+  ScreenView::ControlChanged(control, aspect);
+  if (aspect != forms::Aspect::Text) return;
+  Mend(control);
+  if (&control == &wizard_.RichTextBox1) ShowProgress(QString::fromStdString(wizard_.RichTextBox1.Text()));
+}
+
+void DocumentView::ShowProgress(const QString& text) {
+  if (!line_ || !text.startsWith(QStringLiteral("Afectando: "))) return;
+  const int done = text.section(QLatin1Char(' '), -1).toInt();
+  const int all = wizard_.rstPartidas ? wizard_.rstPartidas->RecordCount() : done;
+  if (line_->currentIndex() != 1) {
+    line_->setCurrentIndex(1);
+    posting_.start();
+  }
+  progress_->setMaximum(all);
+  progress_->setValue(done);
+  const qint64 left = done > 0 ? posting_.elapsed() * (all - done) / done / 1000 : 0;
+  progress_left_->setText(tr("%1 de %2 · faltan %3 s").arg(done).arg(all).arg(left));
+}
+
+void DocumentView::FocusMoved(forms::Control* from, forms::Control* to) {
+  ScreenView::FocusMoved(from, to);
+  ShowKeys();
+}
+
+void DocumentView::CaptionChanged() {
+  ScreenView::CaptionChanged();
+  if (title_) title_->setText(QString::fromStdString(Screen().Caption()));
+}
+
+}  // namespace tarvik::desktop

@@ -1,0 +1,74 @@
+// DocumentView: what the views of the two document wizards share: the title with its state, the
+// total, the key line, the progress of posting, and the mark on a refused field. Bands and fields
+// are the derived views'.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QPair>
+
+#include "desktop/screen_view.h"
+#include "wizard/document_wizard.h"
+
+class QBoxLayout;
+class QProgressBar;
+class QStackedWidget;
+
+namespace tarvik::desktop {
+
+class DocumentView : public ScreenView {
+  Q_OBJECT
+
+ public:
+  DocumentView(Office& office, DocumentWizard& wizard, QWidget* parent);
+
+  [[nodiscard]] QList<QPair<QString, QString>> KeysNow() const override;
+
+ protected:
+  // What the document's row says now, for the chip: number 0 is a document that is not there yet.
+  struct State {
+    std::int32_t number = 0;
+    const char* table = "";
+    const char* key = "";
+  };
+  [[nodiscard]] virtual State Document() const = 0;
+  // Keys of this screen beside those that both have.
+  [[nodiscard]] virtual QList<QPair<QString, QString>> OwnKeys() const { return {}; }
+
+  // ---- pieces for the layout ----
+  QWidget* TitleRow(QWidget* at_right);
+  static QWidget* Band(QBoxLayout** layout);
+  // A caption over a field; the reason of a refusal stands under it while there is one.
+  QWidget* Labelled(QWidget* caption, QWidget* field, int width = 0);
+  QWidget* Labelled(const QString& caption, QWidget* field, int width = 0);
+  QWidget* Foot(QWidget* left);  // checks at the left; total and buttons at the right
+  QWidget* KeyLine();
+
+  void AtRest() override;
+  void ControlChanged(forms::Control& control, forms::Aspect aspect) override;
+  void FocusMoved(forms::Control* from, forms::Control* to) override;
+  void CaptionChanged() override;
+
+ private:
+  void ShowState();
+  void ShowKeys();
+  void ShowProgress(const QString& text);
+  void Refuse(forms::Control& control, const QString& reason);
+  void Mend(forms::Control& control);
+
+  DocumentWizard& wizard_;
+  QLabel* title_ = nullptr;
+  QLabel* chip_ = nullptr;
+  QLabel* holder_ = nullptr;
+  QStackedWidget* line_ = nullptr;  // keys, or progress
+  QWidget* keys_ = nullptr;
+  QLabel* stored_ = nullptr;
+  QLabel* progress_text_ = nullptr;
+  QLabel* progress_left_ = nullptr;
+  QProgressBar* progress_ = nullptr;
+  QElapsedTimer posting_;
+  QHash<const forms::Control*, QLabel*> reasons_;
+  int messages_seen_ = 0;
+};
+
+}  // namespace tarvik::desktop

@@ -1,0 +1,161 @@
+#include "desktop/program.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QSettings>
+
+#include "desktop/boxes.h"
+#include "desktop/goods_in_view.h"
+#include "desktop/help.h"
+#include "desktop/hooks_window.h"
+#include "desktop/main_window.h"
+#include "desktop/picker.h"
+#include "desktop/printing.h"
+#include "desktop/program_log.h"
+#include "desktop/qt_platform.h"
+#include "desktop/search_popup.h"
+#include "desktop/theme.h"
+#include "host/anfitrion.h"
+#include "python/ganchos.h"
+#include "service/entradas_salidas.h"
+
+namespace tarvik::desktop {
+
+namespace {
+
+// Brings a screen's view up when the class shows it.
+class Showing final : public QObject, public forms::FormListener {
+ public:
+  Showing(ScreenView& view, std::function<void(bool)> shown) : QObject(&view), form_(view.Screen()), shown_(std::move(shown)) {
+    form_.Listen(*this);
+  }
+  ~Showing() override { form_.StopListening(*this); }
+  void Shown(bool modal) override { shown_(modal); }
+
+ private:
+  forms::Form& form_;  // held by the view
+  std::function<void(bool)> shown_;
+};
+
+}  // namespace
+
+Program::Program(Theme& theme, const ProgramOptions& options) : theme_(theme), platform_(std::make_unique<QtPlatform>()) {
+  const std::string folder = options.folder.toStdString();
+  settings_ = std::make_unique<QSettings>(QDir(options.folder).filePath(QStringLiteral("escritorio.ini")),
+                                          QSettings::IniFormat);
+  selector_ = std::make_unique<DesktopSelector>();
+  printer_ = std::make_unique<DesktopPrinter>(*settings_);
+  host::Opciones made;
+  made.base = options.base.toStdString();
+  made.usuario = options.user.toStdString();
+  made.estacion = options.station.toStdString();
+  made.ruta = folder;
+  made.demo = options.demo;
+  made.plataforma = platform_.get();
+  made.testigo = this;
+  made.selector = selector_.get();
+  made.impresora = printer_.get();
+  host_ = std::make_unique<host::Anfitrion>(made);
+  log_ = std::make_unique<ProgramLog>(folder, made.usuario, made.estacion);
+  office_ = std::make_unique<Office>(Office{*host_, theme_, *settings_});
+  selector_->Use(*office_);
+  door_ = std::make_unique<EntradasSalidas>(*host_);
+  door_->Ambiente = &host_->Ambiente();
+  door_->Parent = &host_->Parent();
+
+  platform_->on_loaded = [this](forms::Form& form) { Loaded(form); };
+  platform_->on_unloaded = [this](forms::Form& form) {
+    views_.remove(&form);
+    presented_.remove(&form);
+  };
+  platform_->on_repaint = [this](forms::Form& form) {
+    if (ScreenView* view = ViewOf(form)) view->PaintNow();
+  };
+  platform_->on_search_list = [this](forms::SearchBox& box) {
+    ScreenView* view = ViewOf(box.Owner());
+    QWidget* anchor = view && box.Field() ? view->WidgetOf(*box.Field()) : nullptr;
+    if (anchor) ShowSearchList(*office_, box, *anchor);
+  };
+  platform_->on_unhandled = [this](forms::Form* form, const std::exception& error) { Unhandled(form, error); };
+
+  hooks_ = std::make_unique<HooksWindow>(*office_);
+  routines_ = std::make_unique<python::Rutinas>(python::OpcionesDeRutinas{
+      .observador = hooks_.get(),
+      .bitacora = [this](const std::string& where,
+                         const std::string& text) { log_->Write(QString::fromStdString(where), QString::fromStdString(text)); },
+  });
+  window_ = std::make_unique<MainWindow>(*office_, *door_);
+  connect(window_.get(), &MainWindow::HelpRequested, this, [this] { Help(nullptr); });
+  connect(window_.get(), &MainWindow::HooksRequested, this, [this] {
+    hooks_->show();
+    hooks_->raise();
+    hooks_->activateWindow();
+  });
+  const auto failures = routines_->Carga(*host_, options.routines.toStdString());
+  hooks_->Loaded(*routines_, failures);
+  if (!failures.empty()) {
+    desktop::ShowBox(window_.get(), forms::BoxKind::Error, QString::fromStdString(python::AvisoDeCarga(failures)),
+                     forms::kBoxStop);
+  }
+}
+
+Program::~Program() {
+  const auto screens = platform_->Screens();
+  for (const auto& screen : screens) {
+    screen->Act([&] { screen->Unload(); });
+    screen->Discard();
+  }
+  window_.reset();
+  routines_.reset();
+}
+
+ScreenView* Program::ViewOf(const forms::Form& form) const { return views_.value(&form); }
+
+void Program::Loaded(forms::Form& form) {
+  ScreenView* view = nullptr;
+  if (auto* entrada = dynamic_cast<frmEntradasWizard*>(&form)) view = new GoodsInView(*office_, *entrada);
+  if (!view) return;
+  views_.insert(&form, view);
+  new Showing(*view, [this, &form](bool modal) { ShowScreen(form, modal); });
+  connect(view, &ScreenView::HelpRequested, this, [this, view] { Help(view); });
+}
+
+void Program::Presentada(forms::Form& form) { presented_.insert(&form); }
+
+void Program::Gancho(const std::string& key, const data::Value& value) {
+  if (hooks_) hooks_->KeyFired(key, value);
+}
+
+void Program::ShowScreen(forms::Form& form, bool modal) {
+  ScreenView* view = ViewOf(form);
+  if (!view) return;
+  if (presented_.contains(&form)) return window_->Adopt(*view, modal);
+  // A routine kept the screen from being presented. Nobody could reach it, or let its document go.
+  platform_->Post([this, alive = form.shared_from_this()] {
+    desktop::ShowBox(window_.get(), forms::BoxKind::Message,
+                     tr("Una rutina del negocio no permitió mostrar la pantalla. No se cambió ningún documento."),
+                     forms::kBoxInformation);
+    alive->Unload();
+  });
+}
+
+void Program::Help(const ScreenView* view) {
+  if (!help_) help_ = std::make_unique<HelpWindow>(settings_.get());
+  if (view) {
+    help_->Open(QString::fromStdString(view->Screen().Caption()), view->KeysNow(),
+                ManualPageFor(QString::fromStdString(view->Screen().Name())));
+  } else {
+    help_->Open(tr("Listas"),
+                {{tr("Intro"), tr("abrir")},
+                 {tr("Insert"), tr("documento nuevo")},
+                 {tr("Supr"), tr("borrar")},
+                 {QStringLiteral("F5"), tr("actualizar")}},
+                QStringLiteral("listas"));
+  }
+}
+
+void Program::Unhandled(forms::Form* form, const std::exception& error) {
+  if (log_) log_->Write(form ? QString::fromStdString(form->Name()) : QString(), error);
+}
+
+}  // namespace tarvik::desktop

@@ -1,0 +1,136 @@
+#include "desktop/qt_platform.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QEventLoop>
+#include <QTimer>
+#include <QWidget>
+#include <atomic>
+#include <csignal>
+
+#include "desktop/boxes.h"
+#include "forms/control.h"
+#include "forms/form.h"
+#include "forms/listener.h"
+
+namespace tarvik::desktop {
+
+namespace {
+
+std::atomic<bool> end_requested = false;
+
+extern "C" void AskToEnd(int) { end_requested = true; }
+
+}  // namespace
+
+QtPlatform::QtPlatform() {
+  std::signal(SIGTERM, AskToEnd);
+  auto* watch = new QTimer(this);
+  watch->setInterval(200);
+  connect(watch, &QTimer::timeout, this, [] {
+    if (end_requested) QApplication::closeAllWindows();
+  });
+  watch->start();
+}
+
+QtPlatform::~QtPlatform() = default;
+
+data::DateTime QtPlatform::Now() {
+  const QDateTime now = QDateTime::currentDateTime();
+  return {{now.date().year(), now.date().month(), now.date().day()},
+          {now.time().hour(), now.time().minute(), now.time().second()}};
+}
+
+bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& text, int style) {
+  if (kind == forms::BoxKind::Message || kind == forms::BoxKind::Error) {
+    last_message_ = text;
+    ++messages_;
+  }
+  if (on_box) return on_box(kind, text, style);
+  return desktop::ShowBox(QApplication::activeWindow(), kind, QString::fromStdString(text), style);
+}
+
+void QtPlatform::Beep() { QApplication::beep(); }
+
+void QtPlatform::ProcessEvents() { QApplication::processEvents(); }
+
+void QtPlatform::Post(std::function<void()> function) {
+  QMetaObject::invokeMethod(
+      this,
+      [this, function = std::move(function)] {
+        try {
+          function();
+        } catch (const std::exception& error) {
+          Unhandled(nullptr, error);
+        }
+      },
+      Qt::QueuedConnection);
+}
+
+void QtPlatform::StartTimer(forms::Timer& timer) {
+  StopTimer(timer);
+  auto* ticking = new QTimer(this);
+  timers_.insert(&timer, ticking);
+  connect(ticking, &QTimer::timeout, this, [&timer] {
+    auto form = timer.Owner().shared_from_this();
+    form->Act([&] { timer.Tick(); });
+  });
+  ticking->start(timer.Interval());
+}
+
+void QtPlatform::StopTimer(forms::Timer& timer) {
+  if (QTimer* ticking = timers_.take(&timer)) {
+    ticking->stop();
+    ticking->deleteLater();
+  }
+}
+
+void QtPlatform::RunModal(forms::Form& form) {
+  struct Waiting : forms::FormListener {
+    QEventLoop loop;
+    void Hidden() override { loop.quit(); }
+    void Unloaded() override { loop.quit(); }
+  } waiting;
+  auto alive = form.shared_from_this();
+  form.Listen(waiting);
+  if (on_modal) on_modal(form);
+  if (form.Visible()) waiting.loop.exec();
+  form.StopListening(waiting);
+}
+
+void QtPlatform::Repaint(forms::Form& form) {
+  if (on_repaint) on_repaint(form);
+}
+
+void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
+  try {
+    if (on_unhandled) on_unhandled(form, error);
+    const std::string text = error.what();
+    if (on_box) {
+      on_box(forms::BoxKind::Error, text, forms::kBoxStop);
+    } else {
+      ShowUnhandled(QApplication::activeWindow(), QString::fromStdString(text));
+    }
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): nobody is left to tell
+  }
+}
+
+bool QtPlatform::EndRequested() { return end_requested; }
+
+void QtPlatform::ShowSearchList(forms::SearchBox& box) {
+  if (on_search_list) on_search_list(box);
+}
+
+void QtPlatform::Navigate(forms::WebBrowser& browser, const std::string& name) {
+  if (on_navigate) on_navigate(browser, name);
+}
+
+void QtPlatform::ScreenLoaded(forms::Form& form) {
+  if (on_loaded) on_loaded(form);
+}
+
+void QtPlatform::ScreenUnloaded(forms::Form& form) {
+  if (on_unloaded) on_unloaded(form);
+}
+
+}  // namespace tarvik::desktop

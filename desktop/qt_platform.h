@@ -1,0 +1,63 @@
+// QtPlatform: the platform of the desktop. Boxes, timers, modal loop and pending events are Qt's; an
+// error that no trap caught is shown, written to the program's own log, and the screen goes on.
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <functional>
+
+#include "forms/platform.h"
+
+class QTimer;
+class QWidget;
+
+namespace tarvik::desktop {
+
+class QtPlatform final : public QObject, public forms::Platform {
+  Q_OBJECT
+
+ public:
+  QtPlatform();
+  ~QtPlatform() override;
+
+  // What the program supplies. Each may be left empty.
+  std::function<void(forms::Form&)> on_loaded;       // a screen is about to load: its view is made here
+  std::function<void(forms::Form&)> on_unloaded;
+  std::function<void(forms::Form&)> on_modal;        // brings the screen's window up; the platform waits
+  std::function<void(forms::Form&)> on_repaint;      // paints the screen's view at once
+  std::function<void(forms::SearchBox&)> on_search_list;
+  std::function<void(forms::WebBrowser&, const std::string&)> on_navigate;
+  std::function<void(forms::Form*, const std::exception&)> on_unhandled;  // log; the box is shown here
+  std::function<bool(forms::BoxKind, const std::string&, int)> on_box;    // replaces the box: for tests
+
+  // The last text that a message box of the host's showed, and how many were shown so far: a view
+  // marks the field that a message sent the operator to.
+  [[nodiscard]] const std::string& LastMessage() const { return last_message_; }
+  [[nodiscard]] int MessagesShown() const { return messages_; }
+
+  data::DateTime Now() override;
+  bool ShowBox(forms::BoxKind kind, const std::string& text, int style) override;
+  void Beep() override;
+  void ProcessEvents() override;
+  void Post(std::function<void()> function) override;
+  void StartTimer(forms::Timer& timer) override;
+  void StopTimer(forms::Timer& timer) override;
+  void RunModal(forms::Form& form) override;
+  void Repaint(forms::Form& form) override;
+  void Unhandled(forms::Form* form, const std::exception& error) override;
+  bool EndRequested() override;
+  void ShowSearchList(forms::SearchBox& box) override;
+  void Navigate(forms::WebBrowser& browser, const std::string& name) override;
+
+ protected:
+  void ScreenLoaded(forms::Form& form) override;
+  void ScreenUnloaded(forms::Form& form) override;
+
+ private:
+  QHash<forms::Timer*, QTimer*> timers_;
+  std::string last_message_;
+  int messages_ = 0;
+};
+
+}  // namespace tarvik::desktop

@@ -1,0 +1,112 @@
+// ScreenView: the view of one screen. It shows what the form holds and turns what the operator does
+// into the form's acts. There is no rule in it: no test of a mode, no statement.
+//
+// A derived view makes a widget for each control it shows and binds it by the control's name. The
+// model owns text, caret, selection and focus; a bound widget never edits itself.
+#pragma once
+
+#include <QHash>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "desktop/office.h"
+#include "forms/form.h"
+#include "forms/listener.h"
+
+class QAbstractButton;
+class QCheckBox;
+class QComboBox;
+class QDateEdit;
+class QKeyEvent;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTextEdit;
+
+namespace tarvik::desktop {
+
+class GridView;
+
+class ScreenView : public QWidget, public forms::FormListener {
+  Q_OBJECT
+
+ public:
+  // Holds the form as long as it lives itself.
+  ScreenView(Office& office, forms::Form& form, QWidget* parent = nullptr);
+  ~ScreenView() override;
+
+  [[nodiscard]] forms::Form& Screen() const { return *form_; }
+  // Controls that have a widget here, by their full names: "txtFields(4)".
+  [[nodiscard]] QStringList Bound() const;
+  [[nodiscard]] QWidget* WidgetOf(const forms::Control& control) const;
+  // Paints at once, with no event let through: progress while a document is posted.
+  void PaintNow();
+
+  // The keys that work here and now: {"F9", "guardar línea"} ...
+  [[nodiscard]] virtual QList<QPair<QString, QString>> KeysNow() const { return {}; }
+
+ signals:
+  void HelpRequested();
+  void CaptionChanged(const QString& caption);
+  void Gone();  // the form was unloaded; the view may be deleted
+
+ protected:
+  // ---- binding; each gives the widget, named and labelled for accessibility ----
+  QLineEdit* Field(int index, const QString& accessible);
+  QLineEdit* Field(std::string_view name, const QString& accessible);
+  QTextEdit* Notes(std::string_view name, const QString& accessible);
+  // A text box that is only shown.
+  QLabel* Text(std::string_view name, std::optional<int> index, const QString& accessible);
+  QCheckBox* Check(std::string_view name, const QString& accessible = {});
+  QPushButton* Button(std::string_view name, const QString& role, const QString& accessible = {});
+  QDateEdit* Date(std::string_view name, const QString& accessible);
+  QComboBox* Combo(std::string_view name, const QString& accessible);
+  QLabel* Caption(std::string_view name, std::optional<int> index = {});
+  GridView* Grid(std::string_view name, const QString& accessible);
+  // The box that floats over the grid's current cell.
+  void CellEditor(std::string_view name, GridView& grid);
+  // A control that has no widget of its own here, shown or not shown by another's.
+  void Covered(std::string_view name, std::optional<int> index = {});
+
+  // Called once when the form has come to rest after an act: the place for aids of the host's.
+  virtual void AtRest() {}
+
+  [[nodiscard]] Office& office() const { return office_; }
+  forms::Control& Required(std::string_view name, std::optional<int> index = {}) const;
+
+  // ---- forms::FormListener ----
+  void ControlChanged(forms::Control& control, forms::Aspect aspect) override;
+  void CellChanged(forms::FlexGrid& grid, int row, int col) override;
+  void RowsChanged(forms::FlexGrid& grid, int from) override;
+  void CurrentCellMoved(forms::FlexGrid& grid) override;
+  void FocusMoved(forms::Control* from, forms::Control* to) override;
+  void CaptionChanged() override;
+  void Shown(bool modal) override;
+  void Unloaded() override;
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+
+ private:
+  void Bind(forms::Control& control, QWidget& widget, const QString& accessible);
+  void Update(forms::Control& control);
+  bool Forward(QKeyEvent& event);
+  void Rest();
+
+  Office& office_;
+  std::shared_ptr<forms::Form> form_;
+  QHash<const forms::Control*, QWidget*> widgets_;
+  QHash<const QObject*, forms::Control*> controls_;
+  QPointer<QLineEdit> cell_editor_;
+  const forms::Control* cell_editor_control_ = nullptr;
+  GridView* cell_grid_ = nullptr;
+  bool taking_focus_ = false;
+  bool resting_ = false;
+};
+
+}  // namespace tarvik::desktop

@@ -1,0 +1,92 @@
+// Pictures of the screens, for the manual and for looking at: opens the program on a base of its own,
+// works a few documents by key, and saves what each window shows, in light and in dark.
+//
+//   QT_QPA_PLATFORM=offscreen build/release/desktop/tarvik_shots docs/img
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+#include <iostream>
+
+#include "desktop/main_window.h"
+#include "desktop/program.h"
+#include "desktop/qt_platform.h"
+#include "desktop/screen_view.h"
+#include "desktop/theme.h"
+#include "service/entradas_salidas.h"
+
+using namespace tarvik::desktop;
+
+namespace {
+
+void Type(const char* text) {
+  for (const char* letter = text; *letter; ++letter) QTest::keyClick(QApplication::focusWidget(), *letter);
+}
+void Press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+
+void Line(const char* article, const char* quantity) {
+  Type(article);
+  Press(Qt::Key_Return);
+  Type(quantity);
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+}
+
+void Save(QWidget& window, const QString& path) {
+  QTest::qWait(50);
+  if (!window.grab().save(path)) std::cerr << "no se pudo guardar " << path.toStdString() << '\n';
+}
+
+void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, const QString& name) {
+  QTemporaryDir place;
+  Theme theme(mode);
+  theme.ApplyTo(application);
+  Program program(theme, {QStringLiteral("sqlite:") + place.filePath(QStringLiteral("tienda.db")), QStringLiteral("ANA"),
+                          QStringLiteral("E1"), place.path(), {}, true});
+  program.Platform().on_box = [](auto, const auto&, int) { return true; };
+  MainWindow& window = program.Window();
+  window.resize(1366, 768);
+  window.show();
+  window.activateWindow();
+  (void)QTest::qWaitForWindowActive(&window);
+  for (int document = 0; document < 3; ++document) {
+    program.Door().NuevaEntrada();
+    QTest::qWait(0);
+    Type(document == 1 ? "DEV" : "COM");
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Return);
+    const auto articles =
+        program.Host().Conexion().Run("SELECT articulo FROM prods WHERE precio1 > 0 ORDER BY descrip LIMIT 6", {});
+    for (std::size_t line = 0; line < articles.rows.size(); ++line) {
+      Line(tarvik::data::ToText(articles.rows[line][0]).c_str(), line % 2 ? "12" : "3");
+    }
+    if (document == 2) break;
+    if (document == 0) QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5);
+    if (document == 1) program.Platform().Screens().back()->Unload();
+    QTest::qWait(0);
+  }
+  Type("NO-EXISTE");
+  Press(Qt::Key_F9);
+  Save(window, folder.filePath(QStringLiteral("entradas-rechazo-") + name));
+  for (int back = 0; back < 9; ++back) Press(Qt::Key_Backspace);
+  const auto articles = program.Host().Conexion().Run("SELECT articulo FROM prods ORDER BY descrip LIMIT 1 OFFSET 9", {});
+  Type(tarvik::data::ToText(articles.rows[0][0]).c_str());
+  Press(Qt::Key_Return);
+  Type("24");
+  Save(window, folder.filePath(QStringLiteral("entradas-") + name));
+  window.ShowPage("Entradas");
+  Save(window, folder.filePath(QStringLiteral("lista-") + name));
+  window.ShowPage("Existencias");
+  Save(window, folder.filePath(QStringLiteral("existencias-") + name));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  const QDir folder(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("."));
+  if (!folder.mkpath(QStringLiteral("."))) return 2;
+  Shoot(application, folder, Theme::Mode::Light, QStringLiteral("claro.png"));
+  Shoot(application, folder, Theme::Mode::Dark, QStringLiteral("oscuro.png"));
+  return 0;
+}

@@ -1,0 +1,431 @@
+// Two listings on one page: stock above, and below it the movements of the chosen row.
+#include "desktop/stock_view.h"
+
+#include <QCoreApplication>
+#include <QDate>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSettings>
+#include <QSplitter>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include "data/number.h"
+#include "data/text.h"
+#include "desktop/document_list_model.h"
+#include "desktop/list_cells.h"
+#include "desktop/theme.h"
+#include "host/anfitrion.h"
+
+namespace tarvik::desktop {
+namespace {
+
+using data::Value;
+
+enum StockRead { kArticle, kDescription, kUnit, kPlace, kWarehouse, kWarehouseText, kStock, kReserved };
+enum LedgerRead {
+  kId,
+  kDate,
+  kHour,
+  kOperation,
+  kDocument,
+  kConcept,
+  kConceptText,
+  kDirection,
+  kQuantity,
+  kPrice,
+  kAmount,
+  kUser
+};
+
+QString Text(const Value& value) { return QString::fromStdString(data::ToText(value)); }
+
+QString Number(const Value& value, const std::string& pattern) {
+  return value.IsNull() ? QString() : QString::fromStdString(data::FormatNumber(data::ToNumber(value), pattern));
+}
+
+QString DateText(const Value& value) {
+  const auto date = data::ToDate(value);
+  return date ? QDate(date->year, date->month, date->day).toString(QStringLiteral("dd/MM/yyyy")) : QString();
+}
+
+QVariant Alignment(bool number) {
+  return QVariant(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));
+}
+
+QString OperationText(const Value& operation) {
+  const QString code = Text(operation);
+  if (code == QLatin1String("EN")) return QStringLiteral("Entrada");
+  if (code == QLatin1String("SA")) return QStringLiteral("Salida");
+  if (code == QLatin1String("T+")) return QStringLiteral("Traspaso");
+  return code;
+}
+
+}  // namespace
+
+StockModel::StockModel(Reader& reader, std::string quantity_pattern, QObject* parent)
+    : PagedModel(reader, parent), quantity_pattern_(std::move(quantity_pattern)) {}
+
+Listing StockModel::Wanted(data::Dialect dialect, const QString& filter) const {
+  Listing listing;
+  listing.table = "prods";
+  listing.key = "articulo";
+  listing.columns =
+      "d.articulo, d.descrip, d.unidad, d.ubicacion, e.almacen, a.descrip, e.existencia, d.Por_Surt";
+  listing.joins =
+      "LEFT JOIN existenciaalmacen e ON e.articulo = d.articulo LEFT JOIN ALMACEN a ON a.almacen = e.almacen";
+  listing.more_order = "e.almacen";
+  for (const QString& word : filter.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    const auto [key, values] = HoldsWord(dialect, "articulo", word.toStdString());
+    if (!listing.where.empty()) listing.where += " AND ";
+    listing.where += "(" + key + " OR " + HoldsWord(dialect, "descrip", word.toStdString()).first + ")";
+    for (int i = 0; i < 2; ++i) listing.values.insert(listing.values.end(), values.begin(), values.end());
+    listing.scan = true;
+  }
+  return listing;
+}
+
+int StockModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
+
+QVariant StockModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const int column = index.column();
+  const bool number = column == Stock || column == Reserved;
+  if (role == Qt::TextAlignmentRole) return Alignment(number);
+  if (role == CellDelegate::FiguresRole) return number;
+  if (role == CellDelegate::SoftRole) return column == Unit || column == Place;
+  const Cells* row = Row(index.row());
+  if (row == nullptr) return {};
+  const Cells& cells = *row;
+  switch (role) {
+    case ArticleRole:
+      return Text(cells[kArticle]);
+    case WarehouseRole:
+      return data::ToNumber(cells[kWarehouse]);
+    case StockRole:
+      return data::ToNumber(cells[kStock]);
+    case CellDelegate::BelowZeroRole:
+      return column == Stock && data::ToNumber(cells[kStock]) < 0;
+    case Qt::DisplayRole:
+      break;
+    default:
+      return {};
+  }
+  switch (column) {
+    case Article:
+      return Text(cells[kArticle]);
+    case Description:
+      return Text(cells[kDescription]);
+    case Unit:
+      return Text(cells[kUnit]);
+    case Place:
+      return Text(cells[kPlace]);
+    case Warehouse:
+      if (cells[kWarehouse].IsNull()) return QStringLiteral("Sin movimientos");
+      return QString(Text(cells[kWarehouse]) + QStringLiteral("  ") + Text(cells[kWarehouseText]));
+    case Stock:
+      return Number(cells[kStock].IsNull() ? Value(0) : cells[kStock], quantity_pattern_);
+    case Reserved:
+      return data::ToNumber(cells[kReserved]) == 0 ? QString() : Number(cells[kReserved], quantity_pattern_);
+    default:
+      return {};
+  }
+}
+
+QVariant StockModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal) return {};
+  if (role == Qt::TextAlignmentRole) return Alignment(section == Stock || section == Reserved);
+  if (role != Qt::DisplayRole) return {};
+  static const QStringList kTitles = {
+      QStringLiteral("Artículo"), QStringLiteral("Descripción"), QStringLiteral("Unidad"),
+      QStringLiteral("Ubicación"), QStringLiteral("Almacén"),    QStringLiteral("Existencia"),
+      QStringLiteral("Por surtir")};
+  return kTitles.value(section);
+}
+
+LedgerModel::LedgerModel(Reader& reader, std::string quantity_pattern, std::string amount_pattern, QObject* parent)
+    : PagedModel(reader, parent),
+      quantity_pattern_(std::move(quantity_pattern)),
+      amount_pattern_(std::move(amount_pattern)) {}
+
+void LedgerModel::ShowArticle(const std::string& article, double warehouse) {
+  article_ = article;
+  warehouse_ = warehouse;
+  Refresh();
+}
+
+void LedgerModel::ShowNone() {
+  article_.clear();
+  Clear();
+}
+
+Listing LedgerModel::Wanted(data::Dialect, const QString&) const {
+  Listing listing;
+  listing.table = "movsinv";
+  listing.key = "id";
+  listing.descending = true;
+  listing.numbered = true;
+  listing.columns =
+      "d.id, d.f_movim, d.usuhora, d.operacion, d.movimiento, d.tipo_doc, c.descrip, d.ent_sal, d.cantidad, "
+      "d.Precio, d.importe, d.usuario";
+  listing.joins = "LEFT JOIN tipominv c ON c.tipo_movim = d.tipo_doc";
+  listing.where = "articulo = ? AND almacen = ?";
+  listing.values = {article_, warehouse_};
+  listing.by_where = true;
+  return listing;
+}
+
+int LedgerModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
+
+QVariant LedgerModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const int column = index.column();
+  const bool number =
+      column == Document || column == In || column == Out || column == Price || column == Amount;
+  if (role == Qt::TextAlignmentRole) return Alignment(number);
+  if (role == CellDelegate::FiguresRole) return number || column == IssueDate || column == Hour;
+  if (role == CellDelegate::SoftRole) return column == Hour || column == User;
+  if (role != Qt::DisplayRole) return {};
+  const Cells* row = Row(index.row());
+  if (row == nullptr) return {};
+  const Cells& cells = *row;
+  const bool inflow = Text(cells[kDirection]) == QLatin1String("E");
+  switch (column) {
+    case IssueDate:
+      return DateText(cells[kDate]);
+    case Hour:
+      return Text(cells[kHour]).left(5);
+    case Operation:
+      return OperationText(cells[kOperation]);
+    case Document:
+      return Text(cells[kDocument]);
+    case Concept: {
+      const QString text = Text(cells[kConceptText]);
+      return text.isEmpty() ? Text(cells[kConcept]) : QString(Text(cells[kConcept]) + QStringLiteral("  ") + text);
+    }
+    case In:
+      return inflow ? Number(cells[kQuantity], quantity_pattern_) : QString();
+    case Out:
+      return inflow ? QString() : Number(cells[kQuantity], quantity_pattern_);
+    case Price:
+      return Number(cells[kPrice], amount_pattern_);
+    case Amount:
+      return Number(cells[kAmount], amount_pattern_);
+    case User:
+      return Text(cells[kUser]);
+    default:
+      return {};
+  }
+}
+
+QVariant LedgerModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal) return {};
+  if (role == Qt::TextAlignmentRole) {
+    return Alignment(section == Document || section == In || section == Out || section == Price ||
+                     section == Amount);
+  }
+  if (role != Qt::DisplayRole) return {};
+  static const QStringList kTitles = {
+      QStringLiteral("Fecha"),    QStringLiteral("Hora"),   QStringLiteral("Movimiento"), QStringLiteral("Número"),
+      QStringLiteral("Concepto"), QStringLiteral("Entra"),  QStringLiteral("Sale"),       QStringLiteral("Precio"),
+      QStringLiteral("Importe"),  QStringLiteral("Usuario")};
+  return kTitles.value(section);
+}
+
+StockView::StockView(Office& office, Reader& reader, QWidget* parent)
+    : QWidget(parent),
+      office_(office),
+      model_(new StockModel(reader, office.host.Ambiente().FormatoCantidad(), this)),
+      ledger_(new LedgerModel(reader, office.host.Ambiente().FormatoCantidad(),
+                              office.host.Ambiente().FormatoImporte(), this)),
+      filter_(new QLineEdit(this)),
+      table_(new QTableView(this)),
+      ledger_table_(new QTableView(this)),
+      ledger_title_(new QLabel(this)),
+      count_(new QLabel(this)),
+      reason_(new QLabel(this)),
+      splitter_(new QSplitter(Qt::Vertical, this)) {
+  constexpr int kGap = 2 * measure::kGrid;
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  auto* body = new QVBoxLayout;
+  body->setContentsMargins(kGap, kGap, kGap, measure::kGrid);
+  body->setSpacing(measure::kGrid + measure::kGrid / 2);
+  column->addLayout(body, 1);
+
+  auto* head = new QHBoxLayout;
+  auto* title = new QLabel(QStringLiteral("Existencias"), this);
+  title->setProperty("role", "title");
+  head->addWidget(title);
+  head->addStretch();
+  filter_->setPlaceholderText(QStringLiteral("Buscar por artículo o descripción"));
+  filter_->setAccessibleName(QStringLiteral("Buscar en existencias"));
+  filter_->setMinimumWidth(54 * measure::kGrid);
+  filter_->setFixedHeight(measure::kField);
+  head->addWidget(filter_);
+  body->addLayout(head);
+  reason_->setProperty("role", "reason");
+  reason_->setWordWrap(true);
+  reason_->hide();
+  body->addWidget(reason_);
+
+  table_->setModel(model_);
+  DressTable(*table_, office.theme, QStringLiteral("Existencias por artículo y almacén"),
+             StockModel::Description);
+  SetWidths(*table_, {15, 40, 8, 10, 18, 12, 11});
+  LoadWidths(*table_, office.settings, QStringLiteral("Existencias"));
+
+  auto* below = new QWidget(this);
+  auto* below_column = new QVBoxLayout(below);
+  below_column->setContentsMargins(0, measure::kGrid, 0, 0);
+  below_column->setSpacing(measure::kGrid);
+  ledger_title_->setProperty("role", "soft");
+  below_column->addWidget(ledger_title_);
+  ledger_table_->setModel(ledger_);
+  DressTable(*ledger_table_, office.theme, QStringLiteral("Movimientos del artículo"), LedgerModel::Concept);
+  SetWidths(*ledger_table_, {11, 6, 11, 9, 30, 10, 10, 12, 13, 9});
+  LoadWidths(*ledger_table_, office.settings, QStringLiteral("Movimientos"));
+  below_column->addWidget(ledger_table_, 1);
+
+  splitter_->setChildrenCollapsible(false);
+  splitter_->setHandleWidth(measure::kGrid / 8);
+  splitter_->addWidget(table_);
+  splitter_->addWidget(below);
+  splitter_->setStretchFactor(0, 3);
+  splitter_->setStretchFactor(1, 2);
+  splitter_->restoreState(office.settings.value(QStringLiteral("existencias/division")).toByteArray());
+  body->addWidget(splitter_, 1);
+
+  auto* foot = new QWidget(this);
+  auto* line = MakeKeyLine(*foot, {{QStringLiteral("↑ ↓"), QStringLiteral("artículo")},
+                                   {QStringLiteral("Tab"), QStringLiteral("movimientos")},
+                                   {QStringLiteral("Esc"), QStringLiteral("ver todo")},
+                                   {QStringLiteral("F5"), QStringLiteral("actualizar")}});
+  count_->setProperty("role", "soft");
+  count_->setAccessibleName(QStringLiteral("Artículos en la lista"));
+  line->addWidget(count_);
+  column->addWidget(foot);
+
+  filter_->installEventFilter(this);
+  table_->installEventFilter(this);
+  ledger_table_->installEventFilter(this);
+  connect(filter_, &QLineEdit::textChanged, model_, &StockModel::SetFilter);
+  connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &StockView::ShowLedger);
+  for (auto* table : {table_, ledger_table_}) {
+    auto* bar = table->verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, table, [table, bar](int value) {
+      if (value > bar->maximum() - bar->pageStep()) table->model()->fetchMore({});
+    });
+  }
+  connect(model_, &StockModel::Rested, this, [this] {
+    if (!model_->Failing()) reason_->hide();
+    if (!table_->currentIndex().isValid() && model_->rowCount() > 0) {
+      int row = 0;
+      for (int i = 0; i < model_->rowCount() && !wanted_.isEmpty(); ++i) {
+        if (model_->index(i, 0).data(StockModel::ArticleRole).toString() != wanted_) continue;
+        row = i;
+        break;
+      }
+      table_->setCurrentIndex(model_->index(row, 0));
+    }
+    ShowLedger();
+  });
+  connect(model_, &StockModel::SumsChanged, this, [this] {
+    if (!model_->Total()) return count_->setText(QStringLiteral("Contando…"));
+    const auto articles = model_->Total()->count;
+    count_->setText(articles == 1 ? QStringLiteral("1 artículo")
+                                  : QString::fromStdString(data::FormatNumber(static_cast<double>(articles),
+                                                                              "###,###,###,##0")) +
+                                        QStringLiteral(" artículos"));
+  });
+  for (PagedModel* model : {static_cast<PagedModel*>(model_), static_cast<PagedModel*>(ledger_)}) {
+    connect(model, &PagedModel::Failed, this, [this](const QString& reason) {
+      reason_->setText(QStringLiteral("No se pudieron leer las existencias: %1. Los datos están como estaban. "
+                                      "Pulse F5 para leerlos de nuevo.")
+                           .arg(reason));
+      reason_->show();
+    });
+  }
+  setFocusProxy(filter_);
+  ShowLedger();
+}
+
+void StockView::Refresh() {
+  const QModelIndex current = table_->currentIndex();
+  wanted_ = current.isValid() ? current.data(StockModel::ArticleRole).toString() : wanted_;
+  model_->Refresh();
+}
+
+void StockView::SaveColumns() {
+  SaveWidths(*table_, office_.settings, QStringLiteral("Existencias"));
+  SaveWidths(*ledger_table_, office_.settings, QStringLiteral("Movimientos"));
+  office_.settings.setValue(QStringLiteral("existencias/division"), splitter_->saveState());
+}
+
+void StockView::ShowLedger() {
+  const QModelIndex current = table_->currentIndex();
+  if (!current.isValid()) {
+    ledger_title_->setText(QStringLiteral("Movimientos: elija un artículo."));
+    return ledger_->ShowNone();
+  }
+  const QString article = current.data(StockModel::ArticleRole).toString();
+  const double warehouse = current.data(StockModel::WarehouseRole).toDouble();
+  const QString place = current.siblingAtColumn(StockModel::Warehouse).data().toString().simplified();
+  ledger_title_->setText(
+      warehouse == 0 ? QStringLiteral("Movimientos de %1").arg(article)
+                     : QStringLiteral("Movimientos de %1 en el almacén %2").arg(article, place));
+  ledger_->ShowArticle(article.toStdString(), warehouse);
+}
+
+void StockView::showEvent(QShowEvent* event) {
+  Refresh();
+  QWidget::showEvent(event);
+}
+
+bool StockView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) {
+    return QWidget::eventFilter(watched, event);
+  }
+  auto* key = static_cast<QKeyEvent*>(event);
+  const bool pressed = event->type() == QEvent::KeyPress;
+  const bool plain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (plain && (key->key() == Qt::Key_F5 || (key->key() == Qt::Key_Escape && !filter_->text().isEmpty()))) {
+    event->accept();
+    if (!pressed) return true;
+    if (key->key() == Qt::Key_F5) {
+      Refresh();
+    } else {
+      filter_->clear();
+      filter_->setFocus();
+    }
+    return true;
+  }
+  if (!pressed) return QWidget::eventFilter(watched, event);
+  if (watched == filter_ && plain) {
+    switch (key->key()) {
+      case Qt::Key_Up:
+      case Qt::Key_Down:
+      case Qt::Key_PageUp:
+      case Qt::Key_PageDown:
+        QCoreApplication::sendEvent(table_, event);
+        return true;
+      default:
+        break;
+    }
+  }
+  const bool types = !key->text().isEmpty() && key->text().at(0).isPrint() &&
+                     !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+  if (watched == table_ && (types || (plain && key->key() == Qt::Key_Backspace))) {
+    filter_->setFocus();
+    filter_->end(false);
+    QCoreApplication::sendEvent(filter_, event);
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace tarvik::desktop

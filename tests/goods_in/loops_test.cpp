@@ -1,0 +1,61 @@
+// Second keys that lead back to themselves: the lookup ends, the operator is told, the screen goes on.
+#include "tests/support/escenario.h"
+
+namespace tarvik::tests {
+namespace {
+
+class ClavesEnCirculo : public Escenario {
+ protected:
+  ClavesEnCirculo() {
+    Catalogo();
+    // No row of impuestos has this key, so neither is found as an article, only as a second key.
+    for (const char* articulo : {"X", "Y", "Z"}) {
+      Sql("INSERT INTO prods (articulo, descrip, impuesto) VALUES (?, ?, ?)", {articulo, "Sin impuesto", "NADA"});
+    }
+    Clave("X", "X");
+    Clave("Y", "Z");
+    Clave("Z", "Y");
+  }
+  void Clave(const char* clave, const char* articulo) {
+    Sql("INSERT INTO clavesadd (clave, articulo, cantidad) VALUES (?, ?, ?)", {clave, articulo, 1});
+  }
+  void ElDocumentoSigue(frmEntradasWizard& f) {
+    ASSERT_EQ(no_atrapados.size(), 1u);
+    EXPECT_NE(no_atrapados[0].find("sin fin"), std::string::npos) << no_atrapados[0];
+    EXPECT_TRUE(f.Open());
+    EXPECT_FALSE(f.Procesando);
+    f.txtFields(24).Text("");
+    Renglon(f, "A-100", "2");
+    EXPECT_EQ(Celda(f, 1, 0), "A-100");
+  }
+};
+
+TEST_F(ClavesEnCirculo, AKeyThatStandsForItselfEndsTheLookupAndNotTheProgram) {
+  frmEntradasWizard& f = Nueva();
+  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(4), "X");
+  f.Enter(f.txtFields(5));
+  ElDocumentoSigue(f);
+}
+
+TEST_F(ClavesEnCirculo, TwoKeysThatStandForEachOtherEndTheLookupAndNotTheProgram) {
+  frmEntradasWizard& f = Nueva();
+  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(4), "Y");
+  f.Enter(f.txtFields(5));
+  ElDocumentoSigue(f);
+}
+
+class Fechas : public Escenario {};
+
+TEST_F(Fechas, ADocumentWithoutADateLeavesThePickerAsItIs) {
+  Catalogo();
+  Sql("INSERT INTO entradas (entrada, tipo_doc, estado) VALUES (?, ?, ?)", {7, "COM", "PE"});
+  frmEntradasWizard& f = Modifica(7);
+  ASSERT_TRUE(f.DTPicker1.Value().has_value());
+  EXPECT_EQ(f.DTPicker1.Value()->Iso(), "2024-03-05");
+  EXPECT_TRUE(Reportes().empty());
+}
+
+}  // namespace
+}  // namespace tarvik::tests

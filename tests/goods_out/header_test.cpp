@@ -1,0 +1,460 @@
+// The header of goods-out: the concept, the customer and the addresses, what each field does on a key, on
+// entering and on leaving, and the check that the finish begins with.
+#include "tests/goods_out/support.h"
+
+namespace tarvik::tests {
+namespace {
+
+class EncabezadoDeSalidas : public EscenarioDeSalidas {
+ protected:
+  // A header that passes.
+  frmSalidasWizard& Correcta() {
+    frmSalidasWizard& f = NuevaSalida();
+    f.txtFields(0).Text("VTA");
+    Olvida();
+    return f;
+  }
+  void Rechaza(frmSalidasWizard& f, int mensaje, int campo) {
+    Olvida();
+    f.DTPicker1.SetFocus();
+    bool valido = true;
+    f.ValidaTab1(valido);
+    EXPECT_FALSE(valido) << mensaje;
+    EXPECT_EQ(Numeros(), std::vector<int>{mensaje});
+    ASSERT_FALSE(bitacora.mensajes.empty());
+    EXPECT_EQ(bitacora.mensajes.back().clase, "mensaje");
+    EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje));
+    EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
+    EXPECT_EQ(f.ActiveControl(), &f.txtFields(campo)) << mensaje;
+  }
+  bool Acepta(frmSalidasWizard& f) {
+    bool valido = false;
+    f.ValidaTab1(valido);
+    return valido && bitacora.mensajes.empty();
+  }
+};
+
+// ---- the check of the header ----
+
+TEST_F(EncabezadoDeSalidas, AHeaderInOrderIsAccepted) {
+  frmSalidasWizard& f = Correcta();
+  EXPECT_TRUE(Acepta(f));
+  EXPECT_TRUE(f.Valida());
+  EXPECT_EQ(bitacora.sentencias.front(), "SELECT * FROM tipominv WHERE tipo_movim = 'VTA' AND ent_sal = 'S'");
+}
+
+TEST_F(EncabezadoDeSalidas, WithoutAConceptItIsRefused) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(0).Text("  ");
+  Rechaza(f, 338, 0);
+  EXPECT_EQ(CuentaSentencias("SELECT * FROM tipominv"), 0);
+}
+
+TEST_F(EncabezadoDeSalidas, AnUnknownConceptAndOneOfGoodsInAreRefused) {
+  frmSalidasWizard& f = Correcta();
+  for (const char* concepto : {"NADA", "COM"}) {
+    f.txtFields(0).Text(concepto);
+    Rechaza(f, 339, 0);
+    EXPECT_EQ(f.RichTextBox3.Text(), "");
+  }
+}
+
+TEST_F(EncabezadoDeSalidas, WithoutAWarehouseOrWithAnUnknownOneItIsRefused) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(14).Text("");
+  Rechaza(f, 240, 14);
+  f.txtFields(14).Text("9");
+  Rechaza(f, 241, 14);
+}
+
+TEST_F(EncabezadoDeSalidas, TheTargetWarehouseIsCheckedOnlyForATransfer) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(2).Text("9");
+  EXPECT_TRUE(Acepta(f));
+  f.SSCheck1.Value(1);
+  Rechaza(f, 241, 2);
+  f.txtFields(2).Text("");
+  Rechaza(f, 240, 2);
+  f.txtFields(2).Text("1");  // the same as the source: nothing compares them
+  Olvida();
+  EXPECT_TRUE(Acepta(f));
+}
+
+TEST_F(EncabezadoDeSalidas, APurchaseNumberIsLookedUpWhenOneIsGiven) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(12).Text("55");
+  EXPECT_TRUE(Acepta(f));
+  EXPECT_EQ(CuentaSentencias("SELECT id FROM compra2 WHERE id = 55"), 1);
+  f.txtFields(12).Visible(true);
+  f.txtFields(12).Text("1,056");
+  Rechaza(f, 829, 12);
+  EXPECT_EQ(CuentaSentencias("SELECT id FROM compra2 WHERE id = 1056"), 1);
+  f.txtFields(12).Text("nada");
+  Rechaza(f, 829, 12);
+  EXPECT_EQ(CuentaSentencias("SELECT id FROM compra2 WHERE id = 0"), 1);
+}
+
+TEST_F(EncabezadoDeSalidas, ARefusalAtTheHiddenPurchaseLeavesTheFocusWhereItWas) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(12).Text("56");
+  f.DTPicker1.SetFocus();
+  EXPECT_FALSE(f.Valida());
+  EXPECT_EQ(Numeros(), std::vector<int>{829});
+  EXPECT_TRUE(f.DTPicker1.HasFocus());
+}
+
+TEST_F(EncabezadoDeSalidas, TheChecksRunInOrderAndTheFirstOneEndsThem) {
+  frmSalidasWizard& f = NuevaSalida();
+  f.txtFields(14).Text("");
+  f.SSCheck1.Value(1);
+  f.txtFields(12).Text("9");
+  Rechaza(f, 338, 0);
+  f.txtFields(0).Text("VTA");
+  Rechaza(f, 240, 14);
+  f.txtFields(14).Text("1");
+  Rechaza(f, 240, 2);
+  f.txtFields(2).Text("2");
+  f.txtFields(12).Visible(true);
+  Rechaza(f, 829, 12);
+}
+
+TEST_F(EncabezadoDeSalidas, CustomerEmployeeStationBranchAndDateAreNotCheckedHere) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(13).Text("NADIE");
+  f.Check1.Value(1);
+  f.SSCheck2.Value(1);
+  f.txtFields(3).Text("NADA");
+  f.DTPicker1.Value(std::nullopt);
+  EXPECT_TRUE(Acepta(f));
+}
+
+TEST_F(EncabezadoDeSalidas, AReadDocumentThatIsRefusedStaysOpenAndMovesNoFocus) {
+  DocumentoGuardado(1, "CO");
+  Sql("DELETE FROM tipominv WHERE tipo_movim = 'VTA'");
+  frmSalidasWizard& f = ConsultaSalida(7);
+  const forms::Control* antes = f.ActiveControl();
+  Tecla(f, "F5");
+  EXPECT_EQ(Numeros(), std::vector<int>{339});
+  EXPECT_EQ(f.ActiveControl(), antes);
+  EXPECT_TRUE(f.Open());
+}
+
+// ---- the concept ----
+
+TEST_F(EncabezadoDeSalidas, TheConceptBringsItsDescriptionTrimmedAndTheWorkingDate) {
+  Sql("INSERT INTO tipominv (tipo_movim, ent_sal, descrip) VALUES ('PRE', 'S', '  Préstamo  ')");
+  frmSalidasWizard& f = NuevaSalida();
+  f.DTPicker1.Value(data::Date{2023, 1, 1});
+  f.DTPicker2.Value(data::Date{2023, 1, 1});
+  Teclea(f, f.txtFields(0), "pre");
+  EXPECT_EQ(f.txtFields(0).Text(), "PRE");
+  EXPECT_EQ(f.RichTextBox3.Text(), "Préstamo");
+  EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2024, 3, 5}));
+  EXPECT_EQ(f.DTPicker2.Value(), (data::Date{2023, 1, 1}));
+  EXPECT_EQ(CuentaSentencias("SELECT * FROM tipominv WHERE tipo_movim = 'PRE' AND ent_sal = 'S'"), 1);
+}
+
+TEST_F(EncabezadoDeSalidas, AnEmptyOrUnknownConceptOnlyEmptiesTheDescription) {
+  frmSalidasWizard& f = Correcta();
+  f.DTPicker1.Value(data::Date{2023, 1, 1});
+  for (const char* concepto : {"NO", ""}) {
+    f.RichTextBox3.Text("algo");
+    f.txtFields(0).Text(concepto);
+    EXPECT_EQ(f.RichTextBox3.Text(), "") << concepto;
+  }
+  EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2023, 1, 1}));
+}
+
+TEST_F(EncabezadoDeSalidas, AConceptOfGoodsInShowsNothingAndTheLinesGoOn) {
+  frmSalidasWizard& f = NuevaSalida();
+  Teclea(f, f.txtFields(0), "COM");
+  EXPECT_EQ(f.RichTextBox3.Text(), "");
+  f.Enter(f.txtFields(4));
+  Linea(f, "A-100", "1");
+  EXPECT_EQ(Uno("SELECT tipo_doc FROM salpart"), "COM");
+  Finaliza(f);
+  EXPECT_EQ(Numeros(), std::vector<int>{339});
+  EXPECT_TRUE(f.Open());
+}
+
+// ---- the customer and the addresses ----
+
+TEST_F(EncabezadoDeSalidas, TheCustomerBringsItsNameAndEveryAddressOfAll) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(13).Text("C1");
+  EXPECT_EQ(bitacora.sentencias,
+            (Textos{"SELECT cliente, nombre FROM clients WHERE cliente = 'C1'", "SELECT * FROM diremb"}));
+  EXPECT_EQ(f.txtFields(15).Text(), "Ferretería del Sur");
+  EXPECT_EQ(f.Combo1.List(), (Textos{"Calle Uno 1", "Calle Dos 2", "Calle Tres 3"}));
+  EXPECT_EQ(f.txtFields(17).Text(), "");
+}
+
+TEST_F(EncabezadoDeSalidas, EachCustomerTypedInAddsTheAddressesAgain) {
+  Sql("INSERT INTO clients (cliente, nombre) VALUES ('C', 'Corto')");
+  frmSalidasWizard& f = Correcta();
+  Teclea(f, f.txtFields(13), "C1");  // "C" is a customer by itself
+  EXPECT_EQ(f.Combo1.List().size(), 6u);
+  f.txtFields(13).Text("C2");
+  EXPECT_EQ(f.Combo1.List().size(), 9u);
+  EXPECT_EQ(f.txtFields(15).Text(), "Obras y Caminos");
+}
+
+TEST_F(EncabezadoDeSalidas, AnUnknownCustomerLeavesNameAndAddressesAsTheyWere) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(13).Text("C1");
+  f.txtFields(13).Text("C9");
+  f.txtFields(13).Text("");
+  EXPECT_EQ(f.txtFields(15).Text(), "Ferretería del Sur");
+  EXPECT_EQ(f.Combo1.List().size(), 3u);
+  EXPECT_TRUE(bitacora.mensajes.empty());
+}
+
+TEST_F(EncabezadoDeSalidas, AFullCustomerFieldMovesOnOnlyForAKnownCustomer) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(13).MaxLength(2);
+  Teclea(f, f.txtFields(13), "X9");
+  EXPECT_TRUE(f.txtFields(13).HasFocus());
+  f.txtFields(13).Text("");
+  Teclea(f, f.txtFields(13), "C1");
+  EXPECT_TRUE(f.txtFields(17).HasFocus());
+}
+
+TEST_F(EncabezadoDeSalidas, AnAddressIsPickedOrTyped) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(13).Text("C1");
+  f.Choose(f.Combo1, 1);
+  EXPECT_EQ(f.txtFields(17).Text(), "Calle Dos 2");
+  f.Combo1.Text("Por teléfono");
+  EXPECT_EQ(f.txtFields(17).Text(), "Por teléfono");
+  f.txtFields(17).Text("Patio trasero");
+  EXPECT_EQ(f.Combo1.Text(), "Por teléfono");
+}
+
+TEST_F(EncabezadoDeSalidas, WithoutAddressesFreeTextStillServes) {
+  Sql("DELETE FROM diremb");
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(13).Text("C1");
+  EXPECT_TRUE(f.Combo1.List().empty());
+  Teclea(f, f.txtFields(17), "Patio");
+  EXPECT_EQ(f.txtFields(17).Text(), "Patio");
+}
+
+// ---- keys ----
+
+TEST_F(EncabezadoDeSalidas, EnterAndTabLeadThroughTheHeader) {
+  frmSalidasWizard& f = Correcta();
+  for (const char* tecla : {"Enter", "Tab"}) {
+    const std::pair<int, int> pasos[] = {{0, 14}, {14, 4}, {13, 17}, {15, 16}, {16, 4}};
+    for (const auto& [de, a] : pasos) {
+      Tecla(f, tecla, f.txtFields(de));
+      EXPECT_EQ(f.ActiveControl(), &f.txtFields(a)) << de << " " << tecla;
+    }
+  }
+  f.txtFields(16).Enabled(false);
+  Tecla(f, "Enter", f.txtFields(15));
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  f.txtFields(14).Enabled(false);
+  Tecla(f, "Enter", f.txtFields(0));
+  EXPECT_TRUE(f.txtFields(0).HasFocus());
+}
+
+TEST_F(EncabezadoDeSalidas, EnteringAFieldTrimsItsTextAndSelectsAll) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(17).Text("  Calle  ");
+  f.Enter(f.txtFields(17));
+  EXPECT_EQ(f.txtFields(17).Text(), "Calle");
+  EXPECT_EQ(f.txtFields(17).SelStart(), 0);
+  EXPECT_EQ(f.txtFields(17).SelLength(), 5);
+}
+
+TEST_F(EncabezadoDeSalidas, NoFieldButTheArticleHasAHook) {
+  frmSalidasWizard& f = Correcta();
+  for (int campo : {14, 2, 3, 13, 15, 17, 16, 5, 27, 6, 24, 28, 0}) f.Enter(f.txtFields(campo));
+  EXPECT_TRUE(Claves().empty());
+}
+
+TEST_F(EncabezadoDeSalidas, TheTypeOfAFieldFiltersItsKeys) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(0).Text("");
+  for (int campo : {0, 3, 13, 16}) {
+    Teclea(f, f.txtFields(campo), "aé1");
+    EXPECT_EQ(f.txtFields(campo).Text(), "AÉ1") << campo;
+  }
+  for (int campo : {14, 2, 5}) {
+    Teclea(f, f.txtFields(campo), "1a2");
+    EXPECT_EQ(f.txtFields(campo).Text(), "12") << campo;
+  }
+  for (int campo : {17, 25}) {
+    Teclea(f, f.txtFields(campo), "aB1");
+    EXPECT_EQ(f.txtFields(campo).Text(), "aB1") << campo;
+  }
+}
+
+TEST_F(EncabezadoDeSalidas, DownOpensTheListOfASearchBoxAndNothingElsewhere) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(13).Text("C1");
+  for (int campo : {0, 14, 2, 3, 13, 16, 24}) Tecla(f, "Down", f.txtFields(campo));
+  EXPECT_EQ(listas, (Textos{"txtFields(0)", "txtFields(14)", "txtFields(2)", "txtFields(3)", "txtFields(13)",
+                            "txtFields(16)", "txtFields(24)"}));
+  listas.clear();
+  Tecla(f, "Down", f.txtFields(17));
+  EXPECT_TRUE(listas.empty());
+  EXPECT_TRUE(no_atrapados.empty());
+}
+
+TEST_F(EncabezadoDeSalidas, ADoubleClickOpensThePickerOfTheField) {
+  frmSalidasWizard& f = Correcta();
+  for (int campo : {0, 4, 14, 6, 2, 3, 13, 16, 5}) f.DoubleClick(f.txtFields(campo));
+  f.txtFields_DblClick(8);
+  EXPECT_EQ(
+      bitacora.selectores,
+      (Textos{"BuscadorCatalogo|Conceptos de salidas de inventario|txtFields(0)",
+              "BuscadorCatalogo|Articulos|txtFields(4)", "BuscadorCatalogo|Almacenes|txtFields(14)",
+              "AuxiliarNumerico||txtFields(6)", "BuscadorCatalogo|Impuestos por porcentaje|txtFields(8)"}));
+}
+
+TEST_F(EncabezadoDeSalidas, F2OpensThePickerOfTheFieldWithTheFocusOnTheArticle) {
+  frmSalidasWizard& f = Correcta();
+  bool en_articulo = false;
+  bitacora.elige = [&](forms::TextBox&) -> std::optional<std::string> {
+    en_articulo = f.txtFields(4).HasFocus();
+    return "2";
+  };
+  Tecla(f, "F2", f.txtFields(14));
+  EXPECT_EQ(bitacora.selectores, (Textos{"BuscadorCatalogo|Almacenes|txtFields(14)"}));
+  EXPECT_TRUE(en_articulo);
+  EXPECT_EQ(f.txtFields(14).Text(), "2");
+}
+
+TEST_F(EncabezadoDeSalidas, AFullFieldActsAsIfEnterHadBeenPressedOnlyWhereALengthIsSet) {
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(0).Text("");
+  Teclea(f, f.txtFields(0), "VTA");
+  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  f.txtFields(0).Text("");
+  f.txtFields(0).MaxLength(3);
+  Teclea(f, f.txtFields(0), "VTA");
+  EXPECT_TRUE(f.txtFields(14).HasFocus());
+}
+
+// ---- kept for the hosts' routines ----
+
+TEST_F(EncabezadoDeSalidas, TheSellersNameIsFoundByTheDescriptionField) {
+  Sql("INSERT INTO vends (vend, Nombre) VALUES ('V1', 'Vera')");
+  frmSalidasWizard& f = NuevaSalida();
+  f.txtFields(1).Text("V1");
+  Olvida();
+  EXPECT_EQ(f.TraeVends(), "");  // no concept yet
+  EXPECT_TRUE(bitacora.sentencias.empty());
+  f.txtFields(0).Text("VTA");
+  EXPECT_EQ(f.TraeVends(), "Vera");
+  EXPECT_EQ(bitacora.sentencias.back(), "SELECT * FROM vends WHERE vend = 'V1'");
+  EXPECT_EQ(f.rstVends->CursorType(), 1);
+  EXPECT_EQ(f.rstVends->LockType(), 3);
+  f.txtFields(1).Text("V2");
+  EXPECT_EQ(f.TraeVends(), "");
+}
+
+TEST_F(EncabezadoDeSalidas, TheRateOfACurrencyIsPutByARoutineOnly) {
+  Sql("INSERT INTO monedas (moneda, Tc, Base) VALUES ('USD', 17.5, 0)");
+  Sql("INSERT INTO monedas (moneda, Tc, Base) VALUES ('MXN', 1, 1)");
+  frmSalidasWizard& f = Correcta();
+  f.txtFields(15).Text("USD");
+  EXPECT_EQ(f.txtFields(16).Text(), "");
+  f.PonTC();
+  EXPECT_EQ(f.txtFields(16).Text(), "17.5");
+  EXPECT_TRUE(f.txtFields(16).Enabled());
+  f.txtFields(15).Text("MXN");
+  f.PonTC();
+  EXPECT_EQ(f.txtFields(16).Text(), "1");
+  EXPECT_FALSE(f.txtFields(16).Enabled());
+  f.txtFields(15).Text("EUR");
+  f.PonTC();
+  EXPECT_EQ(f.txtFields(16).Text(), "");
+}
+
+TEST_F(EncabezadoDeSalidas, AClosedMovementBehindTheDateRefusesIt) {
+  frmSalidasWizard& f = Correcta();
+  bool valida = false;
+  f.ValidaFecha(valida);
+  EXPECT_TRUE(valida);
+  EXPECT_EQ(bitacora.sentencias,
+            (Textos{"SELECT * FROM movsinv WHERE f_movim > '2024-03-05' And cerrado <> 0"}));
+  Sql("INSERT INTO movsinv (f_movim, cerrado) VALUES ('2024-03-06', 1)");
+  f.ValidaFecha(valida);
+  EXPECT_FALSE(valida);
+  EXPECT_EQ(Numeros(), std::vector<int>{253});
+  EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
+  EXPECT_TRUE(f.DTPicker1.HasFocus());
+  f.txtFields(0).SetFocus();
+  f.DTPicker1.Enabled(false);
+  f.ValidaFecha(valida);
+  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  Sql("UPDATE movsinv SET cerrado = 0");
+  f.ValidaFecha(valida);
+  EXPECT_TRUE(valida);
+}
+
+// ---- failures of the header ----
+
+TEST_F(EncabezadoDeSalidas, ACheckThatCannotBeMadeRefuses) {
+  frmSalidasWizard& f = Correcta();
+  f.SSCheck1.Value(1);
+  f.txtFields(2).Text("2");
+  f.txtFields(12).Text("55");
+  const std::pair<const char*, int> casos[] = {{"", 339}, {"ExisteClave", 241}, {"EstaVacio", 338}};
+  for (const auto& [servicio, mensaje] : casos) {
+    Olvida();
+    if (*servicio) {
+      bitacora.FallaServicio(servicio, 1, "falla provocada");
+    } else {
+      bitacora.Falla("FROM tipominv", 1, "falla provocada");
+    }
+    EXPECT_FALSE(f.Valida()) << mensaje;
+    EXPECT_EQ(Numeros(), std::vector<int>{mensaje});
+    ASSERT_FALSE(Reportes().empty());
+    EXPECT_EQ(Reportes()[0], Reporte("ValidaTab1"));
+  }
+  Olvida();
+  bitacora.Falla("FROM compra2", 1, "falla provocada");
+  EXPECT_FALSE(f.Valida());
+  EXPECT_EQ(Numeros(), std::vector<int>{829});
+}
+
+TEST_F(EncabezadoDeSalidas, TheLookupsOfTheHeaderTrapTheirErrors) {
+  frmSalidasWizard& f = Correcta();
+  bitacora.Falla("FROM tipominv", 1, "falla provocada");
+  f.TraeConcepto();
+  EXPECT_EQ(Reportes().front(), Reporte("TraeConcepto"));
+  EXPECT_EQ(f.RichTextBox3.Text(), "");
+  Olvida();
+  bitacora.Falla("FROM vends", 1, "falla provocada");
+  EXPECT_EQ(f.TraeVends(), "");
+  EXPECT_EQ(Reportes().front(), Reporte("TraeVends"));
+  Olvida();
+  bitacora.Falla("FROM monedas", 1, "falla provocada");
+  f.PonTC();
+  EXPECT_EQ(Reportes().front(), Reporte("PonTC"));
+  Olvida();
+  bitacora.Falla("FROM movsinv", 1, "falla provocada");
+  EXPECT_FALSE([&] {
+    bool valida = true;
+    f.ValidaFecha(valida);
+    return valida;
+  }());
+  EXPECT_EQ(Reportes().front(), Reporte("ValidaFecha"));
+}
+
+TEST_F(EncabezadoDeSalidas, AddressesAndFieldEventsHaveNoTrap) {
+  frmSalidasWizard& f = Correcta();
+  bitacora.Falla("FROM diremb", 1, "falla provocada");
+  Teclea(f, f.txtFields(13), "C1");
+  EXPECT_EQ(no_atrapados, (Textos{"falla provocada"}));
+  EXPECT_EQ(f.txtFields(15).Text(), "Ferretería del Sur");
+  bitacora.Falla("FROM clients", 1, "falla provocada");
+  EXPECT_THROW(f.txtFields(13).Text("C2"), data::Error);
+  EXPECT_TRUE(Reportes().empty());
+}
+
+}  // namespace
+}  // namespace tarvik::tests

@@ -1,0 +1,536 @@
+// The goods-out screen: its controls as designed, loading in the three modes, the lock, the form's keys,
+// painting and resizing, closing.
+#include <set>
+
+#include "tests/goods_out/support.h"
+
+namespace tarvik::tests {
+namespace {
+
+class PantallaDeSalidas : public EscenarioDeSalidas {
+ protected:
+  std::string Ocupado() { return Uno("SELECT ocupado FROM salidas WHERE salida = 7"); }
+};
+
+// ---- as designed ----
+
+TEST_F(PantallaDeSalidas, HasTheTitleUntilACallerReplacesIt) {
+  EXPECT_EQ(NuevaSalida().Caption(), "Asistente para salidas de almacén.");
+  EXPECT_EQ(UltimaSalida().Name(), "frmSalidasWizard");
+  DocumentoGuardado();
+  EXPECT_EQ(ModificaSalida(7).Caption(), "Salida: 70");
+}
+
+TEST_F(PantallaDeSalidas, TheKeyboardsWayFollowsHeaderLinesAndTotals) {
+  frmSalidasWizard& f = NuevaSalida();
+  const Textos esperado{"txtFields(0)",  "RichTextBox3",  "DTPicker1",     "txtFields(14)", "SSCheck1",
+                        "txtFields(2)",  "Check5",        "txtFields(3)",  "SSCheck2",      "txtFields(9)",
+                        "txtFields(13)", "txtFields(15)", "txtFields(7)",  "DTPicker2",     "txtFields(12)",
+                        "RichTextBox1",  "Check1",        "txtFields(16)", "fg2",           "txtEdit",
+                        "txtFields(4)",  "txtFields(24)", "txtFields(1)",  "txtFields(5)",  "txtFields(27)",
+                        "txtFields(6)",  "txtFields(25)", "txtFields(26)", "txtFields(28)", "txtFields(29)",
+                        "RichTextBox2",  "Combo1",        "txtFields(17)", "txtFields(10)", "txtFields(8)",
+                        "txtFields(11)", "Check3",        "Check2",        "Check4",        "Command5",
+                        "Command2",      "Command1",      "Command6"};
+  Textos orden;
+  int anterior = -1;
+  for (forms::Control* control : f.TabOrder()) {
+    orden.push_back(control->FullName());
+    EXPECT_GT(control->TabIndex(), anterior) << control->FullName();
+    anterior = control->TabIndex();
+  }
+  EXPECT_EQ(orden, esperado);
+  EXPECT_GT(f.wb.TabIndex(), f.txtEdit.TabIndex());  // on the way, though it never takes the focus
+  EXPECT_LT(f.wb.TabIndex(), f.txtFields(4).TabIndex());
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(0));
+}
+
+TEST_F(PantallaDeSalidas, EveryFieldHasItsTypeAndItsSearch) {
+  frmSalidasWizard& f = NuevaSalida();
+  const std::pair<int, const char*> tipos[] = {
+      {0, "U"}, {14, "SN"}, {2, "SN"}, {3, "U"}, {9, "U"},  {13, "U"}, {15, "U"}, {7, ""},
+      {12, ""}, {16, "U"},  {4, ""},   {24, ""}, {1, "SD"}, {5, "SD"}, {27, ""},  {6, "N"},
+      {25, ""}, {26, ""},   {28, ""},  {29, ""}, {17, ""},  {10, ""},  {8, ""},   {11, ""}};
+  EXPECT_EQ(f.txtFields.Count(), static_cast<int>(std::size(tipos)));
+  for (const auto& [campo, tipo] : tipos) EXPECT_EQ(f.txtFields(campo).Tag(), tipo) << campo;
+  struct {
+    int caja, campo;
+    const char* busca;
+  } const cajas[] = {{0, 0, "Conceptos de salidas de inventario"},
+                     {1, 14, "Almacenes"},
+                     {2, 4, "Articulos"},
+                     {3, 2, "Almacenes"},
+                     {4, 3, "sucursales"},
+                     {5, 24, "Claves adicionales de articulos"},
+                     {6, 9, "Estaciones"},
+                     {7, 13, "Clientes"},
+                     {8, 16, "Empleados"}};
+  EXPECT_EQ(f.MultiCombo1.Count(), 9);
+  for (const auto& [caja, campo, busca] : cajas) {
+    EXPECT_EQ(f.MultiCombo1(caja).buscar(), busca) << caja;
+    EXPECT_EQ(f.MultiCombo1(caja).Field(), &f.txtFields(campo)) << caja;
+    EXPECT_EQ(f.MultiCombo1(caja).Conexion(), &anfitrion->Ambiente().Conexion()) << caja;
+  }
+}
+
+TEST_F(PantallaDeSalidas, TheLabelsAndButtonsReadAsTheOperatorKnowsThem) {
+  frmSalidasWizard& f = NuevaSalida();
+  EXPECT_EQ(f.Label12.Caption(), "Concepto de la Salida.");
+  EXPECT_EQ(f.Label23.Caption(), "Fecha del documento");
+  EXPECT_EQ(f.Label25.Caption(), "Almacen");
+  EXPECT_EQ(f.SSCheck1.Caption(), "Traspaso al almacen");
+  EXPECT_EQ(f.Check5.Caption(), "Traspaso entre sucursales");
+  EXPECT_EQ(f.SSCheck2.Caption(), "Traspaso a estación de trabajo");
+  EXPECT_EQ(f.Label6.Caption(), "Cliente");
+  EXPECT_EQ(f.Label1.Caption(), "Entrada remota");
+  EXPECT_EQ(f.Label9.Caption(), "Fecha de retorno del material");
+  EXPECT_EQ(f.Check1.Caption(), "Asignación a empleado");
+  EXPECT_EQ(f.Label7.Caption(), "Hoja de distribución");
+  EXPECT_EQ(f.Label17.Caption(), "Artículo");
+  EXPECT_EQ(f.Label18.Caption(), "Cantidad");
+  EXPECT_EQ(f.Label5.Caption(), "Unidad");
+  EXPECT_EQ(f.Label19.Caption(), "Precio");
+  EXPECT_EQ(f.Label4.Caption(), "Presentacion: (F8)");
+  EXPECT_EQ(f.Label10(0).Caption(), "Observaciones al movimiento de entrada.");
+  EXPECT_EQ(f.Label10(1).Caption(), "Dejar como movimiento pendiente");
+  EXPECT_EQ(f.Label10(2).Caption(), "Imprimir movimiento.");
+  EXPECT_EQ(f.Label11.Caption(), "Dirección de embarque");
+  EXPECT_EQ(f.Label3.Caption(), "RENGLONES");
+  EXPECT_EQ(f.Label2.Caption(), "UNIDADES");
+  EXPECT_EQ(f.Label8.Caption(), "T O T  A L");
+  EXPECT_EQ(f.Check4.Caption(), "Lector de Código de Barras");
+  EXPECT_EQ(f.Command5.Caption(), "&Finalizar (F5)");
+  EXPECT_EQ(f.Command2.Caption(), "&Cancelar");
+  EXPECT_EQ(f.Command1.Caption(), "&Re enviar a sucursal");
+  EXPECT_EQ(f.Command6.Caption(), "..");
+}
+
+TEST_F(PantallaDeSalidas, TheStatesAtDesign) {
+  frmSalidasWizard f(*anfitrion);
+  const std::set<int> cerrados{1, 7, 8, 10, 11};
+  f.txtFields.Each([&](forms::TextBox& campo) {
+    EXPECT_EQ(campo.Enabled(), !cerrados.contains(*campo.Index())) << campo.FullName();
+    EXPECT_EQ(campo.Visible(), *campo.Index() != 9 && *campo.Index() != 12) << campo.FullName();
+  });
+  EXPECT_FALSE(f.SSCheck2.Visible());
+  EXPECT_FALSE(f.MultiCombo1(6).Visible());
+  EXPECT_FALSE(f.txtEdit.Visible());
+  EXPECT_TRUE(f.Command1.Enabled());
+  EXPECT_TRUE(f.Command5.Enabled());
+  EXPECT_EQ(f.Check2.Value(), 1);
+  for (forms::CheckBox* caja : {&f.Check1, &f.Check3, &f.Check4, &f.Check5, &f.SSCheck1, &f.SSCheck2}) {
+    EXPECT_EQ(caja->Value(), 0) << caja->Name();
+  }
+  EXPECT_EQ(f.fg2.Rows(), 5000);
+  EXPECT_EQ(f.fg2.Cols(), 11);
+  EXPECT_EQ(f.fg2.FixedRows(), 1);
+  EXPECT_EQ(f.fg2.FixedCols(), 0);
+  EXPECT_EQ(f.Salida, 0);
+  EXPECT_EQ(f.UltimaPartida, 0);
+  EXPECT_FALSE(f.Acumulado);
+}
+
+TEST_F(PantallaDeSalidas, TheGridsHeadersAndWidths) {
+  frmSalidasWizard sin_cargar(*anfitrion);
+  const int de_fabrica = sin_cargar.fg2.ColWidth(0);
+  frmSalidasWizard& f = NuevaSalida();
+  const std::pair<const char*, int> columnas[] = {{"Artículo", (de_fabrica * 3 + 1) / 2},
+                                                  {"QTY", 800},
+                                                  {"Existencia", 900},
+                                                  {"Precio", 900},
+                                                  {"Importe", 0},
+                                                  {"Descripción", 4000},
+                                                  {"No de salida", 0},
+                                                  {"Presentación", 1000},
+                                                  {"Pr. QTY", 1000},
+                                                  {"", 0},
+                                                  {"", 0}};
+  int columna = 0;
+  for (auto [titulo, ancho] : columnas) {
+    EXPECT_EQ(Celda(f, 0, columna), titulo);
+    EXPECT_EQ(f.fg2.ColWidth(columna), ancho) << columna;
+    ++columna;
+  }
+  EXPECT_EQ(f.fg2.Row(), 1);
+  EXPECT_EQ(f.fg2.Col(), 0);
+}
+
+TEST_F(PantallaDeSalidas, ThreePanelsHoldTheControls) {
+  frmSalidasWizard& f = NuevaSalida();
+  auto panel = [](const forms::Control& control) {
+    const forms::Control* en = control.Container();
+    while (en != nullptr && en->Container() != nullptr) en = en->Container();
+    return en == nullptr ? std::string() : en->Name();
+  };
+  for (int campo : {0, 14, 2, 3, 9, 13, 15, 7, 12}) EXPECT_EQ(panel(f.txtFields(campo)), "Picture1") << campo;
+  EXPECT_EQ(panel(f.txtFields(16)), "Picture2");
+  EXPECT_EQ(panel(f.fg2), "Picture2");
+  EXPECT_EQ(panel(f.txtEdit), "Picture2");
+  EXPECT_EQ(panel(f.wb), "Picture2");
+  for (int campo : {4, 24, 1, 5, 27, 6, 25, 26, 28, 29, 17, 10, 8, 11}) {
+    EXPECT_EQ(panel(f.txtFields(campo)), "Picture3") << campo;
+  }
+  EXPECT_EQ(panel(f.Command5), "Picture3");
+}
+
+// ---- loading ----
+
+TEST_F(PantallaDeSalidas, ANewDocumentStartsAtTheWorkingDateAndTheStationsWarehouse) {
+  anfitrion->Ambiente().Parametro("Almacen", 2);
+  anfitrion->Ambiente().Pon("ValorFechaA", 3);
+  data::Date esperada;
+  anfitrion->Funciones().FechaDeTrabajo(3, 0, esperada);
+  frmSalidasWizard& f = NuevaSalida();
+  EXPECT_EQ(f.DTPicker1.Value(), esperada);
+  EXPECT_EQ(f.DTPicker2.Value(), esperada);
+  EXPECT_EQ(f.txtFields(14).Text(), "2");
+  EXPECT_EQ(f.txtFields(0).Text(), "");
+  EXPECT_EQ(f.NumeroDePartidas, 7);
+  EXPECT_TRUE(f.Acumulado);
+  EXPECT_TRUE(f.Query);
+  EXPECT_EQ(f.Modo, "ALTA");
+}
+
+TEST_F(PantallaDeSalidas, AStoredDocumentFillsHeaderAndLines) {
+  DocumentoGuardado(2);
+  Sql("UPDATE salidas SET cliente = 'C1', direccionembarque = 'Otra calle', estraspaso = 1, almt = 1, "
+      "traspasoaestacion = 1, estaciontraspaso = 'E2', esparasucursal = 1, sucursal = 'NTE', EntSuc = 31, "
+      "paraempleado = 1, empleado = 'M7', fecharetorno = '2024-06-01'");
+  frmSalidasWizard& f = ModificaSalida(7);
+  const std::pair<int, const char*> campos[] = {
+      {0, "VTA"}, {14, "2"},         {3, "NTE"}, {7, "31"},
+      {16, "M7"}, {9, "E2"},         {13, "C1"}, {15, "Ferretería del Sur"},
+      {2, "1"},   {17, "Otra calle"}};
+  for (const auto& [campo, texto] : campos) EXPECT_EQ(f.txtFields(campo).Text(), texto) << campo;
+  EXPECT_EQ(f.Check5.Value(), 1);
+  EXPECT_EQ(f.SSCheck1.Value(), 1);
+  EXPECT_EQ(f.SSCheck2.Value(), 1);
+  EXPECT_EQ(f.Check1.Value(), 1);
+  EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2024, 2, 28}));
+  EXPECT_EQ(f.DTPicker2.Value(), (data::Date{2024, 6, 1}));
+  EXPECT_EQ(f.RichTextBox3.Text(), "Venta vieja");
+  EXPECT_EQ(f.RichTextBox2.Text(), "Frágil");
+  const Textos primero{"A-100", "1.5", "-1.5", "11.6", "17.4", " Martillo", "71", "Caja", "1", "", ""};
+  const Textos segundo{"A-100", "2.5", "-2.5", "11.6", "29", " ", "72", "Caja", "2", "", "7501"};
+  for (int columna = 0; columna < 11; ++columna) {
+    EXPECT_EQ(Celda(f, 1, columna), primero[static_cast<std::size_t>(columna)]) << columna;
+    EXPECT_EQ(Celda(f, 2, columna), segundo[static_cast<std::size_t>(columna)]) << columna;
+  }
+  EXPECT_EQ(Celda(f, 3, 0), "");
+  EXPECT_EQ(f.txtFields(10).Text(), "2");
+  EXPECT_EQ(f.txtFields(8).Text(), "4");
+  EXPECT_EQ(f.txtFields(11).Text(), "46.4");
+  EXPECT_EQ(f.UltimaPartida, 2);
+  EXPECT_EQ(f.rstPartidas->CursorType(), 1);
+  EXPECT_EQ(f.rstPartidas->LockType(), 3);
+  EXPECT_EQ(CuentaSentencias("SELECT * FROM salpart WHERE salida = (7)"), 1);
+  EXPECT_EQ(f.fg2.Row(), 1);
+  EXPECT_EQ(f.fg2.Col(), 0);
+  EXPECT_EQ(f.Salida, 7);
+}
+
+TEST_F(PantallaDeSalidas, TheMarksThatAreSetFireTheirHooksWhileLoading) {
+  DocumentoGuardado();
+  Sql("UPDATE salidas SET traspasoaestacion = 1, paraempleado = 1");
+  ModificaSalida(7);
+  EXPECT_EQ(Claves(), (Textos{"SALIDAS012", "SALIDAS015", "SALIDAS009", "SALIDAS001"}));
+  UltimaSalida().Discard();
+  Sql("UPDATE salidas SET traspasoaestacion = 0, paraempleado = NULL, ocupado = 0");
+  Olvida();
+  ModificaSalida(7);
+  EXPECT_EQ(Claves(), (Textos{"SALIDAS009", "SALIDAS001"}));
+}
+
+TEST_F(PantallaDeSalidas, NullColumnsOfTheHeaderShowAsNothingAndLeaveTheMarksOff) {
+  Sql("INSERT INTO salidas (salida, estado) VALUES (?, ?)", {7, "PE"});
+  frmSalidasWizard& f = ModificaSalida(7);
+  for (int campo : {0, 14, 11, 3, 7, 16, 9, 13, 17, 2}) EXPECT_EQ(f.txtFields(campo).Text(), "") << campo;
+  EXPECT_EQ(f.RichTextBox2.Text(), "");
+  EXPECT_EQ(f.RichTextBox3.Text(), "");
+  for (forms::CheckBox* caja : {&f.Check1, &f.Check5, &f.SSCheck1, &f.SSCheck2}) EXPECT_EQ(caja->Value(), 0);
+  EXPECT_TRUE(Reportes().empty());
+}
+
+TEST_F(PantallaDeSalidas, WithoutAStoredDayOfReturnThePickerStaysAsItWas) {
+  DocumentoGuardado();
+  frmSalidasWizard sin_cargar(*anfitrion);
+  frmSalidasWizard& f = ModificaSalida(7);
+  EXPECT_EQ(f.DTPicker2.Value(), sin_cargar.DTPicker2.Value());
+  EXPECT_NE(f.DTPicker2.Value(), f.DTPicker1.Value());
+}
+
+TEST_F(PantallaDeSalidas, TheStoredDateAndDescriptionWinOverThoseOfTheConcept) {
+  DocumentoGuardado();
+  frmSalidasWizard& f = ModificaSalida(7);
+  EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2024, 2, 28}));
+  EXPECT_EQ(f.RichTextBox3.Text(), "Venta vieja");
+}
+
+TEST_F(PantallaDeSalidas, AMarkThatIsStoredOffDoesNotTakeOffTheOneThatTheBranchHasSet) {
+  DocumentoGuardado();
+  Sql("UPDATE salidas SET sucursal = 'NTE', esparasucursal = 0");
+  EXPECT_EQ(ModificaSalida(7).Check5.Value(), 1);
+}
+
+TEST_F(PantallaDeSalidas, ForChangeTheLockIsTaken) {
+  DocumentoGuardado();
+  ModificaSalida(7);
+  EXPECT_EQ(Ocupado(), "1");
+  EXPECT_EQ(CuentaSentencias("UPDATE salidas SET ocupado = 1 WHERE salidas.salida = 7"), 1);
+}
+
+TEST_F(PantallaDeSalidas, ForReadingTheLockStaysAsItIsOpenAndClosed) {
+  DocumentoGuardado(1, "CO", 1);
+  frmSalidasWizard& f = ConsultaSalida(7);
+  f.Unload();
+  EXPECT_EQ(Ocupado(), "1");
+  EXPECT_EQ(CuentaSentencias("UPDATE"), 0);
+}
+
+TEST_F(PantallaDeSalidas, ADocumentWithoutLinesKeepsItsStoredTotal) {
+  DocumentoGuardado();
+  frmSalidasWizard& f = ModificaSalida(7);
+  EXPECT_EQ(f.txtFields(11).Text(), "23.2");
+  EXPECT_EQ(f.txtFields(10).Text(), "");
+  EXPECT_EQ(Celda(f, 1, 0), "");
+}
+
+TEST_F(PantallaDeSalidas, ForReadingOnlyGridResendAndCancelStayEnabled) {
+  DocumentoGuardado(1);
+  frmSalidasWizard& f = ConsultaSalida(7);
+  const std::set<std::string> abiertos{"fg2", "Command1", "Command2"};
+  for (forms::Control* control : f.Controls()) {
+    if (dynamic_cast<forms::PictureBox*>(control) != nullptr) continue;  // told below by what it lets reach
+    EXPECT_EQ(control->Enabled(), control->IsLabel() || abiertos.contains(control->FullName()))
+        << control->FullName();
+  }
+}
+
+TEST_F(PantallaDeSalidas, ForReadingGridResendAndCancelCanBeReachedByHand) {
+  DocumentoGuardado(2);
+  frmSalidasWizard& f = ConsultaSalida(7);
+  f.ClickCell(f.fg2, 2, 1);
+  EXPECT_EQ(f.fg2.Row(), 2);
+  Olvida();
+  f.Click(f.Command1);
+  EXPECT_EQ(Claves(), (Textos{"SALIDAS005"}));
+  f.Click(f.Command2);
+  EXPECT_FALSE(f.Open());
+}
+
+TEST_F(PantallaDeSalidas, InTheOtherModesTheControlsAreAsDesigned) {
+  DocumentoGuardado();
+  for (frmSalidasWizard* f : {&NuevaSalida(), &ModificaSalida(7)}) {
+    for (int campo : {0, 14, 2, 3, 13, 15, 16, 4, 5, 6, 24}) EXPECT_TRUE(f->txtFields(campo).Enabled());
+    for (int campo : {1, 7, 8, 10, 11}) EXPECT_FALSE(f->txtFields(campo).Enabled()) << campo;
+    EXPECT_TRUE(f->Command1.Enabled());
+    EXPECT_TRUE(f->Command5.Enabled());
+    EXPECT_TRUE(f->Check3.Enabled());
+  }
+}
+
+TEST_F(PantallaDeSalidas, TheReaderStartsAsTheStationHasIt) {
+  EXPECT_EQ(NuevaSalida().Check4.Value(), 0);
+  anfitrion->Ambiente().Parametro("Lector", 2);
+  EXPECT_EQ(NuevaSalida().Check4.Value(), 1);
+}
+
+TEST_F(PantallaDeSalidas, TheLoadHookComesLastAndBeforeTheScreenIsPresented) {
+  std::string visto;
+  Gancho("SALIDAS001", [&](frmSalidasWizard& f) {
+    visto = f.Modo + "|" + std::to_string(f.NumeroDePartidas) + "|" + (f.Acumulado ? "a" : "-") + "|" +
+            (f.wb.Location().empty() ? "-" : "h") + "|" + (f.Visible() ? "v" : "-") + "|" +
+            std::to_string(bitacora.presentadas.size());
+  });
+  frmSalidasWizard& f = NuevaSalida();
+  EXPECT_EQ(visto, "ALTA|7|a|h|-|0");
+  EXPECT_EQ(bitacora.presentadas, (Textos{"frmSalidasWizard"}));
+  EXPECT_TRUE(f.Visible());
+}
+
+TEST_F(PantallaDeSalidas, ALoadHookThatCancelsSkipsOnlyThePresentation) {
+  Gancho("SALIDAS001", [](frmSalidasWizard& f) { f.CancelaProceso = true; });
+  frmSalidasWizard& f = NuevaSalida();
+  EXPECT_TRUE(bitacora.presentadas.empty());
+  EXPECT_FALSE(f.CancelaProceso);
+  EXPECT_TRUE(f.Open());
+}
+
+// ---- keys, labels, painting, resizing ----
+
+TEST_F(PantallaDeSalidas, F1AsksForHelpAndDoesNothingElse) {
+  frmSalidasWizard& f = NuevaSalida();
+  f.Enter(f.txtFields(14));
+  Olvida();
+  Tecla(f, "F1");
+  EXPECT_EQ(Claves(), (Textos{"AYUDA"}));
+  EXPECT_TRUE(f.txtFields(14).HasFocus());
+}
+
+TEST_F(PantallaDeSalidas, F2GoesToTheArticleFromWhereverTheFocusIs) {
+  frmSalidasWizard& f = NuevaSalida();
+  Tecla(f, "F2", f.Check3);
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+}
+
+TEST_F(PantallaDeSalidas, F3TogglesTheReaderAndGoesToTheArticleOnlyWhenItTurnsItOn) {
+  frmSalidasWizard& f = NuevaSalida();
+  Tecla(f, "F3", f.txtFields(14));
+  EXPECT_EQ(f.Check4.Value(), 1);
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  Tecla(f, "F3", f.txtFields(14));
+  EXPECT_EQ(f.Check4.Value(), 0);
+  EXPECT_TRUE(f.txtFields(14).HasFocus());
+  f.txtFields(4).Enabled(false);
+  Tecla(f, "F3");
+  EXPECT_EQ(f.Check4.Value(), 1);
+  EXPECT_TRUE(f.txtFields(14).HasFocus());
+}
+
+TEST_F(PantallaDeSalidas, F6SendsToTheBranchAndF9AndTheDottedButtonStoreTheLine) {
+  frmSalidasWizard& f = NuevaSalida();
+  Olvida();
+  Tecla(f, "F6", f.txtFields(14));
+  EXPECT_EQ(Claves(), (Textos{"SALIDAS005"}));
+  Tecla(f, "F9");
+  f.Click(f.Command6);
+  EXPECT_EQ(Numeros(), (std::vector<int>{234, 234}));
+}
+
+TEST_F(PantallaDeSalidas, OnePressOfF5IsOneFinish) {
+  frmSalidasWizard& f = NuevaSalida();
+  Tecla(f, "F5", f.txtFields(4));
+  EXPECT_EQ(Numeros(), std::vector<int>{338});
+  Tecla(f, "F5", f.fg2);
+  EXPECT_EQ(Numeros(), (std::vector<int>{338, 338}));
+}
+
+TEST_F(PantallaDeSalidas, ClicksOnTheLabelsToggleTheirBoxesWhereEnabled) {
+  frmSalidasWizard& f = NuevaSalida();
+  f.Click(f.Label10(0));
+  f.Click(f.Label10(1));
+  f.Click(f.Label10(2));
+  EXPECT_EQ(f.Check3.Value(), 1);
+  EXPECT_EQ(f.Check2.Value(), 0);
+  f.Click(f.Label10(1));
+  EXPECT_EQ(f.Check3.Value(), 0);
+  f.Check3.Enabled(false);
+  f.Check2.Enabled(false);
+  f.Click(f.Label10(1));
+  f.Click(f.Label10(2));
+  EXPECT_EQ(f.Check3.Value(), 0);
+  EXPECT_EQ(f.Check2.Value(), 0);
+}
+
+TEST_F(PantallaDeSalidas, PaintingFiresItsHook) {
+  frmSalidasWizard& f = NuevaSalida();
+  Olvida();
+  f.Paint();
+  EXPECT_EQ(Claves(), (Textos{"SALIDAS007"}));
+  bitacora.FallaServicio("BuscaCatalogo", 1, "falla provocada");
+  f.Paint();
+  EXPECT_EQ(Reportes(), (Textos{Reporte("Form_Paint")}));
+}
+
+TEST_F(PantallaDeSalidas, TheMiddlePanelTakesWhatTheOthersLeave) {
+  frmSalidasWizard& f = NuevaSalida();
+  f.Picture1.Height(2000);
+  f.Picture3.Height(3000);
+  f.fg2.Width(7000);
+  f.Resize(12000, 9000);
+  EXPECT_EQ(f.Picture2.Height(), 3800);
+  EXPECT_EQ(f.fg2.Height(), 3500);
+  EXPECT_EQ(f.wb.Width(), 4850);
+  EXPECT_EQ(f.wb.Height(), 3500);
+  f.Resize(100, 100);
+  EXPECT_TRUE(Reportes().empty());
+  EXPECT_TRUE(no_atrapados.empty());
+}
+
+TEST_F(PantallaDeSalidas, EnterInTheDayOfReturnGoesToTheArticle) {
+  frmSalidasWizard& f = NuevaSalida();
+  Tecla(f, "Left", f.DTPicker2);
+  EXPECT_TRUE(f.DTPicker2.HasFocus());
+  Tecla(f, "Enter");
+  EXPECT_TRUE(f.txtFields(4).HasFocus());
+}
+
+// ---- closing ----
+
+TEST_F(PantallaDeSalidas, TheCloseBoxAndCancelCloseAtOnceAndAskNothing) {
+  frmSalidasWizard& f = NuevaSalida();
+  f.Close();
+  EXPECT_FALSE(f.Open());
+  frmSalidasWizard& g = NuevaSalida();
+  g.Click(g.Command2);
+  EXPECT_FALSE(g.Open());
+  frmSalidasWizard& h = NuevaSalida();
+  h.Timer1_Timer();
+  EXPECT_FALSE(h.Open());
+  EXPECT_TRUE(bitacora.mensajes.empty());
+  EXPECT_EQ(Claves().back(), "SALIDAS006");
+  EXPECT_EQ(bitacora.regresadas, (Textos{"frmMaster", "frmMaster", "frmMaster"}));
+}
+
+TEST_F(PantallaDeSalidas, ARefusedCloseKeepsScreenAndLockOnce) {
+  DocumentoGuardado();
+  int veces = 0;
+  Gancho("SALIDAS006", [&](frmSalidasWizard& f) { f.CancelaProceso = ++veces == 1; });
+  frmSalidasWizard& f = ModificaSalida(7);
+  f.Close();
+  EXPECT_TRUE(f.Open());
+  EXPECT_FALSE(f.CancelaProceso);
+  EXPECT_EQ(Ocupado(), "1");
+  EXPECT_TRUE(bitacora.regresadas.empty());
+  f.Close();
+  EXPECT_FALSE(f.Open());
+  EXPECT_EQ(Ocupado(), "0");
+}
+
+TEST_F(PantallaDeSalidas, ClosingForChangeReleasesTheLockByTheNumberOfTheRow) {
+  DocumentoGuardado();
+  frmSalidasWizard& f = ModificaSalida(7);
+  f.Salida = 99;
+  f.Unload();
+  EXPECT_EQ(bitacora.sentencias.back(), "UPDATE salidas SET ocupado = 0 WHERE salida = 7");
+  EXPECT_EQ(Ocupado(), "0");
+}
+
+TEST_F(PantallaDeSalidas, ClosingANewDocumentBeforeAnyLineWritesNothing) {
+  ConConcepto().Unload();
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM salidas"), "0");
+  EXPECT_EQ(CuentaSentencias("INSERT") + CuentaSentencias("UPDATE"), 0);
+}
+
+TEST_F(PantallaDeSalidas, ClosingAfterTheFirstLineLeavesAPendingUnlockedDocument) {
+  frmSalidasWizard& f = Salida({{"A-100", "1"}});
+  EXPECT_EQ(Uno("SELECT ocupado FROM salidas"), "1");
+  f.Unload();
+  EXPECT_EQ(Uno("SELECT estado FROM salidas"), "PE");
+  EXPECT_EQ(Uno("SELECT ocupado FROM salidas"), "0");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM salpart"), "1");
+}
+
+TEST_F(PantallaDeSalidas, ClosingWithoutAHostFormGoesOn) {
+  movimientos->Parent = nullptr;
+  NuevaSalida().Unload();
+  EXPECT_TRUE(plataforma.Screens().empty());
+  EXPECT_TRUE(bitacora.mensajes.empty());
+  EXPECT_EQ(bitacora.regresadas.size(), 1u);
+}
+
+TEST_F(PantallaDeSalidas, EachStepOfClosingFailsAlone) {
+  DocumentoGuardado();
+  frmSalidasWizard& f = ModificaSalida(7);
+  bitacora.FallaServicio("BuscaCatalogo", 1, "gancho");
+  bitacora.Falla("SET ocupado = 0", 1, "candado");
+  bitacora.FallaServicio("SetFocus", 1, "foco");
+  bitacora.FallaServicio("RegresaForma", 1, "regreso");
+  f.Unload();
+  EXPECT_EQ(Reportes(), (Textos{Reporte("Form_Unload", "gancho"), Reporte("Form_Unload", "candado"),
+                                Reporte("Form_Unload", "regreso")}));
+  EXPECT_TRUE(plataforma.Screens().empty());
+}
+
+}  // namespace
+}  // namespace tarvik::tests
