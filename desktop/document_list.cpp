@@ -90,12 +90,13 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   empty_->hide();
 
   auto* foot = new QWidget(this);
-  auto* line = MakeKeyLine(*foot, {{QStringLiteral("Intro"), QStringLiteral("abrir")},
-                                   {QStringLiteral("Ctrl+Intro"), QStringLiteral("consultar")},
-                                   {QStringLiteral("Insert"), IsGoodsIn(kind) ? QStringLiteral("nueva entrada")
-                                                                              : QStringLiteral("nueva salida")},
-                                   {QStringLiteral("Supr"), QStringLiteral("eliminar")},
-                                   {QStringLiteral("F5"), QStringLiteral("actualizar")}});
+  auto* line =
+      MakeKeyLine(*foot, {{QStringLiteral("Intro"), QStringLiteral("abrir")},
+                          {QStringLiteral("Ctrl+Intro"), QStringLiteral("consultar")},
+                          {QStringLiteral("Insert"), IsGoodsIn(kind) ? QStringLiteral("nueva entrada")
+                                                                     : QStringLiteral("nueva salida")},
+                          {QStringLiteral("Supr"), QStringLiteral("eliminar")},
+                          {QStringLiteral("F5"), QStringLiteral("actualizar")}});
   count_->setProperty("role", "soft");
   count_->setAccessibleName(QStringLiteral("Documentos en la lista"));
   total_->setAccessibleName(QStringLiteral("Suma de los importes"));

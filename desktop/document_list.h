@@ -62,7 +62,7 @@ class DocumentList : public QWidget {
   QLabel* total_;
   QLabel* reason_;
   QMenu* menu_ = nullptr;
-  int wanted_ = 0;  // to be chosen when it has been read
+  int wanted_ = 0;   // to be chosen when it has been read
   int offset_ = -1;  // rows between the first one seen and the chosen one
   bool shown_ = false;
 };

@@ -35,7 +35,8 @@ enum Read {
 };
 
 constexpr const char* kColumns =
-    "d.f_emision, d.tipo_doc, COALESCE(c.descrip, d.datos), d.observ, d.almacen, a.descrip, d.importe, d.estado, "
+    "d.f_emision, d.tipo_doc, COALESCE(c.descrip, d.datos), d.observ, d.almacen, a.descrip, d.importe, "
+    "d.estado, "
     "d.ocupado, d.usuario, r.usuario AS retiene, r.estacion, r.desde";
 
 QString Text(const Value& value) { return QString::fromStdString(data::ToText(value)); }
@@ -64,8 +65,7 @@ bool UnderstandDate(const QString& text, DocumentFilter& filter) {
   static const QRegularExpression day_first(
       QStringLiteral("^(\\d{1,2})[/.](?:(\\d{1,2})(?:[/.](\\d{0,4}))?)?$"));
   static const QRegularExpression month_year(QStringLiteral("^(\\d{1,2})[/.](\\d{4})$"));
-  static const QRegularExpression year_first(
-      QStringLiteral("^(\\d{4})-(?:(\\d{1,2})(?:-(\\d{1,2})?)?)?$"));
+  static const QRegularExpression year_first(QStringLiteral("^(\\d{4})-(?:(\\d{1,2})(?:-(\\d{1,2})?)?)?$"));
   if (const auto found = month_year.match(text); found.hasMatch()) {
     const auto first = ValidDate(found.captured(2).toInt(), found.captured(1).toInt(), 1);
     if (first) filter.dates = Month(*first);
@@ -195,11 +195,13 @@ std::pair<std::string, std::vector<Value>> HoldsWord(data::Dialect dialect, cons
   }
   if (!sqlite) return {column + " ~ ?", {pattern.toStdString()}};
   // The rough test costs a tenth of the exact one, and most rows fail it.
-  return {"(" + column + " LIKE ? AND " + column + " GLOB ?)",
-          {QStringLiteral("%%1%").arg(rough).toStdString(), QStringLiteral("*%1*").arg(pattern).toStdString()}};
+  return {
+      "(" + column + " LIKE ? AND " + column + " GLOB ?)",
+      {QStringLiteral("%%1%").arg(rough).toStdString(), QStringLiteral("*%1*").arg(pattern).toStdString()}};
 }
 
-DocumentListModel::DocumentListModel(Reader& reader, ListKind kind, std::string amount_pattern, QObject* parent)
+DocumentListModel::DocumentListModel(Reader& reader, ListKind kind, std::string amount_pattern,
+                                     QObject* parent)
     : PagedModel(reader, parent), kind_(kind), amount_pattern_(std::move(amount_pattern)) {}
 
 void DocumentListModel::SetFilter(const QString& typed) { SetFilterText(typed.simplified()); }
@@ -262,7 +264,9 @@ QString DocumentListModel::TotalText() const {
   return Total() ? QString::fromStdString(data::FormatNumber(Total()->total, amount_pattern_)) : QString();
 }
 
-int DocumentListModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
+int DocumentListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : ColumnCount;
+}
 
 QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
@@ -298,7 +302,8 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
         return QStringLiteral("Tomado por %1 en la estación %2%3")
             .arg(Text(cells[kHolder]), Text(cells[kStation]),
                  since ? QStringLiteral(" desde el %1 a las %2")
-                             .arg(DateText(since->date), QString::fromStdString(since->time.Text().substr(0, 5)))
+                             .arg(DateText(since->date),
+                                  QString::fromStdString(since->time.Text().substr(0, 5)))
                        : QString());
       }
       [[fallthrough]];

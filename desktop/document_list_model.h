@@ -25,7 +25,7 @@ constexpr bool IsPending(ListKind kind) {
 // "21/11/2026", "11/2026", "21/11", "2026-11-21", "2026-11" a date; anything else words, each of
 // which must stand in the concept, its description or the remarks.
 struct DocumentFilter {
-  std::optional<std::string> number;  // digits
+  std::optional<std::string> number;                       // digits
   std::optional<std::pair<data::Date, data::Date>> dates;  // both included
   std::optional<std::pair<int, int>> day_month;            // of any year
   std::vector<std::string> words;

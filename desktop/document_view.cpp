@@ -172,8 +172,8 @@ void DocumentView::ShowKeys() {
   while (row->count() < now.size() * 2) {
     auto* cap = new QLabel;
     cap->setProperty("role", "keycap");
-    row->addWidget(cap);
-    row->addWidget(Soft());
+    row->addWidget(cap, 0, Qt::AlignVCenter);
+    row->addWidget(Soft(), 0, Qt::AlignVCenter);
   }
   for (int item = 0; item < row->count(); ++item) {
     auto* label = static_cast<QLabel*>(row->itemAt(item)->widget());

@@ -98,8 +98,8 @@ QWidget* GoodsInView::EntryRow() {
   row->addWidget(Labelled(Caption("Label4"), number(28, tr("Cuántas presentaciones"))), 2);
   row->addWidget(Labelled(QStringLiteral(" "), Field(29, tr("Unidad de la presentación"))), 1);
   auto* store = Button("Command6", QStringLiteral("outlined"), tr("Guardar la línea, como F9"));
+  store->setProperty("compact", true);
   store->setFixedSize(measure::kField + measure::kGrid, measure::kField);
-  store->setStyleSheet(QStringLiteral("padding: 0; min-height: 0;"));
   row->addWidget(Labelled(QStringLiteral(" "), store));
   column->addLayout(row);
   auto* aids = new QHBoxLayout;

@@ -1,3 +1,4 @@
+// The painting of cells, and the manners that all tables of the lists share. It reads no data.
 #include "desktop/list_cells.h"
 
 #include <QApplication>
@@ -36,13 +37,15 @@ void DrawFigures(QPainter& painter, QRect area, const QString& text, bool right)
     const int width = character.isDigit() ? digit : metrics.horizontalAdvance(character);
     x -= width;
     if (x < area.left() - digit) return;
-    painter.drawText(QRect(x, area.top(), width, area.height()), Qt::AlignCenter | Qt::TextDontClip, character);
+    painter.drawText(QRect(x, area.top(), width, area.height()), Qt::AlignCenter | Qt::TextDontClip,
+                     character);
   }
 }
 
 }  // namespace
 
-void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
   QStyleOptionViewItem whole = option;
   initStyleOption(&whole, index);
   const QString text = whole.text;
@@ -72,7 +75,8 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     font.setWeight(QFont::DemiBold);
     painter->setFont(font);
     const QFontMetrics metrics(font);
-    QRect pill(area.left(), 0, metrics.horizontalAdvance(text) + 2 * kPadding, metrics.height() + kPadding / 2);
+    QRect pill(area.left(), 0, metrics.horizontalAdvance(text) + 2 * kPadding,
+               metrics.height() + kPadding / 2);
     pill.moveTop(area.center().y() - pill.height() / 2 + 1);
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);

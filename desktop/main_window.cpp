@@ -45,8 +45,12 @@ const QString kLastPage = QStringLiteral("ventana/pagina");
 // The key as it stands on a Spanish keyboard.
 QString KeyText(const QKeySequence& key) {
   QString text = key.toString(QKeySequence::PortableText);
-  for (const auto& [foreign, own] : {std::pair{"Shift", "Mayús"}, {"Return", "Intro"}, {"Del", "Supr"},
-                                     {"Ins", "Insert"}, {"PgDown", "AvPág"}, {"PgUp", "RePág"}}) {
+  for (const auto& [foreign, own] : {std::pair{"Shift", "Mayús"},
+                                     {"Return", "Intro"},
+                                     {"Del", "Supr"},
+                                     {"Ins", "Insert"},
+                                     {"PgDown", "AvPág"},
+                                     {"PgUp", "RePág"}}) {
     text.replace(QString::fromUtf8(foreign), QString::fromUtf8(own));
   }
   return text;
@@ -134,7 +138,8 @@ void MainWindow::MakePages() {
             [this, list](int number) { OpenDocument(*list, number, false); });
     connect(list, &DocumentList::ReadRequested, this,
             [this, list](int number) { OpenDocument(*list, number, true); });
-    connect(list, &DocumentList::DeleteRequested, this, [this, list](int number) { DeleteDocument(*list, number); });
+    connect(list, &DocumentList::DeleteRequested, this,
+            [this, list](int number) { DeleteDocument(*list, number); });
     connect(list, &DocumentList::SelectionChanged, this, [this, list] {
       if (list != ListOnShow()) return;
       // The rows themselves, which may be many, are handed over when the class is asked for something.
@@ -184,8 +189,9 @@ void MainWindow::MakeMenus() {
           &QAction::triggered, this, [this] { New(true); });
   connect(Add(document, QStringLiteral("Nueva &salida"), {QKeySequence(QStringLiteral("Ctrl+Shift+S"))}),
           &QAction::triggered, this, [this] { New(false); });
-  connect(Add(document, QStringLiteral("&Traspaso de estación"), {QKeySequence(QStringLiteral("Ctrl+Shift+T"))}),
-          &QAction::triggered, this, &MainWindow::Transfer);
+  connect(
+      Add(document, QStringLiteral("&Traspaso de estación"), {QKeySequence(QStringLiteral("Ctrl+Shift+T"))}),
+      &QAction::triggered, this, &MainWindow::Transfer);
   document.addSeparator();
 
   // The keys of a list are the list's own, so that a screen may have the same ones; here they are
@@ -197,7 +203,8 @@ void MainWindow::MakeMenus() {
     });
     return action;
   };
-  new_ = of_list(QStringLiteral("&Nuevo\tInsert"), [this](DocumentList& list) { New(IsGoodsIn(list.Kind())); });
+  new_ =
+      of_list(QStringLiteral("&Nuevo\tInsert"), [this](DocumentList& list) { New(IsGoodsIn(list.Kind())); });
   open_ = of_list(QStringLiteral("&Abrir\tIntro"),
                   [this](DocumentList& list) { OpenDocument(list, list.Selected(), false); });
   read_ = of_list(QStringLiteral("&Consultar\tCtrl+Intro"),
@@ -213,8 +220,8 @@ void MainWindow::MakeMenus() {
   connect(close_screen_, &QAction::triggered, this, [this] {
     if (auto* view = qobject_cast<ScreenView*>(stack_->currentWidget())) view->Screen().Close();
   });
-  connect(Add(document, QStringLiteral("Sali&r"), {QKeySequence(QStringLiteral("Ctrl+Q"))}), &QAction::triggered,
-          this, &QWidget::close);
+  connect(Add(document, QStringLiteral("Sali&r"), {QKeySequence(QStringLiteral("Ctrl+Q"))}),
+          &QAction::triggered, this, &QWidget::close);
 
   auto& view = *menuBar()->addMenu(QStringLiteral("&Ver"));
   for (int i = 0; i <= kStockPage; ++i) {
@@ -246,11 +253,12 @@ void MainWindow::MakeMenus() {
   connect(Add(view, QStringLiteral("Pantalla an&terior"),
               {QKeySequence(QStringLiteral("Ctrl+Shift+Tab")), QKeySequence(QStringLiteral("Ctrl+PgUp"))}),
           &QAction::triggered, this, [this] { NextTab(-1); });
-  as_windows_ =
-      Add(view, QStringLiteral("Pantallas en &ventanas propias"), {QKeySequence(QStringLiteral("Ctrl+Alt+V"))});
+  as_windows_ = Add(view, QStringLiteral("Pantallas en &ventanas propias"),
+                    {QKeySequence(QStringLiteral("Ctrl+Alt+V"))});
   as_windows_->setCheckable(true);
   as_windows_->setChecked(office_.settings.value(kOwnWindows, false).toBool());
-  connect(as_windows_, &QAction::toggled, this, [this](bool on) { office_.settings.setValue(kOwnWindows, on); });
+  connect(as_windows_, &QAction::toggled, this,
+          [this](bool on) { office_.settings.setValue(kOwnWindows, on); });
   narrow_ = Add(view, QStringLiteral("Barra lateral an&gosta"), {QKeySequence(QStringLiteral("Ctrl+B"))});
   narrow_->setCheckable(true);
   narrow_->setChecked(office_.settings.value(kNarrowSetting, false).toBool());
@@ -263,20 +271,21 @@ void MainWindow::MakeMenus() {
   themes_ = new QActionGroup(this);
   int mode = 0;
   for (const auto* text : {"&Sistema", "&Claro", "&Oscuro"}) {
-    auto* action = Add(themes, QString::fromUtf8(text), {QKeySequence(QStringLiteral("Ctrl+Alt+%1").arg(mode + 1))});
+    auto* action =
+        Add(themes, QString::fromUtf8(text), {QKeySequence(QStringLiteral("Ctrl+Alt+%1").arg(mode + 1))});
     action->setCheckable(true);
     themes_->addAction(action);
     connect(action, &QAction::triggered, this, [this, mode] { ChooseTheme(mode); });
     ++mode;
   }
-  connect(Add(view, QStringLiteral("Ga&nchos"), {QKeySequence(QStringLiteral("Ctrl+Shift+G"))}), &QAction::triggered,
-          this, &MainWindow::HooksRequested);
+  connect(Add(view, QStringLiteral("Ga&nchos"), {QKeySequence(QStringLiteral("Ctrl+Shift+G"))}),
+          &QAction::triggered, this, &MainWindow::HooksRequested);
 
   tools_ = menuBar()->addMenu(QStringLiteral("&Herramientas"));
   tools_->menuAction()->setVisible(false);
   help_ = menuBar()->addMenu(QStringLiteral("A&yuda"));
-  connect(Add(*help_, QStringLiteral("A&yuda"), {QKeySequence(QStringLiteral("F1"))}), &QAction::triggered, this,
-          &MainWindow::HelpRequested);
+  connect(Add(*help_, QStringLiteral("A&yuda"), {QKeySequence(QStringLiteral("F1"))}), &QAction::triggered,
+          this, &MainWindow::HelpRequested);
 
   auto* popup = new QMenu(this);
   popup->addActions({new_, open_, read_, delete_, release_});
@@ -327,9 +336,8 @@ void MainWindow::UpdateStatus() {
   data::Date date;
   try {
     office_.host.Funciones().FechaDeTrabajo(context.ValorFechaA(), context.ValorFechaB(), date);
-    status_date_->setText(
-        QStringLiteral("Fecha de trabajo: ") +
-        QDate(date.year, date.month, date.day).toString(QStringLiteral("dd/MM/yyyy")));
+    status_date_->setText(QStringLiteral("Fecha de trabajo: ") +
+                          QDate(date.year, date.month, date.day).toString(QStringLiteral("dd/MM/yyyy")));
   } catch (const std::exception&) {
     status_date_->setText(QStringLiteral("Fecha de trabajo: sin dato"));
   }
@@ -384,8 +392,8 @@ void MainWindow::NextTab(int step) {
 // ---- screens ----
 
 MainWindow::Screen* MainWindow::Find(const ScreenView* view) {
-  const auto found =
-      std::find_if(screens_.begin(), screens_.end(), [&](const Screen& screen) { return screen.view == view; });
+  const auto found = std::find_if(screens_.begin(), screens_.end(),
+                                  [&](const Screen& screen) { return screen.view == view; });
   return found == screens_.end() ? nullptr : &*found;
 }
 
@@ -527,8 +535,10 @@ void MainWindow::LetGo(const Screen& screen) {
     auto& connection = office_.host.Conexion();
     const auto held = host::Lee(connection, type, number);
     auto& context = office_.host.Ambiente();
-    // Freed and taken by somebody else meanwhile: the row is his.
-    if (held && held->usuario == context.Usuario() && held->estacion == context.Estacion()) {
+    // Freed and taken by somebody else meanwhile, the row is his.
+    const bool ours = held && held->usuario == context.Usuario() && held->estacion == context.Estacion() &&
+                      held->desde == screen.since;
+    if (ours) {
       host::Suelta(connection, type, number);
     }
   } catch (const std::exception& error) {
@@ -555,7 +565,8 @@ void MainWindow::New(bool goods_in) {
 }
 
 void MainWindow::Transfer() {
-  Try(QStringLiteral("No se pudo abrir el traspaso de estación"), [this] { door_.movimientoEstacion(0, false); });
+  Try(QStringLiteral("No se pudo abrir el traspaso de estación"),
+      [this] { door_.movimientoEstacion(0, false); });
 }
 
 void MainWindow::OpenDocument(DocumentList& list, int number, bool read_only) {
@@ -601,10 +612,12 @@ void MainWindow::Release(DocumentList& list, int number) {
     const auto held = host::Lee(connection, type, number);
     const std::string who =
         held ? " Lo tiene " + held->usuario + " en la estación " + held->estacion + "." : "";
-    const std::string text = "¿Desea liberar el documento " + std::to_string(number) + "?" + who +
-                             " Hágalo sólo si esa pantalla ya no está abierta: dos personas podrían cambiarlo a la vez.";
-    if (!office_.host.Plataforma().ShowBox(forms::BoxKind::Question, text,
-                                           forms::kBoxYesNo + forms::kBoxQuestion + forms::kBoxSecondDefault)) {
+    const std::string text =
+        "¿Desea liberar el documento " + std::to_string(number) + "?" + who +
+        " Hágalo sólo si esa pantalla ya no está abierta: dos personas podrían cambiarlo a la vez.";
+    if (!office_.host.Plataforma().ShowBox(
+            forms::BoxKind::Question, text,
+            forms::kBoxYesNo + forms::kBoxQuestion + forms::kBoxSecondDefault)) {
       return;
     }
     host::Libera(connection, type, number, office_.host.Ambiente().Usuario());
@@ -616,8 +629,9 @@ void MainWindow::Try(const QString& what, const std::function<void()>& act) {
   try {
     act();
   } catch (const std::exception& error) {
-    const QString text = QStringLiteral("%1: %2. No se cambió ningún documento. Corrija la causa e inténtelo de nuevo.")
-                             .arg(what, QString::fromUtf8(error.what()));
+    const QString text =
+        QStringLiteral("%1: %2. No se cambió ningún documento. Corrija la causa e inténtelo de nuevo.")
+            .arg(what, QString::fromUtf8(error.what()));
     office_.host.Plataforma().ShowBox(forms::BoxKind::Error, text.toStdString(), forms::kBoxStop);
   }
 }

@@ -30,13 +30,13 @@ std::string Direction(const Listing& listing) { return listing.descending ? " DE
 
 // The keys first, the whole rows behind them: an index often holds all that finding the keys takes.
 std::string RowsText(const Listing& listing, const Condition& condition, int limit) {
-  std::string text = "SELECT " + listing.columns + " FROM (SELECT " + listing.key + " AS k FROM " + listing.table +
-                     condition.Where();
+  std::string text = "SELECT " + listing.columns + " FROM (SELECT " + listing.key + " AS k FROM " +
+                     listing.table + condition.Where();
   if (limit > 0) {
     text += " ORDER BY " + Key(listing) + Direction(listing) + " LIMIT " + std::to_string(limit);
   }
-  text += ") k JOIN " + listing.table + " d ON d." + listing.key + " = k.k " + listing.joins + " ORDER BY d." +
-          listing.key + Direction(listing);
+  text += ") k JOIN " + listing.table + " d ON d." + listing.key + " = k.k " + listing.joins +
+          " ORDER BY d." + listing.key + Direction(listing);
   return listing.more_order.empty() ? text : text + ", " + listing.more_order;
 }
 
@@ -120,8 +120,9 @@ struct PagedModel::Cursor {
     }
     condition.And(listing.where, listing.values);
     const std::string total = listing.sum.empty() ? "0" : "SUM(" + listing.sum + ")";
-    const auto found = connection.Run(
-        "SELECT COUNT(*) AS n, " + total + " AS t FROM " + listing.table + condition.Where(), condition.values);
+    const auto found =
+        connection.Run("SELECT COUNT(*) AS n, " + total + " AS t FROM " + listing.table + condition.Where(),
+                       condition.values);
     sums.count += Number(found.rows.at(0).at(0));
     sums.total += data::ToNumber(found.rows.at(0).at(1));
     if (listing.by_where) return NextStretch();
@@ -179,8 +180,8 @@ void PagedModel::Clear() {
 void PagedModel::ReadOn(std::optional<std::int64_t> reach) {
   reading_ = true;
   // The cursor is the reader's until this reading rests.
-  auto step = [this, &reader = reader_, task = page_task_, cursor = cursor_, reach,
-               left = kPage, all = 0](data::EngineConnection& connection) mutable {
+  auto step = [this, &reader = reader_, task = page_task_, cursor = cursor_, reach, left = kPage,
+               all = 0](data::EngineConnection& connection) mutable {
     auto rows = cursor->Read(connection, reach && !cursor->listing.scan ? kReach / 10 : left);
     const int keys = CountKeys(rows);
     left -= keys;
@@ -331,7 +332,8 @@ void PagedModel::ReadAgain(const Value& first) {
   auto step = [this, &reader = reader_, task = again_task_, first, text = RowsText(listing, condition, 0),
                values = condition.values](data::EngineConnection& connection) {
     auto rows = connection.Run(text, values).rows;
-    reader.Deliver(task, [this, first, rows = std::move(rows)]() mutable { Replace(first, std::move(rows)); });
+    reader.Deliver(task,
+                   [this, first, rows = std::move(rows)]() mutable { Replace(first, std::move(rows)); });
     return false;
   };
   reader_.Run(again_task_, Urgency::Page, std::move(step), [this](const QString& reason) { Fail(reason); });

@@ -32,9 +32,9 @@ struct Listing {
   std::vector<data::Value> values;  // of `where`, in order
   // Stretches of keys, in the order of the list, lower end first, both included; empty: all.
   std::vector<std::pair<data::Value, data::Value>> stretches;
-  bool scan = false;       // no index serves `where`: the table is gone through in short steps
-  bool by_where = false;   // an index serves `where`, and the key's is not to be used
-  bool numbered = false;   // the key is an integer
+  bool scan = false;      // no index serves `where`: the table is gone through in short steps
+  bool by_where = false;  // an index serves `where`, and the key's is not to be used
+  bool numbered = false;  // the key is an integer
 };
 
 struct Sums {
@@ -48,10 +48,10 @@ class PagedModel : public QAbstractTableModel {
  public:
   using Cells = std::vector<data::Value>;
 
-  static constexpr int kPage = 200;       // keys of one page
-  static constexpr int kKeptPages = 40;   // pages with their cells in memory
+  static constexpr int kPage = 200;      // keys of one page
+  static constexpr int kKeptPages = 40;  // pages with their cells in memory
   static constexpr int kReach = 10000;
-  static constexpr int kStep = 20000;     // keys gone through in one step of a search
+  static constexpr int kStep = 20000;  // keys gone through in one step of a search
 
   // The reader outlives the model.
   explicit PagedModel(Reader& reader, QObject* parent = nullptr);
@@ -61,9 +61,9 @@ class PagedModel : public QAbstractTableModel {
   // With `reach` it reads on at once to the row of that key, as far as kReach keys.
   void Refresh(std::optional<std::int64_t> reach = {});
 
-  [[nodiscard]] bool Busy() const { return reading_; }       // a page is under way
-  [[nodiscard]] bool Failing() const { return failed_; }     // the last reading failed
-  [[nodiscard]] bool Complete() const { return complete_; }  // the last page has been read
+  [[nodiscard]] bool Busy() const { return reading_; }                      // a page is under way
+  [[nodiscard]] bool Failing() const { return failed_; }                    // the last reading failed
+  [[nodiscard]] bool Complete() const { return complete_; }                 // the last page has been read
   [[nodiscard]] const std::optional<Sums>& Total() const { return sums_; }  // nothing until they are ready
   [[nodiscard]] int PagesInMemory() const;
   // The keys of the rows read so far, for a listing by number.

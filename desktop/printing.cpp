@@ -169,6 +169,9 @@ void PrintedPage::KeepTogether() {
     }
     push(table, QTextFormat::PageBreak_AlwaysBefore);
     pushed_ += table;
+    // The layout is made anew as a whole: one mended in part loses, when painting, what follows a
+    // table that moved.
+    document_.markContentsDirty(0, document_.characterCount());
   }
 }
 

@@ -105,8 +105,7 @@ void RailItem::SetNarrow(bool narrow) {
 }
 
 void RailItem::Describe() {
-  const QString whole =
-      count_ > 0 ? QStringLiteral("%1, %2 en espera").arg(text_).arg(count_) : text_;
+  const QString whole = count_ > 0 ? QStringLiteral("%1, %2 en espera").arg(text_).arg(count_) : text_;
   setAccessibleName(whole);
   setToolTip(narrow_ ? whole : QString());
 }
@@ -133,7 +132,8 @@ void RailItem::paintEvent(QPaintEvent*) {
   painter.restore();
 
   QFont font = painter.font();
-  const QString count = count_ > 0 ? QString::number(count_) + (more_ ? QStringLiteral("+") : QString()) : QString();
+  const QString count =
+      count_ > 0 ? QString::number(count_) + (more_ ? QStringLiteral("+") : QString()) : QString();
   if (narrow_) {
     if (count.isEmpty()) return;
     font.setPixelSize(measure::kCaption);
@@ -160,7 +160,8 @@ void RailItem::paintEvent(QPaintEvent*) {
                    painter.fontMetrics().elidedText(text_, Qt::ElideRight, right - from));
 }
 
-Rail::Rail(const Theme& theme, QWidget* parent) : QWidget(parent), theme_(theme), column_(new QVBoxLayout(this)) {
+Rail::Rail(const Theme& theme, QWidget* parent)
+    : QWidget(parent), theme_(theme), column_(new QVBoxLayout(this)) {
   setProperty("role", "rail");
   setAttribute(Qt::WA_StyledBackground);
   setAccessibleName(QStringLiteral("Listas y herramientas"));

@@ -13,7 +13,19 @@ class QVBoxLayout;
 namespace tarvik::desktop {
 
 // Small drawings for the rail, in the ink of the theme.
-enum class Glyph { In, InPending, Out, OutPending, Stock, Transfer, Review, Catalogue, Settings, Hook, Other };
+enum class Glyph {
+  In,
+  InPending,
+  Out,
+  OutPending,
+  Stock,
+  Transfer,
+  Review,
+  Catalogue,
+  Settings,
+  Hook,
+  Other
+};
 
 class Theme;
 

@@ -51,7 +51,8 @@ void Reader::Loop() {
         if (!connection) connection = base_.Connect();
         more = work.step(*connection);
       } catch (const std::exception& error) {
-        Deliver(work.task, [failed = work.failed, reason = QString::fromUtf8(error.what())] { failed(reason); });
+        Deliver(work.task,
+                [failed = work.failed, reason = QString::fromUtf8(error.what())] { failed(reason); });
       }
     }
     lock.lock();

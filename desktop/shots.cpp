@@ -13,6 +13,7 @@
 #include "desktop/qt_platform.h"
 #include "desktop/screen_view.h"
 #include "desktop/theme.h"
+#include "host/anfitrion.h"
 #include "service/entradas_salidas.h"
 
 using namespace tarvik::desktop;
@@ -61,6 +62,10 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
       Line(tarvik::data::ToText(articles.rows[line][0]).c_str(), line % 2 ? "12" : "3");
     }
     if (document == 2) break;
+    if (document == 0) {
+      // Without paper: the preview would take the keys that follow.
+      dynamic_cast<tarvik::DocumentWizard&>(*program.Platform().Screens().back()).Check2.Value(0);
+    }
     if (document == 0) QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5);
     if (document == 1) program.Platform().Screens().back()->Unload();
     QTest::qWait(0);

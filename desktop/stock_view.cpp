@@ -44,7 +44,8 @@ enum LedgerRead {
 QString Text(const Value& value) { return QString::fromStdString(data::ToText(value)); }
 
 QString Number(const Value& value, const std::string& pattern) {
-  return value.IsNull() ? QString() : QString::fromStdString(data::FormatNumber(data::ToNumber(value), pattern));
+  return value.IsNull() ? QString()
+                        : QString::fromStdString(data::FormatNumber(data::ToNumber(value), pattern));
 }
 
 QString DateText(const Value& value) {
@@ -139,14 +140,15 @@ QVariant StockModel::headerData(int section, Qt::Orientation orientation, int ro
   if (orientation != Qt::Horizontal) return {};
   if (role == Qt::TextAlignmentRole) return Alignment(section == Stock || section == Reserved);
   if (role != Qt::DisplayRole) return {};
-  static const QStringList kTitles = {
-      QStringLiteral("Artículo"), QStringLiteral("Descripción"), QStringLiteral("Unidad"),
-      QStringLiteral("Ubicación"), QStringLiteral("Almacén"),    QStringLiteral("Existencia"),
-      QStringLiteral("Por surtir")};
+  static const QStringList kTitles = {QStringLiteral("Artículo"),  QStringLiteral("Descripción"),
+                                      QStringLiteral("Unidad"),    QStringLiteral("Ubicación"),
+                                      QStringLiteral("Almacén"),   QStringLiteral("Existencia"),
+                                      QStringLiteral("Por surtir")};
   return kTitles.value(section);
 }
 
-LedgerModel::LedgerModel(Reader& reader, std::string quantity_pattern, std::string amount_pattern, QObject* parent)
+LedgerModel::LedgerModel(Reader& reader, std::string quantity_pattern, std::string amount_pattern,
+                         QObject* parent)
     : PagedModel(reader, parent),
       quantity_pattern_(std::move(quantity_pattern)),
       amount_pattern_(std::move(amount_pattern)) {}
@@ -204,7 +206,8 @@ QVariant LedgerModel::data(const QModelIndex& index, int role) const {
       return Text(cells[kDocument]);
     case Concept: {
       const QString text = Text(cells[kConceptText]);
-      return text.isEmpty() ? Text(cells[kConcept]) : QString(Text(cells[kConcept]) + QStringLiteral("  ") + text);
+      return text.isEmpty() ? Text(cells[kConcept])
+                            : QString(Text(cells[kConcept]) + QStringLiteral("  ") + text);
     }
     case In:
       return inflow ? Number(cells[kQuantity], quantity_pattern_) : QString();
@@ -228,10 +231,11 @@ QVariant LedgerModel::headerData(int section, Qt::Orientation orientation, int r
                      section == Amount);
   }
   if (role != Qt::DisplayRole) return {};
-  static const QStringList kTitles = {
-      QStringLiteral("Fecha"),    QStringLiteral("Hora"),   QStringLiteral("Movimiento"), QStringLiteral("Número"),
-      QStringLiteral("Concepto"), QStringLiteral("Entra"),  QStringLiteral("Sale"),       QStringLiteral("Precio"),
-      QStringLiteral("Importe"),  QStringLiteral("Usuario")};
+  static const QStringList kTitles = {QStringLiteral("Fecha"),      QStringLiteral("Hora"),
+                                      QStringLiteral("Movimiento"), QStringLiteral("Número"),
+                                      QStringLiteral("Concepto"),   QStringLiteral("Entra"),
+                                      QStringLiteral("Sale"),       QStringLiteral("Precio"),
+                                      QStringLiteral("Importe"),    QStringLiteral("Usuario")};
   return kTitles.value(section);
 }
 
@@ -344,9 +348,10 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
   });
   for (PagedModel* model : {static_cast<PagedModel*>(model_), static_cast<PagedModel*>(ledger_)}) {
     connect(model, &PagedModel::Failed, this, [this](const QString& reason) {
-      reason_->setText(QStringLiteral("No se pudieron leer las existencias: %1. Los datos están como estaban. "
-                                      "Pulse F5 para leerlos de nuevo.")
-                           .arg(reason));
+      reason_->setText(
+          QStringLiteral("No se pudieron leer las existencias: %1. Los datos están como estaban. "
+                         "Pulse F5 para leerlos de nuevo.")
+              .arg(reason));
       reason_->show();
     });
   }
@@ -375,9 +380,9 @@ void StockView::ShowLedger() {
   const QString article = current.data(StockModel::ArticleRole).toString();
   const double warehouse = current.data(StockModel::WarehouseRole).toDouble();
   const QString place = current.siblingAtColumn(StockModel::Warehouse).data().toString().simplified();
-  ledger_title_->setText(
-      warehouse == 0 ? QStringLiteral("Movimientos de %1").arg(article)
-                     : QStringLiteral("Movimientos de %1 en el almacén %2").arg(article, place));
+  ledger_title_->setText(warehouse == 0
+                             ? QStringLiteral("Movimientos de %1").arg(article)
+                             : QStringLiteral("Movimientos de %1 en el almacén %2").arg(article, place));
   ledger_->ShowArticle(article.toStdString(), warehouse);
 }
 

@@ -130,7 +130,8 @@ QLineEdit, QTextEdit, QPlainTextEdit, QDateEdit, QComboBox, QSpinBox { backgroun
   selection-background-color: @Selection; selection-color: @SelectionInk; }
 QLineEdit:focus, QTextEdit:focus, QDateEdit:focus, QComboBox:focus, [hand="true"] { background: @AccentTint;
   border: 2px solid @Accent; padding: 0 7px; }
-[refused="true"] { background: @RefusedTint; border: 2px solid @Refused; padding: 0 7px; }
+QLineEdit[refused="true"], QLineEdit[refused="true"]:focus, QTextEdit[refused="true"] { background: @RefusedTint;
+  border: 2px solid @Refused; padding: 0 7px; }
 QLineEdit:disabled, QTextEdit:disabled, QDateEdit:disabled, QComboBox:disabled, [blocked="true"] {
   background: @Blocked; color: @BlockedInk; border: 1px solid @Blocked; }
 QLineEdit[role="cellEditor"] { background: @AccentTint; color: @Ink; border: 2px solid @Accent; border-radius: 0;
@@ -144,6 +145,7 @@ QPushButton:disabled { background: @Blocked; color: @BlockedInk; border-color: @
 QPushButton[role="primary"] { background: @Accent; color: @AccentInk; border: 1px solid @Accent; font-weight: 600; }
 QPushButton[role="primary"]:focus { border: 2px solid @Ink; }
 QPushButton[role="primary"]:disabled { background: @Blocked; color: @BlockedInk; border-color: @Blocked; }
+QPushButton[compact="true"] { padding: 0; min-height: 28px; }
 QPushButton[role="quiet"] { border: 1px solid transparent; background: transparent; padding: 0 8px; }
 QPushButton[role="quiet"]:hover, QPushButton[role="quiet"]:focus { border: 1px solid @Accent; }
 
@@ -166,7 +168,7 @@ QCalendarWidget QAbstractItemView { selection-background-color: @Accent; selecti
 QTableView, QListView, QTreeView { background: @Row; alternate-background-color: @RowOther; color: @Ink;
   border: 1px solid @Border; border-radius: 8px; gridline-color: transparent;
   selection-background-color: @Selection; selection-color: @SelectionInk; }
-QTableView:focus, QListView:focus { border: 2px solid @Accent; }
+QTableView:focus, QListView:focus { border-color: @Accent; }
 QHeaderView { background: @Header; border: none; }
 QHeaderView::section { background: @Header; color: @SoftInk; border: none; border-bottom: 1px solid @Border;
   padding: 0 8px; font-size: 11px; font-weight: 600; min-height: 30px; }

@@ -134,6 +134,35 @@ TEST_F(Printing, TotalsAreNotTornByThePagesEnd) {
   }
 }
 
+TEST_F(Printing, EveryWordOfThePageGetsItsInk) {
+  // Counts of lines around the end of a page; laid out twice, as a preview does.
+  for (const int lines : {22, 24, 26, 46, 53, 54, 55, 56, 57}) {
+    PrintedPage page(Html(lines), 1042);
+    page.Layout(QPageLayout(QPageSize(QPageSize::Letter), QPageLayout::Portrait, QMarginsF(14, 13, 14, 15),
+                            QPageLayout::Millimeter));
+    const double height = page.Document().pageSize().height();
+    QList<QImage> painted;
+    for (int number = 0; number < page.Pages(); ++number) painted += Painted(page, number, 1);
+    for (QTextBlock block = page.Document().begin(); block.isValid(); block = block.next()) {
+      if (block.text().trimmed().isEmpty()) continue;
+      QRectF place = page.Document().documentLayout()->blockBoundingRect(block);
+      const int number = static_cast<int>(place.top() / height);
+      ASSERT_LT(number, painted.size());
+      place.translate(0, -number * height);
+      const QImage words = painted[number].copy(place.toAlignedRect());
+      int least = 255;
+      int most = 0;
+      for (int y = 0; y < words.height(); ++y) {
+        for (int x = 0; x < words.width(); ++x) {
+          least = std::min(least, qGray(words.pixel(x, y)));
+          most = std::max(most, qGray(words.pixel(x, y)));
+        }
+      }
+      EXPECT_GT(most - least, 60) << lines << ": " << block.text().toStdString();
+    }
+  }
+}
+
 TEST_F(Printing, ThePdfFileHasThePages) {
   PrintedPage page(Html(120), 1042);
   const QString file = folder.filePath(QStringLiteral("uno.pdf"));

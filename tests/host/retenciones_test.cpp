@@ -1,8 +1,7 @@
 // Who holds a document: taking, letting go, reading, and the right to free what was left behind.
 #include "host/retenciones.h"
 
-#include "goods_in/frm_entradas_wizard.h"
-#include "goods_out/frm_salidas_wizard.h"
+#include "service/entradas_salidas.h"
 #include "tests/host/apoyo.h"
 
 namespace tarvik::host {
@@ -97,17 +96,32 @@ TEST_F(RetencionesDePrueba, ADocumentThatIsGoneIsAnErrorAndItsRowStays) {
 
 TEST_F(RetencionesDePrueba, AFailureInBetweenLeavesTheFlagAsItWas) {
   Toma(Base(), Tipo::Entrada, 7, "BETO", "E2", ahora);
-  Sql("CREATE TRIGGER no_se_borra BEFORE DELETE ON retenciones BEGIN SELECT RAISE(ABORT, 'no'); END");
-  EXPECT_NE(ErrorDe([&] { Libera(Base(), Tipo::Entrada, 7, "ANA"); }), "");
+  Sql("ALTER TABLE retenciones RENAME TO apartadas");
+  EXPECT_EQ(ErrorDe([&] { Libera(Base(), Tipo::Entrada, 7, "ANA"); }),
+            "La tabla no existe: no such table: retenciones");
+  Sql("ALTER TABLE apartadas RENAME TO retenciones");
   EXPECT_EQ(Dato("SELECT ocupado FROM entradas WHERE entrada = 7"), data::Value(1));
   EXPECT_TRUE(Lee(Base(), Tipo::Entrada, 7));
 }
 
 TEST_F(RetencionesDePrueba, AScreenHoldsItsDocumentOnlyInChange) {
-  auto entry = std::make_shared<frmEntradasWizard>(*anfitrion);
-  entry->Modo = "MODIFICACION";
-  entry->Entrada = 7;
-  EXPECT_FALSE(RetenidoPor(*entry)) << "not loaded yet";
+  Sql("UPDATE entradas SET ocupado = 0, tipo_doc = 'COM'");
+  Sql("UPDATE salidas SET ocupado = 0, folio = 70, tipo_doc = 'VTA'");
+  EntradasSalidas door(*anfitrion);
+  door.Ambiente = &Ambiente();
+  const auto held = [&](auto&& open) {
+    open();
+    const auto screen = plataforma.Screens().at(0);
+    const auto result = RetenidoPor(*screen);
+    screen->Unload();
+    EXPECT_FALSE(RetenidoPor(*screen)) << "the screen is gone";
+    return result;
+  };
+  EXPECT_EQ(held([&] { door.ModificaEntrada(7); }), (Retenido{Tipo::Entrada, 7}));
+  EXPECT_EQ(held([&] { door.ModificaSalida(7); }), (Retenido{Tipo::Salida, 7}));
+  EXPECT_FALSE(held([&] { door.ConsultaEntrada(7); }));
+  EXPECT_FALSE(held([&] { door.ConsultaSalida(7); }));
+  EXPECT_FALSE(held([&] { door.NuevaEntrada(); }));
   EXPECT_FALSE(RetenidoPor(*forma));
 }
 
