@@ -31,7 +31,8 @@ QLabel* Soft(const QString& text = {}) {
 
 DocumentView::DocumentView(Office& office, DocumentWizard& wizard, QWidget* parent)
     : ScreenView(office, wizard, parent), wizard_(wizard) {
-  if (auto* platform = dynamic_cast<QtPlatform*>(&wizard.GetPlatform())) messages_seen_ = platform->MessagesShown();
+  if (auto* platform = dynamic_cast<QtPlatform*>(&wizard.GetPlatform()))
+    messages_seen_ = platform->MessagesShown();
   wizard.MultiCombo1.Each([this](forms::SearchBox& box) { Covered(box.Name(), box.Index()); });
 }
 
@@ -154,12 +155,16 @@ QList<QPair<QString, QString>> DocumentView::KeysNow() const {
   if (active == &wizard_.fg2) {
     keys = {{tr("Intro"), tr("corregir")}, {tr("Supr"), tr("quitar, en Artículo")}};
   } else if (active == &wizard_.txtEdit) {
-    keys = {{tr("Intro"), tr("guardar")}, {tr("Esc"), tr("dejar como estaba")}, {tr("↑ ↓"), tr("otro renglón")}};
+    keys = {
+        {tr("Intro"), tr("guardar")}, {tr("Esc"), tr("dejar como estaba")}, {tr("↑ ↓"), tr("otro renglón")}};
   } else {
-    keys = {{tr("Intro"), tr("siguiente")}, {QStringLiteral("F2"), tr("buscar")}, {QStringLiteral("F8"), tr("presentación")}};
+    keys = {{tr("Intro"), tr("siguiente")},
+            {QStringLiteral("F2"), tr("buscar")},
+            {QStringLiteral("F8"), tr("presentación")}};
   }
   keys += {{QStringLiteral("F3"), tr("lector")}, {QStringLiteral("F9"), tr("guardar línea")}};
-  if (active && active != &wizard_.fg2 && active != &wizard_.txtEdit) keys += {QStringLiteral("F5"), tr("finalizar")};
+  if (active && active != &wizard_.fg2 && active != &wizard_.txtEdit)
+    keys += {QStringLiteral("F5"), tr("finalizar")};
   keys += OwnKeys();
   keys += {QStringLiteral("F1"), tr("ayuda")};
   return keys;
@@ -191,9 +196,9 @@ void DocumentView::ShowState() {
   QString held;
   if (document.number != 0) {
     try {
-      const auto rows = office().host.Conexion().Run(
-          std::string("SELECT estado, usuario, usuhora FROM ") + document.table + " WHERE " + document.key + " = ?",
-          {document.number});
+      const auto rows = office().host.Conexion().Run(std::string("SELECT estado, usuario, usuhora FROM ") +
+                                                         document.table + " WHERE " + document.key + " = ?",
+                                                     {document.number});
       if (!rows.rows.empty()) {
         const bool posted = data::ToText(rows.rows[0][0]) == "CO";
         state = posted ? QStringLiteral("afectado") : QStringLiteral("pendiente");
@@ -217,8 +222,9 @@ void DocumentView::ShowState() {
   holder_->setText(held);
   int lines = 0;
   while (lines < wizard_.fg2.Rows() - 1 && !wizard_.fg2.TextMatrix(lines + 1, 0).empty()) ++lines;
-  stored_->setText(lines == 0 ? tr("sin renglones")
-                              : (lines == 1 ? tr("1 renglón · guardado") : tr("%1 renglones · guardado").arg(lines)));
+  stored_->setText(
+      lines == 0 ? tr("sin renglones")
+                 : (lines == 1 ? tr("1 renglón · guardado") : tr("%1 renglones · guardado").arg(lines)));
 }
 
 void DocumentView::AtRest() {
@@ -230,7 +236,8 @@ void DocumentView::AtRest() {
   messages_seen_ = platform->MessagesShown();
   // A message that sent the operator to a field: the field keeps the mark until it is mended.
   if (forms::Control* active = Screen().ActiveControl()) {
-    Refuse(*active, QString::fromStdString(platform->LastMessage()).section(QLatin1Char('\n'), 0, 0).trimmed());
+    Refuse(*active,
+           QString::fromStdString(platform->LastMessage()).section(QLatin1Char('\n'), 0, 0).trimmed());
   }
 }
 

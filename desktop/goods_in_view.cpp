@@ -128,8 +128,8 @@ void GoodsInView::AtRest() {
     if (number) {
       const auto rows = base.Run("SELECT descrip FROM ALMACEN WHERE almacen = ?", {*number});
       if (!rows.rows.empty()) name = QString::fromStdString(data::ToText(rows.rows[0][0]));
-      const auto held = base.Run("SELECT existencia FROM existenciaalmacen WHERE almacen = ? AND articulo = ?",
-                                 {*number, article});
+      const auto held = base.Run(
+          "SELECT existencia FROM existenciaalmacen WHERE almacen = ? AND articulo = ?", {*number, article});
       if (!held.rows.empty()) {
         stock = tr("Existencia: %1").arg(QString::fromStdString(data::ToText(held.rows[0][0])));
       }

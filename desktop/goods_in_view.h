@@ -24,7 +24,7 @@ class GoodsInView final : public DocumentView {
   frmEntradasWizard& wizard_;
   QLabel* warehouse_ = nullptr;  // name of the warehouse, and stock of the article: the host's aids
   QLabel* stock_ = nullptr;
-  std::string aided_;            // what the aids were read for
+  std::string aided_;  // what the aids were read for
 };
 
 }  // namespace tarvik::desktop

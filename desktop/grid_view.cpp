@@ -52,10 +52,13 @@ class GridView::Model final : public QAbstractTableModel {
     }
   }
   void ChangedFrom(int row) {
-    emit dataChanged(index(std::max(0, row - grid_.FixedRows()), 0), index(rowCount() - 1, columnCount() - 1));
+    emit dataChanged(index(std::max(0, row - grid_.FixedRows()), 0),
+                     index(rowCount() - 1, columnCount() - 1));
   }
-  void Begin() { beginResetModel(); }
-  void End() { endResetModel(); }
+  void ReadAnew() {
+    beginResetModel();
+    endResetModel();
+  }
 
  private:
   [[nodiscard]] QVariant Alignment(int column) const {
@@ -79,7 +82,8 @@ class GridView::Painter final : public QStyledItemDelegate {
     painter->fillRect(option.rect,
                       theme.Color(here ? Role::Cell : (index.row() % 2 ? Role::RowOther : Role::Row)));
     if (here && (view_.hasFocus() || used)) {
-      painter->setPen(QPen(theme.Color(view_.hasFocus() ? Role::Accent : Role::Border), view_.hasFocus() ? 2 : 1));
+      painter->setPen(
+          QPen(theme.Color(view_.hasFocus() ? Role::Accent : Role::Border), view_.hasFocus() ? 2 : 1));
       painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
     }
     QFont font = option.font;
@@ -129,8 +133,7 @@ QRect GridView::CurrentCell() const {
 
 void GridView::Reset() {
   live_ = true;
-  model_->Begin();
-  model_->End();
+  model_->ReadAnew();
   Widths();
   CurrentMoved();
 }
@@ -138,7 +141,8 @@ void GridView::Reset() {
 void GridView::Widths() {
   adjusting_ = true;
   const QVariantList kept =
-      office_.settings.value(QStringLiteral("columnas/") + QString::fromStdString(grid_.Owner().Name())).toList();
+      office_.settings.value(QStringLiteral("columnas/") + QString::fromStdString(grid_.Owner().Name()))
+          .toList();
   for (int column = 0; column < grid_.Cols(); ++column) {
     const int twips = grid_.ColWidth(column);
     const bool named = !grid_.TextMatrix(0, column).empty();
@@ -157,7 +161,8 @@ void GridView::RememberWidths() {
   for (int column = 0; column < grid_.Cols(); ++column) {
     widths.append(column == stretch_ || isColumnHidden(column) ? 0 : columnWidth(column));
   }
-  office_.settings.setValue(QStringLiteral("columnas/") + QString::fromStdString(grid_.Owner().Name()), widths);
+  office_.settings.setValue(QStringLiteral("columnas/") + QString::fromStdString(grid_.Owner().Name()),
+                            widths);
 }
 
 void GridView::CellChanged(int row, int col) {

@@ -56,7 +56,7 @@ class GridView final : public QTableView {
   Model* model_;
   QList<int> numbers_;
   int stretch_ = -1;
-  bool live_ = false;      // shown once; before that changes are not followed one by one
+  bool live_ = false;  // shown once; before that changes are not followed one by one
   bool adjusting_ = false;
 };
 

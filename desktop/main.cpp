@@ -48,8 +48,9 @@ int main(int argc, char** argv) {
                                     : (theme_name == "oscuro" ? Theme::Mode::Dark : Theme::Mode::System));
   theme.ApplyTo(application);
   try {
-    Program program(theme, {QString::fromStdString(base), QString::fromStdString(user), QString::fromStdString(station),
-                            QString::fromStdString(folder), QString::fromStdString(routines), demo});
+    Program program(
+        theme, {QString::fromStdString(base), QString::fromStdString(user), QString::fromStdString(station),
+                QString::fromStdString(folder), QString::fromStdString(routines), demo});
     program.Window().show();
     return QApplication::exec();
   } catch (const tarvik::data::Error& error) {

@@ -26,7 +26,8 @@ namespace {
 // Brings a screen's view up when the class shows it.
 class Showing final : public QObject, public forms::FormListener {
  public:
-  Showing(ScreenView& view, std::function<void(bool)> shown) : QObject(&view), form_(view.Screen()), shown_(std::move(shown)) {
+  Showing(ScreenView& view, std::function<void(bool)> shown)
+      : QObject(&view), form_(view.Screen()), shown_(std::move(shown)) {
     form_.Listen(*this);
   }
   ~Showing() override { form_.StopListening(*this); }
@@ -39,7 +40,8 @@ class Showing final : public QObject, public forms::FormListener {
 
 }  // namespace
 
-Program::Program(Theme& theme, const ProgramOptions& options) : theme_(theme), platform_(std::make_unique<QtPlatform>()) {
+Program::Program(Theme& theme, const ProgramOptions& options)
+    : theme_(theme), platform_(std::make_unique<QtPlatform>()) {
   const std::string folder = options.folder.toStdString();
   settings_ = std::make_unique<QSettings>(QDir(options.folder).filePath(QStringLiteral("escritorio.ini")),
                                           QSettings::IniFormat);
@@ -71,18 +73,28 @@ Program::Program(Theme& theme, const ProgramOptions& options) : theme_(theme), p
   platform_->on_repaint = [this](forms::Form& form) {
     if (ScreenView* view = ViewOf(form)) view->PaintNow();
   };
+  platform_->on_front = []() -> forms::Form* {
+    for (QWidget* widget = QApplication::focusWidget(); widget; widget = widget->parentWidget()) {
+      if (auto* view = qobject_cast<ScreenView*>(widget)) return &view->Screen();
+    }
+    return nullptr;
+  };
   platform_->on_search_list = [this](forms::SearchBox& box) {
     ScreenView* view = ViewOf(box.Owner());
     QWidget* anchor = view && box.Field() ? view->WidgetOf(*box.Field()) : nullptr;
     if (anchor) ShowSearchList(*office_, box, *anchor);
   };
-  platform_->on_unhandled = [this](forms::Form* form, const std::exception& error) { Unhandled(form, error); };
+  platform_->on_unhandled = [this](forms::Form* form, const std::exception& error) {
+    Unhandled(form, error);
+  };
 
   hooks_ = std::make_unique<HooksWindow>(*office_);
   routines_ = std::make_unique<python::Rutinas>(python::OpcionesDeRutinas{
       .observador = hooks_.get(),
-      .bitacora = [this](const std::string& where,
-                         const std::string& text) { log_->Write(QString::fromStdString(where), QString::fromStdString(text)); },
+      .bitacora =
+          [this](const std::string& where, const std::string& text) {
+            log_->Write(QString::fromStdString(where), QString::fromStdString(text));
+          },
   });
   window_ = std::make_unique<MainWindow>(*office_, *door_);
   connect(window_.get(), &MainWindow::HelpRequested, this, [this] { Help(nullptr); });
@@ -94,8 +106,8 @@ Program::Program(Theme& theme, const ProgramOptions& options) : theme_(theme), p
   const auto failures = routines_->Carga(*host_, options.routines.toStdString());
   hooks_->Loaded(*routines_, failures);
   if (!failures.empty()) {
-    desktop::ShowBox(window_.get(), forms::BoxKind::Error, QString::fromStdString(python::AvisoDeCarga(failures)),
-                     forms::kBoxStop);
+    desktop::ShowBox(window_.get(), forms::BoxKind::Error,
+                     QString::fromStdString(python::AvisoDeCarga(failures)), forms::kBoxStop);
   }
 }
 
@@ -104,6 +116,10 @@ Program::~Program() {
   for (const auto& screen : screens) {
     screen->Act([&] { screen->Unload(); });
     screen->Discard();
+  }
+  // A preview still open writes its paper and place into settings that end here.
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (qobject_cast<PreviewWindow*>(window)) delete window;
   }
   window_.reset();
   routines_.reset();
@@ -132,9 +148,10 @@ void Program::ShowScreen(forms::Form& form, bool modal) {
   if (presented_.contains(&form)) return window_->Adopt(*view, modal);
   // A routine kept the screen from being presented. Nobody could reach it, or let its document go.
   platform_->Post([this, alive = form.shared_from_this()] {
-    desktop::ShowBox(window_.get(), forms::BoxKind::Message,
-                     tr("Una rutina del negocio no permitió mostrar la pantalla. No se cambió ningún documento."),
-                     forms::kBoxInformation);
+    desktop::ShowBox(
+        window_.get(), forms::BoxKind::Message,
+        tr("Una rutina del negocio no permitió mostrar la pantalla. No se cambió ningún documento."),
+        forms::kBoxInformation);
     alive->Unload();
   });
 }

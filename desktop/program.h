@@ -1,8 +1,8 @@
 // Program: everything of one run of the desktop, put together: platform, host, routines, windows.
 #pragma once
 
-#include <QObject>
 #include <QHash>
+#include <QObject>
 #include <QPointer>
 #include <QSet>
 #include <QString>
@@ -34,7 +34,7 @@ class ScreenView;
 class Theme;
 
 struct ProgramOptions {
-  QString base;      // "sqlite:almacen.db"
+  QString base;  // "sqlite:almacen.db"
   QString user;
   QString station;
   QString folder;    // RutaBase

@@ -115,6 +115,11 @@ void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
   }
 }
 
+forms::Form* QtPlatform::ActiveForm() const {
+  forms::Form* front = on_front ? on_front() : nullptr;
+  return front ? front : Platform::ActiveForm();
+}
+
 bool QtPlatform::EndRequested() { return end_requested; }
 
 void QtPlatform::ShowSearchList(forms::SearchBox& box) {

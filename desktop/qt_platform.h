@@ -22,14 +22,16 @@ class QtPlatform final : public QObject, public forms::Platform {
   ~QtPlatform() override;
 
   // What the program supplies. Each may be left empty.
-  std::function<void(forms::Form&)> on_loaded;       // a screen is about to load: its view is made here
+  std::function<void(forms::Form&)> on_loaded;  // a screen is about to load: its view is made here
   std::function<void(forms::Form&)> on_unloaded;
-  std::function<void(forms::Form&)> on_modal;        // brings the screen's window up; the platform waits
-  std::function<void(forms::Form&)> on_repaint;      // paints the screen's view at once
+  std::function<void(forms::Form&)> on_modal;    // brings the screen's window up; the platform waits
+  std::function<void(forms::Form&)> on_repaint;  // paints the screen's view at once
   std::function<void(forms::SearchBox&)> on_search_list;
   std::function<void(forms::WebBrowser&, const std::string&)> on_navigate;
   std::function<void(forms::Form*, const std::exception&)> on_unhandled;  // log; the box is shown here
   std::function<bool(forms::BoxKind, const std::string&, int)> on_box;    // replaces the box: for tests
+
+  std::function<forms::Form*()> on_front;  // the screen that the operator works in
 
   // The last text that a message box of the host's showed, and how many were shown so far: a view
   // marks the field that a message sent the operator to.
@@ -47,6 +49,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   void Repaint(forms::Form& form) override;
   void Unhandled(forms::Form* form, const std::exception& error) override;
   bool EndRequested() override;
+  [[nodiscard]] forms::Form* ActiveForm() const override;
   void ShowSearchList(forms::SearchBox& box) override;
   void Navigate(forms::WebBrowser& browser, const std::string& name) override;
 

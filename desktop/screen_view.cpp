@@ -35,27 +35,43 @@ QDate ToQt(const std::optional<data::Date>& date) {
 std::optional<int> CodeOf(int key) {
   switch (key) {
     case Qt::Key_Return:
-    case Qt::Key_Enter: return forms::kKeyEnter;
+    case Qt::Key_Enter:
+      return forms::kKeyEnter;
     case Qt::Key_Tab:
-    case Qt::Key_Backtab: return forms::kKeyTab;
-    case Qt::Key_Escape: return forms::kKeyEsc;
-    case Qt::Key_Backspace: return forms::kKeyBack;
-    case Qt::Key_Delete: return forms::kKeyDelete;
-    case Qt::Key_Left: return forms::kKeyLeft;
-    case Qt::Key_Right: return forms::kKeyRight;
-    case Qt::Key_Up: return forms::kKeyUp;
-    case Qt::Key_Down: return forms::kKeyDown;
-    case Qt::Key_Home: return forms::kKeyHome;
-    case Qt::Key_End: return forms::kKeyEnd;
-    case Qt::Key_PageUp: return forms::kKeyPageUp;
-    case Qt::Key_PageDown: return forms::kKeyPageDown;
-    default: break;
+    case Qt::Key_Backtab:
+      return forms::kKeyTab;
+    case Qt::Key_Escape:
+      return forms::kKeyEsc;
+    case Qt::Key_Backspace:
+      return forms::kKeyBack;
+    case Qt::Key_Delete:
+      return forms::kKeyDelete;
+    case Qt::Key_Left:
+      return forms::kKeyLeft;
+    case Qt::Key_Right:
+      return forms::kKeyRight;
+    case Qt::Key_Up:
+      return forms::kKeyUp;
+    case Qt::Key_Down:
+      return forms::kKeyDown;
+    case Qt::Key_Home:
+      return forms::kKeyHome;
+    case Qt::Key_End:
+      return forms::kKeyEnd;
+    case Qt::Key_PageUp:
+      return forms::kKeyPageUp;
+    case Qt::Key_PageDown:
+      return forms::kKeyPageDown;
+    default:
+      break;
   }
   if (key >= Qt::Key_F1 && key <= Qt::Key_F12) return forms::kKeyF1 + (key - Qt::Key_F1);
   return std::nullopt;
 }
 
-bool HasText(const forms::Control& control) { return dynamic_cast<const forms::TextBox*>(&control) != nullptr; }
+bool HasText(const forms::Control& control) {
+  return dynamic_cast<const forms::TextBox*>(&control) != nullptr;
+}
 
 }  // namespace
 
@@ -362,9 +378,10 @@ bool ScreenView::Forward(QKeyEvent& event) {
   auto form = form_;
   if (auto code = CodeOf(event.key())) {
     const bool back = event.key() == Qt::Key_Backtab;
-    const char32_t character = *code == forms::kKeyEnter || *code == forms::kKeyEsc || *code == forms::kKeyBack
-                                   ? static_cast<char32_t>(*code)
-                                   : 0;
+    const char32_t character =
+        *code == forms::kKeyEnter || *code == forms::kKeyEsc || *code == forms::kKeyBack
+            ? static_cast<char32_t>(*code)
+            : 0;
     form->Press({*code, back ? forms::kShift : shift, character});
     if (*code == forms::kKeyF1) emit HelpRequested();
   } else if (!event.text().isEmpty() && event.text().front().isPrint()) {
@@ -413,8 +430,8 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
         }
         if (key->matches(QKeySequence::Copy)) return false;  // reads only
         const bool selects = (key->modifiers() & Qt::ShiftModifier) &&
-                             (key->key() == Qt::Key_Left || key->key() == Qt::Key_Right || key->key() == Qt::Key_Home ||
-                              key->key() == Qt::Key_End);
+                             (key->key() == Qt::Key_Left || key->key() == Qt::Key_Right ||
+                              key->key() == Qt::Key_Home || key->key() == Qt::Key_End);
         const bool walks_lines = notes && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down);
         if (selects || walks_lines) return false;  // the widget moves; selectionChanged tells the model
       }
@@ -500,7 +517,8 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
         Rest();
       }
       break;
-    default: break;
+    default:
+      break;
   }
   return QWidget::eventFilter(watched, event);
 }

@@ -15,6 +15,7 @@
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
 #include "service/entradas_salidas.h"
+#include "wizard/document_wizard.h"
 
 using namespace tarvik::desktop;
 
@@ -42,8 +43,12 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   QTemporaryDir place;
   Theme theme(mode);
   theme.ApplyTo(application);
-  Program program(theme, {QStringLiteral("sqlite:") + place.filePath(QStringLiteral("tienda.db")), QStringLiteral("ANA"),
-                          QStringLiteral("E1"), place.path(), {}, true});
+  Program program(theme, {QStringLiteral("sqlite:") + place.filePath(QStringLiteral("tienda.db")),
+                          QStringLiteral("ANA"),
+                          QStringLiteral("E1"),
+                          place.path(),
+                          {},
+                          true});
   program.Platform().on_box = [](auto, const auto&, int) { return true; };
   MainWindow& window = program.Window();
   window.resize(1366, 768);
@@ -56,8 +61,8 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
     Type(document == 1 ? "DEV" : "COM");
     Press(Qt::Key_Return);
     Press(Qt::Key_Return);
-    const auto articles =
-        program.Host().Conexion().Run("SELECT articulo FROM prods WHERE precio1 > 0 ORDER BY descrip LIMIT 6", {});
+    const auto articles = program.Host().Conexion().Run(
+        "SELECT articulo FROM prods WHERE precio1 > 0 ORDER BY descrip LIMIT 6", {});
     for (std::size_t line = 0; line < articles.rows.size(); ++line) {
       Line(tarvik::data::ToText(articles.rows[line][0]).c_str(), line % 2 ? "12" : "3");
     }
@@ -74,7 +79,8 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   Press(Qt::Key_F9);
   Save(window, folder.filePath(QStringLiteral("entradas-rechazo-") + name));
   for (int back = 0; back < 9; ++back) Press(Qt::Key_Backspace);
-  const auto articles = program.Host().Conexion().Run("SELECT articulo FROM prods ORDER BY descrip LIMIT 1 OFFSET 9", {});
+  const auto articles =
+      program.Host().Conexion().Run("SELECT articulo FROM prods ORDER BY descrip LIMIT 1 OFFSET 9", {});
   Type(tarvik::data::ToText(articles.rows[0][0]).c_str());
   Press(Qt::Key_Return);
   Type("24");

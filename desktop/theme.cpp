@@ -57,15 +57,24 @@ constexpr std::array<Ink, static_cast<std::size_t>(Role::Count_)> kInks{{
 }  // namespace
 
 const std::array<Pair, 18> kTextOnGround{{
-    {Role::Ink, Role::Window},         {Role::Ink, Role::Panel},
-    {Role::SoftInk, Role::Window},     {Role::SoftInk, Role::Panel},
-    {Role::Ink, Role::Field},          {Role::Ink, Role::AccentTint},
-    {Role::Ink, Role::RefusedTint},    {Role::Refused, Role::Panel},
-    {Role::BlockedInk, Role::Blocked}, {Role::AccentInk, Role::Accent},
-    {Role::Ink, Role::RowOther},       {Role::CellInk, Role::Cell},
-    {Role::SelectionInk, Role::Selection}, {Role::RailInk, Role::Rail},
-    {Role::RailSoft, Role::Rail},      {Role::Warning, Role::WarningTint},
-    {Role::Good, Role::GoodTint},      {Role::QuietInk, Role::Quiet},
+    {Role::Ink, Role::Window},
+    {Role::Ink, Role::Panel},
+    {Role::SoftInk, Role::Window},
+    {Role::SoftInk, Role::Panel},
+    {Role::Ink, Role::Field},
+    {Role::Ink, Role::AccentTint},
+    {Role::Ink, Role::RefusedTint},
+    {Role::Refused, Role::Panel},
+    {Role::BlockedInk, Role::Blocked},
+    {Role::AccentInk, Role::Accent},
+    {Role::Ink, Role::RowOther},
+    {Role::CellInk, Role::Cell},
+    {Role::SelectionInk, Role::Selection},
+    {Role::RailInk, Role::Rail},
+    {Role::RailSoft, Role::Rail},
+    {Role::Warning, Role::WarningTint},
+    {Role::Good, Role::GoodTint},
+    {Role::QuietInk, Role::Quiet},
 }};
 
 QColor Theme::Color(Role role, bool dark) {
@@ -207,10 +216,11 @@ QPushButton[role="railItem"]:checked { background: @RailHere; border-left: 3px s
 [role="railFoot"] { color: @RailSoft; font-size: 11px; padding: 8px 16px; }
 )");
   static constexpr const char* kNames[] = {
-      "Window",   "Panel",      "Border",    "Ink",      "SoftInk",    "Field",       "FieldBorder", "Blocked",
-      "BlockedInk", "Accent",   "AccentInk", "AccentTint", "Refused",  "RefusedTint", "Row",         "RowOther",
-      "Header",   "Cell",       "CellInk",   "Selection", "SelectionInk", "Rail",     "RailInk",     "RailSoft",
-      "RailHere", "Good",       "Warning",   "WarningTint", "GoodTint", "Quiet",      "QuietInk",    "Scroll"};
+      "Window",   "Panel",      "Border",   "Ink",       "SoftInk",    "Field",     "FieldBorder",
+      "Blocked",  "BlockedInk", "Accent",   "AccentInk", "AccentTint", "Refused",   "RefusedTint",
+      "Row",      "RowOther",   "Header",   "Cell",      "CellInk",    "Selection", "SelectionInk",
+      "Rail",     "RailInk",    "RailSoft", "RailHere",  "Good",       "Warning",   "WarningTint",
+      "GoodTint", "Quiet",      "QuietInk", "Scroll"};
   static_assert(std::size(kNames) == static_cast<std::size_t>(Role::Count_));
   // Longer names first: "FieldBorder" holds "Field".
   std::array<std::size_t, std::size(kNames)> order{};

@@ -20,36 +20,36 @@ class QWidget;
 namespace tarvik::desktop {
 
 enum class Role {
-  Window,       // behind everything
-  Panel,        // bands, lists, cards
-  Border,       // hairlines
-  Ink,          // text
-  SoftInk,      // captions, aids
-  Field,        // an editable field
+  Window,   // behind everything
+  Panel,    // bands, lists, cards
+  Border,   // hairlines
+  Ink,      // text
+  SoftInk,  // captions, aids
+  Field,    // an editable field
   FieldBorder,
-  Blocked,      // a field that the system fills, or that is blocked
+  Blocked,  // a field that the system fills, or that is blocked
   BlockedInk,
-  Accent,       // the field in hand, the one filled button
-  AccentInk,    // on the accent
-  AccentTint,   // inside the field in hand
+  Accent,      // the field in hand, the one filled button
+  AccentInk,   // on the accent
+  AccentTint,  // inside the field in hand
   Refused,
   RefusedTint,
   Row,
-  RowOther,     // every second row
+  RowOther,  // every second row
   Header,
-  Cell,         // the current cell
+  Cell,  // the current cell
   CellInk,
-  Selection,    // selected text and rows
+  Selection,  // selected text and rows
   SelectionInk,
   Rail,
   RailInk,
   RailSoft,
   RailHere,
-  Good,         // exact, stored, posted
-  Warning,      // pending
+  Good,     // exact, stored, posted
+  Warning,  // pending
   WarningTint,
   GoodTint,
-  Quiet,        // chips without urgency
+  Quiet,  // chips without urgency
   QuietInk,
   Scroll,
   Count_
@@ -64,11 +64,11 @@ extern const std::array<Pair, 18> kTextOnGround;
 
 namespace measure {
 inline constexpr int kGrid = 8;
-inline constexpr int kText = 13;     // pixels
+inline constexpr int kText = 13;  // pixels
 inline constexpr int kCaption = 11;
 inline constexpr int kTitle = 19;
 inline constexpr int kTotal = 28;
-inline constexpr int kField = 32;    // height
+inline constexpr int kField = 32;  // height
 inline constexpr int kRow = 28;
 inline constexpr int kCorner = 6;
 inline constexpr int kRail = 176;

@@ -84,7 +84,7 @@ class Platform {
   // is what lets it live beyond the call that showed it.
   [[nodiscard]] const std::vector<std::shared_ptr<Form>>& Screens() const { return screens_; }
   // The form that keys go to: the last one shown and still visible; nullptr if there is none.
-  [[nodiscard]] Form* ActiveForm() const;
+  [[nodiscard]] virtual Form* ActiveForm() const;
 
  protected:
   // Told when a form enters or leaves Screens().

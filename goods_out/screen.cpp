@@ -91,7 +91,7 @@ void frmSalidasWizard::Disena() {
                                    &txtFields(7),  &DTPicker2,     &txtFields(12),
                                    &RichTextBox1,  &Check1,        &txtFields(16),
                                    &fg2,           &txtEdit,       &wb,
-                                   &txtFields(4),        &txtFields(24), &txtFields(1),
+                                   &txtFields(4),  &txtFields(24), &txtFields(1),
                                    &txtFields(5),  &txtFields(27), &txtFields(6),
                                    &txtFields(25), &txtFields(26), &txtFields(28),
                                    &txtFields(29), &RichTextBox2,  &Combo1,

@@ -32,11 +32,11 @@ class Impresora {
 };
 
 struct Opciones {
-  std::string base;             // "sqlite:almacen.db", "sqlite::memory:", "postgresql://..."
+  std::string base;  // "sqlite:almacen.db", "sqlite::memory:", "postgresql://..."
   std::string usuario;
   std::string estacion;
-  std::string ruta;             // Ambiente.RutaBase; made if missing
-  bool demo = false;            // fills an empty base with the demonstration catalogue
+  std::string ruta;                       // Ambiente.RutaBase; made if missing
+  bool demo = false;                      // fills an empty base with the demonstration catalogue
   forms::Platform* plataforma = nullptr;  // required; outlives the host
   Testigo* testigo = nullptr;             // optional; these three outlive the host too
   Selector* selector = nullptr;           // without one, a picker is closed with nothing chosen
@@ -55,7 +55,8 @@ class AmbienteLocal : public service::Ambiente {
   [[nodiscard]] virtual data::Value Lee(const std::string& property) const = 0;
   using Ambiente::ValorDeGancho;
   [[nodiscard]] virtual data::Value ValorDeGancho() const = 0;
-  virtual void Pon(const std::string& property, const data::Value& value) = 0;  // "Usuario", "ValorFechaA", ...
+  virtual void Pon(const std::string& property,
+                   const data::Value& value) = 0;  // "Usuario", "ValorFechaA", ...
 };
 
 // The stand-in for the host's list form. `lvListView` holds document numbers.

@@ -31,8 +31,8 @@ data::Error Raised(py::error_already_set& raised) {
 
 // What a script reads and sets: its lists, its answers, its functions.
 struct Cuaderno {
-  py::list sentencias, mensajes, listas, respuestas, ganchos_disparados, movimientos, impresos, navegado, presentadas,
-      regresadas, selectores, no_atrapados, pantallas, llamadas;
+  py::list sentencias, mensajes, listas, respuestas, ganchos_disparados, movimientos, impresos, navegado,
+      presentadas, regresadas, selectores, no_atrapados, pantallas, llamadas;
   py::dict ganchos;
   py::object ahora = py::none(), al_mostrar_modal = py::none(), al_mostrar_selector = py::none();
   int pitidos = 0;
@@ -44,8 +44,8 @@ class Nucleo final : public host::Registro,
                      public host::Selector,
                      public std::enable_shared_from_this<Nucleo> {
  public:
-  Nucleo(const std::string& base, const std::string& usuario, const std::string& estacion, const std::string& ruta,
-         bool demo, Cuaderno& notebook)
+  Nucleo(const std::string& base, const std::string& usuario, const std::string& estacion,
+         const std::string& ruta, bool demo, Cuaderno& notebook)
       : notebook_(&notebook) {
     plataforma_.on_box = [this](forms::BoxKind kind, const std::string& text, int style) {
       return Caja(kind, text, style);
@@ -57,7 +57,9 @@ class Nucleo final : public host::Registro,
     };
     plataforma_.on_search_list = [this](forms::SearchBox& box) {
       if (!box.Field()) return;
-      Note([&](Cuaderno& notes) { notes.listas.append(py::make_tuple(box.Field()->Name(), box.Field()->Index())); });
+      Note([&](Cuaderno& notes) {
+        notes.listas.append(py::make_tuple(box.Field()->Name(), box.Field()->Index()));
+      });
     };
     plataforma_.on_navigate = [this](forms::WebBrowser&, const std::string& name) {
       Note([&](Cuaderno& notes) { notes.navegado.append(StrOf(name)); });
@@ -89,7 +91,8 @@ class Nucleo final : public host::Registro,
     anfitrion_ = std::make_unique<host::Anfitrion>(opciones);
     for (const auto& clave : service::kClaves) {
       const std::string key(clave.clave);
-      anfitrion_->Gancho(key, [this, key](forms::Form& form, host::AmbienteLocal&) { RunRoutine(key, form); });
+      anfitrion_->Gancho(key,
+                         [this, key](forms::Form& form, host::AmbienteLocal&) { RunRoutine(key, form); });
     }
   }
 
@@ -230,8 +233,8 @@ class Nucleo final : public host::Registro,
 
 // The Python object: notebook and host. Letting go of it closes the host.
 struct Guion : Cuaderno {
-  Guion(const std::string& base, const std::string& usuario, const std::string& estacion, const std::string& ruta,
-        bool demo)
+  Guion(const std::string& base, const std::string& usuario, const std::string& estacion,
+        const std::string& ruta, bool demo)
       : nucleo(std::make_shared<Nucleo>(base, usuario, estacion, ruta, demo, *this)) {}
   ~Guion() {
     nucleo->ForgetNotebook();
@@ -289,8 +292,8 @@ void BindAmbiente(py::module_& module) {
       .def("keys", [](Parametros& settings) { return settings.ambiente.NombresDeParametros(); });
 
   py::class_<host::AmbienteLocal> ambiente(module, "Ambiente");
-  for (const char* name : {"Usuario", "Estacion", "Moneda", "ClaveLocal", "FormatoImporte", "FormatoCantidad",
-                           "RutaBase"}) {
+  for (const char* name :
+       {"Usuario", "Estacion", "Moneda", "ClaveLocal", "FormatoImporte", "FormatoCantidad", "RutaBase"}) {
     ambiente.def_property(
         name, [name](const host::AmbienteLocal& self) { return ToPython(self.Lee(name)); },
         [name](host::AmbienteLocal& self, const py::object& value) { self.Pon(name, TextOf(value)); });
@@ -307,12 +310,13 @@ void BindAmbiente(py::module_& module) {
 void BindParent(py::module_& module) {
   py::class_<Elementos> items(module, "ListItems");
   // What reads the list, and what changes it: as a list of Python's own would.
-  for (const char* name : {"__len__", "__getitem__", "__iter__", "__contains__", "__eq__", "__ne__", "__repr__",
-                           "__add__", "__reversed__", "index", "count", "copy"}) {
-    items.def(name, [name](const Elementos& self, const py::args& args) { return self.List().attr(name)(*args); });
+  for (const char* name : {"__len__", "__getitem__", "__iter__", "__contains__", "__eq__", "__ne__",
+                           "__repr__", "__add__", "__reversed__", "index", "count", "copy"}) {
+    items.def(name,
+              [name](const Elementos& self, const py::args& args) { return self.List().attr(name)(*args); });
   }
-  for (const char* name : {"__setitem__", "__delitem__", "append", "extend", "insert", "pop", "remove", "clear",
-                           "reverse", "sort"}) {
+  for (const char* name : {"__setitem__", "__delitem__", "append", "extend", "insert", "pop", "remove",
+                           "clear", "reverse", "sort"}) {
     items.def(name, [name](Elementos& self, const py::args& args) {
       py::list list = self.List();
       py::object result = list.attr(name)(*args);
@@ -345,36 +349,42 @@ void BindDoor(py::module_& module) {
   type.def_property(
           "Ambiente",
           py::cpp_function(
-              [](Puerta& self) { return dynamic_cast<host::AmbienteLocal*>(self.door.Ambiente.Get()); }, inside),
-          py::cpp_function([](Puerta& self, const py::object& ambiente) { self.door.Ambiente = AmbienteOf(ambiente); }))
+              [](Puerta& self) { return dynamic_cast<host::AmbienteLocal*>(self.door.Ambiente.Get()); },
+              inside),
+          py::cpp_function(
+              [](Puerta& self, const py::object& ambiente) { self.door.Ambiente = AmbienteOf(ambiente); }))
       .def_property(
           "Parent",
-          py::cpp_function([](Puerta& self) { return dynamic_cast<host::FormaMaestra*>(self.door.Parent.Get()); },
-                           inside),
-          py::cpp_function([](Puerta& self, const py::object& parent) { self.door.Parent = ParentOf(parent); }));
+          py::cpp_function(
+              [](Puerta& self) { return dynamic_cast<host::FormaMaestra*>(self.door.Parent.Get()); }, inside),
+          py::cpp_function(
+              [](Puerta& self, const py::object& parent) { self.door.Parent = ParentOf(parent); }));
   auto shows = [&](const char* name, void (E::*operation)(bool)) {
-    type.def(name, [operation](Puerta& self, bool modal) { Called([&] { (self.door.*operation)(modal); }); },
-             py::arg("bolModal") = false);
+    type.def(
+        name, [operation](Puerta& self, bool modal) { Called([&] { (self.door.*operation)(modal); }); },
+        py::arg("bolModal") = false);
   };
   shows("NuevaEntrada", &E::NuevaEntrada);
   shows("NuevaSalida", &E::NuevaSalida);
   // A number goes by the short name and by the suite's own.
   auto opens = [&](const char* name, const char* number, void (E::*operation)(std::int32_t, bool)) {
     for (const char* argument : {"n", number}) {
-      type.def(name,
-               [operation](Puerta& self, std::int32_t value, bool modal) {
-                 Called([&] { (self.door.*operation)(value, modal); });
-               },
-               py::arg(argument), py::arg("bolModal") = false);
+      type.def(
+          name,
+          [operation](Puerta& self, std::int32_t value, bool modal) {
+            Called([&] { (self.door.*operation)(value, modal); });
+          },
+          py::arg(argument), py::arg("bolModal") = false);
     }
   };
   opens("ModificaEntrada", "nEntrada", &E::ModificaEntrada);
   opens("ModificaSalida", "nSalida", &E::ModificaSalida);
   auto takes = [&](const char* name, const char* number, void (E::*operation)(std::int32_t)) {
     for (const char* argument : {"n", number}) {
-      type.def(name,
-               [operation](Puerta& self, std::int32_t value) { Called([&] { (self.door.*operation)(value); }); },
-               py::arg(argument));
+      type.def(
+          name,
+          [operation](Puerta& self, std::int32_t value) { Called([&] { (self.door.*operation)(value); }); },
+          py::arg(argument));
     }
   };
   takes("ConsultaEntrada", "nEntrada", &E::ConsultaEntrada);
@@ -382,11 +392,12 @@ void BindDoor(py::module_& module) {
   takes("EliminaEntrada", "nEntrada", &E::EliminaEntrada);
   takes("EliminaSalida", "nSalida", &E::EliminaSalida);
   for (const char* argument : {"n", "nId"}) {
-    type.def("movimientoEstacion",
-             [](Puerta& self, std::int32_t number, bool modal) {
-               Called([&] { self.door.movimientoEstacion(number, modal); });
-             },
-             py::arg(argument), py::arg("bolModal"));
+    type.def(
+        "movimientoEstacion",
+        [](Puerta& self, std::int32_t number, bool modal) {
+          Called([&] { self.door.movimientoEstacion(number, modal); });
+        },
+        py::arg(argument), py::arg("bolModal"));
   }
 }
 
@@ -466,16 +477,17 @@ void BindAnfitrion(py::module_& module) {
   BindMensaje(module);
 
   py::class_<Guion, std::shared_ptr<Guion>> type(module, "Anfitrion");
-  type.def(py::init([](const py::object& base, const py::object& usuario, const py::object& estacion,
-                       const py::object& ruta, bool demo) {
-             auto guion =
-                 std::make_shared<Guion>(PathOf(base), TextOf(usuario), TextOf(estacion), PathOf(ruta), demo);
-             py::object parent = py::cast(&guion->nucleo->Host().Parent(), py::return_value_policy::reference);
-             parent.attr("llamadas") = guion->llamadas;
-             guion->parent = parent;
-             return guion;
-           }),
-           py::arg("base"), py::arg("usuario"), py::arg("estacion"), py::arg("ruta"), py::arg("demo") = false);
+  type.def(
+      py::init([](const py::object& base, const py::object& usuario, const py::object& estacion,
+                  const py::object& ruta, bool demo) {
+        auto guion =
+            std::make_shared<Guion>(PathOf(base), TextOf(usuario), TextOf(estacion), PathOf(ruta), demo);
+        py::object parent = py::cast(&guion->nucleo->Host().Parent(), py::return_value_policy::reference);
+        parent.attr("llamadas") = guion->llamadas;
+        guion->parent = parent;
+        return guion;
+      }),
+      py::arg("base"), py::arg("usuario"), py::arg("estacion"), py::arg("ruta"), py::arg("demo") = false);
   List<&Cuaderno::sentencias>(type, "sentencias");
   List<&Cuaderno::mensajes>(type, "mensajes");
   List<&Cuaderno::listas>(type, "listas");
@@ -499,16 +511,18 @@ void BindAnfitrion(py::module_& module) {
           })
       .def_property_readonly("Ambiente",
                              py::cpp_function([](Guion& self) { return &self.nucleo->Ambiente(); }, inside))
-      .def_property_readonly("Parent",
-                             py::cpp_function([](Guion& self) { return &self.nucleo->Host().Parent(); }, inside))
-      .def("EntradasSalidas",
-           [](Guion& self) {
-             auto puerta = std::unique_ptr<Puerta>(new Puerta{self.nucleo, EntradasSalidas(self.nucleo->Host())});
-             puerta->door.Ambiente = &self.nucleo->Ambiente();
-             puerta->door.Parent = &self.nucleo->Host().Parent();
-             return puerta;
-           },
-           py::keep_alive<0, 1>())
+      .def_property_readonly(
+          "Parent", py::cpp_function([](Guion& self) { return &self.nucleo->Host().Parent(); }, inside))
+      .def(
+          "EntradasSalidas",
+          [](Guion& self) {
+            auto puerta =
+                std::unique_ptr<Puerta>(new Puerta{self.nucleo, EntradasSalidas(self.nucleo->Host())});
+            puerta->door.Ambiente = &self.nucleo->Ambiente();
+            puerta->door.Parent = &self.nucleo->Host().Parent();
+            return puerta;
+          },
+          py::keep_alive<0, 1>())
       .def("sql",
            [](Guion& self, const py::object& text, const py::args& values) {
              std::vector<data::Value> bound;
@@ -517,7 +531,8 @@ void BindAnfitrion(py::module_& module) {
            })
       .def("mensaje",
            [](Guion& self, int number) {
-             const data::Rows rows = self.nucleo->Sql("SELECT texto FROM mensajes WHERE numero = ?", {number});
+             const data::Rows rows =
+                 self.nucleo->Sql("SELECT texto FROM mensajes WHERE numero = ?", {number});
              return StrOf(rows.rows.empty() ? std::to_string(number) : data::ToText(rows.rows[0][0]));
            })
       .def_readwrite("pitidos", &Guion::pitidos)
@@ -529,18 +544,22 @@ void BindAnfitrion(py::module_& module) {
           })
       .def_readwrite("al_mostrar_modal", &Guion::al_mostrar_modal)
       .def_readwrite("al_mostrar_selector", &Guion::al_mostrar_selector)
-      .def("falla",
-           [](Guion& self, const std::string& pattern, int times, const std::string& text) {
-             self.nucleo->Falla(pattern, times, text);
-           },
-           py::arg("pattern"), py::arg("veces") = 1, py::arg("texto") = "falla provocada")
-      .def("falla_servicio",
-           [](Guion& self, const std::string& name, int times, const std::string& text) {
-             self.nucleo->FallaServicio(name, times, text);
-           },
-           py::arg("name"), py::arg("veces") = 1, py::arg("texto") = "falla provocada")
-      .def("procesa_eventos",
-           [](Guion& self, long ms) { Called([&] { self.nucleo->Plataforma().Advance(ms); }); }, py::arg("ms") = 0)
+      .def(
+          "falla",
+          [](Guion& self, const std::string& pattern, int times, const std::string& text) {
+            self.nucleo->Falla(pattern, times, text);
+          },
+          py::arg("pattern"), py::arg("veces") = 1, py::arg("texto") = "falla provocada")
+      .def(
+          "falla_servicio",
+          [](Guion& self, const std::string& name, int times, const std::string& text) {
+            self.nucleo->FallaServicio(name, times, text);
+          },
+          py::arg("name"), py::arg("veces") = 1, py::arg("texto") = "falla provocada")
+      .def(
+          "procesa_eventos",
+          [](Guion& self, long ms) { Called([&] { self.nucleo->Plataforma().Advance(ms); }); },
+          py::arg("ms") = 0)
       .def("cierra", [](Guion& self) { Called([&] { self.nucleo->Cierra(); }); });
 }
 

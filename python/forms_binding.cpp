@@ -212,10 +212,8 @@ void BindForms(py::module_& module) {
                                return all;
                              })
       .def("enfoca", [](Form& form, Control& control) { Act(form, [&] { form.Enter(control); }); })
-      .def("teclea",
-           [](Form& form, Control& control, const py::object& text) {
-             Act(form, [&] { form.Type(control, TextOf(text)); });
-           })
+      .def("teclea", [](Form& form, Control& control,
+                        const py::object& text) { Act(form, [&] { form.Type(control, TextOf(text)); }); })
       .def(
           "tecla",
           [](Form& form, const std::string& name, Control* control) {
@@ -224,14 +222,10 @@ void BindForms(py::module_& module) {
           py::arg("name"), optional_control)
       .def("clic", [](Form& form, Control& control) { Act(form, [&] { form.Click(control); }); })
       .def("doble_clic", [](Form& form, Control& control) { Act(form, [&] { form.DoubleClick(control); }); })
-      .def("clic_celda",
-           [](Form& form, forms::FlexGrid& grid, int row, int col) {
-             Act(form, [&] { form.ClickCell(grid, row, col); });
-           })
-      .def("doble_clic_celda",
-           [](Form& form, forms::FlexGrid& grid, int row, int col) {
-             Act(form, [&] { form.DoubleClickCell(grid, row, col); });
-           })
+      .def("clic_celda", [](Form& form, forms::FlexGrid& grid, int row,
+                            int col) { Act(form, [&] { form.ClickCell(grid, row, col); }); })
+      .def("doble_clic_celda", [](Form& form, forms::FlexGrid& grid, int row,
+                                  int col) { Act(form, [&] { form.DoubleClickCell(grid, row, col); }); })
       .def("elige",
            [](Form& form, forms::ComboBox& list, int item) { Act(form, [&] { form.Choose(list, item); }); })
       .def("cierra", [](Form& form) { Act(form, [&] { form.Close(); }); })

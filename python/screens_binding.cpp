@@ -34,18 +34,18 @@ struct Constructor {
   std::shared_ptr<DocumentWizard> screen;
 };
 
-#define TARVIK_RECORDSET(Screen, Name)                                           \
-  .def_property(                                                                 \
+#define TARVIK_RECORDSET(Screen, Name)                                          \
+  .def_property(                                                                \
       #Name, [](const Screen& screen) { return RecordsetObject(screen.Name); }, \
       [](Screen& screen, const py::object& rows) { screen.Name = RecordsetOf(rows); })
 // The context and the host's form, as the script knows them.
-#define TARVIK_AMBIENTE(Screen)                                                                       \
-  .def_property(                                                                                      \
-      "Ambiente", [](Screen& screen) { return AmbienteObject(screen.Ambiente.Get(), screen); },       \
+#define TARVIK_AMBIENTE(Screen)                                                                 \
+  .def_property(                                                                                \
+      "Ambiente", [](Screen& screen) { return AmbienteObject(screen.Ambiente.Get(), screen); }, \
       [](Screen& screen, const py::object& ambiente) { screen.Ambiente = AmbienteOf(ambiente); })
-#define TARVIK_PARENT(Screen)                                                                \
-  .def_property(                                                                             \
-      "Parent", [](Screen& screen) { return ParentObject(screen.Parent.Get(), screen); },    \
+#define TARVIK_PARENT(Screen)                                                             \
+  .def_property(                                                                          \
+      "Parent", [](Screen& screen) { return ParentObject(screen.Parent.Get(), screen); }, \
       [](Screen& screen, const py::object& parent) { screen.Parent = ParentOf(parent); })
 #define TARVIK_STRING(Screen, Name)                                   \
   .def_property(                                                      \
@@ -69,7 +69,8 @@ void BindDocumentWizard(py::module_& module) {
              self.screen->Query->TextoSql(text);
              return StrOf(text);
            })
-      .def("SentenciaDirecta", [](C& self, const std::string& text) { self.screen->Query->SentenciaDirecta(text); })
+      .def("SentenciaDirecta",
+           [](C& self, const std::string& text) { self.screen->Query->SentenciaDirecta(text); })
       .def("Ejecuta", [](C& self) { self.screen->Query->Ejecuta(); });
   py::class_<W, forms::Form, std::shared_ptr<W>>(module, "DocumentWizard") TARVIK_STRING(W, Modo)
       .def_readwrite("Importe", &W::Importe)
@@ -80,12 +81,12 @@ void BindDocumentWizard(py::module_& module) {
       .def_readwrite("Procesando", &W::Procesando)
       .def_readwrite("NumeroDePartidas", &W::NumeroDePartidas) TARVIK_RECORDSET(W, rstArticulo)
           TARVIK_RECORDSET(W, rstPartidas) TARVIK_AMBIENTE(W) TARVIK_PARENT(W)
-      .def_property_readonly("Query",
-                             [](W& screen) -> py::object {
-                               if (!screen.Query) return py::none();
-                               return py::cast(
-                                   Constructor{std::dynamic_pointer_cast<W>(screen.shared_from_this())});
-                             })
+      .def_property_readonly(
+          "Query",
+          [](W& screen) -> py::object {
+            if (!screen.Query) return py::none();
+            return py::cast(Constructor{std::dynamic_pointer_cast<W>(screen.shared_from_this())});
+          })
       .def("txtFields_Change", &W::txtFields_Change)
       .def("txtFields_GotFocus", &W::txtFields_GotFocus)
       .def("txtFields_LostFocus", &W::txtFields_LostFocus)

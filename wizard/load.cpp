@@ -34,8 +34,8 @@ void DocumentWizard::PonAlmacenDeCasa(Trampa& intenta) {
   intenta([&] { txtFields(14).Text(data::ToText(Ambiente->Parametros()->Fields("Almacen"))); });
 }
 
-void DocumentWizard::CargaFecha(Trampa& intenta, forms::DatePicker& picker, const data::RecordsetRef& registro,
-                                const char* columna) {
+void DocumentWizard::CargaFecha(Trampa& intenta, forms::DatePicker& picker,
+                                const data::RecordsetRef& registro, const char* columna) {
   intenta([&] {
     const data::Value& valor = registro->Fields(columna);
     if (!valor.IsNull()) picker.Value(data::ToDate(valor));

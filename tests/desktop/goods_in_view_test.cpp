@@ -28,7 +28,11 @@ class Escritorio : public ::testing::Test {
     App();
     program = std::make_unique<Program>(
         theme, ProgramOptions{QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("tienda.db")),
-                              QStringLiteral("ANA"), QStringLiteral("E1"), folder.path(), {}, true});
+                              QStringLiteral("ANA"),
+                              QStringLiteral("E1"),
+                              folder.path(),
+                              {},
+                              true});
     program->Platform().on_box = [this](forms::BoxKind kind, const std::string& text, int) {
       boxes.push_back(text);
       return kind != forms::BoxKind::Question || yes;
@@ -187,7 +191,9 @@ TEST_F(Escritorio, ClosingWithAnEditOpenLosesNothingStoredAndFreesTheDocument) {
 
 TEST(Palette, EveryTextStandsOutFromItsGroundInBothThemes) {
   auto luminance = [](const QColor& color) {
-    auto part = [](double value) { return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4); };
+    auto part = [](double value) {
+      return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
     return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
   };
   for (const bool dark : {false, true}) {
@@ -196,7 +202,8 @@ TEST(Palette, EveryTextStandsOutFromItsGroundInBothThemes) {
       double ground = luminance(Theme::Color(pair.ground, dark));
       if (text < ground) std::swap(text, ground);
       EXPECT_GE((text + 0.05) / (ground + 0.05), 4.5)
-          << static_cast<int>(pair.text) << " on " << static_cast<int>(pair.ground) << (dark ? ", dark" : ", light");
+          << static_cast<int>(pair.text) << " on " << static_cast<int>(pair.ground)
+          << (dark ? ", dark" : ", light");
     }
   }
 }

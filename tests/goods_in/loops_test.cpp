@@ -10,7 +10,8 @@ class ClavesEnCirculo : public Escenario {
     Catalogo();
     // No row of impuestos has this key, so neither is found as an article, only as a second key.
     for (const char* articulo : {"X", "Y", "Z"}) {
-      Sql("INSERT INTO prods (articulo, descrip, impuesto) VALUES (?, ?, ?)", {articulo, "Sin impuesto", "NADA"});
+      Sql("INSERT INTO prods (articulo, descrip, impuesto) VALUES (?, ?, ?)",
+          {articulo, "Sin impuesto", "NADA"});
     }
     Clave("X", "X");
     Clave("Y", "Z");
@@ -30,12 +31,16 @@ class ClavesEnCirculo : public Escenario {
   }
 };
 
-TEST_F(ClavesEnCirculo, AKeyThatStandsForItselfEndsTheLookupAndNotTheProgram) {
+TEST_F(ClavesEnCirculo, AKeyThatStandsForItselfIsLookedUpOnceAndLeavesTheScreenAlive) {
   frmEntradasWizard& f = Nueva();
   Teclea(f, f.txtFields(0), "COM");
   Teclea(f, f.txtFields(4), "X");
   f.Enter(f.txtFields(5));
-  ElDocumentoSigue(f);
+  EXPECT_TRUE(no_atrapados.empty());
+  EXPECT_EQ(f.txtFields(24).Text(), "X");
+  f.txtFields(24).Text("");
+  Renglon(f, "A-100", "2");
+  EXPECT_EQ(Celda(f, 1, 0), "A-100");
 }
 
 TEST_F(ClavesEnCirculo, TwoKeysThatStandForEachOtherEndTheLookupAndNotTheProgram) {

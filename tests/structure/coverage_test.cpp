@@ -100,7 +100,10 @@ void ExpectWellFormed(forms::Form& form, const std::string& stories) {
       EXPECT_TRUE(tabs.insert(control->TabIndex()).second) << control->FullName();
     }
     if (control->IsLabel()) continue;
-    const std::string place = control->Index() ? "[(,{ ]\\s*" + std::to_string(*control->Index()) + "\\b" : "\\b";
+    // An array's member by its index, or the array walked with a variable.
+    const std::string place =
+        control->Index() ? "([(,{ ]\\s*" + std::to_string(*control->Index()) + "\\b|\\((\\w+\\.)?[a-z_]+\\))"
+                         : "\\b";
     EXPECT_TRUE(Mentions(stories, "\\b" + control->Name() + place)) << control->FullName() << " has no story";
   }
 }

@@ -19,9 +19,9 @@ const fs::path kRaiz = TARVIK_SOURCE_DIR;
 // The floor of a file, by its folder; the door is a floor of its own.
 int Floor(const std::string& file) {
   if (file.starts_with("service/entradas_salidas")) return 6;
-  static const std::map<std::string, int> floors{{"data", 0},   {"forms", 1},     {"service", 2},  {"wizard", 3},
-                                                 {"matrix", 4}, {"goods_in", 5},  {"goods_out", 5}, {"stations", 5},
-                                                 {"host", 7},   {"python", 8},    {"desktop", 9}};
+  static const std::map<std::string, int> floors{
+      {"data", 0},      {"forms", 1},    {"service", 2}, {"wizard", 3}, {"matrix", 4}, {"goods_in", 5},
+      {"goods_out", 5}, {"stations", 5}, {"host", 7},    {"python", 8}, {"desktop", 9}};
   auto found = floors.find(file.substr(0, file.find('/')));
   return found == floors.end() ? -1 : found->second;
 }
@@ -33,8 +33,8 @@ struct Source {
 
 std::vector<Source> Sources() {
   std::vector<Source> sources;
-  for (const char* folder : {"data", "forms", "service", "wizard", "matrix", "goods_in", "goods_out", "stations", "host",
-                             "python", "desktop"}) {
+  for (const char* folder : {"data", "forms", "service", "wizard", "matrix", "goods_in", "goods_out",
+                             "stations", "host", "python", "desktop"}) {
     if (!fs::exists(kRaiz / folder)) continue;
     for (const auto& entry : fs::recursive_directory_iterator(kRaiz / folder)) {
       const std::string extension = entry.path().extension();
@@ -56,11 +56,13 @@ TEST(Floors, NoFileIncludesUpward) {
       std::smatch match;
       if (!std::regex_search(line, match, include)) continue;
       const std::string included = match[1];
-      ASSERT_GE(Floor(included), 0) << source.name << " includes " << included << ", which stands on no floor";
+      ASSERT_GE(Floor(included), 0) << source.name << " includes " << included
+                                    << ", which stands on no floor";
       EXPECT_GE(Floor(source.name), Floor(included)) << source.name << " includes " << included;
       const std::string own = source.name.substr(0, source.name.find('/'));
       if (Floor(source.name) == 5) {
-        EXPECT_TRUE(Floor(included) < 5 || included.starts_with(own)) << source.name << " includes another screen: " << included;
+        EXPECT_TRUE(Floor(included) < 5 || included.starts_with(own))
+            << source.name << " includes another screen: " << included;
       }
       ++seen;
     }
