@@ -89,7 +89,9 @@ class GridView::Painter final : public QStyledItemDelegate {
     QFont font = option.font;
     if (here) font.setBold(true);
     painter->setFont(font);
-    painter->setPen(theme.Color(here ? Role::CellInk : Role::Ink));
+    const bool alarming =
+        index.column() == view_.alarm_ && index.data().toString().startsWith(QLatin1Char('-'));
+    painter->setPen(theme.Color(alarming ? Role::Refused : (here ? Role::CellInk : Role::Ink)));
     const QString text = painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight,
                                                            option.rect.width() - 2 * measure::kGrid);
     painter->drawText(option.rect.adjusted(measure::kGrid, 0, -measure::kGrid, 0),

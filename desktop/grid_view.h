@@ -20,6 +20,8 @@ class GridView final : public QTableView {
   [[nodiscard]] forms::FlexGrid& Grid() const { return grid_; }
   // Columns whose texts are numbers: to the right, figures of equal width.
   void Numbers(const QList<int>& columns);
+  // A column of numbers that warns where one is below zero.
+  void Alarm(int column) { alarm_ = column; }
   // The column that takes the room left over.
   void Stretch(int column);
   // Where the grid's current cell is on the viewport; empty while it is scrolled out.
@@ -56,6 +58,7 @@ class GridView final : public QTableView {
   Model* model_;
   QList<int> numbers_;
   int stretch_ = -1;
+  int alarm_ = -1;
   bool live_ = false;  // shown once; before that changes are not followed one by one
   bool adjusting_ = false;
 };

@@ -6,6 +6,7 @@
 
 #include "desktop/boxes.h"
 #include "desktop/goods_in_view.h"
+#include "desktop/goods_out_view.h"
 #include "desktop/help.h"
 #include "desktop/hooks_window.h"
 #include "desktop/main_window.h"
@@ -73,6 +74,9 @@ Program::Program(Theme& theme, const ProgramOptions& options)
   platform_->on_repaint = [this](forms::Form& form) {
     if (ScreenView* view = ViewOf(form)) view->PaintNow();
   };
+  platform_->on_navigate = [this](forms::WebBrowser& browser, const std::string& file) {
+    if (auto* view = qobject_cast<GoodsOutView*>(ViewOf(browser.Owner()))) view->ShowSheet(file);
+  };
   platform_->on_front = []() -> forms::Form* {
     for (QWidget* widget = QApplication::focusWidget(); widget; widget = widget->parentWidget()) {
       if (auto* view = qobject_cast<ScreenView*>(widget)) return &view->Screen();
@@ -130,7 +134,17 @@ ScreenView* Program::ViewOf(const forms::Form& form) const { return views_.value
 void Program::Loaded(forms::Form& form) {
   ScreenView* view = nullptr;
   if (auto* entrada = dynamic_cast<frmEntradasWizard*>(&form)) view = new GoodsInView(*office_, *entrada);
-  if (!view) return;
+  if (auto* salida = dynamic_cast<frmSalidasWizard*>(&form)) view = new GoodsOutView(*office_, *salida);
+  if (!view) {
+    // A screen that the desktop can't show yet: told, and closed, so that nothing stays held unseen.
+    platform_->Post([this, alive = form.shared_from_this()] {
+      desktop::ShowBox(window_.get(), forms::BoxKind::Message,
+                       tr("Esta pantalla todavía no está en el escritorio. No se cambió ningún documento."),
+                       forms::kBoxInformation);
+      alive->Unload();
+    });
+    return;
+  }
   views_.insert(&form, view);
   new Showing(*view, [this, &form](bool modal) { ShowScreen(form, modal); });
   connect(view, &ScreenView::HelpRequested, this, [this, view] { Help(view); });

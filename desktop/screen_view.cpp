@@ -253,6 +253,10 @@ void ScreenView::CellEditor(std::string_view name, GridView& grid) {
   });
 }
 
+void ScreenView::Show(std::string_view name, QWidget& widget, const QString& accessible) {
+  Bind(Required(name), widget, accessible);
+}
+
 void ScreenView::Covered(std::string_view name, std::optional<int> index) {
   forms::Control& control = Required(name, index);
   widgets_.insert(&control, nullptr);
@@ -274,7 +278,7 @@ void ScreenView::Update(forms::Control& control) {
       line->deselect();
       line->setCursorPosition(box.SelStart());
     }
-  } else if (auto* notes = qobject_cast<QTextEdit*>(widget)) {
+  } else if (auto* notes = qobject_cast<QTextEdit*>(widget); notes && HasText(control)) {
     auto& box = dynamic_cast<forms::TextBox&>(control);
     if (notes->toPlainText() != ToQt(box.Text())) notes->setPlainText(ToQt(box.Text()));
     QTextCursor cursor = notes->textCursor();

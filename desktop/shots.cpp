@@ -85,6 +85,16 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   Press(Qt::Key_Return);
   Type("24");
   Save(window, folder.filePath(QStringLiteral("entradas-") + name));
+  program.Door().NuevaSalida();
+  QTest::qWait(0);
+  Type("VTA");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  const auto stocked = program.Host().Conexion().Run(
+      "SELECT articulo FROM existenciaalmacen WHERE existencia > 0 ORDER BY articulo LIMIT 5", {});
+  for (const auto& row : stocked.rows) Line(tarvik::data::ToText(row[0]).c_str(), "2");
+  Line(tarvik::data::ToText(stocked.rows[0][0]).c_str(), "40");
+  Save(window, folder.filePath(QStringLiteral("salidas-") + name));
   window.ShowPage("Entradas");
   Save(window, folder.filePath(QStringLiteral("lista-") + name));
   window.ShowPage("Existencias");

@@ -1,88 +1,8 @@
 // A goods-in by keyboard alone, with real key events, in the window that an operator sees.
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QClipboard>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTemporaryDir>
-#include <QTest>
-#include <cmath>
-
-#include "desktop/goods_in_view.h"
-#include "desktop/grid_view.h"
-#include "desktop/main_window.h"
-#include "desktop/program.h"
-#include "desktop/qt_platform.h"
-#include "desktop/theme.h"
-#include "host/anfitrion.h"
-#include "service/entradas_salidas.h"
-#include "tests/desktop/support.h"
+#include "tests/desktop/escritorio.h"
 
 namespace tarvik::desktop {
 namespace {
-
-class Escritorio : public ::testing::Test {
- protected:
-  Escritorio() {
-    App();
-    program = std::make_unique<Program>(
-        theme, ProgramOptions{QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("tienda.db")),
-                              QStringLiteral("ANA"),
-                              QStringLiteral("E1"),
-                              folder.path(),
-                              {},
-                              true});
-    program->Platform().on_box = [this](forms::BoxKind kind, const std::string& text, int) {
-      boxes.push_back(text);
-      return kind != forms::BoxKind::Question || yes;
-    };
-    program->Window().resize(1366, 768);
-    program->Window().show();
-    program->Window().activateWindow();
-    (void)QTest::qWaitForWindowActive(&program->Window());
-  }
-
-  frmEntradasWizard& New() {
-    program->Door().NuevaEntrada();
-    Settle();
-    auto& form = dynamic_cast<frmEntradasWizard&>(*program->Platform().Screens().back());
-    form.Check2.Value(0);  // no paper: the preview is a window of its own
-    return form;
-  }
-  static void Settle() { QTest::qWait(0); }
-  static void Type(const QString& text) {
-    for (const QChar letter : text) QTest::keyClick(QApplication::focusWidget(), letter.toLatin1());
-  }
-  static void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-  }
-  static void Line(const QString& article, const QString& quantity) {
-    Type(article);
-    Press(Qt::Key_Return);
-    Type(quantity);
-    Press(Qt::Key_Return);
-    Press(Qt::Key_Return);
-  }
-  std::string Article(int which) {
-    const auto rows = program->Host().Conexion().Run(
-        "SELECT articulo FROM prods WHERE precio1 > 0 ORDER BY articulo LIMIT 1 OFFSET ?", {which});
-    return data::ToText(rows.rows.at(0)[0]);
-  }
-  std::string One(const std::string& sql) {
-    const auto rows = program->Host().Conexion().Run(sql, {});
-    return rows.rows.empty() ? "(nada)" : data::ToText(rows.rows[0][0]);
-  }
-  QLineEdit* Widget(frmEntradasWizard& form, int index) {
-    return qobject_cast<QLineEdit*>(program->ViewOf(form)->WidgetOf(form.txtFields(index)));
-  }
-
-  QTemporaryDir folder;
-  Theme theme{Theme::Mode::Light};
-  std::unique_ptr<Program> program;
-  std::vector<std::string> boxes;
-  bool yes = true;
-};
 
 TEST_F(Escritorio, AWholeReceiptIsMadePostedAndFoundAgainWithoutTheMouse) {
   frmEntradasWizard& form = New();
@@ -148,19 +68,7 @@ TEST_F(Escritorio, ARefusedFieldIsMarkedWithItsReasonUntilMended) {
   EXPECT_FALSE(Widget(form, 4)->property("refused").toBool());
 }
 
-TEST_F(Escritorio, EveryControlHasItsPlaceInTheViewAndAName) {
-  frmEntradasWizard& form = New();
-  ScreenView* view = program->ViewOf(form);
-  const QStringList bound = view->Bound();
-  for (const forms::Control* control : form.Controls()) {
-    const QString name = QString::fromStdString(control->FullName());
-    EXPECT_TRUE(bound.contains(name)) << control->FullName() << " has no place in the view";
-    const QWidget* widget = view->WidgetOf(*control);
-    if (widget && control->Focusable()) {
-      EXPECT_FALSE(widget->accessibleName().isEmpty()) << control->FullName();
-    }
-  }
-}
+TEST_F(Escritorio, EveryControlHasItsPlaceInTheViewAndAName) { ExpectWhole(New()); }
 
 TEST_F(Escritorio, APastedPageGoesInAsOneChangeWithoutItsLineEnds) {
   frmEntradasWizard& form = New();
