@@ -527,10 +527,14 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
   return QWidget::eventFilter(watched, event);
 }
 
-bool ScreenView::focusNextPrevChild(bool next) {
-  form_->Press({forms::kKeyTab, next ? 0 : forms::kShift, 0});
-  Rest();
-  return true;
+// The keyboard's way is the form's. The toolkit also asks when a page is hidden, as when another screen
+// comes in front: that is no key of the operator's.
+bool ScreenView::focusNextPrevChild(bool /*next*/) { return false; }
+
+bool ScreenView::event(QEvent* event) {
+  // No control has the focus: the form sees the key alone.
+  if (event->type() == QEvent::KeyPress && Forward(*static_cast<QKeyEvent*>(event))) return true;
+  return QWidget::event(event);
 }
 
 void ScreenView::closeEvent(QCloseEvent* event) {
@@ -552,7 +556,7 @@ void ScreenView::Rest() {
     // Where the model put the focus, and nowhere else.
     if (forms::Control* active = form_->ActiveControl()) {
       QWidget* widget = widgets_.value(active);
-      if (widget && isActiveWindow() && !widget->hasFocus() && !QApplication::activePopupWidget()) {
+      if (widget && isVisible() && isActiveWindow() && !widget->hasFocus() && !QApplication::activePopupWidget()) {
         taking_focus_ = true;
         widget->setFocus(Qt::OtherFocusReason);
         taking_focus_ = false;

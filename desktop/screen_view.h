@@ -92,6 +92,7 @@ class ScreenView : public QWidget, public forms::FormListener {
 
   bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  bool event(QEvent* event) override;
   bool focusNextPrevChild(bool next) override;
 
  private:

@@ -43,6 +43,19 @@ TEST_F(EscritorioDeSalidas, ATransferOfFiveLinesIsMadeByKeyAndBothWarehousesShow
   EXPECT_TRUE(program->Platform().Screens().empty());
 }
 
+TEST_F(EscritorioDeSalidas, AScreenThatComesInFrontLeavesTheOtherOneAsItWas) {
+  frmEntradasWizard& first = New();
+  first.Enter(first.txtFields(4));
+  Settle();
+  Type(QStringLiteral("A"));
+  frmSalidasWizard& second = NewOut();
+  EXPECT_EQ(first.ActiveControl(), &first.txtFields(4));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(second, 0));
+  Type(QStringLiteral("VTA"));
+  EXPECT_EQ(second.txtFields(0).Text(), "VTA");
+  EXPECT_EQ(first.txtFields(4).Text(), "A");
+}
+
 TEST_F(EscritorioDeSalidas, TheSheetBesideTheLinesIsTheFilesPage) {
   frmSalidasWizard& form = NewOut();
   std::string heading = "Reparto del norte";
