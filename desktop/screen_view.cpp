@@ -556,7 +556,8 @@ void ScreenView::Rest() {
     // Where the model put the focus, and nowhere else.
     if (forms::Control* active = form_->ActiveControl()) {
       QWidget* widget = widgets_.value(active);
-      if (widget && isVisible() && isActiveWindow() && !widget->hasFocus() && !QApplication::activePopupWidget()) {
+      if (widget && isVisible() && isActiveWindow() && !widget->hasFocus() &&
+          !QApplication::activePopupWidget()) {
         taking_focus_ = true;
         widget->setFocus(Qt::OtherFocusReason);
         taking_focus_ = false;
