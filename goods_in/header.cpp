@@ -47,42 +47,11 @@ void frmEntradasWizard::txtFields_KeyDown(int Index, int& KeyCode, int /*Shift*/
     Procesando = false;
     return;
   }
-  switch (Index) {
-    case 0:
-      PasaA(14);
-      break;
-    case 14:
-      PasaA(4);
-      break;
-    case 4:
-      EnterEnArticulo();
-      break;
-    case 5:
-      PasaASeleccionado(6);
-      break;
-    case 6:
-      if (!Procesando) LlenaPartida();
-      break;
-    case 28:
-      PasaA(29);
-      break;
-    case 29:
-      PasaA(6);
-      break;
-    default:
-      break;
-  }
+  if (!PasaConEnter(Index) && Index == 4) EnterEnArticulo();
 }
 
 void frmEntradasWizard::EnterEnArticulo() {
-  if (Procesando) return;
-  const bool lector = Check4.Value() == 1;
-  if (lector) txtFields(5).Text("1");
-  PasaASeleccionado(5);
-  if (lector) {
-    PonDescripcion();
-    LlenaPartida();
-  }
+  if (!TomaArticulo()) return;
   // A model's key brings its cost and unit to the entry row. After a scan the key is empty by now,
   // and a row of articles without a model would answer; the next scan overwrites what it leaves.
   data::RecordsetRef modelo;

@@ -73,12 +73,10 @@ void frmSalidasWizard::txtFields_KeyDown(int Index, int& KeyCode, int /*Shift*/)
     Procesando = false;
     return;
   }
+  if (PasaConEnter(Index)) return;
   switch (Index) {
-    case 0:
-      PasaA(14);
-      break;
-    case 14:
-      PasaA(4);
+    case 4:
+      TomaArticulo();
       break;
     case 13:
       PasaA(17);
@@ -88,29 +86,6 @@ void frmSalidasWizard::txtFields_KeyDown(int Index, int& KeyCode, int /*Shift*/)
       break;
     case 16:
       PasaA(4);
-      break;
-    case 4: {
-      if (Procesando) break;
-      const bool lector = Check4.Value() == 1;
-      if (lector) txtFields(5).Text("1");
-      PasaASeleccionado(5);
-      if (lector) {
-        PonDescripcion();
-        LlenaPartida();
-      }
-      break;
-    }
-    case 5:
-      PasaASeleccionado(6);
-      break;
-    case 6:
-      if (!Procesando) LlenaPartida();
-      break;
-    case 28:
-      PasaA(29);
-      break;
-    case 29:
-      PasaA(6);
       break;
     default:
       break;

@@ -212,6 +212,11 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // Enter's move: only to a target that is enabled.
   void PasaA(int campo);
   void PasaASeleccionado(int campo);
+  // Enter's moves that both wizards have. False for a field whose move is the wizard's own.
+  bool PasaConEnter(int Index);
+  // Enter in the article field: on to the quantity; with a barcode reader, a whole line. False, and
+  // nothing done, while a line is being stored.
+  bool TomaArticulo();
   // Down in the article field: the list of articles.
   void AbajoEnArticulo();
   // The entry row's first checks: the article is there and is one, the quantity is above 0.

@@ -95,6 +95,43 @@ void DocumentWizard::PasaASeleccionado(int campo) {
   txtFields(campo).SelectAll();
 }
 
+bool DocumentWizard::PasaConEnter(int Index) {
+  switch (Index) {
+    case 0:
+      PasaA(14);
+      return true;
+    case 14:
+      PasaA(4);
+      return true;
+    case 5:
+      PasaASeleccionado(6);
+      return true;
+    case 6:
+      if (!Procesando) LlenaPartida();
+      return true;
+    case 28:
+      PasaA(29);
+      return true;
+    case 29:
+      PasaA(6);
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool DocumentWizard::TomaArticulo() {
+  if (Procesando) return false;
+  const bool lector = Check4.Value() == 1;
+  if (lector) txtFields(5).Text("1");
+  PasaASeleccionado(5);
+  if (lector) {
+    PonDescripcion();
+    LlenaPartida();
+  }
+  return true;
+}
+
 void DocumentWizard::AbajoEnArticulo() {
   auto lista = host_.NuevaLista();
   lista->Ambiente(*Ambiente);
