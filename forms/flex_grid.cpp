@@ -15,13 +15,28 @@ constexpr int kPage = 10;           // rows that PageUp and PageDown move
 const std::string kNothing;
 }  // namespace
 
-FlexGrid::FlexGrid(Form& form, std::string name)
-    : Control(form, std::move(name)), rows_(2), columns_(2, kDefaultWidth) {}
+FlexGrid::FlexGrid(Form& form, std::string name, Start start)
+    : Control(form, std::move(name)),
+      rows_(start == Start::Bare ? 0 : 2),
+      columns_(start == Start::Bare ? 0 : 2, kDefaultWidth),
+      bare_(start == Start::Bare) {}
 
 void FlexGrid::RequireCell(int row, int col) const {
   if (row < 0 || row >= Rows() || col < 0 || col >= Cols()) {
     throw data::Error("La celda (" + std::to_string(row) + ", " + std::to_string(col) + ") está fuera de " +
                       FullName());
+  }
+}
+
+void FlexGrid::RequireRow(int row) const {
+  if (row < 0 || row >= Rows()) {
+    throw data::Error("El renglón " + std::to_string(row) + " está fuera de " + FullName());
+  }
+}
+
+void FlexGrid::RequireColumn(int col) const {
+  if (col < 0 || col >= Cols()) {
+    throw data::Error("La columna " + std::to_string(col) + " está fuera de " + FullName());
   }
 }
 
@@ -39,40 +54,43 @@ FlexGrid::Cell& FlexGrid::At(int row, int col) {
 }
 
 void FlexGrid::Rows(int count) {
-  if (count < fixed_rows_ || count < 1)
+  if (count < fixed_rows_ || count < (bare_ ? 0 : 1))
     throw data::Error("No puede haber " + std::to_string(count) + " renglones");
   const int from = std::min(count, Rows());
+  // The first row that a bare grid gets is the one it stands on.
+  if (bare_ && Rows() <= fixed_rows_ && count > fixed_rows_) row_ = fixed_rows_;
   rows_.resize(static_cast<std::size_t>(count));
-  row_ = std::min(row_, count - 1);
-  top_row_ = std::min(top_row_, count - 1);
+  row_ = std::clamp(row_, 0, std::max(count - 1, 0));
+  top_row_ = std::clamp(top_row_, 0, std::max(count - 1, 0));
   Owner().Notify([&](FormListener& listener) { listener.RowsChanged(*this, from); });
 }
 
 void FlexGrid::Cols(int count) {
-  if (count < fixed_cols_ || count < 1)
+  if (count < fixed_cols_ || count < (bare_ ? 0 : 1))
     throw data::Error("No puede haber " + std::to_string(count) + " columnas");
   columns_.resize(static_cast<std::size_t>(count), kDefaultWidth);
   for (auto& row : rows_) {
     if (row.cells.size() > columns_.size()) row.cells.resize(columns_.size());
   }
-  col_ = std::min(col_, count - 1);
+  col_ = std::clamp(col_, 0, std::max(count - 1, 0));
   Changed(Aspect::Layout);
 }
 
 void FlexGrid::FixedRows(int count) {
-  if (count < 0 || count >= Rows())
+  if (count < 0 || count > Rows() - (bare_ ? 0 : 1))
     throw data::Error("No puede haber " + std::to_string(count) + " renglones fijos");
   fixed_rows_ = count;
-  row_ = std::max(row_, count);
-  top_row_ = std::max(top_row_, count);
+  const int last = std::max(Rows() - 1, 0);
+  row_ = std::min(std::max(row_, count), last);
+  top_row_ = std::min(std::max(top_row_, count), last);
   Changed(Aspect::Layout);
 }
 
 void FlexGrid::FixedCols(int count) {
-  if (count < 0 || count >= Cols())
+  if (count < 0 || count > Cols() - (bare_ ? 0 : 1))
     throw data::Error("No puede haber " + std::to_string(count) + " columnas fijas");
   fixed_cols_ = count;
-  col_ = std::max(col_, count);
+  col_ = std::min(std::max(col_, count), std::max(Cols() - 1, 0));
   Changed(Aspect::Layout);
 }
 
@@ -91,7 +109,7 @@ void FlexGrid::MoveTo(int row, int col) {
 }
 
 void FlexGrid::TopRow(int row) {
-  RequireCell(row, 0);
+  RequireRow(row);
   top_row_ = std::max(row, fixed_rows_);
   Changed(Aspect::Layout);
 }
@@ -109,23 +127,23 @@ void FlexGrid::TextMatrix(int row, int col, std::string_view text) {
 }
 
 int FlexGrid::ColWidth(int col) const {
-  RequireCell(0, col);
+  RequireColumn(col);
   return columns_[static_cast<std::size_t>(col)];
 }
 
 void FlexGrid::ColWidth(int col, int width) {
-  RequireCell(0, col);
+  RequireColumn(col);
   columns_[static_cast<std::size_t>(col)] = width;
   Changed(Aspect::Layout);
 }
 
 int FlexGrid::RowHeight(int row) const {
-  RequireCell(row, 0);
+  RequireRow(row);
   return rows_[static_cast<std::size_t>(row)].height;
 }
 
 void FlexGrid::RowHeight(int row, int height) {
-  RequireCell(row, 0);
+  RequireRow(row);
   rows_[static_cast<std::size_t>(row)].height = height;
   Owner().Notify([&](FormListener& listener) { listener.RowsChanged(*this, row); });
 }
@@ -166,24 +184,24 @@ int FlexGrid::CellTop() const {
 }
 
 void FlexGrid::RemoveItem(int row) {
-  RequireCell(row, 0);
-  if (row < fixed_rows_ || Rows() - fixed_rows_ < 2) {
+  if (row < 0 || row >= Rows() || row < fixed_rows_ || Rows() - fixed_rows_ < (bare_ ? 1 : 2)) {
     throw data::Error("El renglón " + std::to_string(row) + " no se puede quitar");
   }
   rows_.erase(rows_.begin() + row);
-  row_ = std::min(row_, Rows() - 1);
-  top_row_ = std::min(top_row_, Rows() - 1);
+  row_ = std::clamp(row_, 0, std::max(Rows() - 1, 0));
+  top_row_ = std::clamp(top_row_, 0, std::max(Rows() - 1, 0));
   Owner().Notify([&](FormListener& listener) { listener.RowsChanged(*this, row); });
 }
 
 void FlexGrid::AddItem(std::string_view text) {
-  rows_.emplace_back();
+  if (!text.empty() && columns_.empty()) throw data::Error(FullName() + " no tiene columnas");
+  Rows(Rows() + 1);
   const int row = Rows() - 1;
-  if (!text.empty()) At(row, 0).text = text;
-  Owner().Notify([&](FormListener& listener) { listener.RowsChanged(*this, row); });
+  if (!text.empty()) TextMatrix(row, 0, text);
 }
 
 void FlexGrid::Editing(const Key& key) {
+  if (Rows() <= fixed_rows_ || Cols() <= fixed_cols_) return;  // a bare grid, still empty
   auto step = [&](int by) {
     for (int col = col_ + by; col >= fixed_cols_ && col < Cols(); col += by) {
       if (ColWidth(col) > 0) return MoveTo(row_, col);

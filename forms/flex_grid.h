@@ -13,7 +13,11 @@ namespace tarvik::forms {
 // outside the grid throws data::Error. Widths and heights are in twips; a width of 0 hides.
 class FlexGrid : public Control {
  public:
-  FlexGrid(Form& form, std::string name);
+  // A bare grid starts with no rows and columns, and may be emptied again; a designed one has two of
+  // each, and keeps at least one row that is no header. While a bare grid has no row of its own,
+  // Row() names none.
+  enum class Start { Designed, Bare };
+  FlexGrid(Form& form, std::string name, Start start = Start::Designed);
 
   [[nodiscard]] int Rows() const { return static_cast<int>(rows_.size()); }
   void Rows(int count);
@@ -89,11 +93,14 @@ class FlexGrid : public Control {
   };
 
   void RequireCell(int row, int col) const;
+  void RequireRow(int row) const;
+  void RequireColumn(int col) const;
   [[nodiscard]] const Cell* Look(int row, int col) const;
   Cell& At(int row, int col);
 
   std::vector<RowData> rows_;
   std::vector<int> columns_;  // widths
+  bool bare_ = false;
   int fixed_rows_ = 0;
   int fixed_cols_ = 0;
   int row_ = 0;

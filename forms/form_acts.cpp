@@ -100,6 +100,8 @@ void Form::ClickCell(FlexGrid& grid, int row, int col) {
 void Form::DoubleClickCell(FlexGrid& grid, int row, int col) {
   ClickCell(grid, row, col);
   if (!visible_ || !grid.CanTakeFocus() || !grid.OnDblClick) return;
+  // A cell that the cursor may not rest on has sent it elsewhere: the hand meant no other cell.
+  if (grid.Row() != row || grid.Col() != col) return;
   Act([&] { grid.OnDblClick(); });
 }
 

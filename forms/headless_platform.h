@@ -24,6 +24,7 @@ class HeadlessPlatform : public Platform {
   std::function<void(Form&)> on_screen_loaded;
   std::function<void(Form&)> on_screen_unloaded;
   std::function<std::optional<data::DateTime>()> clock;  // nothing: the machine's clock
+  std::function<bool()> on_wait;                         // each turn of a wait; true ends it
 
   data::DateTime Now() override;
   bool ShowBox(BoxKind kind, const std::string& text, int style) override;
@@ -36,6 +37,7 @@ class HeadlessPlatform : public Platform {
   void RunModal(Form& form) override;
   void Repaint(Form&) override {}
   void Unhandled(Form* form, const std::exception& error) override;
+  bool EndRequested() override { return on_wait && on_wait(); }
   void ShowSearchList(SearchBox& box) override;
   void Navigate(WebBrowser& browser, const std::string& name) override;
 

@@ -45,7 +45,8 @@ class Platform {
   virtual bool ShowBox(BoxKind kind, const std::string& text, int style) = 0;
   virtual void Beep() = 0;
 
-  // Lets what is pending run: posted functions, due timers, painting.
+  // Lets what is pending run: posted functions, due timers, painting. An operator's keys and clicks
+  // may wait until the act under way has ended.
   virtual void ProcessEvents() = 0;
   // Runs later, in order, on this thread. What a posted function throws goes to Unhandled.
   virtual void Post(std::function<void()> function) = 0;
