@@ -19,11 +19,12 @@
 //                       first line or the save
 #pragma once
 
+#include "wizard/captura_de_modelo.h"
 #include "wizard/document_wizard.h"
 
 namespace tarvik {
 
-class frmEntradasWizard final : public DocumentWizard {
+class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
  public:
   explicit frmEntradasWizard(service::Host& host);
 
@@ -54,6 +55,7 @@ class frmEntradasWizard final : public DocumentWizard {
   void MultiplicaPrecio() override;
   void LlenaPartida() override;
   void NuevaPartida() override;
+  // Whether the key in the article field is a model that has been spread over its colours and sizes.
   void BuscaModelo(bool& es_modelo);
 
   // ---- grid ----
@@ -79,8 +81,19 @@ class frmEntradasWizard final : public DocumentWizard {
   void Form_Unload(int& Cancel) override;
   bool AlCambiar(int Index) override;
   void AlSalir(int Index) override;
+  void GuardaParaMalla() override { SalvaEntrada("PE"); }
+  [[nodiscard]] std::int32_t Documento() const override { return Entrada; }
 
  private:
+  // ---- CapturaDeModelo ----
+  service::Host& Anfitrion() override { return host(); }
+  service::Ambiente& Contexto() override { return *Ambiente; }
+  service::Reportero& Reporta() override { return *this; }
+  forms::TextBox& Campo(int indice) override { return txtFields(indice); }
+  data::RecordsetRef& Articulo() override { return rstArticulo; }
+  void HazRenglon() override { Command6_Click(); }
+  void Vuelve(int indice) override { ColocaFoco(txtFields(indice)); }
+
   void LlenaDeLaEntrada(service::Trampa& intenta);
   void EnterEnArticulo();
   void EscribeRenglon(service::Trampa& intenta, std::int32_t id);

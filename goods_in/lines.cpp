@@ -1,8 +1,9 @@
 // How a line comes to be: the entry row is filled from the catalogue, checked, and becomes one row
-// of entpart and one row of the grid at once.
+// of entpart and one row of the grid at once. A model's key becomes one line for each colour and size.
 #include "data/number.h"
 #include "data/text.h"
 #include "goods_in/frm_entradas_wizard.h"
+#include "matrix/busca_modelo.h"
 
 namespace tarvik {
 
@@ -91,8 +92,8 @@ void frmEntradasWizard::MultiplicaPrecio() {
 }
 
 void frmEntradasWizard::BuscaModelo(bool& es_modelo) {
-  // Articles only, until a model can be spread over its colours and sizes.
-  es_modelo = false;
+  Vuelta vuelta{*this};
+  tarvik::BuscaModelo(*this, es_modelo);
 }
 
 void frmEntradasWizard::LlenaPartida() {

@@ -9,6 +9,11 @@ using service::Trampa;
 
 namespace {
 
+constexpr Celda kCeldas[] = {{0, "articulo", Celda::Valor},   {1, "cantidad", Celda::Valor},
+                             {2, "Precio", Celda::Valor},     {4, "Observ", Celda::TrasBlanco},
+                             {5, "id_entrada", Celda::Texto}, {6, "PrDescrip", Celda::Texto},
+                             {7, "PrCantidad", Celda::Texto}};
+
 constexpr Particular kEntradas{
     .nombre = "frmEntradasWizard",
     .titulo = "Asistente para entradas al inventario.",
@@ -21,6 +26,10 @@ constexpr Particular kEntradas{
     .campo_de_formato = "Entradas",
     .borra_renglon = "DELETE FROM entpart WHERE id_entrada = ",
     .columna_id = 5,
+    .malla = {.origen = "EntradasInventario",
+              .procedimiento = "TKCreaEntradaTYC",
+              .operacion = "SA",
+              .celdas = kCeldas},
 };
 
 constexpr int kRenglonesALaVista = 10;
@@ -125,13 +134,7 @@ void frmEntradasWizard::LlenaDeLaEntrada(Trampa& intenta) {
     AbreNuevo("SELECT * FROM entpart WHERE entrada = (" + data::ToText(columna("Entrada")) + ")",
               rstPartidas);
   });
-  LlenaRenglones(intenta, {{0, "articulo", Celda::Valor},
-                           {1, "cantidad", Celda::Valor},
-                           {2, "Precio", Celda::Valor},
-                           {4, "Observ", Celda::TrasBlanco},
-                           {5, "id_entrada", Celda::Texto},
-                           {6, "PrDescrip", Celda::Texto},
-                           {7, "PrCantidad", Celda::Texto}});
+  LlenaRenglones(intenta, kCeldas);
 }
 
 void frmEntradasWizard::Form_KeyDown(int& KeyCode, int /*Shift*/) {

@@ -182,6 +182,12 @@ void frmSalidasWizard::SalvaSalida() {
   EjecutaQuery(intenta);
 }
 
+void frmSalidasWizard::GuardaParaMalla() {
+  SalvaSalida();
+  bool hay = false;
+  SalvaPartidas(hay);
+}
+
 void frmSalidasWizard::SalvaPartidas(bool& hay) {
   Trampa intenta{*this, "SalvaPartidas"};
   intenta([&] {

@@ -107,6 +107,8 @@ class frmSalidasWizard final : public DocumentWizard {
   void Form_Paint() override;
   void Form_Resize() override;
   bool AlCambiar(int Index) override;
+  void GuardaParaMalla() override;
+  [[nodiscard]] std::int32_t Documento() const override { return Salida; }
 
  private:
   void Disena();

@@ -13,6 +13,11 @@ using service::Trampa;
 
 namespace {
 
+constexpr Celda kCeldas[] = {{0, "articulo", Celda::Valor},   {1, "cantidad", Celda::Valor},
+                             {3, "Precio", Celda::Valor},     {5, "Observ", Celda::TrasBlanco},
+                             {6, "id_salida", Celda::Texto},  {7, "PrDescrip", Celda::Texto},
+                             {8, "PrCantidad", Celda::Texto}, {10, "claveadd", Celda::Valor}};
+
 constexpr Particular kSalidas{
     .nombre = "frmSalidasWizard",
     .titulo = "Asistente para salidas de almacén.",
@@ -25,6 +30,10 @@ constexpr Particular kSalidas{
     .campo_de_formato = "Salidas",
     .borra_renglon = "DELETE FROM salpart WHERE id_salida = ",
     .columna_id = 6,
+    .malla = {.origen = "SalidasInventario",
+              .procedimiento = "TKCreaSalidaTYC",
+              .operacion = "EN",
+              .celdas = kCeldas},
 };
 
 constexpr int kRenglonesALaVista = 7;
@@ -245,14 +254,7 @@ void frmSalidasWizard::LlenaDeLaSalida(Trampa& intenta) {
   intenta([&] {
     AbreNuevo("SELECT * FROM salpart WHERE salida = (" + data::ToText(columna("Salida")) + ")", rstPartidas);
   });
-  LlenaRenglones(intenta, {{0, "articulo", Celda::Valor},
-                           {1, "cantidad", Celda::Valor},
-                           {3, "Precio", Celda::Valor},
-                           {5, "Observ", Celda::TrasBlanco},
-                           {6, "id_salida", Celda::Texto},
-                           {7, "PrDescrip", Celda::Texto},
-                           {8, "PrCantidad", Celda::Valor},
-                           {10, "claveadd", Celda::Valor}});
+  LlenaRenglones(intenta, kCeldas);
 }
 
 void frmSalidasWizard::Form_KeyDown(int& KeyCode, int /*Shift*/) {

@@ -3,6 +3,7 @@
 
 #include "data/number.h"
 #include "data/text.h"
+#include "service/pantalla.h"
 
 namespace tarvik {
 
@@ -74,10 +75,7 @@ void DocumentWizard::Conecta() {
   });
 }
 
-void DocumentWizard::ColocaFoco(forms::Control& control) {
-  service::Ignora ignora;
-  ignora([&] { control.SetFocus(); });
-}
+void DocumentWizard::ColocaFoco(forms::Control& control) { service::ColocaFoco(control); }
 
 void DocumentWizard::ColocaFoco(service::LateBound& forma) {
   service::Ignora ignora;
@@ -90,10 +88,7 @@ bool DocumentWizard::ReportaError(const std::string& modulo, const std::string& 
       host_, [this] { return Ambiente->RutaBase(); }, modulo, funcion, descripcion);
 }
 
-void DocumentWizard::Dispara(std::string_view clave) {
-  host_.ConsultasCatalogo().BuscaCatalogo(std::string(clave), *this, *Ambiente, "", nullptr, true, false, "",
-                                          "", "", nullptr);
-}
+void DocumentWizard::Dispara(std::string_view clave) { service::Dispara(host_, clave, *this, *Ambiente); }
 
 bool DocumentWizard::Cancelado() { return std::exchange(CancelaProceso, false); }
 

@@ -21,21 +21,6 @@
 
 namespace tarvik {
 
-// What sets the two wizards apart where a shared step differs by a detail only.
-struct Particular {
-  std::string_view nombre;               // the screen's name
-  std::string_view titulo;               // its caption at design
-  std::string_view modulo;               // module text of the log, cut at 13 characters
-  std::string_view ent_sal;              // concepts of this direction: 'E' or 'S'
-  bool recorta_concepto;                 // whether the concept's description is trimmed
-  std::string_view fin_de_valida_fecha;  // how the statement of ValidaFecha ends
-  std::string_view busca_concepto;       // title of the picker of concepts
-  std::string_view antes_de_buscar;      // hook on leaving the article field
-  std::string_view campo_de_formato;     // column of defform
-  std::string_view borra_renglon;        // removal of a line, up to its id
-  int columna_id;                        // grid column that holds the line's id
-};
-
 // A column of the grid as designed. The width is in twips; 0 hides. Column 0 takes one and a half
 // times the grid's own width.
 struct Columna {
@@ -49,6 +34,30 @@ struct Celda {
   int columna;
   const char* campo;
   Como como;
+};
+
+// How a document works with the colour and size matrix of another program.
+struct MallaExterna {
+  std::string_view origen;         // what TKMallaParam is told that asks
+  std::string_view procedimiento;  // makes the lines once the matrix is filled
+  std::string_view operacion;      // the code under which the rows that it left are looked for
+  std::span<const Celda> celdas;   // and how they come into the grid
+};
+
+// What sets the two wizards apart where a shared step differs by a detail only.
+struct Particular {
+  std::string_view nombre;               // the screen's name
+  std::string_view titulo;               // its caption at design
+  std::string_view modulo;               // module text of the log, cut at 13 characters
+  std::string_view ent_sal;              // concepts of this direction: 'E' or 'S'
+  bool recorta_concepto;                 // whether the concept's description is trimmed
+  std::string_view fin_de_valida_fecha;  // how the statement of ValidaFecha ends
+  std::string_view busca_concepto;       // title of the picker of concepts
+  std::string_view antes_de_buscar;      // hook on leaving the article field
+  std::string_view campo_de_formato;     // column of defform
+  std::string_view borra_renglon;        // removal of a line, up to its id
+  int columna_id;                        // grid column that holds the line's id
+  MallaExterna malla;
 };
 
 class DocumentWizard : public forms::Form, public service::Reportero {
@@ -193,8 +202,9 @@ class DocumentWizard : public forms::Form, public service::Reportero {
                   const char* columna);
   // Marks the document as held.
   void TomaDocumento(service::Trampa& intenta, std::string_view tabla, const std::string& condicion);
+  std::string TextoDeCelda(const data::RecordsetRef& registro, const Celda& celda);
   // The grid from rstPartidas, and the totals if there was a line.
-  void LlenaRenglones(service::Trampa& intenta, std::initializer_list<Celda> celdas);
+  void LlenaRenglones(service::Trampa& intenta, std::span<const Celda> celdas);
   // The end of the load, where errors are dropped: a document that is only read has its controls
   // disabled, but for labels and those named; search boxes get their connection, Check4 its start.
   void TerminaCarga(std::initializer_list<forms::Control*> siempre, int a_la_vista);
@@ -217,8 +227,11 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // Enter in the article field: on to the quantity; with a barcode reader, a whole line. False, and
   // nothing done, while a line is being stored.
   bool TomaArticulo();
-  // Down in the article field: the list of articles.
+  // Down in the article field: another program's matrix for a model's key, else the list of articles.
   void AbajoEnArticulo();
+  // The document as it stands goes to the base, for the other program to work on.
+  virtual void GuardaParaMalla() = 0;
+  [[nodiscard]] virtual std::int32_t Documento() const = 0;
   // The entry row's first checks: the article is there and is one, the quantity is above 0.
   bool ArticuloYCantidad(service::Trampa& intenta);
   // F8 walks the presentation fields; false where it has no meaning.
@@ -256,6 +269,9 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
  private:
   void Conecta();
+  void ReparteFuera(const std::string& modelo);
+  void EjecutaProcedimiento(const std::string& sentencia);
+  void TraeDeLaMalla(const std::string& documento);
 
   service::Host& host_;
   const Particular& particular_;

@@ -132,17 +132,6 @@ bool DocumentWizard::TomaArticulo() {
   return true;
 }
 
-void DocumentWizard::AbajoEnArticulo() {
-  auto lista = host_.NuevaLista();
-  lista->Ambiente(*Ambiente);
-  lista->Campo(txtFields(4));
-  int numero = 0;
-  lista->Muestra(numero, "");
-  lista.reset();
-  ColocaFoco(txtFields(5));
-  txtFields(5).SelectAll();
-}
-
 bool DocumentWizard::ArticuloYCantidad(Trampa& intenta) {
   if (intenta.Si([&] { return Vacio(4); })) {
     Mensaje(intenta, 234);

@@ -56,26 +56,27 @@ void DocumentWizard::EjecutaQuery(Trampa& intenta) {
   intenta([&] { Query->Ejecuta(); });
 }
 
-void DocumentWizard::LlenaRenglones(Trampa& intenta, std::initializer_list<Celda> celdas) {
+std::string DocumentWizard::TextoDeCelda(const data::RecordsetRef& registro, const Celda& celda) {
+  const data::Value& valor = registro->Fields(celda.campo);
+  switch (celda.como) {
+    case Celda::Texto:
+      return Funciones().TextoDe(valor);
+    case Celda::TrasBlanco:
+      return " " + data::ToText(valor);
+    default:
+      return data::ToText(valor);
+  }
+}
+
+void DocumentWizard::LlenaRenglones(Trampa& intenta, std::span<const Celda> celdas) {
   if (intenta.Si([&] { return rstPartidas->Eof(); })) return;
-  auto texto = [&](const Celda& celda) {
-    const data::Value& valor = rstPartidas->Fields(celda.campo);
-    switch (celda.como) {
-      case Celda::Texto:
-        return Funciones().TextoDe(valor);
-      case Celda::TrasBlanco:
-        return " " + data::ToText(valor);
-      default:
-        return data::ToText(valor);
-    }
-  };
   for (int renglon = 1; intenta.Mientras([&] { return !rstPartidas->Eof(); }); ++renglon) {
     // A line beyond the grid's last row is stored and not shown, as when it was entered.
     if (renglon <= fg2.Rows() - fg2.FixedRows()) {
       intenta([&] { fg2.Row(renglon); });
       for (const Celda& celda : celdas) {
         intenta([&] { fg2.Col(celda.columna); });
-        intenta([&] { fg2.Text(texto(celda)); });
+        intenta([&] { fg2.Text(TextoDeCelda(rstPartidas, celda)); });
       }
     }
     intenta([&] { rstPartidas->MoveNext(); });

@@ -1,0 +1,32 @@
+// CapturaDeModelo: what the spreading of a model over its colours and sizes needs of a document: the
+// entry row that the model's key was typed in, and a way to turn that row into a line. It knows
+// neither the document's table nor its grid.
+#pragma once
+
+#include "data/recordset.h"
+#include "forms/control.h"
+#include "service/host_services.h"
+#include "service/reporte.h"
+
+namespace tarvik {
+
+class CapturaDeModelo {
+ public:
+  virtual ~CapturaDeModelo() = default;
+
+  virtual service::Host& Anfitrion() = 0;
+  // Throws data::Error if the document has no context.
+  virtual service::Ambiente& Contexto() = 0;
+  // Whose failures these are: box and log name this screen.
+  virtual service::Reportero& Reporta() = 0;
+  // A field of the entry row, by its index: 4 article, 5 quantity, 6 price, 9 amount, 27 unit.
+  virtual forms::TextBox& Campo(int indice) = 0;
+  // The article last read, which the document's routines may look at.
+  virtual data::RecordsetRef& Articulo() = 0;
+  // The entry row as it stands becomes a line, with all the checks of one that was typed. Empties it.
+  virtual void HazRenglon() = 0;
+  // The focus to the document's field; whatever fails there is ignored.
+  virtual void Vuelve(int indice) = 0;
+};
+
+}  // namespace tarvik
