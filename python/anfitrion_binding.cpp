@@ -36,6 +36,8 @@ struct Cuaderno {
   py::dict ganchos;
   py::object ahora = py::none(), al_mostrar_modal = py::none(), al_mostrar_selector = py::none();
   int pitidos = 0;
+  py::object ultima;  // the last statement, as listed
+  std::string texto_de_la_ultima;
 };
 
 // The host itself. Every screen and control keeps it alive; the script's notebook may go before it,
@@ -74,6 +76,7 @@ class Nucleo final : public host::Registro,
         if (notes.pantallas.contains(object)) notes.pantallas.attr("remove")(object);
       });
     };
+    plataforma_.on_wait = [this] { return Turn(); };
     plataforma_.clock = [this] {
       std::optional<data::DateTime> now;
       Note([&](Cuaderno& notes) { now = DateTimeOf(notes.ahora); });
@@ -175,8 +178,15 @@ class Nucleo final : public host::Registro,
   }
 
  protected:
+  // A wait asks the same thing over and over: it is kept once, and listed each time.
   void AnotaSentencia(std::string_view text) override {
-    Note([&](Cuaderno& notes) { notes.sentencias.append(StrOf(text)); });
+    Note([&](Cuaderno& notes) {
+      if (!notes.ultima || text != notes.texto_de_la_ultima) {
+        notes.texto_de_la_ultima = text;
+        notes.ultima = StrOf(text);
+      }
+      notes.sentencias.append(notes.ultima);
+    });
   }
   void AnotaMensaje(const host::MensajeVisto& mensaje) override {
     Note([&](Cuaderno& notes) { notes.mensajes.append(py::cast(mensaje)); });
@@ -195,6 +205,17 @@ class Nucleo final : public host::Registro,
     if (!notebook_) return;
     py::gil_scoped_acquire gil;
     function(*notebook_);
+  }
+
+  // A turn of a wait on another program: the script's other threads run, and what ends the program
+  // (an interrupt from the keyboard, an exit) ends the wait and is raised from the script's own call.
+  bool Turn() {
+    py::gil_scoped_acquire held;
+    { py::gil_scoped_release others; }
+    if (PyErr_CheckSignals() == 0) return false;
+    py::error_already_set raised;
+    KeepRaised(raised);
+    return true;
   }
 
   // What the script's function raises is the script's: it comes out of its own call, once the form

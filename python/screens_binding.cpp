@@ -4,6 +4,7 @@
 
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
+#include "matrix/frm_malla_modelos.h"
 #include "python/binding.h"
 #include "stations/frm_mov_estaciones.h"
 
@@ -22,6 +23,22 @@ auto Answer(void (Screen::*procedure)(bool&)) {
     bool result = false;
     (screen.*procedure)(result);
     return result;
+  };
+}
+
+// A procedure of a key or a character gives back what it leaves of it; 0 is swallowed.
+template <class Screen>
+auto KeyProcedure(void (Screen::*procedure)(int&, int)) {
+  return [procedure](Screen& screen, int code, int shift) {
+    (screen.*procedure)(code, shift);
+    return code;
+  };
+}
+template <class Screen>
+auto CharProcedure(void (Screen::*procedure)(int&)) {
+  return [procedure](Screen& screen, int character) {
+    (screen.*procedure)(character);
+    return character;
   };
 }
 
@@ -105,22 +122,10 @@ void BindDocumentWizard(py::module_& module) {
       .def("fg2_GotFocus", &W::fg2_GotFocus)
       .def("fg2_LeaveCell", &W::fg2_LeaveCell)
       .def("fg2_RowColChange", &W::fg2_RowColChange)
-      .def("fg2_KeyDown",
-           [](W& screen, int code, int shift) {
-             screen.fg2_KeyDown(code, shift);
-             return code;
-           })
-      .def("txtEdit_KeyDown",
-           [](W& screen, int code, int shift) {
-             screen.txtEdit_KeyDown(code, shift);
-             return code;
-           })
-      .def("txtEdit_KeyPress",
-           [](W& screen, int key) {
-             screen.txtEdit_KeyPress(key);
-             return key;
-           })
-      .def("fg2_KeyPress", [](W& screen, int key) { screen.fg2_KeyPress(key); })
+      .def("fg2_KeyDown", KeyProcedure<W>(&W::fg2_KeyDown))
+      .def("txtEdit_KeyDown", KeyProcedure<W>(&W::txtEdit_KeyDown))
+      .def("txtEdit_KeyPress", CharProcedure<W>(&W::txtEdit_KeyPress))
+      .def("fg2_KeyPress", CharProcedure<W>(&W::fg2_KeyPress))
       .def("fg2_DblClick", &W::fg2_DblClick)
       .def("TraeConcepto", &W::TraeConcepto)
       .def("Valida", &W::Valida)
@@ -201,10 +206,45 @@ void BindScreens(py::module_& module) {
       .def("ImprimeSalida", &S::ImprimeSalida)
       .def("Timer1_Timer", &S::Timer1_Timer);
 
+  using G = frmMallaModelos;
+  py::class_<G, forms::Form, std::shared_ptr<G>>(module, "frmMallaModelos")
+      .def_readwrite("clrCeldaBloqueada", &G::clrCeldaBloqueada)
+      .def("CalculaSuma", &G::CalculaSuma)
+      .def("fg2_DblClick", &G::fg2_DblClick)
+      .def("fg2_EnterCell", &G::fg2_EnterCell)
+      .def("fg2_LeaveCell", &G::fg2_LeaveCell)
+      .def("fg2_GotFocus", &G::fg2_GotFocus)
+      .def("fg2_KeyDown", KeyProcedure<G>(&G::fg2_KeyDown))
+      .def("fg2_KeyPress", CharProcedure<G>(&G::fg2_KeyPress))
+      .def("txtCelda_KeyDown", KeyProcedure<G>(&G::txtCelda_KeyDown))
+      .def("txtCelda_KeyPress", CharProcedure<G>(&G::txtCelda_KeyPress))
+      .def("cmdAceptar_Click", &G::cmdAceptar_Click)
+      .def("cmdCancelar_Click", &G::cmdCancelar_Click)
+      .def("ColocaFoco", &G::ColocaFoco)
+      .def("ReportaError", [](G& screen, const std::string& module_text, const std::string& function,
+                              const std::string& description) {
+        return screen.ReportaError(module_text, function, description);
+      });
+
   using M = frmMovEstaciones;
   py::class_<M, forms::Form, std::shared_ptr<M>>(module, "frmMovEstaciones")
       .def_readwrite("Id", &M::Id)
-      .def_readwrite("CancelaProceso", &M::CancelaProceso) TARVIK_AMBIENTE(M);
+      .def_readwrite("CancelaProceso", &M::CancelaProceso) TARVIK_AMBIENTE(M)
+      .def("txtFields_GotFocus", &M::txtFields_GotFocus)
+      .def("txtFields_LostFocus", &M::txtFields_LostFocus)
+      .def("txtFields_KeyDown",
+           [](M& screen, int index, int code, int shift) {
+             screen.txtFields_KeyDown(index, code, shift);
+             return code;
+           })
+      .def("txtFields_KeyUp", &M::txtFields_KeyUp)
+      .def("DTPicker1_KeyDown", KeyProcedure<M>(&M::DTPicker1_KeyDown))
+      .def("grid_KeyDown", KeyProcedure<M>(&M::grid_KeyDown))
+      .def("Command1_Click", &M::Command1_Click)
+      .def("cmdCancelar_Click", &M::cmdCancelar_Click)
+      .def("cmdPendiente_Click", &M::cmdPendiente_Click)
+      .def("cmdConfirmar_Click", &M::cmdConfirmar_Click)
+      .def("ColocaFoco", &M::ColocaFoco);
 }
 
 }  // namespace tarvik::python
