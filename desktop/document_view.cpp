@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStackedWidget>
 
+#include "desktop/layouts.h"
 #include "desktop/qt_platform.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
@@ -55,35 +56,18 @@ QWidget* DocumentView::TitleRow(QWidget* at_right) {
   return row;
 }
 
-QWidget* DocumentView::Band(QBoxLayout** layout) {
-  auto* band = new QFrame;
-  band->setProperty("role", "band");
-  auto* row = new QHBoxLayout(band);
-  row->setContentsMargins(measure::kGrid * 2, measure::kGrid, measure::kGrid * 2, measure::kGrid);
-  row->setSpacing(measure::kGrid * 3 / 2);
-  row->setAlignment(Qt::AlignTop);
-  *layout = row;
-  return band;
-}
-
 QWidget* DocumentView::Labelled(QWidget* caption, QWidget* field, int width) {
-  auto* box = new QWidget;
-  auto* column = new QVBoxLayout(box);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(2);
-  column->addWidget(caption);
-  column->addWidget(field);
+  QWidget* box = Under(caption, field, width);
   for (forms::Control* control : Screen().Controls()) {
     if (WidgetOf(*control) != field || !dynamic_cast<forms::TextBox*>(control)) continue;
     auto* reason = new QLabel;
     reason->setProperty("role", "reason");
     reason->setWordWrap(false);
     reason->hide();
-    column->addWidget(reason);
+    constexpr int kBehindTheField = 2;
+    static_cast<QVBoxLayout*>(box->layout())->insertWidget(kBehindTheField, reason);
     reasons_.insert(control, reason);
   }
-  column->addStretch();
-  if (width > 0) box->setFixedWidth(width);
   return box;
 }
 
@@ -120,19 +104,10 @@ QWidget* DocumentView::KeyLine() {
   line_->setProperty("role", "keyline");
   line_->setFixedHeight(measure::kGrid * 5);
 
-  auto* keys = new QWidget;
-  auto* row = new QHBoxLayout(keys);
-  row->setContentsMargins(measure::kGrid * 2, 0, measure::kGrid * 2, 0);
-  keys_ = new QWidget;
-  auto* caps = new QHBoxLayout(keys_);
-  caps->setContentsMargins(0, 0, 0, 0);
-  caps->setSpacing(measure::kGrid);
-  row->addWidget(keys_);
-  row->addStretch();
+  keys_ = new KeyCaps;
   stored_ = Soft();
   stored_->setAccessibleName(tr("Renglones y estado de lo guardado"));
-  row->addWidget(stored_);
-  line_->addWidget(keys);
+  line_->addWidget(FootLine(*keys_, stored_));
 
   auto* busy = new QWidget;
   auto* bar = new QHBoxLayout(busy);
@@ -149,8 +124,8 @@ QWidget* DocumentView::KeyLine() {
   return line_;
 }
 
-QList<QPair<QString, QString>> DocumentView::KeysNow() const {
-  QList<QPair<QString, QString>> keys;
+Keys DocumentView::KeysNow() const {
+  Keys keys;
   const forms::Control* active = Screen().ActiveControl();
   if (active == &wizard_.fg2) {
     keys = {{tr("Intro"), tr("corregir")}, {tr("Supr"), tr("quitar, en Artículo")}};
@@ -171,21 +146,7 @@ QList<QPair<QString, QString>> DocumentView::KeysNow() const {
 }
 
 void DocumentView::ShowKeys() {
-  if (!keys_) return;
-  auto* row = static_cast<QHBoxLayout*>(keys_->layout());
-  const auto now = KeysNow();
-  while (row->count() < now.size() * 2) {
-    auto* cap = new QLabel;
-    cap->setProperty("role", "keycap");
-    row->addWidget(cap, 0, Qt::AlignVCenter);
-    row->addWidget(Soft(), 0, Qt::AlignVCenter);
-  }
-  for (int item = 0; item < row->count(); ++item) {
-    auto* label = static_cast<QLabel*>(row->itemAt(item)->widget());
-    const bool used = item / 2 < now.size();
-    label->setVisible(used);
-    if (used) label->setText(item % 2 == 0 ? now[item / 2].first : now[item / 2].second);
-  }
+  if (keys_) keys_->Show(KeysNow());
 }
 
 void DocumentView::ShowState() {

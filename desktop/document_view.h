@@ -4,13 +4,10 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QList>
-#include <QPair>
 
 #include "desktop/screen_view.h"
 #include "wizard/document_wizard.h"
 
-class QBoxLayout;
 class QProgressBar;
 class QStackedWidget;
 
@@ -22,7 +19,7 @@ class DocumentView : public ScreenView {
  public:
   DocumentView(Office& office, DocumentWizard& wizard, QWidget* parent);
 
-  [[nodiscard]] QList<QPair<QString, QString>> KeysNow() const override;
+  [[nodiscard]] Keys KeysNow() const override;
 
  protected:
   // What the document's row says now, for the chip: number 0 is a document that is not there yet.
@@ -33,11 +30,10 @@ class DocumentView : public ScreenView {
   };
   [[nodiscard]] virtual State Document() const = 0;
   // Keys of this screen beside those that both have.
-  [[nodiscard]] virtual QList<QPair<QString, QString>> OwnKeys() const { return {}; }
+  [[nodiscard]] virtual Keys OwnKeys() const { return {}; }
 
   // ---- pieces for the layout ----
   QWidget* TitleRow(QWidget* at_right);
-  static QWidget* Band(QBoxLayout** layout);
   // A caption over a field; the reason of a refusal stands under it while there is one.
   QWidget* Labelled(QWidget* caption, QWidget* field, int width = 0);
   QWidget* Labelled(const QString& caption, QWidget* field, int width = 0);
@@ -61,7 +57,7 @@ class DocumentView : public ScreenView {
   QLabel* chip_ = nullptr;
   QLabel* holder_ = nullptr;
   QStackedWidget* line_ = nullptr;  // keys, or progress
-  QWidget* keys_ = nullptr;
+  KeyCaps* keys_ = nullptr;
   QLabel* stored_ = nullptr;
   QLabel* progress_text_ = nullptr;
   QLabel* progress_left_ = nullptr;

@@ -10,6 +10,7 @@
 
 #include "data/number.h"
 #include "desktop/grid_view.h"
+#include "desktop/layouts.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
 

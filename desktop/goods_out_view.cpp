@@ -14,6 +14,7 @@
 #include <QTextEdit>
 
 #include "desktop/grid_view.h"
+#include "desktop/layouts.h"
 #include "desktop/theme.h"
 
 namespace tarvik::desktop {
@@ -32,12 +33,6 @@ QHBoxLayout* Row() {
   return row;
 }
 
-QWidget* Blank() {
-  auto* label = new QLabel(QStringLiteral(" "));
-  label->setProperty("role", "caption");
-  return label;
-}
-
 }  // namespace
 
 GoodsOutView::GoodsOutView(Office& office, frmSalidasWizard& wizard, QWidget* parent)
@@ -54,7 +49,7 @@ GoodsOutView::GoodsOutView(Office& office, frmSalidasWizard& wizard, QWidget* pa
   auto* tools = new QWidget;
   auto* right = Row();
   tools->setLayout(right);
-  right->addWidget(Check("Check1"));
+  right->addWidget(Check("Check1", {}, QLatin1Char('A')));
   QLineEdit* employee = Field(16, tr("Empleado"));
   employee->setFixedWidth(kKey);
   right->addWidget(employee);
@@ -88,11 +83,11 @@ QWidget* GoodsOutView::Header() {
 
   auto* first = Row();
   first->addWidget(Labelled(Caption("Label12"), Field(0, tr("Concepto de la salida")), kKey));
-  first->addWidget(Labelled(Blank(), Field("RichTextBox3", tr("Descripción del concepto"))), 2);
+  first->addWidget(Labelled(BlankCaption(), Field("RichTextBox3", tr("Descripción del concepto"))), 2);
   first->addWidget(Labelled(Caption("Label25"), Field(14, tr("Almacén")), kShortKey));
   first->addWidget(Labelled(Caption("Label23"), Date("DTPicker1", tr("Fecha del documento")), kDate));
   first->addWidget(Labelled(Caption("Label6"), Field(13, tr("Cliente")), kKey));
-  first->addWidget(Labelled(Blank(), Field(15, tr("Nombre del cliente"))), 3);
+  first->addWidget(Labelled(BlankCaption(), Field(15, tr("Nombre del cliente"))), 3);
   first->addWidget(Labelled(Caption("Label1"), Field(7, tr("Entrada remota")), kAmount));
   first->addWidget(
       Labelled(Caption("Label9"), Date("DTPicker2", tr("Fecha de retorno del material")), kDate + 30));
@@ -105,9 +100,9 @@ QWidget* GoodsOutView::Header() {
     second->addWidget(field);
     second->addSpacing(measure::kGrid * 2);
   };
-  mark(Check("SSCheck1"), Field(2, tr("Almacén de destino")));
-  mark(Check("Check5"), Field(3, tr("Sucursal")));
-  mark(Check("SSCheck2"), Field(9, tr("Estación de destino")));
+  mark(Check("SSCheck1", {}, QLatin1Char('T')), Field(2, tr("Almacén de destino")));
+  mark(Check("Check5", {}, QLatin1Char('s')), Field(3, tr("Sucursal")));
+  mark(Check("SSCheck2", {}, QLatin1Char('e')), Field(9, tr("Estación de destino")));
   QLineEdit* purchase = Field(12, tr("Número de compra"));
   purchase->setFixedWidth(kKey);
   second->addWidget(purchase);
@@ -167,11 +162,11 @@ QWidget* GoodsOutView::EntryRow() {
   row->addWidget(Labelled(tr("Dato 1"), Field(25, tr("Primer dato de la clave adicional"))), 2);
   row->addWidget(Labelled(tr("Dato 2"), Field(26, tr("Segundo dato de la clave adicional"))), 2);
   row->addWidget(Labelled(Caption("Label4"), number(28, tr("Cuántas presentaciones"))), 2);
-  row->addWidget(Labelled(Blank(), Field(29, tr("Unidad de la presentación"))), 1);
+  row->addWidget(Labelled(BlankCaption(), Field(29, tr("Unidad de la presentación"))), 1);
   auto* store = Button("Command6", QStringLiteral("outlined"), tr("Guardar la línea, como F9"));
   store->setProperty("compact", true);
   store->setFixedSize(measure::kField + measure::kGrid, measure::kField);
-  row->addWidget(Labelled(Blank(), store));
+  row->addWidget(Labelled(BlankCaption(), store));
   column->addLayout(row);
   column->addWidget(Text("txtFields", 1, tr("Descripción del artículo")));
   return band;
@@ -185,7 +180,7 @@ QWidget* GoodsOutView::Remarks() {
   notes->setFixedHeight(measure::kField + 2);
   row->addWidget(Labelled(Caption("Label10", 0), notes), 3);
   row->addWidget(Labelled(Caption("Label11"), Combo("Combo1", tr("Direcciones de embarque"))), 2);
-  row->addWidget(Labelled(Blank(), Field(17, tr("Dirección de embarque"))), 3);
+  row->addWidget(Labelled(BlankCaption(), Field(17, tr("Dirección de embarque"))), 3);
   auto sum = [&](const char* caption, int index, const QString& accessible) {
     QLineEdit* field = Field(index, accessible);
     field->setAlignment(Qt::AlignRight);
@@ -205,8 +200,8 @@ void GoodsOutView::ShowSheet(const std::string& file) {
   }
 }
 
-QList<QPair<QString, QString>> GoodsOutView::OwnKeys() const {
-  return {{QStringLiteral("F6"), tr("re enviar")}};
+Keys GoodsOutView::OwnKeys() const {
+  return {{QStringLiteral("F6"), tr("re enviar")}, {tr("Alt+T"), tr("traspaso")}};
 }
 
 }  // namespace tarvik::desktop

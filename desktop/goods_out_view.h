@@ -21,7 +21,7 @@ class GoodsOutView final : public DocumentView {
 
  protected:
   [[nodiscard]] State Document() const override { return {wizard_.Salida, "salidas", "salida"}; }
-  [[nodiscard]] QList<QPair<QString, QString>> OwnKeys() const override;
+  [[nodiscard]] Keys OwnKeys() const override;
 
  private:
   QWidget* Header();

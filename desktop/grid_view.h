@@ -11,6 +11,8 @@
 
 namespace tarvik::desktop {
 
+inline constexpr int kTwipsAPixel = 15;
+
 class GridView final : public QTableView {
   Q_OBJECT
 
@@ -24,6 +26,10 @@ class GridView final : public QTableView {
   void Alarm(int column) { alarm_ = column; }
   // The column that takes the room left over.
   void Stretch(int column);
+  // Rows with a name and a colour swatch of their own before them, from the grid's fixed columns; all
+  // fixed rows as the heading; rows and columns that share the room in proportion; blocked cells
+  // hatched; what is thinner than a pixel not there.
+  void AsMatrix();
   // Where the grid's current cell is on the viewport; empty while it is scrolled out.
   [[nodiscard]] QRect CurrentCell() const;
 
@@ -52,11 +58,13 @@ class GridView final : public QTableView {
 
   void RememberWidths();
   void Widths();
+  void Proportions();
 
   Office& office_;
   forms::FlexGrid& grid_;
   Model* model_;
   QList<int> numbers_;
+  bool matrix_ = false;
   int stretch_ = -1;
   int alarm_ = -1;
   bool live_ = false;  // shown once; before that changes are not followed one by one

@@ -430,9 +430,10 @@ void MainWindow::Adopt(ScreenView& view, bool modal) {
   if (known->window) {
     view.setParent(modal ? this : nullptr, Qt::Window);
     view.setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    if (modal) known->before = QApplication::activeWindow();
     const QByteArray kept = office_.settings.value(WindowSetting(view)).toByteArray();
     if (kept.isEmpty()) {
-      view.resize(stack_->size().expandedTo(view.sizeHint()));
+      view.resize(view.FillsTheDesk() ? stack_->size().expandedTo(view.sizeHint()) : view.sizeHint());
     } else {
       view.restoreGeometry(kept);
     }
@@ -498,6 +499,7 @@ void MainWindow::OnGone(ScreenView* view) {
   LetGo(screen);
   RemoveTab(*view);
   view->hide();
+  if (screen.before) screen.before->activateWindow();
   view->setParent(this);  // should the program end before it is deleted
   view->deleteLater();
   for (auto* list : lists_) {

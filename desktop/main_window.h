@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <array>
 #include <functional>
 #include <memory>
@@ -77,6 +78,7 @@ class MainWindow : public QMainWindow {
     bool window;
     std::optional<host::Retenido> held;
     data::DateTime since = {};
+    QPointer<QWidget> before = {};  // the window that a modal one came up over
   };
 
   void MakePages();

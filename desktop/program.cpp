@@ -10,11 +10,13 @@
 #include "desktop/help.h"
 #include "desktop/hooks_window.h"
 #include "desktop/main_window.h"
+#include "desktop/matrix_view.h"
 #include "desktop/picker.h"
 #include "desktop/printing.h"
 #include "desktop/program_log.h"
 #include "desktop/qt_platform.h"
 #include "desktop/search_popup.h"
+#include "desktop/stations_view.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
 #include "python/ganchos.h"
@@ -135,16 +137,9 @@ void Program::Loaded(forms::Form& form) {
   ScreenView* view = nullptr;
   if (auto* entrada = dynamic_cast<frmEntradasWizard*>(&form)) view = new GoodsInView(*office_, *entrada);
   if (auto* salida = dynamic_cast<frmSalidasWizard*>(&form)) view = new GoodsOutView(*office_, *salida);
-  if (!view) {
-    // A screen that the desktop can't show yet: told, and closed, so that nothing stays held unseen.
-    platform_->Post([this, alive = form.shared_from_this()] {
-      desktop::ShowBox(window_.get(), forms::BoxKind::Message,
-                       tr("Esta pantalla todavía no está en el escritorio. No se cambió ningún documento."),
-                       forms::kBoxInformation);
-      alive->Unload();
-    });
-    return;
-  }
+  if (auto* malla = dynamic_cast<frmMallaModelos*>(&form)) view = new MatrixView(*office_, *malla);
+  if (auto* traspaso = dynamic_cast<frmMovEstaciones*>(&form)) view = new StationsView(*office_, *traspaso);
+  if (!view) qFatal("%s has no view", form.Name().c_str());
   views_.insert(&form, view);
   new Showing(*view, [this, &form](bool modal) { ShowScreen(form, modal); });
   connect(view, &ScreenView::HelpRequested, this, [this, view] { Help(view); });
@@ -159,7 +154,9 @@ void Program::Gancho(const std::string& key, const data::Value& value) {
 void Program::ShowScreen(forms::Form& form, bool modal) {
   ScreenView* view = ViewOf(form);
   if (!view) return;
-  if (presented_.contains(&form)) return window_->Adopt(*view, modal);
+  // The documents are presented by the host; the matrix and a transfer just come up.
+  const bool waits = dynamic_cast<DocumentWizard*>(&form) != nullptr;
+  if (!waits || presented_.contains(&form)) return window_->Adopt(*view, modal);
   // A routine kept the screen from being presented. Nobody could reach it, or let its document go.
   platform_->Post([this, alive = form.shared_from_this()] {
     desktop::ShowBox(

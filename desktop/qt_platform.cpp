@@ -52,19 +52,28 @@ bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& text, int style
 
 void QtPlatform::Beep() { QApplication::beep(); }
 
-void QtPlatform::ProcessEvents() { QApplication::processEvents(); }
+// Painting, timers and posted functions. Keys and clicks wait in the queue: one let through here would
+// reach a screen that is in the middle of a step.
+void QtPlatform::ProcessEvents() { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
 
+// At the latest with the next turn of the loop; after an operator's act at once, so that what a key
+// has set off is done before the next key, however fast the hand.
 void QtPlatform::Post(std::function<void()> function) {
+  posted_.push_back(std::move(function));
   QMetaObject::invokeMethod(
-      this,
-      [this, function = std::move(function)] {
-        try {
-          function();
-        } catch (const std::exception& error) {
-          Unhandled(nullptr, error);
-        }
-      },
-      Qt::QueuedConnection);
+      this, [this] { RunPosted(); }, Qt::QueuedConnection);
+}
+
+void QtPlatform::RunPosted() {
+  while (!posted_.empty()) {
+    const std::function<void()> function = std::move(posted_.front());
+    posted_.pop_front();
+    try {
+      function();
+    } catch (const std::exception& error) {
+      Unhandled(nullptr, error);
+    }
+  }
 }
 
 void QtPlatform::StartTimer(forms::Timer& timer) {

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <deque>
 #include <functional>
 
 #include "forms/platform.h"
@@ -43,6 +44,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   void Beep() override;
   void ProcessEvents() override;
   void Post(std::function<void()> function) override;
+  void Settle() override { RunPosted(); }
   void StartTimer(forms::Timer& timer) override;
   void StopTimer(forms::Timer& timer) override;
   void RunModal(forms::Form& form) override;
@@ -58,6 +60,9 @@ class QtPlatform final : public QObject, public forms::Platform {
   void ScreenUnloaded(forms::Form& form) override;
 
  private:
+  void RunPosted();
+
+  std::deque<std::function<void()>> posted_;
   QHash<forms::Timer*, QTimer*> timers_;
   std::string last_message_;
   int messages_ = 0;

@@ -25,6 +25,11 @@ namespace {
 QString FullName(const forms::Control& control) { return QString::fromStdString(control.FullName()); }
 QString ToQt(const std::string& text) { return QString::fromStdString(text); }
 
+constexpr const char* kLetter = "letter";
+
+// A label's caption: its field is reached by the keyboard's way, so the mnemonic's mark is left out.
+QString Plain(const std::string& caption) { return ToQt(caption).remove(QLatin1Char('&')); }
+
 // A picker's "no date": the calendar has none, so the earliest day stands for it.
 const QDate kNoDate(1800, 1, 1);
 
@@ -153,12 +158,19 @@ QLabel* ScreenView::Text(std::string_view name, std::optional<int> index, const 
   return label;
 }
 
-QCheckBox* ScreenView::Check(std::string_view name, const QString& accessible) {
+QCheckBox* ScreenView::Check(std::string_view name, const QString& accessible, QChar letter) {
   auto& control = dynamic_cast<forms::CheckBox&>(Required(name));
   auto* box = new QCheckBox(this);
   box->setFocusPolicy(Qt::TabFocus);
+  if (!letter.isNull()) box->setProperty(kLetter, letter);
   Bind(control, *box, accessible.isEmpty() ? ToQt(control.Caption()) : accessible);
   if (!accessible.isEmpty()) box->setText(accessible);
+  // By its letter: the mouse goes to the form before the box sees it.
+  connect(box, &QCheckBox::clicked, this, [this, &control, box] {
+    form_->Click(control);
+    box->setChecked(control.Value() == 1);
+    Rest();
+  });
   return box;
 }
 
@@ -217,7 +229,7 @@ QLabel* ScreenView::Caption(std::string_view name, std::optional<int> index) {
   auto* label = new QLabel(this);
   label->setProperty("role", "caption");
   label->setTextFormat(Qt::PlainText);
-  Bind(control, *label, ToQt(control.Caption()));
+  Bind(control, *label, Plain(control.Caption()));
   return label;
 }
 
@@ -287,7 +299,12 @@ void ScreenView::Update(forms::Control& control) {
     notes->setTextCursor(cursor);
   } else if (auto* box = qobject_cast<QCheckBox*>(widget)) {
     auto& check = dynamic_cast<forms::CheckBox&>(control);
-    if (!check.Caption().empty()) box->setText(ToQt(check.Caption()));
+    if (!check.Caption().empty()) {
+      QString caption = ToQt(check.Caption());
+      const QString letter = box->property(kLetter).toString();
+      const qsizetype at = letter.isEmpty() ? -1 : caption.indexOf(letter);
+      box->setText(at < 0 ? caption : caption.insert(at, QLatin1Char('&')));
+    }
     box->setChecked(check.Value() == 1);
   } else if (auto* button = qobject_cast<QPushButton*>(widget)) {
     button->setText(ToQt(dynamic_cast<forms::Button&>(control).Caption()));
@@ -304,7 +321,7 @@ void ScreenView::Update(forms::Control& control) {
     combo->setCurrentIndex(list.ListIndex());
   } else if (auto* label = qobject_cast<QLabel*>(widget)) {
     if (auto* caption = dynamic_cast<forms::Label*>(&control)) {
-      label->setText(ToQt(caption->Caption()));
+      label->setText(Plain(caption->Caption()));
     } else if (HasText(control)) {
       label->setText(ToQt(dynamic_cast<forms::TextBox&>(control).Text()));
     }
@@ -364,6 +381,8 @@ void ScreenView::Shown(bool /*modal*/) {
     if (auto* grid = qobject_cast<GridView*>(bound.value())) grid->Reset();
   }
 }
+
+void ScreenView::Hidden() { hide(); }
 
 void ScreenView::Unloaded() { emit Gone(); }
 
@@ -530,6 +549,29 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
 // The keyboard's way is the form's. The toolkit also asks when a page is hidden, as when another screen
 // comes in front: that is no key of the operator's.
 bool ScreenView::focusNextPrevChild(bool /*next*/) { return false; }
+
+void ScreenView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  Exposed();
+}
+
+void ScreenView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  Exposed();
+}
+
+// The window came up or changed its size: the form hears of both, once the toolkit is at rest.
+void ScreenView::Exposed() {
+  if (painting_) return;
+  painting_ = true;
+  QTimer::singleShot(0, this, [this] {
+    painting_ = false;
+    if (!form_->Open() || !form_->Visible()) return;
+    form_->Resize(width() * kTwipsAPixel, height() * kTwipsAPixel);
+    form_->Paint();
+    Rest();
+  });
+}
 
 bool ScreenView::event(QEvent* event) {
   // No control has the focus: the form sees the key alone.

@@ -13,6 +13,7 @@
 #include <memory>
 #include <string_view>
 
+#include "desktop/key_caps.h"
 #include "desktop/office.h"
 #include "forms/form.h"
 #include "forms/listener.h"
@@ -47,7 +48,9 @@ class ScreenView : public QWidget, public forms::FormListener {
   void PaintNow();
 
   // The keys that work here and now: {"F9", "guardar línea"} ...
-  [[nodiscard]] virtual QList<QPair<QString, QString>> KeysNow() const { return {}; }
+  [[nodiscard]] virtual Keys KeysNow() const { return {}; }
+  // Whether it is at home on the whole desk; else it opens as large as sizeHint() says.
+  [[nodiscard]] virtual bool FillsTheDesk() const { return true; }
 
  signals:
   void HelpRequested();
@@ -61,7 +64,8 @@ class ScreenView : public QWidget, public forms::FormListener {
   QTextEdit* Notes(std::string_view name, const QString& accessible);
   // A text box that is only shown.
   QLabel* Text(std::string_view name, std::optional<int> index, const QString& accessible);
-  QCheckBox* Check(std::string_view name, const QString& accessible = {});
+  // Alt and the letter, underlined where the caption has it, click the box.
+  QCheckBox* Check(std::string_view name, const QString& accessible = {}, QChar letter = {});
   QPushButton* Button(std::string_view name, const QString& role, const QString& accessible = {});
   QDateEdit* Date(std::string_view name, const QString& accessible);
   QComboBox* Combo(std::string_view name, const QString& accessible);
@@ -88,18 +92,22 @@ class ScreenView : public QWidget, public forms::FormListener {
   void FocusMoved(forms::Control* from, forms::Control* to) override;
   void CaptionChanged() override;
   void Shown(bool modal) override;
+  void Hidden() override;
   void Unloaded() override;
 
   bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   bool event(QEvent* event) override;
   bool focusNextPrevChild(bool next) override;
+  void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void Bind(forms::Control& control, QWidget& widget, const QString& accessible);
   void Update(forms::Control& control);
   bool Forward(QKeyEvent& event);
   void Rest();
+  void Exposed();
 
   Office& office_;
   std::shared_ptr<forms::Form> form_;
@@ -110,6 +118,7 @@ class ScreenView : public QWidget, public forms::FormListener {
   GridView* cell_grid_ = nullptr;
   bool taking_focus_ = false;
   bool resting_ = false;
+  bool painting_ = false;
 };
 
 }  // namespace tarvik::desktop

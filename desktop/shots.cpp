@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <functional>
 #include <iostream>
 
 #include "desktop/main_window.h"
@@ -37,6 +39,35 @@ void Line(const char* article, const char* quantity) {
 void Save(QWidget& window, const QString& path) {
   QTest::qWait(50);
   if (!window.grab().save(path)) std::cerr << "no se pudo guardar " << path.toStdString() << '\n';
+}
+
+// A model of the demonstration catalogue, half of it spread over its colours and sizes.
+void Matrix(Program& program, const std::function<void()>& look) {
+  program.Door().NuevaEntrada();
+  QTest::qWait(0);
+  auto& wizard = dynamic_cast<tarvik::DocumentWizard&>(*program.Platform().Screens().back());
+  Type("COM");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  program.Platform().on_modal = [&](tarvik::forms::Form& form) {
+    QTimer::singleShot(100, [&] {
+      for (const char* quantity : {"2", "3", "1", "4", "2"}) {
+        Type(quantity);
+        Press(Qt::Key_Return);
+      }
+      Type("6");
+      look();
+      form.Unload();
+    });
+  };
+  Type("CAM");
+  Press(Qt::Key_Return);
+  Type("24");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  program.Platform().on_modal = nullptr;
+  wizard.Unload();
+  QTest::qWait(0);
 }
 
 void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, const QString& name) {
@@ -95,6 +126,16 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   for (const auto& row : stocked.rows) Line(tarvik::data::ToText(row[0]).c_str(), "2");
   Line(tarvik::data::ToText(stocked.rows[0][0]).c_str(), "40");
   Save(window, folder.filePath(QStringLiteral("salidas-") + name));
+  Matrix(program,
+         [&] { Save(*QApplication::activeWindow(), folder.filePath(QStringLiteral("modelos-") + name)); });
+  program.Door().movimientoEstacion(1, false);
+  QTest::qWait(0);
+  Type("E1");
+  Press(Qt::Key_Return);
+  Type("E2");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  Save(window, folder.filePath(QStringLiteral("estaciones-") + name));
   window.ShowPage("Entradas");
   Save(window, folder.filePath(QStringLiteral("lista-") + name));
   window.ShowPage("Existencias");

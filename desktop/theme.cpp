@@ -56,7 +56,7 @@ constexpr std::array<Ink, static_cast<std::size_t>(Role::Count_)> kInks{{
 
 }  // namespace
 
-const std::array<Pair, 18> kTextOnGround{{
+const std::array<Pair, 20> kTextOnGround{{
     {Role::Ink, Role::Window},
     {Role::Ink, Role::Panel},
     {Role::SoftInk, Role::Window},
@@ -75,6 +75,8 @@ const std::array<Pair, 18> kTextOnGround{{
     {Role::Warning, Role::WarningTint},
     {Role::Good, Role::GoodTint},
     {Role::QuietInk, Role::Quiet},
+    {Role::Good, Role::Window},
+    {Role::Refused, Role::Window},
 }};
 
 QColor Theme::Color(Role role, bool dark) {
@@ -123,6 +125,8 @@ QToolTip { background: @Panel; color: @Ink; border: 1px solid @Border; padding: 
 [role="caption"] { color: @SoftInk; font-size: 11px; }
 [role="title"] { color: @Ink; font-size: 19px; font-weight: 600; }
 [role="total"] { color: @Ink; font-size: 28px; font-weight: 700; }
+[role="total"][spread="all"] { color: @Good; }
+[role="total"][spread="part"] { color: @Refused; }
 [role="soft"] { color: @SoftInk; }
 [role="reason"] { color: @Refused; font-size: 11px; }
 [role="empty"] { color: @SoftInk; font-size: 15px; }

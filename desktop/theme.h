@@ -60,7 +60,7 @@ struct Pair {
   Role text;
   Role ground;
 };
-extern const std::array<Pair, 18> kTextOnGround;
+extern const std::array<Pair, 20> kTextOnGround;
 
 namespace measure {
 inline constexpr int kGrid = 8;

@@ -79,7 +79,7 @@ class Escritorio : public ::testing::Test {
     return qobject_cast<QLineEdit*>(program->ViewOf(form)->WidgetOf(form.txtFields(index)));
   }
   // Every control of the form has its place in the view, and every one that takes the focus a name.
-  void ExpectWhole(DocumentWizard& form) {
+  void ExpectWhole(forms::Form& form) {
     ScreenView* view = program->ViewOf(form);
     const QStringList bound = view->Bound();
     for (const forms::Control* control : form.Controls()) {

@@ -1,0 +1,171 @@
+#include "desktop/stations_view.h"
+
+#include <QDateEdit>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "desktop/grid_view.h"
+#include "desktop/layouts.h"
+#include "desktop/theme.h"
+#include "host/anfitrion.h"
+
+namespace tarvik::desktop {
+
+namespace {
+
+constexpr int kStation = 150;
+constexpr int kDate = 150;
+constexpr int kPicture = 16;
+
+QIcon Plus(const QColor& ink) {
+  QPixmap picture(kPicture, kPicture);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setPen(QPen(ink, 2, Qt::SolidLine, Qt::RoundCap));
+  painter.drawLine(kPicture / 2, 2, kPicture / 2, kPicture - 2);
+  painter.drawLine(2, kPicture / 2, kPicture - 2, kPicture / 2);
+  return picture;
+}
+
+}  // namespace
+
+StationsView::StationsView(Office& office, frmMovEstaciones& transfer, QWidget* parent)
+    : ScreenView(office, transfer, parent), transfer_(transfer) {
+  for (int box : {0, 1}) Covered("MultiCombo1", box);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  auto* body = new QVBoxLayout;
+  body->setContentsMargins(measure::kGrid * 2, measure::kGrid, measure::kGrid * 2, measure::kGrid);
+  body->setSpacing(measure::kGrid + 2);
+  column->addLayout(body, 1);
+
+  title_ = new QLabel(QString::fromStdString(Screen().Caption()));
+  title_->setProperty("role", "title");
+  body->addWidget(title_);
+  body->addWidget(Header());
+  GridView* lines = Grid("grid", tr("Renglones del traspaso"));
+  lines->horizontalHeader()->setStretchLastSection(true);
+  body->addWidget(lines, 1);
+  body->addWidget(EntryRow());
+  body->addWidget(Buttons());
+
+  keys_ = new KeyCaps;
+  lines_ = new QLabel;
+  lines_->setProperty("role", "soft");
+  lines_->setAccessibleName(tr("Renglones"));
+  QWidget* line = FootLine(*keys_, lines_);
+  line->setProperty("role", "keyline");
+  line->setAttribute(Qt::WA_StyledBackground);
+  line->setFixedHeight(measure::kGrid * 5);
+  column->addWidget(line);
+}
+
+QLabel* StationsView::NameOfStation(const QString& accessible) {
+  auto* label = new QLabel;
+  label->setProperty("role", "soft");
+  label->setAccessibleName(accessible);
+  label->setFixedHeight(measure::kField);
+  return label;
+}
+
+QWidget* StationsView::Header() {
+  QBoxLayout* row = nullptr;
+  QWidget* band = Band(&row);
+  from_ = NameOfStation(tr("Nombre de la estación que entrega"));
+  to_ = NameOfStation(tr("Nombre de la estación que recibe"));
+  row->addWidget(Under(Caption("lblLabel", 0), Field(0, tr("Estación que entrega")), kStation));
+  row->addWidget(Under(BlankCaption(), from_), 2);
+  auto* arrow = new QLabel(QStringLiteral("→"));
+  arrow->setProperty("role", "title");
+  arrow->setAlignment(Qt::AlignCenter);
+  arrow->setFixedHeight(measure::kField);
+  row->addWidget(Under(BlankCaption(), arrow, measure::kGrid * 5));
+  row->addWidget(Under(Caption("Label1"), Field(1, tr("Estación que recibe")), kStation));
+  row->addWidget(Under(BlankCaption(), to_), 2);
+  row->addWidget(Under(Caption("lblLabel", 1), Date("DTPicker1", tr("Fecha de aplicación")), kDate));
+  return band;
+}
+
+QWidget* StationsView::EntryRow() {
+  QBoxLayout* row = nullptr;
+  QWidget* band = Band(&row);
+  row->addWidget(Under(Caption("lblLabel", 2), Field(2, tr("Artículo"))), 2);
+  auto* description = Field(3, tr("Descripción del artículo"));
+  description->setProperty("blocked", true);  // for show
+  row->addWidget(Under(BlankCaption(), description), 4);
+  QLineEdit* quantity = Field(4, tr("Cantidad"));
+  quantity->setAlignment(Qt::AlignRight);
+  row->addWidget(Under(Caption("lblLabel", 3), quantity), 1);
+  // The suite's button has a picture and no caption.
+  auto* add = Button("Command1", QStringLiteral("outlined"), tr("Agregar el renglón"));
+  add->setProperty("compact", true);
+  add->setIcon(Plus(office().theme.Color(Role::Accent)));
+  add->setFixedSize(measure::kField + measure::kGrid, measure::kField);
+  row->addWidget(Under(BlankCaption(), add));
+  return band;
+}
+
+QWidget* StationsView::Buttons() {
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(measure::kGrid * 2);
+  layout->addStretch();
+  layout->addWidget(Button("cmdCancelar", QStringLiteral("outlined")));
+  layout->addWidget(Button("cmdPendiente", QStringLiteral("outlined")));
+  layout->addWidget(Button("cmdConfirmar", QStringLiteral("primary")));
+  return row;
+}
+
+Keys StationsView::KeysNow() const {
+  const forms::Control* active = Screen().ActiveControl();
+  if (active == &transfer_.grid) return {{tr("Supr"), tr("quitar el renglón")}, {tr("Tab"), tr("siguiente")}};
+  Keys keys{{tr("Intro"), tr("siguiente")}};
+  if (active == &transfer_.txtFields(0) || active == &transfer_.txtFields(1)) {
+    keys += {tr("↓"), tr("estaciones")};
+  }
+  if (active == &transfer_.txtFields(2)) keys += {tr("↓"), tr("artículos")};
+  keys += {QStringLiteral("F1"), tr("ayuda")};
+  return keys;
+}
+
+void StationsView::AtRest() {
+  keys_->Show(KeysNow());
+  const int count = std::max(0, transfer_.grid.Rows() - transfer_.grid.FixedRows());
+  lines_->setText(count == 0   ? tr("sin renglones")
+                  : count == 1 ? tr("1 renglón")
+                               : tr("%1 renglones").arg(count));
+  const std::string from = transfer_.txtFields(0).Text();
+  const std::string to = transfer_.txtFields(1).Text();
+  if (named_ == from + '\n' + to) return;
+  named_ = from + '\n' + to;
+  auto name = [this](const std::string& station) -> QString {
+    try {
+      const auto rows =
+          office().host.Conexion().Run("SELECT descrip FROM ESTACIONES WHERE ESTACION = ?", {station});
+      return rows.rows.empty() ? QString() : QString::fromStdString(data::ToText(rows.rows[0][0]));
+    } catch (const std::exception&) {
+      return {};  // an aid: without it the screen works all the same
+    }
+  };
+  from_->setText(name(from));
+  to_->setText(name(to));
+}
+
+void StationsView::CaptionChanged() {
+  ScreenView::CaptionChanged();
+  title_->setText(QString::fromStdString(Screen().Caption()));
+}
+
+void StationsView::FocusMoved(forms::Control* from, forms::Control* to) {
+  ScreenView::FocusMoved(from, to);
+  keys_->Show(KeysNow());
+}
+
+}  // namespace tarvik::desktop

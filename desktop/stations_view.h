@@ -1,0 +1,38 @@
+// StationsView: the view of a transfer between two stations: one hands over, the other receives, an
+// arrow between them; the lines; one entry row; three buttons.
+#pragma once
+
+#include "desktop/screen_view.h"
+#include "stations/frm_mov_estaciones.h"
+
+namespace tarvik::desktop {
+
+class StationsView final : public ScreenView {
+  Q_OBJECT
+
+ public:
+  StationsView(Office& office, frmMovEstaciones& transfer, QWidget* parent = nullptr);
+
+  [[nodiscard]] Keys KeysNow() const override;
+
+ protected:
+  void AtRest() override;
+  void CaptionChanged() override;
+  void FocusMoved(forms::Control* from, forms::Control* to) override;
+
+ private:
+  QWidget* Header();
+  QWidget* EntryRow();
+  QWidget* Buttons();
+  QLabel* NameOfStation(const QString& accessible);
+
+  frmMovEstaciones& transfer_;
+  QLabel* title_ = nullptr;
+  QLabel* from_ = nullptr;  // names of the stations: aids of the host's
+  QLabel* to_ = nullptr;
+  QLabel* lines_ = nullptr;
+  KeyCaps* keys_ = nullptr;
+  std::string named_;  // the keys whose names are shown
+};
+
+}  // namespace tarvik::desktop
