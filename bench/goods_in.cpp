@@ -5,62 +5,30 @@
 //
 //   build/release/bench/bench_goods_in
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
-#include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "forms/headless_platform.h"
+#include "bench/support.h"
 #include "forms/keys.h"
 #include "goods_in/frm_entradas_wizard.h"
-#include "host/anfitrion.h"
 #include "service/entradas_salidas.h"
 
 namespace {
 
 using namespace tarvik;
-using Clock = std::chrono::steady_clock;
-
-double Seconds(Clock::time_point since) { return std::chrono::duration<double>(Clock::now() - since).count(); }
+using namespace tarvik::bench;
 
 // What went to the engine, in order: the module's statements as texts, the host's by what they do.
 struct Trace final : host::Testigo {
   std::vector<std::string> sent;
   void Sentencia(std::string_view text) override { sent.emplace_back(text); }
   void Servicio(std::string_view name) override {
-    if (name == "NuevoId" || name == "ExisteClave" || name == "Afecta") sent.emplace_back("*" + std::string(name));
+    if (name == "NuevoId" || name == "ExisteClave" || name == "Afecta")
+      sent.emplace_back("*" + std::string(name));
   }
 };
-
-struct Folder {
-  std::filesystem::path path;
-  Folder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tarvik-bench-XXXXXX").string();
-    if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    path = name;
-  }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-  }
-};
-
-std::unique_ptr<host::Anfitrion> Open(const Folder& folder, forms::HeadlessPlatform& platform, host::Testigo* witness) {
-  host::Opciones options;
-  options.base = "sqlite:" + (folder.path / "base.db").string();
-  options.usuario = "ANA";
-  options.estacion = "E1";
-  options.ruta = folder.path.string();
-  options.demo = true;
-  options.plataforma = &platform;
-  options.testigo = witness;
-  return std::make_unique<host::Anfitrion>(options);
-}
 
 struct Run {
   double entering = 0, posting = 0, first = 0, last = 0;  // seconds; of the first and last hundred lines
@@ -71,7 +39,8 @@ Run ByKeyboard(int lines, Trace& trace) {
   forms::HeadlessPlatform platform;
   platform.on_box = [](auto, const auto&, int) { return true; };
   auto host = Open(folder, platform, &trace);
-  const auto articles = host->Conexion().Run("SELECT articulo FROM prods WHERE precio1 > 0 ORDER BY articulo", {}).rows;
+  const auto articles =
+      host->Conexion().Run("SELECT articulo FROM prods WHERE precio1 > 0 ORDER BY articulo", {}).rows;
   EntradasSalidas door(*host);
   door.Ambiente = &host->Ambiente();
   trace.sent.clear();
@@ -111,44 +80,34 @@ double Bare(const Trace& trace) {
   Folder folder;
   forms::HeadlessPlatform platform;
   Open(folder, platform, nullptr).reset();
-  sqlite3* db = nullptr;
-  if (sqlite3_open((folder.path / "base.db").c_str(), &db) != SQLITE_OK) throw std::runtime_error("no base");
-  auto send = [&](const std::string& text) {
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(db, text.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
-      throw std::runtime_error(text + ": " + sqlite3_errmsg(db));
-    }
-    while (sqlite3_step(statement) == SQLITE_ROW) {
-      for (int column = 0; column < sqlite3_column_count(statement); ++column) {
-        benchmark::DoNotOptimize(sqlite3_column_text(statement, column));
-      }
-    }
-    sqlite3_finalize(statement);
-  };
-  send("PRAGMA journal_mode=WAL");
-  send("PRAGMA synchronous=FULL");
+  BareBase base(folder);
+  auto send = [&](const std::string& text) { base.Send(text); };
   const auto start = Clock::now();
   for (const std::string& text : trace.sent) {
     if (text == "*NuevoId") {
-      send("INSERT INTO series (nombre, valor) VALUES ('bare', 1) ON CONFLICT (nombre) DO UPDATE SET valor = "
-           "series.valor + 1 RETURNING valor");
+      send(
+          "INSERT INTO series (nombre, valor) VALUES ('bare', 1) ON CONFLICT (nombre) DO UPDATE SET valor = "
+          "series.valor + 1 RETURNING valor");
     } else if (text == "*ExisteClave") {
       send("SELECT 1 FROM prods WHERE articulo = 'X' LIMIT 1");
     } else if (text == "*Afecta") {
       send("BEGIN IMMEDIATE");
-      send("INSERT INTO movsinv (operacion, movimiento, articulo, cantidad, precio, id_entrada, claveadd, f_movim, "
-           "cerrado) VALUES ('EN', 1, 'X', 3, 116, 1, '', '2024-03-05', 0)");
-      send("INSERT INTO existenciaalmacen (almacen, articulo, existencia) VALUES (1, 'X', 3) ON CONFLICT (almacen, "
-           "articulo) DO UPDATE SET existencia = existencia + 3");
+      send(
+          "INSERT INTO movsinv (operacion, movimiento, articulo, cantidad, precio, id_entrada, claveadd, "
+          "f_movim, "
+          "cerrado) VALUES ('EN', 1, 'X', 3, 116, 1, '', '2024-03-05', 0)");
+      send(
+          "INSERT INTO existenciaalmacen (almacen, articulo, existencia) VALUES (1, 'X', 3) ON CONFLICT "
+          "(almacen, "
+          "articulo) DO UPDATE SET existencia = existencia + 3");
       send("UPDATE prods SET ALM1 = COALESCE(ALM1, 0) + 3 WHERE articulo = 'X'");
       send("COMMIT");
     } else {
       send(text);
     }
   }
-  const double seconds = Seconds(start);
-  sqlite3_close(db);
-  return seconds;
+  benchmark::DoNotOptimize(base.BytesRead());
+  return Seconds(start);
 }
 
 void EnteredAndPosted(benchmark::State& state) {
@@ -166,7 +125,13 @@ void EnteredAndPosted(benchmark::State& state) {
     state.counters["last/first"] = run.last / run.first;
   }
 }
-BENCHMARK(EnteredAndPosted)->Arg(100)->Arg(1000)->Arg(4999)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(EnteredAndPosted)
+    ->Arg(100)
+    ->Arg(1000)
+    ->Arg(4999)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -197,7 +197,7 @@ std::vector<Table> Catalogues() {
                    {"ALM9", Number, "stock of warehouse 9"}},
        .key = {"articulo"},
        .foreign_keys = {},
-       .indexes = {{"modelo"}, {"descrip"}}},
+       .indexes = {{"modelo", "color", "talla"}, {"descrip"}}},
       {.name = "existenciaalmacen",
        .meaning = "Stock by warehouse and article",
        .columns = {{"almacen", Number, "warehouse"},
