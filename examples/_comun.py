@@ -1,15 +1,22 @@
-"""What the examples share: opening the system, an operator's hands on the goods-in wizard, and text
-for the terminal. It keeps no books and decides nothing: that is each example's own."""
+"""What the examples share: opening the system, reading a CSV file, an operator's hands on a wizard,
+documents being recorded row by row, and text for the terminal. It checks no books and decides
+nothing about a row: that is each example's own."""
 
 from __future__ import annotations
 
 import argparse
+import csv
+import io
 import os
+import re
 import sys
+import time
+from collections import Counter, defaultdict
+from dataclasses import dataclass, field
 from decimal import ROUND_HALF_UP, Decimal
 from pathlib import Path
 
-# txtFields of the goods-in wizard, by what they hold.
+# txtFields of both wizards, by what they hold.
 CONCEPTO, ALMACEN = 0, 14
 ARTICULO, DESCRIPCION, CANTIDAD, UNIDAD, PRECIO = 4, 1, 5, 27, 6
 CLAVE_ADICIONAL, PRESENTACIONES, UNIDAD_PRESENTACION, TOTAL = 24, 28, 29, 11
@@ -18,6 +25,17 @@ DE_LA_PARTIDA = (ARTICULO, DESCRIPCION, CANTIDAD, PRECIO, CLAVE_ADICIONAL, 25, 2
                  UNIDAD_PRESENTACION)
 
 CENTAVO = Decimal("0.01")
+
+COLUMNAS = {
+    "articulo": {"articulo", "artículo", "clave", "stockcode"},
+    "cantidad": {"cantidad", "quantity"},
+    "precio": {"precio", "unitprice"},
+    "descripcion": {"descripcion", "descripción", "description"},
+    "lectura": {"lectura"},
+}
+PARTIDAS_EN_PANTALLA = 4999  # the grid shows no more, and its total counts no more
+NUMERO = re.compile(r"[+-]?(\d+(\.\d*)?|\.\d+)")
+CIFRAS = 15  # more are not kept
 
 
 class Fallo(Exception):
@@ -37,6 +55,7 @@ _ARGPARSE = {
     "expected one argument": "falta su valor",
     "invalid %(type)s value: %(value)r": "no es un valor válido: %(value)r",
     "ambiguous option: %(option)s could match %(matches)s": "%(option)s puede ser: %(matches)s",
+    "not allowed with argument %s": "no va junto con %s",
     "ignored explicit argument %r": "no lleva el valor %r",
 }
 argparse._ = lambda texto: _ARGPARSE.get(texto, texto)  # type: ignore[attr-defined]
@@ -50,6 +69,19 @@ def argumentos(descripcion: str) -> argparse.ArgumentParser:
     parser.add_argument("--usuario", default="ANA", help="quién trabaja (ANA)")
     parser.add_argument("--estacion", default="E1", help="en qué estación (E1)")
     return parser
+
+
+def almacen_de(texto: str) -> int:
+    if not texto.isdecimal() or len(texto) > 9:
+        raise ValueError(texto)
+    return int(texto)
+
+
+def maximo_de(texto: str) -> int:
+    maximo = int(texto)
+    if not 1 <= maximo <= PARTIDAS_EN_PANTALLA:
+        raise ValueError(texto)
+    return maximo
 
 
 def prepara_terminal() -> None:
@@ -121,14 +153,159 @@ def tabla(titulos: list[str], filas: list[list[str]], derecha: set[int] = frozen
                      [linea(fila) for fila in filas])
 
 
+# ---- files -------------------------------------------------------------------------------------
+
+
+@dataclass(frozen=True)
+class Renglon:
+    linea: int
+    articulo: str
+    cantidad: str = ""
+    precio: str = ""
+    descripcion: str = ""
+    lectura: bool = False
+
+
+def texto_de(archivo: Path) -> str:
+    try:
+        crudo = archivo.read_bytes()
+    except OSError as error:
+        motivos = {FileNotFoundError: "no existe", IsADirectoryError: "es una carpeta",
+                   PermissionError: "no hay permiso para leerlo"}
+        raise Fallo(f"{archivo}: {motivos.get(type(error), error.strerror)}.") from error
+    try:
+        return crudo.decode("utf-8-sig")
+    except UnicodeDecodeError as error:
+        # The decoder counts without the mark at the front of the file.
+        posicion = error.start + (3 if crudo.startswith(b"\xef\xbb\xbf") else 0)
+        linea = crudo.count(b"\n", 0, posicion) + 1
+        columna = posicion - (crudo.rfind(b"\n", 0, posicion) + 1) + 1
+        raise Fallo(f"{archivo}, línea {linea}, byte {columna}: el texto no está en UTF-8.") from error
+
+
+def columnas_de(archivo: Path, titulos: list[str], exigidas: tuple[str, ...],
+                columnas: dict[str, set[str]]) -> dict[str, int]:
+    halladas: dict[str, int] = {}
+    for posicion, titulo in enumerate(titulos):
+        nombre = titulo.strip().casefold()
+        for columna, nombres in columnas.items():
+            if nombre not in nombres:
+                continue
+            if columna in halladas:
+                raise Fallo(f"{archivo}, línea 1: la columna {columna} está dos veces "
+                            f"({titulos[halladas[columna]].strip()} y {titulo.strip()}).")
+            halladas[columna] = posicion
+    for columna in exigidas:
+        if columna not in halladas:
+            raise Fallo(f"{archivo}, línea 1: falta la columna {columna} (nombres: "
+                        f"{', '.join(sorted(columnas[columna]))}; separadas por comas).")
+    return halladas
+
+
+def exige_numero(lugar: str, texto: str) -> None:
+    if texto and not NUMERO.fullmatch(texto):
+        raise Fallo(f"{lugar}: \"{texto}\" no es un número.")
+    if sum(caracter.isdigit() for caracter in texto) > CIFRAS:
+        raise Fallo(f"{lugar}: \"{texto}\" tiene más de {CIFRAS} cifras.")
+
+
+def filas_de(archivo: Path, exigidas: tuple[str, ...], numeros: tuple[str, ...],
+             columnas: dict[str, set[str]] = COLUMNAS) -> list[tuple[int, dict[str, str]]]:
+    """Every row of the file with its line, or Fallo with the place of the first that cannot be one."""
+    texto = texto_de(archivo)
+    csv.field_size_limit(max(len(texto), 1))
+    filas = csv.reader(io.StringIO(texto, newline=""), strict=True)
+    siguiente = 1
+    leidas: list[tuple[int, dict[str, str]]] = []
+    try:
+        titulos = next(filas, None)
+        if titulos is None:
+            raise Fallo(f"{archivo}: el archivo está vacío.")
+        lugares = columnas_de(archivo, titulos, exigidas, columnas)
+        siguiente = filas.line_num + 1
+        for fila in filas:
+            linea, siguiente = siguiente, filas.line_num + 1  # a field may hold line breaks
+            if not fila:
+                continue
+            if len(fila) != len(titulos):
+                raise Fallo(f"{archivo}, línea {linea}: tiene {len(fila)} campos y el encabezado {len(titulos)}.")
+            valores = {columna: fila[lugar].strip() for columna, lugar in lugares.items()}
+            for columna in numeros:
+                if columna in lugares:
+                    exige_numero(f"{archivo}, línea {linea}, columna {titulos[lugares[columna]].strip()}",
+                                 valores[columna])
+            leidas.append((linea, valores))
+    except csv.Error as error:
+        raise Fallo(f"{archivo}, línea {siguiente}: las comillas del renglón están mal puestas.") from error
+    return leidas
+
+
+def lee_catalogo(archivo: Path) -> list[Renglon]:
+    """The same columns; quantities and marks of readings say nothing of an article."""
+    return [Renglon(linea, valores["articulo"], precio=valores["precio"], descripcion=valores.get("descripcion", ""))
+            for linea, valores in filas_de(archivo, ("articulo", "precio"), ("precio",))]
+
+
+def importa_catalogo(anf, renglones: list[Renglon], conceptos: list[tuple[str, str, str]], almacen: int,
+                     servicios: frozenset[str] = frozenset()) -> str:
+    """Makes what is missing and leaves alone what is there. Answers with what it did.
+
+    A concept is its key, E or S, and its description. What is no merchandise has no stock to control."""
+    for concepto in conceptos:
+        anf.sql("INSERT INTO tipominv (tipo_movim, ent_sal, descrip) VALUES (?, ?, ?) ON CONFLICT DO NOTHING",
+                *concepto)
+    anf.sql("INSERT INTO almacen (almacen, descrip) VALUES (?, ?) ON CONFLICT DO NOTHING", almacen,
+            f"Almacén {almacen}")
+    exentos = "SELECT impuesto FROM impuestos WHERE valor = 0 ORDER BY impuesto LIMIT 1"
+    if not anf.sql(exentos):
+        anf.sql("INSERT INTO impuestos (impuesto, valor, descrip) VALUES ('IVA0', 0, 'IVA 0 %') "
+                "ON CONFLICT DO NOTHING")
+    impuesto = anf.sql(exentos)
+    if not impuesto:
+        raise Fallo("El impuesto IVA0 de la base no es de 0 %: no hay con qué importar el catálogo.")
+
+    # A key that is there several times is one article: the first description and the first price.
+    articulos: dict[str, list] = {}
+    sin_clave = 0
+    for renglon in renglones:
+        if not renglon.articulo:
+            sin_clave += 1
+            continue
+        articulo = articulos.setdefault(renglon.articulo, ["", Decimal(0)])
+        articulo[0] = articulo[0] or renglon.descripcion
+        if articulo[1] == 0 and renglon.precio:
+            articulo[1] = max(Decimal(renglon.precio), Decimal(0))
+
+    cuenta = "SELECT COUNT(*) AS cuantos FROM prods"
+    antes = anf.sql(cuenta)[0]["cuantos"]
+    claves = list(articulos)
+    for principio in range(0, len(claves), 500):
+        tanda = claves[principio:principio + 500]
+        valores: list = []
+        for clave in tanda:
+            descripcion, precio = articulos[clave]
+            valores += [clave, descripcion, float(precio), impuesto[0]["impuesto"], int(clave not in servicios)]
+        anf.sql("INSERT INTO prods (articulo, descrip, precio1, impuesto, unidad, invent) VALUES " +
+                ", ".join(["(?, ?, ?, ?, 'PZA', ?)"] * len(tanda)) + " ON CONFLICT DO NOTHING", *valores)
+    nuevos = anf.sql(cuenta)[0]["cuantos"] - antes
+    hecho = f"Catálogo: {nuevos} artículos nuevos, {len(claves) - nuevos} ya estaban"
+    return hecho + (f", {sin_clave} renglones sin clave." if sin_clave else ".")
+
+
+# ---- an operator -------------------------------------------------------------------------------
+
+
 class Operador:
-    """An operator in front of one goods-in document: only keys, and what the screen shows."""
+    """An operator in front of one document, a goods-in one unless told otherwise: only keys, and what the
+    screen shows."""
+
+    OPERACION = "NuevaEntrada"
 
     def __init__(self, anf) -> None:
         self.anf = anf
-        anf.EntradasSalidas().NuevaEntrada()
+        getattr(anf.EntradasSalidas(), self.OPERACION)()
         if not anf.pantallas:
-            raise Fallo("No se pudo abrir la pantalla de entradas. " + " ".join(self.novedades()))
+            raise Fallo("No se pudo abrir la pantalla del documento. " + " ".join(self.novedades()))
         self.forma = anf.pantallas[-1]
 
     def campo(self, indice: int):
@@ -149,6 +326,10 @@ class Operador:
         self.enter()
         self.escribe(ALMACEN, almacen)
         self.enter()
+
+    def observa(self, texto: str) -> None:
+        """Writes the document's remarks."""
+        self.forma.teclea(self.forma.RichTextBox2, texto)
 
     def lector(self, activo: bool) -> None:
         if (self.forma.Check4.Value == 1) != activo:
@@ -197,6 +378,164 @@ class Operador:
         self.anf.mensajes.clear()
         self.anf.no_atrapados.clear()
         return list(dict.fromkeys(vistos))
+
+
+# ---- recording ---------------------------------------------------------------------------------
+
+
+@dataclass
+class Documento:
+    """One document, with what ought to stand in it by this program's own reckoning."""
+
+    numero: int
+    partidas: int = 0
+    suma: Decimal = Decimal(0)
+    en_pantalla: str = ""
+    por_articulo: dict[str, Decimal] = field(default_factory=lambda: defaultdict(Decimal))
+    cerrado: bool = False
+    origen: str = ""  # the paper that it was recorded from
+
+
+class Barra:
+    """Progress on the terminal; nothing elsewhere."""
+
+    def __init__(self, total: int, visible: bool) -> None:
+        self.total, self.visible = total, visible and sys.stderr.isatty() and total > 0
+        self.inicio, self.ultima = time.monotonic(), 0.0
+
+    def avanza(self, hechos: int) -> None:
+        ahora = time.monotonic()
+        if not self.visible or (ahora - self.ultima < 0.1 and hechos < self.total):
+            return
+        self.ultima = ahora
+        llenos = 30 * hechos // self.total
+        resto = (ahora - self.inicio) / hechos * (self.total - hechos)
+        sys.stderr.write(f"\r[{'#' * llenos}{'.' * (30 - llenos)}] {hechos} de {self.total}, "
+                         f"faltan {int(resto) // 60}:{int(resto) % 60:02} ")
+        sys.stderr.flush()
+
+    def termina(self) -> None:
+        if self.visible:
+            sys.stderr.write("\r" + " " * 72 + "\r")
+            sys.stderr.flush()
+
+
+class SinTerminar(Exception):
+    """The screen would not finish the document; the reason is among the differences."""
+
+
+class Registro:
+    """Documents of one kind being recorded, goods-in unless told otherwise, and what became of each row."""
+
+    OPERADOR: type[Operador] = Operador
+    DOCUMENTO = "entrada"  # what it is called; its number's column too
+    TABLA, PARTIDAS = "entradas", "entpart"
+
+    def __init__(self, anf, concepto: str, almacen: int, pendiente: bool, maximo: int) -> None:
+        self.anf = anf
+        self.concepto, self.almacen, self.pendiente, self.maximo = concepto, almacen, pendiente, maximo
+        self.documentos: list[Documento] = []
+        self.rechazados: list[tuple[Renglon, str]] = []
+        self.avisos: list[tuple[Renglon, str]] = []
+        self.diferencias: list[str] = []
+        self.operador: Operador | None = None
+
+    def documento_nuevo(self) -> Documento:
+        return Documento(0)
+
+    def numero_en_pantalla(self) -> int:
+        return getattr(self.operador.forma, self.DOCUMENTO.capitalize())
+
+    def abre(self) -> None:
+        self.operador = self.OPERADOR(self.anf)
+        self.operador.encabezado(self.concepto, str(self.almacen))
+        self.operador.novedades()
+        # The finish asks this too, but then the lines have been typed.
+        if not self.operador.forma.ValidaTab1():
+            motivo = " ".join(self.operador.novedades())
+            self.operador.cierra()
+            raise Fallo(f"Concepto {self.concepto}, almacén {self.almacen}: {motivo}")
+        self.documentos.append(self.documento_nuevo())
+
+    def olvida(self) -> None:
+        """The record of what happened would grow with every key."""
+        for lista in (self.anf.sentencias, self.anf.ganchos_disparados, self.anf.movimientos):
+            lista.clear()
+
+    def termina(self) -> None:
+        """Finishes the document at hand. A document without lines is not made at all."""
+        operador = self.operador
+        if operador is None:
+            return
+        documento = self.documentos[-1]
+        if documento.partidas == 0:
+            operador.cierra()
+            self.documentos.pop()
+            self.operador = None
+            return
+        documento.en_pantalla = operador.lee(TOTAL)
+        if self.pendiente:
+            operador.forma.clic(operador.forma.Check3)
+        documento.cerrado = operador.afecta()
+        novedades = operador.novedades()
+        operador.cierra()
+        self.operador = None
+        self.olvida()
+        if novedades or not documento.cerrado:
+            self.diferencias.append(f"Al finalizar la {self.DOCUMENTO} {documento.numero}: " +
+                                    (" ".join(novedades) or "la pantalla no la terminó."))
+        if not documento.cerrado:
+            raise SinTerminar()
+
+    def interrumpe(self) -> list[str]:
+        """Leaves the document at hand as it stands, and says what there is of each."""
+        if self.operador is not None:
+            # The last line may have been made just before the stop.
+            self.documentos[-1].numero = self.numero_en_pantalla()
+            self.operador.cierra()
+        quedan = []
+        for documento in self.documentos:
+            for fila in self.anf.sql(
+                    f"SELECT estado, (SELECT COUNT(*) FROM {self.PARTIDAS} AS p WHERE p.{self.DOCUMENTO} = "
+                    f"d.{self.DOCUMENTO}) AS partidas FROM {self.TABLA} AS d WHERE {self.DOCUMENTO} = ?",
+                    documento.numero):
+                como = "afectada" if fila["estado"] == "CO" else "pendiente"
+                quedan.append(f"La {self.DOCUMENTO} {documento.numero} queda {como}, con {fila['partidas']} "
+                              "partidas.")
+        return quedan
+
+
+def se_teclea(texto: str) -> bool:
+    return all(caracter.isprintable() for caracter in texto)
+
+
+# ---- reports -----------------------------------------------------------------------------------
+
+
+def informa_renglones(rechazados: list[tuple[Renglon, str]], avisos: list[tuple[Renglon, str]],
+                      motivo_general=lambda motivo: motivo) -> None:
+    """The refused rows, each with its reason, and the lines that the operator was told something about."""
+    if rechazados:
+        print("\nRenglones rechazados")
+        print(tabla(["Línea", "Artículo", "Cantidad", "Precio", "Motivo"],
+                    [[str(renglon.linea), renglon.articulo, renglon.cantidad, renglon.precio, motivo]
+                     for renglon, motivo in rechazados], {0, 2, 3}))
+        print("\nPor motivo")
+        motivos = Counter(motivo_general(motivo) for _, motivo in rechazados).most_common()
+        print(tabla(["Renglones", "Motivo"], [[str(veces), motivo] for motivo, veces in motivos], {0}))
+    if avisos:
+        print("\nPartidas con aviso")
+        print(tabla(["Línea", "Artículo", "Aviso"],
+                    [[str(renglon.linea), renglon.articulo, aviso] for renglon, aviso in avisos], {0}))
+
+
+def informa_revision(revisiones: list[tuple[str, list[str]]]) -> bool:
+    """What was checked, each with what does not agree. True if all of it agrees."""
+    for revisado, fallas in revisiones:
+        print(f"  {'Bien' if not fallas else 'MAL '}  {revisado}.")
+        for falla in fallas:
+            print(f"        {falla}")
+    return not any(fallas for _, fallas in revisiones)
 
 
 def corre(principal) -> None:
