@@ -279,9 +279,12 @@ std::unique_ptr<QDialog> MakeBox(QWidget* parent, forms::BoxKind kind, const QSt
   return box;
 }
 
-std::unique_ptr<QDialog> MakeUnhandled(QWidget* parent, const QString& text) {
+std::unique_ptr<QDialog> MakeUnhandled(QWidget* parent, const QString& text, bool noted) {
   return MakeReport(
-      parent, text, QStringLiteral("La pantalla sigue abierta con sus datos, y el error quedó anotado."),
+      parent, text,
+      noted ? QStringLiteral("La pantalla sigue abierta con sus datos, y el error quedó anotado.")
+            : QStringLiteral("La pantalla sigue abierta con sus datos. El error no se pudo anotar en el "
+                             "registro del programa."),
       QStringLiteral("Repita la operación. Si se repite el error, copie este texto y avise a quien "
                      "atiende el sistema."));
 }
@@ -290,6 +293,8 @@ bool ShowBox(QWidget* parent, forms::BoxKind kind, const QString& text, int styl
   return MakeBox(parent, kind, text, style)->exec() == QDialog::Accepted;
 }
 
-void ShowUnhandled(QWidget* parent, const QString& text) { MakeUnhandled(parent, text)->exec(); }
+void ShowUnhandled(QWidget* parent, const QString& text, bool noted) {
+  MakeUnhandled(parent, text, noted)->exec();
+}
 
 }  // namespace tarvik::desktop

@@ -19,12 +19,12 @@ namespace tarvik::desktop {
 // text is an error report is laid out as one, with a button "Copiar" and the text as it stands.
 bool ShowBox(QWidget* parent, forms::BoxKind kind, const QString& text, int style);
 
-// An error that no trap caught: what happened, what is safe, what to do. The caller has written it
-// to the program's log before.
-void ShowUnhandled(QWidget* parent, const QString& text);
+// An error that no trap caught: what happened, what is safe, what to do. `noted`: the caller has
+// written it to the program's log before.
+void ShowUnhandled(QWidget* parent, const QString& text, bool noted);
 
 // The same boxes, not yet shown: exec() gives QDialog::Accepted for true.
 std::unique_ptr<QDialog> MakeBox(QWidget* parent, forms::BoxKind kind, const QString& text, int style);
-std::unique_ptr<QDialog> MakeUnhandled(QWidget* parent, const QString& text);
+std::unique_ptr<QDialog> MakeUnhandled(QWidget* parent, const QString& text, bool noted);
 
 }  // namespace tarvik::desktop

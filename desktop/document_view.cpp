@@ -181,11 +181,34 @@ void DocumentView::ShowState() {
   chip_->setText(text);
   SetProperty(*chip_, "state", state);
   holder_->setText(held);
-  int lines = 0;
-  while (lines < wizard_.fg2.Rows() - 1 && !wizard_.fg2.TextMatrix(lines + 1, 0).empty()) ++lines;
-  stored_->setText(
-      lines == 0 ? tr("sin renglones")
-                 : (lines == 1 ? tr("1 renglón · guardado") : tr("%1 renglones · guardado").arg(lines)));
+  ShowStored(document);
+}
+
+// What is seen and what is stored are counted apart: a line that the base refused is in sight all the same.
+void DocumentView::ShowStored(const State& document) {
+  int seen = 0;
+  while (seen < wizard_.fg2.Rows() - 1 && !wizard_.fg2.TextMatrix(seen + 1, 0).empty()) ++seen;
+  std::optional<int> stored;
+  if (document.number == 0) {
+    stored = 0;
+  } else {
+    try {
+      const auto rows = office().host.Conexion().Run(
+          std::string("SELECT COUNT(*) FROM ") + document.lines + " WHERE " + document.key + " = ?",
+          {document.number});
+      stored = static_cast<int>(data::ToNumber(rows.rows.at(0)[0]));
+    } catch (const std::exception&) {
+      stored.reset();  // told below
+    }
+  }
+  const QString lines = seen == 1 ? tr("1 renglón") : tr("%1 renglones").arg(seen);
+  if (!stored) {
+    stored_->setText(tr("%1 · no se puede leer lo guardado").arg(lines));
+  } else if (*stored != seen) {
+    stored_->setText(tr("%1 · guardados: %2").arg(lines).arg(*stored));
+  } else {
+    stored_->setText(seen == 0 ? tr("sin renglones") : tr("%1 · guardado").arg(lines));
+  }
 }
 
 void DocumentView::AtRest() {

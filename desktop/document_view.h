@@ -27,6 +27,7 @@ class DocumentView : public ScreenView {
     std::int32_t number = 0;
     const char* table = "";
     const char* key = "";
+    const char* lines = "";  // table of its lines
   };
   [[nodiscard]] virtual State Document() const = 0;
   // Keys of this screen beside those that both have.
@@ -47,6 +48,7 @@ class DocumentView : public ScreenView {
 
  private:
   void ShowState();
+  void ShowStored(const State& document);
   void ShowKeys();
   void ShowProgress(const QString& text);
   void Refuse(forms::Control& control, const QString& reason);

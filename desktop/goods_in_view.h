@@ -14,7 +14,9 @@ class GoodsInView final : public DocumentView {
   GoodsInView(Office& office, frmEntradasWizard& wizard, QWidget* parent = nullptr);
 
  protected:
-  [[nodiscard]] State Document() const override { return {wizard_.Entrada, "entradas", "entrada"}; }
+  [[nodiscard]] State Document() const override {
+    return {wizard_.Entrada, "entradas", "entrada", "entpart"};
+  }
   void AtRest() override;
 
  private:

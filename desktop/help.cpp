@@ -34,6 +34,7 @@ struct Known {
 constexpr Known kPages[] = {{"indice", "Inicio"},
                             {"entradas", "Entradas"},
                             {"salidas", "Salidas"},
+                            {"estaciones", "Traspaso entre estaciones"},
                             {"listas", "Listas de documentos"},
                             {"existencias", "Existencias"},
                             {"ajustes", "Ajustes"},
@@ -60,6 +61,24 @@ bool HasAll(const QString& folded, const QStringList& words) {
 
 QStringList Words(const QString& typed) { return Folded(typed).split(QLatin1Char(' '), Qt::SkipEmptyParts); }
 
+// The manual's text. A picture is shown as wide as the paper at most, and in the theme in force.
+class Paper final : public QTextBrowser {
+ public:
+  using QTextBrowser::QTextBrowser;
+
+ protected:
+  QVariant loadResource(int type, const QUrl& name) override {
+    if (type != QTextDocument::ImageResource) return QTextBrowser::loadResource(type, name);
+    QString file = name.fileName();
+    const bool dark = palette().color(QPalette::Window).lightness() < 128;
+    if (dark) file.replace(QStringLiteral("-claro"), QStringLiteral("-oscuro"));
+    const QPixmap picture(QStringLiteral(":/manual/img/") + file);
+    const int room = viewport()->width() - 8 * kGrid;
+    return picture.width() > room ? picture.scaledToWidth(std::max(room, 1), Qt::SmoothTransformation)
+                                  : picture;
+  }
+};
+
 }  // namespace
 
 QStringList ManualPages() {
@@ -76,10 +95,9 @@ QString ManualPage(const QString& name) {
 
 QString ManualPageFor(const QString& screen) {
   if (screen == QStringLiteral("frmEntradasWizard")) return QStringLiteral("entradas");
-  if (screen == QStringLiteral("frmSalidasWizard") || screen == QStringLiteral("frmMovEstaciones")) {
-    return QStringLiteral("salidas");
-  }
-  // The matrix opens from either kind of document, and is told with the first.
+  if (screen == QStringLiteral("frmSalidasWizard")) return QStringLiteral("salidas");
+  if (screen == QStringLiteral("frmMovEstaciones")) return QStringLiteral("estaciones");
+  // The matrix opens from a goods-in document, and is told with it.
   if (screen == QStringLiteral("frmMallaModelos")) return QStringLiteral("entradas");
   return QStringLiteral("indice");
 }
@@ -155,7 +173,7 @@ HelpWindow::HelpWindow(QSettings* settings, QWidget* parent)
   paper->setAttribute(Qt::WA_StyledBackground);
   auto* paper_layout = new QVBoxLayout(paper);
   paper_layout->setContentsMargins(1, 1, 1, 1);
-  text_ = new QTextBrowser(paper);
+  text_ = new Paper(paper);
   text_->setAccessibleName(QStringLiteral("Manual"));
   text_->setOpenLinks(false);
   text_->document()->setDocumentMargin(3 * kGrid);

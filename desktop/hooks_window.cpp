@@ -697,11 +697,10 @@ bool HooksWindow::SigueEsperando(const python::RutinaCargada& routine, int secon
                 .arg(Text(routine.clave), Text(python::LugarDe(routine.archivo, routine.linea)));
   const QString text =
       QStringLiteral(
-          "%1 lleva %2 segundos y no ha terminado.\n\nLo guardado y lo que está en la pantalla se conservan, "
+          "%1 lleva %2 y no ha terminado.\n\nLo guardado y lo que está en la pantalla se conservan, "
           "tanto si espera como si la detiene. Detenida, se tomará como un error de su clave.\n\n"
           "¿Desea detenerla?")
-          .arg(what)
-          .arg(seconds);
+          .arg(what, seconds == 1 ? QStringLiteral("1 segundo") : QStringLiteral("%1 segundos").arg(seconds));
   return !office_.host.Plataforma().ShowBox(
       forms::BoxKind::Question, text.toStdString(),
       forms::kBoxYesNo + forms::kBoxQuestion + forms::kBoxSecondDefault);

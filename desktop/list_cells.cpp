@@ -3,12 +3,14 @@
 
 #include <QApplication>
 #include <QHBoxLayout>
+#include <QHash>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
 #include <QSettings>
 #include <QTableView>
 #include <algorithm>
+#include <array>
 
 #include "desktop/theme.h"
 
@@ -17,28 +19,45 @@ namespace {
 
 constexpr int kPadding = measure::kGrid;
 
+// How wide a font draws each sign that a figure is made of; measured once a font.
+struct FigureWidths {
+  int digit = 0;  // the widest
+  std::array<int, 128> each{};
+};
+
+const FigureWidths& WidthsOf(const QFont& font) {
+  static QHash<QString, FigureWidths> known;
+  FigureWidths& widths = known[font.key()];
+  if (widths.digit > 0) return widths;
+  const QFontMetrics metrics(font);
+  for (int sign = 0; sign < static_cast<int>(widths.each.size()); ++sign) {
+    widths.each[static_cast<std::size_t>(sign)] = metrics.horizontalAdvance(QChar(sign));
+  }
+  widths.digit = *std::max_element(&widths.each['0'], &widths.each['9'] + 1);
+  return widths;
+}
+
 // The font's own figures may differ in width; here each takes the room of the widest.
 void DrawFigures(QPainter& painter, QRect area, const QString& text, bool right) {
-  const QFontMetrics metrics = painter.fontMetrics();
-  int digit = 0;
-  for (char figure = '0'; figure <= '9'; ++figure) {
-    digit = std::max(digit, metrics.horizontalAdvance(QLatin1Char(figure)));
-  }
+  const FigureWidths& widths = WidthsOf(painter.font());
+  auto own = [&](QChar sign) {
+    return sign.unicode() < widths.each.size() ? widths.each[sign.unicode()]
+                                               : painter.fontMetrics().horizontalAdvance(sign);
+  };
+  auto room = [&](QChar sign) { return sign.isDigit() ? widths.digit : own(sign); };
   if (!right) {
     int width = 0;
-    for (const QChar character : text) {
-      width += character.isDigit() ? digit : metrics.horizontalAdvance(character);
-    }
+    for (const QChar sign : text) width += room(sign);
     area.setWidth(std::min(width, area.width()));
   }
+  const QFontMetrics metrics = painter.fontMetrics();
+  const int baseline = area.top() + (area.height() + metrics.ascent() - metrics.descent()) / 2;
   int x = area.right() + 1;
   for (auto at = text.size() - 1; at >= 0; --at) {
-    const QChar character = text.at(at);
-    const int width = character.isDigit() ? digit : metrics.horizontalAdvance(character);
-    x -= width;
-    if (x < area.left() - digit) return;
-    painter.drawText(QRect(x, area.top(), width, area.height()), Qt::AlignCenter | Qt::TextDontClip,
-                     character);
+    const QChar sign = text.at(at);
+    x -= room(sign);
+    if (x < area.left() - widths.digit) return;
+    painter.drawText(QPointF(x + (room(sign) - own(sign)) / 2.0, baseline), sign);
   }
 }
 
@@ -88,8 +107,10 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->setClipRect(whole.rect);
     DrawFigures(*painter, area, text, whole.displayAlignment.testFlag(Qt::AlignRight));
   } else {
+    const QFontMetrics metrics = painter->fontMetrics();
+    const bool fits = metrics.horizontalAdvance(text) <= area.width();
     painter->drawText(area, whole.displayAlignment,
-                      painter->fontMetrics().elidedText(text, Qt::ElideRight, area.width()));
+                      fits ? text : metrics.elidedText(text, Qt::ElideRight, area.width()));
   }
   painter->restore();
 }

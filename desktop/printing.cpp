@@ -208,6 +208,11 @@ bool PrintedPage::Paint(QPagedPaintDevice& device, QString* why) {
     if (why != nullptr) *why = reason;
     return false;
   };
+  // A printer that prints to a file says nothing of a disk that fills up; a file of our own does.
+  if (auto* printer = dynamic_cast<QPrinter*>(&device);
+      printer && printer->outputFormat() == QPrinter::PdfFormat && !printer->outputFileName().isEmpty()) {
+    return SavePdf(printer->outputFileName(), printer->docName(), why);
+  }
   device.setPageLayout(paper_);
   QPainter painter;
   if (!painter.begin(&device)) return fail(QStringLiteral("El dispositivo no responde."));

@@ -91,7 +91,7 @@ Program::Program(Theme& theme, const ProgramOptions& options)
     if (anchor) ShowSearchList(*office_, box, *anchor);
   };
   platform_->on_unhandled = [this](forms::Form* form, const std::exception& error) {
-    Unhandled(form, error);
+    return Unhandled(form, error);
   };
 
   hooks_ = std::make_unique<HooksWindow>(*office_);
@@ -182,8 +182,8 @@ void Program::Help(const ScreenView* view) {
   }
 }
 
-void Program::Unhandled(forms::Form* form, const std::exception& error) {
-  if (log_) log_->Write(form ? QString::fromStdString(form->Name()) : QString(), error);
+bool Program::Unhandled(forms::Form* form, const std::exception& error) {
+  return log_ && log_->Write(form ? QString::fromStdString(form->Name()) : QString(), error);
 }
 
 }  // namespace tarvik::desktop

@@ -65,7 +65,7 @@ class Program final : public QObject, public host::Testigo {
   void Loaded(forms::Form& form);
   void ShowScreen(forms::Form& form, bool modal);
   void Help(const ScreenView* view);
-  void Unhandled(forms::Form* form, const std::exception& error);
+  bool Unhandled(forms::Form* form, const std::exception& error);
 
   Theme& theme_;
   std::unique_ptr<ProgramLog> log_;

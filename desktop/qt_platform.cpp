@@ -41,7 +41,13 @@ data::DateTime QtPlatform::Now() {
           {now.time().hour(), now.time().minute(), now.time().second()}};
 }
 
-bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& text, int style) {
+bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& given, int style) {
+  // A message whose text could not be read has none; a box without words would only puzzle.
+  const bool wordless = QString::fromStdString(given).trimmed().isEmpty();
+  const std::string text = wordless ? tr("No se pudo leer el texto de este aviso en la base de datos. Lo que "
+                                         "ya estaba guardado sigue guardado.")
+                                          .toStdString()
+                                    : given;
   if (kind == forms::BoxKind::Message || kind == forms::BoxKind::Error) {
     last_message_ = text;
     ++messages_;
@@ -113,12 +119,12 @@ void QtPlatform::Repaint(forms::Form& form) {
 
 void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
   try {
-    if (on_unhandled) on_unhandled(form, error);
+    const bool noted = on_unhandled && on_unhandled(form, error);
     const std::string text = error.what();
     if (on_box) {
       on_box(forms::BoxKind::Error, text, forms::kBoxStop);
     } else {
-      ShowUnhandled(QApplication::activeWindow(), QString::fromStdString(text));
+      ShowUnhandled(QApplication::activeWindow(), QString::fromStdString(text), noted);
     }
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): nobody is left to tell
   }

@@ -29,8 +29,9 @@ class QtPlatform final : public QObject, public forms::Platform {
   std::function<void(forms::Form&)> on_repaint;  // paints the screen's view at once
   std::function<void(forms::SearchBox&)> on_search_list;
   std::function<void(forms::WebBrowser&, const std::string&)> on_navigate;
-  std::function<void(forms::Form*, const std::exception&)> on_unhandled;  // log; the box is shown here
-  std::function<bool(forms::BoxKind, const std::string&, int)> on_box;    // replaces the box: for tests
+  // Notes the error; gives whether it could. The box is shown here.
+  std::function<bool(forms::Form*, const std::exception&)> on_unhandled;
+  std::function<bool(forms::BoxKind, const std::string&, int)> on_box;  // replaces the box: for tests
 
   std::function<forms::Form*()> on_front;  // the screen that the operator works in
 

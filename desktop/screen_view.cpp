@@ -10,10 +10,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QTextEdit>
 #include <QTimer>
 
 #include "desktop/grid_view.h"
+#include "desktop/text_places.h"
 #include "desktop/theme.h"
 #include "forms/flex_grid.h"
 #include "forms/keys.h"
@@ -99,7 +101,10 @@ QStringList ScreenView::Bound() const {
 
 QWidget* ScreenView::WidgetOf(const forms::Control& control) const { return widgets_.value(&control); }
 
-void ScreenView::PaintNow() { repaint(); }
+void ScreenView::PaintNow() {
+  CatchUp();
+  repaint();
+}
 
 // ---- binding ----
 
@@ -127,6 +132,7 @@ QLineEdit* ScreenView::Field(int index, const QString& accessible) {
   line->setFixedHeight(measure::kField);
   if (control.RightAligned()) line->setAlignment(Qt::AlignRight);
   Bind(control, *line, accessible);
+  Follow(*line, control);
   return line;
 }
 
@@ -136,7 +142,9 @@ QLineEdit* ScreenView::Field(std::string_view name, const QString& accessible) {
   line->setContextMenuPolicy(Qt::NoContextMenu);
   line->setAcceptDrops(false);
   line->setFixedHeight(measure::kField);
-  Bind(Required(name), *line, accessible);
+  auto& control = dynamic_cast<forms::TextBox&>(Required(name));
+  Bind(control, *line, accessible);
+  Follow(*line, control);
   return line;
 }
 
@@ -147,7 +155,14 @@ QTextEdit* ScreenView::Notes(std::string_view name, const QString& accessible) {
   notes->setContextMenuPolicy(Qt::NoContextMenu);
   notes->setAcceptDrops(false);
   notes->setTabChangesFocus(true);
-  Bind(Required(name), *notes, accessible);
+  auto& control = dynamic_cast<forms::TextBox&>(Required(name));
+  Bind(control, *notes, accessible);
+  auto moved = [this, notes, &control] {
+    const QTextCursor cursor = notes->textCursor();
+    SelectionMoved(control, cursor.selectionStart(), cursor.selectionEnd());
+  };
+  connect(notes, &QTextEdit::cursorPositionChanged, this, moved);
+  connect(notes, &QTextEdit::selectionChanged, this, moved);
   return notes;
 }
 
@@ -260,6 +275,7 @@ void ScreenView::CellEditor(std::string_view name, GridView& grid) {
   cell_editor_control_ = &control;
   cell_grid_ = &grid;
   Bind(control, *editor, tr("Celda en edición"));
+  Follow(*editor, control);
   connect(&grid, &GridView::Moved, editor, [editor, &grid] {
     if (editor->isVisible()) editor->setGeometry(grid.CurrentCell());
   });
@@ -279,23 +295,27 @@ void ScreenView::Covered(std::string_view name, std::optional<int> index) {
 void ScreenView::Update(forms::Control& control) {
   QWidget* widget = widgets_.value(&control);
   if (!widget) return;
+  const QScopedValueRollback<bool> showing(showing_, true);
   const bool reachable_by_design = control.Enabled();
   if (auto* line = qobject_cast<QLineEdit*>(widget)) {
     auto& box = dynamic_cast<forms::TextBox&>(control);
     const QString text = ToQt(box.Text());
     if (line->text() != text) line->setText(text);
-    if (box.SelLength() > 0) {
-      line->setSelection(box.SelStart(), box.SelLength());
+    const int start = InWidget(box.Text(), box.SelStart());
+    const int end = InWidget(box.Text(), box.SelStart() + box.SelLength());
+    if (end > start) {
+      line->setSelection(start, end - start);
     } else {
       line->deselect();
-      line->setCursorPosition(box.SelStart());
+      line->setCursorPosition(start);
     }
   } else if (auto* notes = qobject_cast<QTextEdit*>(widget); notes && HasText(control)) {
     auto& box = dynamic_cast<forms::TextBox&>(control);
-    if (notes->toPlainText() != ToQt(box.Text())) notes->setPlainText(ToQt(box.Text()));
+    const QString text = ToQt(box.Text()).remove(QLatin1Char('\r'));
+    if (notes->toPlainText() != text) notes->setPlainText(text);
     QTextCursor cursor = notes->textCursor();
-    cursor.setPosition(box.SelStart());
-    cursor.setPosition(box.SelStart() + box.SelLength(), QTextCursor::KeepAnchor);
+    cursor.setPosition(InWidget(box.Text(), box.SelStart()));
+    cursor.setPosition(InWidget(box.Text(), box.SelStart() + box.SelLength()), QTextCursor::KeepAnchor);
     notes->setTextCursor(cursor);
   } else if (auto* box = qobject_cast<QCheckBox*>(widget)) {
     auto& check = dynamic_cast<forms::CheckBox&>(control);
@@ -344,7 +364,43 @@ void ScreenView::ControlChanged(forms::Control& control, forms::Aspect aspect) {
   if (aspect == forms::Aspect::Layout) {
     if (auto* grid = qobject_cast<GridView*>(widgets_.value(&control))) return grid->LayoutChanged();
   }
-  Update(control);
+  if (following_ && aspect == forms::Aspect::Selection) return;
+  // A text that nobody's hand is in may change a thousand times in one act, a total counted up line by
+  // line: what it holds in the end is shown.
+  const bool waits = (aspect == forms::Aspect::Text || aspect == forms::Aspect::Selection) &&
+                     &control != form_->ActiveControl() && HasText(control);
+  if (!waits) return Update(control);
+  waiting_.insert(&control);
+  if (std::exchange(catching_up_, true)) return;
+  QTimer::singleShot(0, this, &ScreenView::CatchUp);
+}
+
+void ScreenView::CatchUp() {
+  catching_up_ = false;
+  const auto waiting = std::exchange(waiting_, {});
+  for (forms::Control* control : waiting) Update(*control);
+}
+
+// The widget moved caret or selection by itself, as with the arrows among lines or with the mouse.
+void ScreenView::SelectionMoved(forms::TextBox& box, int start, int end) {
+  if (showing_ || !box.HasFocus()) return;
+  const int model_start = InModel(box.Text(), start);
+  const int model_length = InModel(box.Text(), end) - model_start;
+  if (model_start == box.SelStart() && model_length == box.SelLength()) return;
+  // Not back to the widget: it knows from which end the selection grows.
+  const QScopedValueRollback<bool> following(following_, true);
+  box.SelStart(model_start);
+  box.SelLength(model_length);
+}
+
+void ScreenView::Follow(QLineEdit& line, forms::TextBox& box) {
+  auto moved = [this, &line, &box] {
+    const bool selected = line.hasSelectedText();
+    const int start = selected ? line.selectionStart() : line.cursorPosition();
+    SelectionMoved(box, start, selected ? line.selectionEnd() : start);
+  };
+  connect(&line, &QLineEdit::cursorPositionChanged, this, moved);
+  connect(&line, &QLineEdit::selectionChanged, this, moved);
 }
 
 void ScreenView::CellChanged(forms::FlexGrid& grid, int row, int col) {
@@ -456,7 +512,7 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
                              (key->key() == Qt::Key_Left || key->key() == Qt::Key_Right ||
                               key->key() == Qt::Key_Home || key->key() == Qt::Key_End);
         const bool walks_lines = notes && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down);
-        if (selects || walks_lines) return false;  // the widget moves; selectionChanged tells the model
+        if (selects || walks_lines) return false;  // the widget moves, and tells the model
       }
       if (qobject_cast<QDateEdit*>(watched)) {
         const int code = key->key();
@@ -514,17 +570,6 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
         form_->Click(*control);
         Rest();
         return true;
-      }
-      if (box && (line || notes)) {
-        // Where caret and selection went by mouse.
-        QTimer::singleShot(0, this, [line = QPointer<QLineEdit>(line), box, alive = form_] {
-          if (!line) return;
-          const int start = line->hasSelectedText() ? line->selectionStart() : line->cursorPosition();
-          const int length = static_cast<int>(line->selectedText().size());
-          if (start == box->SelStart() && length == box->SelLength()) return;
-          box->SelStart(start);
-          box->SelLength(length);
-        });
       }
       break;
     case QEvent::MouseButtonDblClick:
@@ -590,6 +635,7 @@ void ScreenView::closeEvent(QCloseEvent* event) {
 }
 
 void ScreenView::Rest() {
+  CatchUp();
   if (resting_) return;
   resting_ = true;
   QTimer::singleShot(0, this, [this] {

@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QPointer>
+#include <QSet>
 #include <QString>
 #include <QWidget>
 #include <functional>
@@ -106,6 +107,9 @@ class ScreenView : public QWidget, public forms::FormListener {
   void Bind(forms::Control& control, QWidget& widget, const QString& accessible);
   void Update(forms::Control& control);
   bool Forward(QKeyEvent& event);
+  void CatchUp();
+  void Follow(QLineEdit& line, forms::TextBox& box);
+  void SelectionMoved(forms::TextBox& box, int start, int end);
   void Rest();
   void Exposed();
 
@@ -118,6 +122,10 @@ class ScreenView : public QWidget, public forms::FormListener {
   GridView* cell_grid_ = nullptr;
   bool taking_focus_ = false;
   bool resting_ = false;
+  bool showing_ = false;  // what the widget tells of is what it was told
+  bool following_ = false;  // what the model tells of came from the widget
+  bool catching_up_ = false;
+  QSet<forms::Control*> waiting_;  // texts to be shown once the act is over
   bool painting_ = false;
 };
 

@@ -72,9 +72,10 @@ void Matrix(Program& program, const std::function<void()>& look) {
 
 void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, const QString& name) {
   QTemporaryDir place;
+  QDir::setCurrent(place.path());  // the base's name in the status line, not where it lies
   Theme theme(mode);
   theme.ApplyTo(application);
-  Program program(theme, {QStringLiteral("sqlite:") + place.filePath(QStringLiteral("tienda.db")),
+  Program program(theme, {QStringLiteral("sqlite:tienda.db"),
                           QStringLiteral("ANA"),
                           QStringLiteral("E1"),
                           place.path(),
@@ -146,7 +147,8 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  const QDir folder(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("."));
+  const QDir folder(
+      QFileInfo(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".")).absoluteFilePath());
   if (!folder.mkpath(QStringLiteral("."))) return 2;
   Shoot(application, folder, Theme::Mode::Light, QStringLiteral("claro.png"));
   Shoot(application, folder, Theme::Mode::Dark, QStringLiteral("oscuro.png"));

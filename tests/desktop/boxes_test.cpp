@@ -134,7 +134,7 @@ TEST_F(Boxes, APlainTextThatIsNoReportIsNotDressedAsOne) {
 }
 
 TEST_F(Boxes, AnErrorWithNoTrapSaysWhatIsSafe) {
-  const auto box = MakeUnhandled(nullptr, QStringLiteral("No existe el control x"));
+  const auto box = MakeUnhandled(nullptr, QStringLiteral("No existe el control x"), true);
   QString words;
   for (const QLabel* label : box->findChildren<QLabel*>()) words += label->text();
   EXPECT_TRUE(words.contains(QStringLiteral("sigue abierta con sus datos")));
