@@ -10,7 +10,7 @@
 // pause or on the reader's thread, is told on a line of its own: how long the window's thread was held, and
 // how long the operator waited.
 //
-//   QT_QPA_PLATFORM=offscreen build/release/bench/bench_desktop [lines ...]
+//   build/release/bench/bench_desktop [lines ...]
 #include <sqlite3.h>
 
 #include <QApplication>
@@ -529,6 +529,7 @@ class Desk {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   Application application(argc, argv);
   std::vector<int> sizes;
   for (int i = 1; i < argc; ++i) sizes.push_back(std::atoi(argv[i]));

@@ -1,7 +1,7 @@
 // Pictures of the screens, for the manual and for looking at: opens the program on a base of its own,
 // works a few documents by key, and saves what each window shows, in light and in dark.
 //
-//   QT_QPA_PLATFORM=offscreen build/release/desktop/tarvik_shots docs/img
+//   build/release/desktop/tarvik_shots docs/img
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
@@ -146,6 +146,7 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   const QDir folder(
       QFileInfo(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral(".")).absoluteFilePath());
