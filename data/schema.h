@@ -35,7 +35,7 @@ struct Table {
 };
 
 // Raised by one with each change of a table. A base of a newer version is refused.
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 const std::vector<Table>& Schema();
 // Without regard to case; nullptr if the schema has no such table or column.

@@ -351,7 +351,7 @@ TEST_F(Prepared, WhatIsLookedUpHasAnIndex) {
             "idx_movsinv_operacion_movimiento"},
            {"SELECT * FROM movsinv WHERE articulo = 'A' AND almacen = 1", "idx_movsinv_articulo_almacen"},
            {"SELECT * FROM clavesadd WHERE articulo = 'A'", "idx_clavesadd_articulo"},
-           {"SELECT * FROM prods WHERE modelo = 'M'", "idx_prods_modelo"},
+           {"SELECT * FROM prods WHERE modelo = 'M'", "idx_prods_modelo_color_talla"},
            {"SELECT * FROM prods ORDER BY descrip LIMIT 1", "idx_prods_descrip"},
            {"SELECT * FROM compra2part WHERE articulo = 'A' AND compra = 1",
             "idx_compra2part_articulo_compra"},
@@ -390,10 +390,10 @@ TEST_F(Prepared, WhatIsMissingIsMadeAndTheRestStays) {
 TEST_F(Prepared, AnOlderBaseGetsTheVersionAndItsIndexes) {
   db().Execute("DELETE FROM version_esquema");
   db().Execute("INSERT INTO version_esquema VALUES (0)");
-  db().Execute("DROP INDEX idx_prods_modelo");
+  db().Execute("DROP INDEX idx_prods_modelo_color_talla");
   EXPECT_FALSE(PrepareSchema(db()));
   EXPECT_EQ(Single("SELECT MAX(version) FROM version_esquema"), Value(kSchemaVersion));
-  EXPECT_EQ(Single("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_prods_modelo'"), Value(1));
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM sqlite_master WHERE name = 'idx_prods_modelo_color_talla'"), Value(1));
 }
 
 TEST_F(Prepared, ATableOfTheDeployersOwnIsLeftAlone) {
