@@ -122,9 +122,20 @@ class Busqueda {
     intenta_([&] { malla_->Caption("Modelo: " + modelo_); });
     intenta_([&] { Malla().ColWidth(kColumnaDeTexto, kAnchoTexto); });
     intenta_([&] { Malla().ColWidth(kColumnaDeClave, kAnchoClave); });
-    intenta_([&] { Malla().Col(Malla().FixedCols() + 1); });
-    intenta_([&] { Malla().Row(Malla().FixedRows() + 1); });
+    intenta_([&] { Malla().Col(kPrimera); });
+    intenta_([&] { Malla().Row(kPrimera); });
+    if (Malla().Blocked(kPrimera, kPrimera)) intenta_([&] { PasaALaPrimeraLibre(); });
     Malla().CellEvents(true);
+  }
+
+  // The cursor may not rest where there is no article: it travels on as if it had come to the first
+  // cell from the left. Where nothing is free it stays.
+  void PasaALaPrimeraLibre() {
+    Malla().Col(kPrimera - 1);
+    Malla().CellEvents(true);
+    Malla().Col(kPrimera);
+    Malla().CellEvents(false);
+    if (Malla().Blocked(Malla().Row(), Malla().Col())) Malla().MoveTo(kPrimera, kPrimera);
   }
 
   void PonColores(const data::RecordsetRef& colores) {

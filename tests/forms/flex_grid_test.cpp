@@ -1,4 +1,5 @@
-// The grid: cells, the current cell with its events, sizes, colours, rows that come and go.
+// The grid: cells, the current cell with its events, sizes, colours, rows that come and go; and the bare
+// grid, which starts with none.
 #include "tests/forms/test_form.h"
 
 namespace tarvik::forms {
@@ -215,6 +216,157 @@ TEST_F(Grid, AClickOutsideIsToldToThePlatform) {
   f.ClickCell(g, 99, 0);
   EXPECT_EQ(unhandled.size(), 1u);
   EXPECT_EQ(f.Cell(), "1,0");
+}
+
+TEST_F(Grid, ADoubleClickOnACellThatTheCursorLeavesAtOnceIsNone) {
+  TestForm& f = Shown();
+  g.OnEnterCell = [&] {
+    f.Note("enter " + f.Cell());
+    if (g.Row() == 3) g.Row(4);
+  };
+  f.DoubleClickCell(g, 3, 2);
+  EXPECT_EQ(f.Cell(), "4,2");
+  const Record seen = f.Taken();
+  EXPECT_EQ(std::count(seen.begin(), seen.end(), "grid click"), 1);
+  EXPECT_EQ(std::count(seen.begin(), seen.end(), "grid double"), 0);
+  f.DoubleClickCell(g, 4, 2);
+  EXPECT_EQ(f.Taken(), (Record{"grid click", "grid double"}));
+}
+
+TEST_F(Grid, ADoubleClickWhoseClickClosesTheFormIsNone) {
+  TestForm& f = Shown();
+  g.OnClick = [&] { f.Unload(); };
+  f.DoubleClickCell(g, 3, 2);
+  const Record seen = f.Taken();
+  EXPECT_EQ(std::count(seen.begin(), seen.end(), "grid double"), 0);
+  EXPECT_TRUE(unhandled.empty());
+}
+
+// A grid whose rows and columns are somebody else's work.
+class BareGrid : public FormsBench {
+ protected:
+  FlexGrid g{*form, "bare", FlexGrid::Start::Bare};
+  [[nodiscard]] std::string Cell() const { return std::to_string(g.Row()) + "," + std::to_string(g.Col()); }
+};
+
+TEST_F(BareGrid, StartsWithNothing) {
+  EXPECT_EQ(g.Rows(), 0);
+  EXPECT_EQ(g.Cols(), 0);
+  EXPECT_EQ(g.FixedRows(), 0);
+  EXPECT_EQ(g.FixedCols(), 0);
+  EXPECT_THROW((void)g.Text(), data::Error);
+  EXPECT_THROW(g.Text("x"), data::Error);
+  EXPECT_THROW((void)g.CellWidth(), data::Error);
+  EXPECT_THROW((void)g.CellHeight(), data::Error);
+  EXPECT_THROW(g.MoveTo(0, 0), data::Error);
+  EXPECT_THROW(g.TopRow(0), data::Error);
+  EXPECT_THROW(g.RemoveItem(0), data::Error);
+  EXPECT_EQ(g.CellLeft(), 0);
+  EXPECT_EQ(g.CellTop(), 0);
+}
+
+TEST_F(BareGrid, MayBeEmptiedAgainWhereADesignedOneMayNot) {
+  g.Rows(3);
+  g.Cols(2);
+  g.TextMatrix(1, 1, "x");
+  g.MoveTo(2, 1);
+  g.Rows(0);
+  g.Cols(0);
+  EXPECT_EQ(g.Rows(), 0);
+  EXPECT_EQ(g.Cols(), 0);
+  g.Rows(3);
+  g.Cols(2);
+  EXPECT_EQ(g.TextMatrix(1, 1), "");
+  EXPECT_EQ(Cell(), "0,0");
+  EXPECT_THROW(g.Rows(-1), data::Error);
+  EXPECT_THROW(g.Cols(-1), data::Error);
+  EXPECT_THROW(form->grid.Rows(0), data::Error);
+  EXPECT_THROW(form->grid.Cols(0), data::Error);
+}
+
+TEST_F(BareGrid, TheFirstRowOfItsOwnIsTheOneItStandsOn) {
+  g.Cols(1);
+  g.Rows(1);
+  g.FixedRows(1);  // a header and nothing else
+  EXPECT_EQ(g.Rows(), 1);
+  g.AddItem("a");
+  EXPECT_EQ(g.Row(), 1);
+  EXPECT_EQ(g.Text(), "a");
+  g.AddItem("b");
+  EXPECT_EQ(g.Row(), 1);
+  g.Rows(1);
+  g.Rows(4);
+  EXPECT_EQ(g.Row(), 1);
+}
+
+TEST_F(BareGrid, HeadersMayBeAllThereIs) {
+  g.Rows(2);
+  g.Cols(2);
+  g.FixedRows(2);
+  g.FixedCols(2);
+  EXPECT_EQ(Cell(), "1,1");
+  EXPECT_THROW(g.FixedRows(3), data::Error);
+  EXPECT_THROW(g.FixedCols(3), data::Error);
+  EXPECT_THROW(g.Rows(1), data::Error);  // a header is not dropped unawares
+  EXPECT_THROW(g.Cols(1), data::Error);
+}
+
+TEST_F(BareGrid, WidthsCanBeSetBeforeThereIsARow) {
+  g.Cols(2);
+  g.ColWidth(1, 1440);
+  EXPECT_EQ(g.ColWidth(1), 1440);
+  EXPECT_THROW(g.ColWidth(2, 1), data::Error);
+}
+
+TEST_F(BareGrid, ARowNeedsAColumnForItsText) {
+  EXPECT_THROW(g.AddItem("a"), data::Error);
+  EXPECT_EQ(g.Rows(), 0);
+  g.AddItem("");
+  EXPECT_EQ(g.Rows(), 1);
+}
+
+TEST_F(BareGrid, EveryRowOfItsOwnCanBeRemovedAndNoHeader) {
+  g.Cols(1);
+  g.Rows(1);
+  g.FixedRows(1);
+  g.AddItem("a");
+  g.AddItem("b");
+  EXPECT_THROW(g.RemoveItem(0), data::Error);
+  g.RemoveItem(1);
+  EXPECT_EQ(g.Text(), "b");
+  g.RemoveItem(1);
+  EXPECT_EQ(g.Rows(), 1);
+  EXPECT_LT(g.Row(), 1);  // names none of its own
+  EXPECT_THROW(g.RemoveItem(1), data::Error);
+  EXPECT_THROW(g.RemoveItem(0), data::Error);
+}
+
+TEST_F(BareGrid, KeysAndClicksOnAnEmptyOneDoNothing) {
+  TestForm& f = Shown();
+  f.Enter(g);
+  for (const char* key : {"Up", "Down", "Left", "Right", "PageUp", "PageDown"}) f.Press(Named(key));
+  g.Rows(1);
+  g.Cols(1);
+  g.FixedRows(1);
+  for (const char* key : {"Up", "Down", "Left", "Right", "PageUp", "PageDown"}) f.Press(Named(key));
+  EXPECT_EQ(Cell(), "0,0");
+  EXPECT_TRUE(unhandled.empty());
+  f.ClickCell(g, 5, 5);
+  EXPECT_EQ(unhandled.size(), 1u);
+}
+
+TEST_F(BareGrid, WithRowsAndColumnsItIsAnyGrid) {
+  TestForm& f = Shown();
+  g.Rows(3);
+  g.Cols(2);
+  g.FixedRows(1);
+  int events = 0;
+  g.OnEnterCell = [&] { ++events; };
+  f.Enter(g);
+  f.Press(Named("Down"));
+  f.Press(Named("Right"));
+  EXPECT_EQ(Cell(), "2,1");
+  EXPECT_EQ(events, 2);
 }
 
 }  // namespace
