@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStackedWidget>
 
 #include "desktop/layouts.h"
@@ -34,6 +35,14 @@ DocumentView::DocumentView(Office& office, DocumentWizard& wizard, QWidget* pare
     : ScreenView(office, wizard, parent), wizard_(wizard) {
   if (auto* platform = dynamic_cast<QtPlatform*>(&wizard.GetPlatform()))
     messages_seen_ = platform->MessagesShown();
+  // The suite's keys lead to the lines on goods-out alone; here two lead there and back on both.
+  auto way = [this](Qt::Key key, forms::Control& target) {
+    auto* shortcut = new QShortcut(QKeySequence(Qt::ALT | key), this);
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(shortcut, &QShortcut::activated, this, [this, &target] { Go(target); });
+  };
+  way(Qt::Key_Up, wizard.fg2);
+  way(Qt::Key_Down, wizard.txtFields(4));
   wizard.MultiCombo1.Each([this](forms::SearchBox& box) { Covered(box.Name(), box.Index()); });
 }
 
@@ -128,7 +137,8 @@ Keys DocumentView::KeysNow() const {
   Keys keys;
   const forms::Control* active = Screen().ActiveControl();
   if (active == &wizard_.fg2) {
-    keys = {{tr("Intro"), tr("corregir")}, {tr("Supr"), tr("quitar, en Artículo")}};
+    keys = {
+        {tr("Intro"), tr("corregir")}, {tr("Supr"), tr("quitar, en Artículo")}, {tr("Alt+↓"), tr("captura")}};
   } else if (active == &wizard_.txtEdit) {
     keys = {
         {tr("Intro"), tr("guardar")}, {tr("Esc"), tr("dejar como estaba")}, {tr("↑ ↓"), tr("otro renglón")}};

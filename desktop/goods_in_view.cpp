@@ -114,6 +114,11 @@ QWidget* GoodsInView::EntryRow() {
   return band;
 }
 
+Keys GoodsInView::OwnKeys() const {
+  if (wizard_.ActiveControl() == &wizard_.fg2 || wizard_.ActiveControl() == &wizard_.txtEdit) return {};
+  return {{tr("Alt+↑"), tr("renglones")}};
+}
+
 void GoodsInView::AtRest() {
   DocumentView::AtRest();
   const std::string article = wizard_.txtFields(4).Text();

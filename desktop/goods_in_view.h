@@ -17,6 +17,7 @@ class GoodsInView final : public DocumentView {
   [[nodiscard]] State Document() const override {
     return {wizard_.Entrada, "entradas", "entrada", "entpart"};
   }
+  [[nodiscard]] Keys OwnKeys() const override;
   void AtRest() override;
 
  private:

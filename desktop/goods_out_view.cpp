@@ -201,7 +201,7 @@ void GoodsOutView::ShowSheet(const std::string& file) {
 }
 
 Keys GoodsOutView::OwnKeys() const {
-  return {{QStringLiteral("F6"), tr("re enviar")}, {tr("Alt+T"), tr("traspaso")}};
+  return {{QStringLiteral("F6"), tr("re enviar")}, {tr("↑"), tr("renglones")}, {tr("Alt+T"), tr("traspaso")}};
 }
 
 }  // namespace tarvik::desktop

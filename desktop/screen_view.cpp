@@ -285,6 +285,11 @@ void ScreenView::Show(std::string_view name, QWidget& widget, const QString& acc
   Bind(Required(name), widget, accessible);
 }
 
+void ScreenView::Go(forms::Control& control) {
+  form_->Enter(control);
+  Rest();
+}
+
 void ScreenView::Covered(std::string_view name, std::optional<int> index) {
   forms::Control& control = Required(name, index);
   widgets_.insert(&control, nullptr);

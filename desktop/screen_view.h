@@ -74,6 +74,8 @@ class ScreenView : public QWidget, public forms::FormListener {
   GridView* Grid(std::string_view name, const QString& accessible);
   // The box that floats over the grid's current cell.
   void CellEditor(std::string_view name, GridView& grid);
+  // The focus to a control, as by a click.
+  void Go(forms::Control& control);
   // Any other widget for a control: a browser's page.
   void Show(std::string_view name, QWidget& widget, const QString& accessible);
   // A control that has no widget of its own here, shown or not shown by another's.
