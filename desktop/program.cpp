@@ -169,6 +169,12 @@ void Program::ShowScreen(forms::Form& form, bool modal) {
 
 void Program::Help(const ScreenView* view) {
   if (!help_) help_ = std::make_unique<HelpWindow>(settings_.get());
+  // Over a screen that the others wait for, help is in front of it and can be read and closed.
+  const Qt::WindowModality modality = view && view->isModal() ? Qt::ApplicationModal : Qt::NonModal;
+  if (help_->windowModality() != modality) {
+    help_->hide();
+    help_->setWindowModality(modality);
+  }
   if (view) {
     help_->Open(QString::fromStdString(view->Screen().Caption()), view->KeysNow(),
                 ManualPageFor(QString::fromStdString(view->Screen().Name())));
