@@ -28,9 +28,10 @@ std::string SinSeparadorFinal(std::string folder) {
   return folder.empty() ? "." : folder;
 }
 
-AmbienteEnBase::AmbienteEnBase(data::Connection& observed, data::EngineConnection& engine, Testigo& testigo,
-                               const Opciones& opciones)
-    : observed_(observed),
+AmbienteEnBase::AmbienteEnBase(service::Host& host, data::Connection& observed,
+                               data::EngineConnection& engine, Testigo& testigo, const Opciones& opciones)
+    : host_(host),
+      observed_(observed),
       engine_(engine),
       testigo_(testigo),
       user_(opciones.usuario),

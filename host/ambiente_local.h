@@ -15,9 +15,10 @@ namespace tarvik::host {
 class AmbienteEnBase : public AmbienteLocal {
  public:
   // `observed` is what the module is given, `engine` what the settings are read by. All outlive this.
-  AmbienteEnBase(data::Connection& observed, data::EngineConnection& engine, Testigo& testigo,
-                 const Opciones& opciones);
+  AmbienteEnBase(service::Host& host, data::Connection& observed, data::EngineConnection& engine,
+                 Testigo& testigo, const Opciones& opciones);
 
+  service::Host& Anfitrion() override { return host_; }
   data::Connection& Conexion() override;
   std::string Usuario() override;
   std::string Estacion() override;
@@ -42,6 +43,7 @@ class AmbienteEnBase : public AmbienteLocal {
   using Ajuste = std::pair<std::string, data::Value>;
   const std::vector<Ajuste>& Ajustes();
 
+  service::Host& host_;
   data::Connection& observed_;
   data::EngineConnection& engine_;
   Testigo& testigo_;

@@ -94,7 +94,7 @@ forms::Platform& Exigida(forms::Platform* platform) {
 }  // namespace
 
 struct Anfitrion::Interior {
-  explicit Interior(const Opciones& opciones)
+  Interior(service::Host& host, const Opciones& opciones)
       : plataforma(Exigida(opciones.plataforma)),
         carpeta(SinSeparadorFinal(opciones.ruta)),
         testigo(opciones.testigo != nullptr ? *opciones.testigo : sin_testigo),
@@ -103,7 +103,7 @@ struct Anfitrion::Interior {
         base(data::OpenBase(opciones.base)),
         conexion(Prepara(*base, opciones)),
         observada(*conexion, testigo),
-        ambiente(observada, *conexion, testigo, opciones),
+        ambiente(host, observada, *conexion, testigo, opciones),
         maestra(testigo),
         funciones(*conexion, plataforma, testigo),
         catalogo(ambiente, *conexion, plataforma, testigo, impresora) {
@@ -128,7 +128,7 @@ struct Anfitrion::Interior {
   CatalogoLocal catalogo;
 };
 
-Anfitrion::Anfitrion(const Opciones& opciones) : interior_(std::make_unique<Interior>(opciones)) {}
+Anfitrion::Anfitrion(const Opciones& opciones) : interior_(std::make_unique<Interior>(*this, opciones)) {}
 Anfitrion::~Anfitrion() = default;
 
 AmbienteLocal& Anfitrion::Ambiente() { return interior_->ambiente; }

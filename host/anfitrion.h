@@ -46,6 +46,8 @@ struct Opciones {
 // The working context, with everything writable.
 class AmbienteLocal : public service::Ambiente {
  public:
+  // Whose context this is: the services, for a routine, which is handed no more than this and a screen.
+  virtual service::Host& Anfitrion() = 0;
   // A setting by name, kept in the base at once. Throws data::Error if the base refuses.
   virtual data::Value Parametro(const std::string& name) = 0;  // null if it was never set
   virtual void Parametro(const std::string& name, const data::Value& value) = 0;

@@ -325,6 +325,7 @@ td, th { vertical-align: top; text-align: left; }
 .datos { margin-top: 18px; }
 .datos td { padding: 5px 14px 5px 0; border-bottom: 1px solid #c3cad4; }
 .datos .primera td { border-top: 2px solid #1c2430; }
+.datos .marca { padding-top: 8px; white-space: nowrap; }
 .rotulo { font-size: 7.5pt; color: #5d6878; text-transform: uppercase; letter-spacing: .04em; }
 .partidas { margin-top: 18px; font-size: 9pt; }
 .partidas thead { display: table-header-group; }
@@ -336,15 +337,16 @@ td, th { vertical-align: top; text-align: left; }
 .partidas th.cifra { text-align: right; }
 .detalle { font-size: 8pt; color: #5d6878; }
 .clave { white-space: nowrap; }
-.totales { margin-top: 14px; page-break-inside: avoid; break-inside: avoid; }
-.totales td { padding: 3px 7px; white-space: nowrap; }
-.totales .total { border-top: 2px solid #1c2430; font-size: 13pt; font-weight: 700; }
-.observaciones { margin-top: 18px; page-break-inside: avoid; break-inside: avoid; }
+.cierre { margin-top: 14px; page-break-inside: avoid; break-inside: avoid; }
+.cierre td { padding: 3px 7px; }
+.cierre .suma { white-space: nowrap; }
+.cierre .total { border-top: 2px solid #1c2430; font-size: 13pt; font-weight: 700; white-space: nowrap; }
+.cierre .observaciones { padding: 3px 28px 3px 0; }
 .nota { white-space: pre-line; }
-.firmas { margin-top: 70px; page-break-inside: avoid; break-inside: avoid; }
-.firmas td { width: 33%; padding: 0 22px; text-align: center; font-size: 8.5pt; color: #5d6878; }
-.linea { margin: 0 0 5px 0; border: 0; border-top: 1px solid #1c2430; }
-.pie { margin-top: 22px; font-size: 7.5pt; color: #5d6878; }
+.cierre .firmas { padding: 64px 0 0 0; }
+.firmas .firma { border-top: 1px solid #1c2430; padding: 6px 0 0 0; text-align: center; font-size: 8.5pt;
+                 color: #5d6878; }
+.cierre .pie { padding: 20px 0 0 0; font-size: 7.5pt; color: #5d6878; }
 </style>
 </head>
 <body>
@@ -366,38 +368,44 @@ td, th { vertical-align: top; text-align: left; }
 
 <table class="datos" width="100%" cellspacing="0">
 <tr class="primera">
-<td width="20%"><div class="rotulo">Fecha</div><div>{{fecha}}</div></td>
-<td width="42%"><div class="rotulo">Concepto</div><div>{{concepto}} {{concepto_nombre}}</div></td>
-<td width="38%"><div class="rotulo">Almacén</div><div>{{almacen}} {{almacen_nombre}}</div></td>
+<td width="24%"><div class="rotulo">Fecha</div><div>{{fecha}}</div></td>
+<td width="40%"><div class="rotulo">Concepto</div><div>{{concepto}} {{concepto_nombre}}</div></td>
+<td width="36%"><div class="rotulo">Almacén</div><div>{{almacen}} {{almacen_nombre}}</div></td>
 </tr>
 {{#cliente}}
 <tr>
-<td colspan="3"><div class="rotulo">Cliente</div><div>{{cliente}} {{cliente_nombre}}</div></td>
+<td class="marca"><div class="rotulo">Cliente</div></td>
+<td colspan="2"><div>{{cliente}} {{cliente_nombre}}</div></td>
 </tr>
 {{/cliente}}
 {{#direccion}}
 <tr>
-<td colspan="3"><div class="rotulo">Dirección de embarque</div><div>{{direccion}}</div></td>
+<td class="marca"><div class="rotulo">Dirección de embarque</div></td>
+<td colspan="2"><div>{{direccion}}</div></td>
 </tr>
 {{/direccion}}
 {{#traspaso_almacen}}
 <tr>
-<td colspan="3"><div class="rotulo">Traspaso al almacén</div><div>{{traspaso_almacen}} {{traspaso_nombre}}{{#traspaso_numero}} (traspaso {{traspaso_numero}}){{/traspaso_numero}}</div></td>
+<td class="marca"><div class="rotulo">Traspaso al almacén</div></td>
+<td colspan="2"><div>{{traspaso_almacen}} {{traspaso_nombre}}{{#traspaso_numero}} (traspaso {{traspaso_numero}}){{/traspaso_numero}}</div></td>
 </tr>
 {{/traspaso_almacen}}
 {{#estacion_destino}}
 <tr>
-<td colspan="3"><div class="rotulo">Traspaso a estación de trabajo</div><div>{{estacion_destino}} {{estacion_nombre}}</div></td>
+<td class="marca"><div class="rotulo">Traspaso a estación</div></td>
+<td colspan="2"><div>{{estacion_destino}} {{estacion_nombre}}</div></td>
 </tr>
 {{/estacion_destino}}
 {{#sucursal}}
 <tr>
-<td colspan="3"><div class="rotulo">Sucursal</div><div>{{sucursal}} {{sucursal_nombre}}{{#entrada_remota}} (entrada remota {{entrada_remota}}){{/entrada_remota}}</div></td>
+<td class="marca"><div class="rotulo">Sucursal</div></td>
+<td colspan="2"><div>{{sucursal}} {{sucursal_nombre}}{{#entrada_remota}} (entrada remota {{entrada_remota}}){{/entrada_remota}}</div></td>
 </tr>
 {{/sucursal}}
 {{#empleado}}
 <tr>
-<td colspan="3"><div class="rotulo">Asignado al empleado</div><div>{{empleado}} {{empleado_nombre}}{{#fecha_retorno}}, retorno el {{fecha_retorno}}{{/fecha_retorno}}</div></td>
+<td class="marca"><div class="rotulo">Asignado al empleado</div></td>
+<td colspan="2"><div>{{empleado}} {{empleado_nombre}}{{#fecha_retorno}}, retorno el {{fecha_retorno}}{{/fecha_retorno}}</div></td>
 </tr>
 {{/empleado}}
 </table>
@@ -429,25 +437,29 @@ td, th { vertical-align: top; text-align: left; }
 </tbody>
 </table>
 
-<table class="totales" width="100%" cellspacing="0">
-<tr><td width="58%"></td><td width="18%">Renglones</td><td width="24%" class="cifra" align="right">{{renglones}}</td></tr>
-<tr><td></td><td>Unidades</td><td class="cifra" align="right">{{unidades}}</td></tr>
-<tr><td></td><td class="total">Total {{moneda}}</td><td class="cifra total" align="right">{{total}}</td></tr>
-</table>
-
-{{#observaciones}}
-<div class="observaciones"><div class="rotulo">Observaciones</div><div class="nota">{{observaciones}}</div></div>
-{{/observaciones}}
-
-<table class="firmas" width="100%" cellspacing="0">
+<table class="cierre" width="100%" cellspacing="0">
 <tr>
-<td width="33%" align="center"><hr class="linea">Entregó</td>
-<td width="33%" align="center"><hr class="linea">Recibió</td>
-<td width="33%" align="center"><hr class="linea">Autorizó</td>
+<td width="58%" rowspan="3" class="observaciones">{{#observaciones}}<div class="rotulo">Observaciones</div><div class="nota">{{observaciones}}</div>{{/observaciones}}</td>
+<td width="18%" class="suma">Renglones</td>
+<td width="24%" class="cifra" align="right">{{renglones}}</td>
+</tr>
+<tr><td class="suma">Unidades</td><td class="cifra" align="right">{{unidades}}</td></tr>
+<tr><td class="total">Total {{moneda}}</td><td class="cifra total" align="right">{{total}}</td></tr>
+<tr>
+<td colspan="3" class="firmas">
+<table width="100%" cellspacing="0">
+<tr>
+<td width="29%" align="center" class="firma">Entregó</td>
+<td width="6%"></td>
+<td width="30%" align="center" class="firma">Recibió</td>
+<td width="6%"></td>
+<td width="29%" align="center" class="firma">Autorizó</td>
 </tr>
 </table>
-
-<div class="pie">Elaboró {{usuario}}. Impreso el {{impreso}}.</div>
+</td>
+</tr>
+<tr><td colspan="3" class="pie">Elaboró {{usuario}}. Impreso el {{impreso}}.</td></tr>
+</table>
 </div>
 </body>
 </html>

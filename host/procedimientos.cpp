@@ -34,18 +34,18 @@ struct Sentido {
   const char* procedimiento;
   const char* origen;
   const char* operacion;
-  const char* ent_sal;
   const char* documento;  // for the operator: "la entrada"
   const char* encabezado;
   const char* partidas;  // also the series of the line numbers
   const char* numero;    // column of the document
   const char* id;        // column of the line
+  bool con_referencia;   // whether its lines name the document once more
 };
-constexpr Sentido kEntrada = {"TKCreaEntradaTYC", "EntradasInventario", "EN",      "E",
-                              "la entrada",       "entradas",           "entpart", "entrada",
-                              "id_entrada"};
-constexpr Sentido kSalida = {"TKCreaSalidaTYC", "SalidasInventario", "SA",     "S",        "la salida",
-                             "salidas",         "salpart",           "salida", "id_salida"};
+constexpr Sentido kEntrada = {"TKCreaEntradaTYC", "EntradasInventario", "EN",
+                              "la entrada",       "entradas",           "entpart",
+                              "entrada",          "id_entrada",         true};
+constexpr Sentido kSalida = {"TKCreaSalidaTYC", "SalidasInventario", "SA", "la salida", "salidas", "salpart",
+                             "salida",          "id_salida",         false};
 
 std::int32_t Numero(const std::string& document) {
   const auto number = data::ParseNumber(document);
@@ -62,6 +62,19 @@ std::int32_t NumeroDePartida(data::EngineConnection& connection, const Sentido& 
     const std::int32_t id = SiguienteNumero(connection, way.partidas);
     if (connection.Run(query, {id}).rows.empty()) return id;
   }
+}
+
+// A screen looks for the marks of the other direction. Those that a matrix has left for the document of
+// that direction which bears the same number would be taken for its own; they are a message that was
+// delivered long ago, and moved no stock.
+void OlvidaMarcas(data::EngineConnection& connection, const Sentido& way, std::int32_t number) {
+  const std::string id = way.id;
+  connection.Run(
+      "DELETE FROM movsinv WHERE operacion = ? AND movimiento = ? AND claveadd = '999' AND importe IS "
+      "NULL AND EXISTS (SELECT 1 FROM " +
+          std::string(way.partidas) + " p WHERE p." + id + " = movsinv." + id + " AND p." + way.numero +
+          " = movsinv.movimiento)",
+      {way.operacion, number});
 }
 
 void CreaPartidas(data::EngineConnection& connection, forms::Platform& platform, const Sentido& way,
@@ -85,9 +98,10 @@ void CreaPartidas(data::EngineConnection& connection, forms::Platform& platform,
       "SELECT articulo, cantidad, precio, observ, prdescrip, prcantidad, claveadd FROM mallacelda "
       "WHERE documento = ? AND origen = ? ORDER BY id",
       {document, way.origen});
+  OlvidaMarcas(connection, &way == &kEntrada ? kSalida : kEntrada, number);
   for (const auto& cell : cells.rows) {
     const std::int32_t id = NumeroDePartida(connection, way);
-    const std::string referencia = way.ent_sal[0] == 'E' ? ", no_referen" : "";
+    const std::string referencia = way.con_referencia ? ", no_referen" : "";
     std::vector<data::Value> line = {id, number, head[0],  cell[0],         cell[1], cell[2], cell[3],
                                      0,  user,   now.date, now.time.Text(), cell[5], cell[4], cell[6]};
     std::string marks = "?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?";
@@ -100,14 +114,15 @@ void CreaPartidas(data::EngineConnection& connection, forms::Platform& platform,
                        "prcantidad, prdescrip, claveadd" +
                        referencia + ") VALUES (" + marks + ")",
                    line);
-    // The mark '999' is how the screen finds again what the matrix left.
+    // The mark '999' is how the screen finds again what the matrix left. It names no warehouse and no
+    // direction, so that it counts in nobody's stock.
     connection.Run(
         std::string("INSERT INTO movsinv (operacion, movimiento, articulo, cantidad, Precio, Observ, ") +
             way.id +
-            ", PrDescrip, PrCantidad, claveadd, f_movim, cerrado, ent_sal, almacen, tipo_doc, documento, "
-            "usuario, usuhora) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, '999', ?, 0, ?, ?, ?, ?, ?, ?)",
-        {way.operacion, number, cell[0], cell[1], cell[2], cell[3], id, cell[4], cell[5], head[2],
-         way.ent_sal, head[1], head[0], document, user, now.time.Text()});
+            ", PrDescrip, PrCantidad, claveadd, f_movim, cerrado, tipo_doc, documento, usuario, usuhora) "
+            "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, '999', ?, 0, ?, ?, ?, ?)",
+        {way.operacion, number, cell[0], cell[1], cell[2], cell[3], id, cell[4], cell[5], head[2], head[0],
+         document, user, now.time.Text()});
   }
   connection.Run("DELETE FROM mallacelda WHERE documento = ? AND origen = ?", {document, way.origen});
   whole.Commit();

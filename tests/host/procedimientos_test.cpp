@@ -78,7 +78,9 @@ TEST_F(Procedimientos, EachLineLeavesALedgerRowWithTheMark) {
   EXPECT_EQ(data::ToNumber(row.Fields("prcantidad")), 2);
   EXPECT_EQ(row.Fields("f_movim"), data::Value(data::Date{2024, 3, 1}));
   EXPECT_EQ(row.Fields("cerrado"), data::Value(0));
-  EXPECT_EQ(data::ToNumber(row.Fields("almacen")), 2);
+  // Of no warehouse and no direction: nobody's stock counts it.
+  EXPECT_TRUE(row.Fields("almacen").IsNull());
+  EXPECT_TRUE(row.Fields("ent_sal").IsNull());
   EXPECT_EQ(row.Fields("usuario"), data::Value("BETO"));  // the header's, where the matrix was not asked
   EXPECT_EQ(Cuenta("existenciaalmacen"), 0);
 }
@@ -97,8 +99,26 @@ TEST_F(Procedimientos, TheCellsOfAGoodsOutBecomeItsOwnLines) {
   ASSERT_EQ(row.RecordCount(), 1);
   EXPECT_EQ(row.Fields("operacion"), data::Value("SA"));
   EXPECT_EQ(row.Fields("id_salida"), lines.Fields("id_salida"));
-  EXPECT_EQ(row.Fields("ent_sal"), data::Value("S"));
   EXPECT_EQ(Cuenta("mallacelda"), 2);  // those of others stay
+}
+
+TEST_F(Procedimientos, TheMarksOfTheOtherDirectionsDocumentGoAndAllOtherRowsStay) {
+  Sql("INSERT INTO entradas (entrada) VALUES (7)");
+  Sql("INSERT INTO movsinv (operacion, movimiento, articulo, cantidad, claveadd, importe) "
+      "VALUES ('EN', 7, 'POSTED', 3, '999', 867)");  // a presentation whose second key is 999
+  Sql("INSERT INTO movsinv (operacion, movimiento, articulo, cantidad, claveadd) "
+      "VALUES ('EN', 7, 'FOREIGN', 3, '999')");  // another program's
+  Celda("7", "EntradasInventario", "CAM-AZ-CH", 3);
+  Ejecuta("exec TKCreaEntradaTYC '7'");
+  EXPECT_EQ(Cuenta("movsinv"), 3);
+  Celda("7", "SalidasInventario", "BOT-NE-27", 1);
+  Ejecuta("exec TKCreaSalidaTYC '7'");
+  data::Recordset rows(Sql("SELECT articulo FROM movsinv ORDER BY articulo"));
+  ASSERT_EQ(rows.RecordCount(), 3);
+  for (const char* article : {"BOT-NE-27", "FOREIGN", "POSTED"}) {
+    EXPECT_EQ(rows.Fields("articulo"), data::Value(article));
+    rows.MoveNext();
+  }
 }
 
 TEST_F(Procedimientos, ALineTakesANumberThatIsFree) {
