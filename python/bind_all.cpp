@@ -105,6 +105,7 @@ void BindAll(py::module_& module) {
   BindForms(module);
   BindScreens(module);
   BindAnfitrion(module);
+  BindServicios(module);
 }
 
 }  // namespace tarvik::python

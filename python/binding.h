@@ -4,6 +4,8 @@
 
 #include <pybind11/pybind11.h>
 
+#include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -20,6 +22,7 @@ namespace py = pybind11;
 void BindForms(py::module_& module);
 void BindScreens(py::module_& module);
 void BindAnfitrion(py::module_& module);
+void BindServicios(py::module_& module);  // after the Ambiente that it adds to
 
 // A number is its plain text, None the empty text; lone surrogates (bytes that were no UTF-8) are
 // handed on as the bytes that they stand for.
@@ -47,6 +50,10 @@ auto Called(Call&& call) {
     return result;
   }
 }
+
+// Who is told how long a routine has stood before a box: nobody, if it is empty. With the interpreter's
+// lock held.
+void AlEsperarAlOperador(std::function<void(std::chrono::steady_clock::duration)> listener);
 
 // The host's objects as a script sees them; None while unset.
 py::object AmbienteObject(service::Ambiente* ambiente, forms::Form& form);

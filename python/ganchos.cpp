@@ -348,6 +348,7 @@ Rutinas::Interior::~Interior() {
     for (const auto& [key, routines] : por_clave) anfitrion->Gancho(key, {});
   }
   en_reposo.reset();
+  AlEsperarAlOperador({});
   por_clave.clear();
   detenida = py::object();
 }
@@ -375,6 +376,9 @@ void Rutinas::Interior::Arranca() {
   detenida =
       py::reinterpret_steal<py::object>(PyErr_NewException("tarvik.Detenida", PyExc_BaseException, nullptr));
   PonLimite();
+  AlEsperarAlOperador([this](Reloj::duration waited) {
+    for (Marca& mark : corriendo) mark.en_espera += waited;
+  });
 }
 
 void Rutinas::Interior::PonLimite() {
