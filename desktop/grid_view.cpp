@@ -243,7 +243,10 @@ void GridView::Widths() {
         std::max(twips / kTwipsAPixel + 2 * measure::kGrid, horizontalHeader()->sectionSizeHint(column));
     setColumnWidth(column, kept_width > 0 ? kept_width : designed);
   }
-  if (stretch_ >= 0) horizontalHeader()->setSectionResizeMode(stretch_, QHeaderView::Stretch);
+  for (int column = 0; column < grid_.Cols(); ++column) {
+    horizontalHeader()->setSectionResizeMode(
+        column, column == stretch_ ? QHeaderView::Stretch : QHeaderView::Interactive);
+  }
   adjusting_ = false;
 }
 

@@ -75,12 +75,9 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   QDir::setCurrent(place.path());  // the base's name in the status line, not where it lies
   Theme theme(mode);
   theme.ApplyTo(application);
-  Program program(theme, {QStringLiteral("sqlite:tienda.db"),
-                          QStringLiteral("ANA"),
-                          QStringLiteral("E1"),
-                          place.path(),
-                          {},
-                          true});
+  Program program(
+      theme, {QStringLiteral("sqlite:tienda.db"), QStringLiteral("ANA"), QStringLiteral("E1"), place.path(),
+              QStringLiteral(TARVIK_SOURCE_DIR "/examples/ganchos_estaciones"), true});
   program.Platform().on_box = [](auto, const auto&, int) { return true; };
   MainWindow& window = program.Window();
   window.resize(1366, 768);
@@ -129,13 +126,24 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   Save(window, folder.filePath(QStringLiteral("salidas-") + name));
   Matrix(program,
          [&] { Save(*QApplication::activeWindow(), folder.filePath(QStringLiteral("modelos-") + name)); });
-  program.Door().movimientoEstacion(1, false);
+  program.Door().movimientoEstacion(0, false);
   QTest::qWait(0);
   Type("E1");
   Press(Qt::Key_Return);
   Type("E2");
   Press(Qt::Key_Return);
   Press(Qt::Key_Return);
+  for (const auto& row : stocked.rows) {
+    Type(tarvik::data::ToText(row[0]).c_str());
+    Press(Qt::Key_Return);
+    Type("2");
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Return);
+    QTest::qWait(0);
+  }
+  Type(tarvik::data::ToText(stocked.rows[1][0]).c_str());
+  Press(Qt::Key_Return);
+  Type("1");
   Save(window, folder.filePath(QStringLiteral("estaciones-") + name));
   window.ShowPage("Entradas");
   Save(window, folder.filePath(QStringLiteral("lista-") + name));

@@ -2,13 +2,13 @@
 
 #include <QDateEdit>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "data/number.h"
 #include "desktop/grid_view.h"
 #include "desktop/layouts.h"
 #include "desktop/theme.h"
@@ -49,9 +49,8 @@ StationsView::StationsView(Office& office, frmMovEstaciones& transfer, QWidget* 
   title_->setProperty("role", "title");
   body->addWidget(title_);
   body->addWidget(Header());
-  GridView* lines = Grid("grid", tr("Renglones del traspaso"));
-  lines->horizontalHeader()->setStretchLastSection(true);
-  body->addWidget(lines, 1);
+  grid_ = Grid("grid", tr("Renglones del traspaso"));
+  body->addWidget(grid_, 1);
   body->addWidget(EntryRow());
   body->addWidget(Buttons());
 
@@ -135,8 +134,35 @@ Keys StationsView::KeysNow() const {
   return keys;
 }
 
+// The columns are the routines' own: what holds nothing but numbers is set as numbers, but for the keys
+// in front, and the widest of the others takes the room left over.
+void StationsView::DressColumns() {
+  const forms::FlexGrid& grid = transfer_.grid;
+  QList<int> numbers;
+  int widest = -1;
+  for (int col = 0; col < grid.Cols(); ++col) {
+    bool number = col > 0 && grid.Rows() > grid.FixedRows();
+    for (int row = grid.FixedRows(); number && row < grid.Rows(); ++row) {
+      const std::string& text = grid.TextMatrix(row, col);
+      number = text.empty() || data::ParseNumber(text).has_value();
+    }
+    if (number) {
+      numbers += col;
+    } else if (widest < 0 || grid.ColWidth(col) > grid.ColWidth(widest)) {
+      widest = col;
+    }
+  }
+  if (numbers == numbers_ && widest == widest_) return;
+  numbers_ = numbers;
+  widest_ = widest;
+  grid_->Numbers(numbers);
+  grid_->Stretch(widest);
+  grid_->Reset();
+}
+
 void StationsView::AtRest() {
   keys_->Show(KeysNow());
+  DressColumns();
   const int count = std::max(0, transfer_.grid.Rows() - transfer_.grid.FixedRows());
   lines_->setText(count == 0   ? tr("sin renglones")
                   : count == 1 ? tr("1 renglón")

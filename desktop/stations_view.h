@@ -25,8 +25,12 @@ class StationsView final : public ScreenView {
   QWidget* EntryRow();
   QWidget* Buttons();
   QLabel* NameOfStation(const QString& accessible);
+  void DressColumns();
 
   frmMovEstaciones& transfer_;
+  GridView* grid_ = nullptr;
+  QList<int> numbers_;
+  int widest_ = -1;
   QLabel* title_ = nullptr;
   QLabel* from_ = nullptr;  // names of the stations: aids of the host's
   QLabel* to_ = nullptr;

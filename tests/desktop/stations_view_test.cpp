@@ -75,6 +75,9 @@ TEST_F(EscritorioDeEstaciones, ATransferIsWrittenByKeyAndConfirmed) {
   EXPECT_EQ(Lines(form)->model()->rowCount(), 2);
   EXPECT_EQ(Lines(form)->model()->index(1, 0).data().toString(), QStringLiteral("MAR-20"));
   EXPECT_EQ(Lines(form)->model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Cantidad"));
+  // What holds nothing but numbers stands at the right, as its heading does.
+  EXPECT_TRUE(Lines(form)->model()->index(0, 1).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
+  EXPECT_FALSE(Lines(form)->model()->index(0, 0).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
   for (int tab = 0; tab < 3; ++tab) Press(Qt::Key_Tab);  // quantity, line entry, confirm
   EXPECT_EQ(QApplication::focusWidget(), program->ViewOf(form)->WidgetOf(form.cmdConfirmar));
   Press(Qt::Key_Space);
