@@ -124,7 +124,7 @@ class ScreenView : public QWidget, public forms::FormListener {
   GridView* cell_grid_ = nullptr;
   bool taking_focus_ = false;
   bool resting_ = false;
-  bool showing_ = false;  // what the widget tells of is what it was told
+  bool showing_ = false;    // what the widget tells of is what it was told
   bool following_ = false;  // what the model tells of came from the widget
   bool catching_up_ = false;
   QSet<forms::Control*> waiting_;  // texts to be shown once the act is over

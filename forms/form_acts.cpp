@@ -48,7 +48,8 @@ void Form::Press(const Key& key) {
       if (!Open()) return;
     }
     // Tab moves on only where the field's own logic has not placed the focus, be it where it was.
-    if (now.code == kKeyTab && active_ == target && moves == focus_moves_) MoveByTab((now.shift & kShift) != 0);
+    if (now.code == kKeyTab && active_ == target && moves == focus_moves_)
+      MoveByTab((now.shift & kShift) != 0);
     if (!Open()) return;
     if (target && target->OnKeyUp) {
       int code = key.code;

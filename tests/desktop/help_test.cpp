@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QLabel>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRegularExpression>

@@ -107,6 +107,51 @@ TEST_F(Formatos, MarksThatAreOffAreNotOnThePage) {
   }
 }
 
+TEST_F(Formatos, ATransferToAStationNamesItAndOneWithoutItDoesNot) {
+  EXPECT_FALSE(Tiene(Imprime("salida", 7, *salidas), "Traspaso a estación"));
+  Sql("UPDATE salidas SET traspasoaestacion = 1, estaciontraspaso = 'E2'");
+  const std::string page = Imprime("salida", 7, *salidas);
+  EXPECT_TRUE(Tiene(page, "Traspaso a estación"));
+  EXPECT_TRUE(Tiene(page, "E2 Mostrador"));
+}
+
+// A document with every mark still leaves most of its first page to the lines.
+TEST_F(Formatos, EachMarkStandsBesideItsNameInOneRow) {
+  Sql("UPDATE salidas SET traspasoaestacion = 1, estaciontraspaso = 'E2'");
+  const std::string page = Imprime("salida", 7, *salidas);
+  for (const auto& [name, text] : {std::pair{"Cliente", "C001 Constructora"},
+                                   {"Dirección de embarque", "Obra Los Encinos"},
+                                   {"Traspaso al almacén", "2 Piso de venta"},
+                                   {"Traspaso a estación", "E2 Mostrador"},
+                                   {"Sucursal", "NTE Norte"},
+                                   {"Asignado al empleado", "E02 Patricia"}}) {
+    const auto at = page.find(">" + std::string(name) + "<");
+    ASSERT_NE(at, std::string::npos) << name;
+    const std::string row = page.substr(at, page.find("</tr>", at) - at);
+    EXPECT_TRUE(Tiene(row, text)) << row;
+    EXPECT_TRUE(Tiene(row, "</td>\n<td")) << row;
+  }
+}
+
+TEST_F(Formatos, TotalsRemarksAndSignaturesAreOneTableThatNoPagesEndTears) {
+  const std::string page = Imprime("entrada", 12, *forma);
+  EXPECT_TRUE(Tiene(page, ".cierre { margin-top: 14px; page-break-inside: avoid; break-inside: avoid; }"));
+  const auto lines_end = page.find("</tbody>");
+  const auto begin = page.find("<table class=\"cierre\"");
+  ASSERT_NE(begin, std::string::npos);
+  EXPECT_GT(begin, lines_end);
+  for (const char* text : {"Renglones", "Unidades", "Total MXN", "2,511.60", "Observaciones",
+                           "Con &amp; sin factura", "Entregó", "Recibió", "Autorizó", "Elaboró ANA"}) {
+    EXPECT_TRUE(Tiene(page.substr(begin), text)) << text;
+  }
+  EXPECT_FALSE(Tiene(page.substr(page.rfind("</table>")), "Elabor"));
+  // Without remarks their place stays empty, and the sums where they are.
+  Sql("UPDATE entradas SET observ = ''");
+  const std::string bare = Imprime("entrada", 12, *forma);
+  EXPECT_FALSE(Tiene(bare, ">Observaciones<"));
+  EXPECT_TRUE(Tiene(bare, "Total MXN"));
+}
+
 TEST_F(Formatos, APresentationWithoutACountStandsByItself) {
   Sql("UPDATE entpart SET prcantidad = 0");
   const std::string page = Imprime("entrada", 12, *forma);

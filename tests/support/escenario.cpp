@@ -22,7 +22,9 @@ std::string Direccion() {
 
 Escenario::Escenario() : ruta(CarpetaNueva()) {
   plataforma.clock = [this] { return reloj; };
-  plataforma.on_box = [this](auto clase, const auto& texto, int estilo) { return bitacora.Caja(clase, texto, estilo); };
+  plataforma.on_box = [this](auto clase, const auto& texto, int estilo) {
+    return bitacora.Caja(clase, texto, estilo);
+  };
   plataforma.on_beep = [this] { ++pitidos; };
   plataforma.on_unhandled = [this](forms::Form*, const std::string& texto) { no_atrapados.push_back(texto); };
   plataforma.on_search_list = [this](forms::SearchBox& caja) { listas.push_back(caja.Field()->FullName()); };
@@ -64,16 +66,20 @@ void Escenario::Gancho(const std::string& clave, std::function<void(frmEntradasW
   });
 }
 
-std::string Escenario::MensajeDeLaBase(int numero) { return Uno("SELECT texto FROM mensajes WHERE numero = ?", {numero}); }
+std::string Escenario::MensajeDeLaBase(int numero) {
+  return Uno("SELECT texto FROM mensajes WHERE numero = ?", {numero});
+}
 
 void Escenario::Catalogo() {
-  Sql("INSERT INTO tipominv (tipo_movim, ent_sal, descrip) VALUES (?, ?, ?)", {"COM", "E", "Compra a proveedor"});
+  Sql("INSERT INTO tipominv (tipo_movim, ent_sal, descrip) VALUES (?, ?, ?)",
+      {"COM", "E", "Compra a proveedor"});
   Sql("INSERT INTO tipominv (tipo_movim, ent_sal, descrip) VALUES (?, ?, ?)", {"A++", "E", "Ajuste de más"});
   Sql("INSERT INTO tipominv (tipo_movim, ent_sal, descrip) VALUES (?, ?, ?)", {"VTA", "S", "Venta"});
   Sql("INSERT INTO ALMACEN (almacen) VALUES (?)", {1});
   Sql("INSERT INTO ALMACEN (almacen) VALUES (?)", {2});
   Sql("INSERT INTO impuestos (impuesto, valor) VALUES (?, ?)", {"IVA", 16});
-  const std::string prods = "INSERT INTO prods (articulo, descrip, unidad, precio1, impuesto, costo_u) VALUES (?, ?, ?, ?, ?, ?)";
+  const std::string prods =
+      "INSERT INTO prods (articulo, descrip, unidad, precio1, impuesto, costo_u) VALUES (?, ?, ?, ?, ?, ?)";
   Sql(prods, {"A-100", "Martillo de uña", "PZA", 100, "IVA", 61.5});
   Sql(prods, {"A-200", "Clavo a granel", "KG", 43.1, "IVA", 20});
   Sql("INSERT INTO clavesadd (clave, articulo, cantidad, Dato1, Dato2, unidad) VALUES (?, ?, ?, ?, ?, ?)",
@@ -107,7 +113,8 @@ void Escenario::Renglon(frmEntradasWizard& f, const std::string& articulo, const
   Tecla(f, "Enter");
 }
 
-frmEntradasWizard& Escenario::ConRenglones(std::initializer_list<std::pair<std::string, std::string>> renglones) {
+frmEntradasWizard& Escenario::ConRenglones(
+    std::initializer_list<std::pair<std::string, std::string>> renglones) {
   frmEntradasWizard& f = Nueva();
   Teclea(f, f.txtFields(0), "COM");
   Tecla(f, "Enter");
@@ -131,8 +138,10 @@ std::vector<std::string> Escenario::Reportes() const {
   return reportes;
 }
 
-std::string Escenario::Reporte(const std::string& funcion, const std::string& texto, const std::string& modulo) {
-  return "Module: " + modulo + "\r\nFunction: " + funcion + "\r\nDescription: " + texto + " código duro: 0\r\n";
+std::string Escenario::Reporte(const std::string& funcion, const std::string& texto,
+                               const std::string& modulo) {
+  return "Module: " + modulo + "\r\nFunction: " + funcion + "\r\nDescription: " + texto +
+         " código duro: 0\r\n";
 }
 
 std::vector<std::string> Escenario::Claves() const {

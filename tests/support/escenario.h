@@ -41,7 +41,9 @@ class Bitacora final : public host::Registro, public host::Selector {
   void Movimiento(const host::Propiedades& properties, double amount) override {
     movimientos.emplace_back(properties, amount);
   }
-  void Impreso(const std::string& format, std::int32_t number) override { impresos.emplace_back(format, number); }
+  void Impreso(const std::string& format, std::int32_t number) override {
+    impresos.emplace_back(format, number);
+  }
   void Presentada(forms::Form& form) override { presentadas.push_back(form.Name()); }
   void Regresada(forms::Form&, const std::string& name) override { regresadas.push_back(name); }
   void LlamadaDeParent(std::string_view name, const std::vector<data::Value>& arguments) override {
@@ -49,7 +51,8 @@ class Bitacora final : public host::Registro, public host::Selector {
     for (const auto& argument : arguments) call += (call.back() == '(' ? "" : ",") + data::ToText(argument);
     llamadas.push_back(call + ")");
   }
-  bool Elige(const std::string& clase, const std::string& titulo, forms::TextBox& campo, std::string& elegido) override {
+  bool Elige(const std::string& clase, const std::string& titulo, forms::TextBox& campo,
+             std::string& elegido) override {
     selectores.push_back(clase + "|" + titulo + "|" + campo.FullName());
     auto dado = elige ? elige(campo) : std::nullopt;
     if (dado) elegido = *dado;
@@ -114,7 +117,9 @@ class Escenario : public ::testing::Test {
   static void Renglon(frmEntradasWizard& f, const std::string& articulo, const std::string& cantidad);
   // A new document with concept COM and these lines, its screen still open.
   frmEntradasWizard& ConRenglones(std::initializer_list<std::pair<std::string, std::string>> renglones);
-  static std::string Celda(frmEntradasWizard& f, int renglon, int columna) { return f.fg2.TextMatrix(renglon, columna); }
+  static std::string Celda(frmEntradasWizard& f, int renglon, int columna) {
+    return f.fg2.TextMatrix(renglon, columna);
+  }
 
   // ---- what was seen ----
   // The numbers of all messages shown, in order: {341, 726}.
@@ -127,7 +132,7 @@ class Escenario : public ::testing::Test {
   [[nodiscard]] std::vector<std::string> Claves() const;  // hooks fired, in order
   [[nodiscard]] int CuentaSentencias(const std::string& principio) const;
   [[nodiscard]] std::string ArchivoDelDia() const;  // contents of the day's log, "" if there is none
-  void Olvida();  // empties the record
+  void Olvida();                                    // empties the record
 
  private:
   std::unique_ptr<data::EngineConnection> aparte_;
