@@ -87,6 +87,7 @@ class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
  private:
   // ---- CapturaDeModelo ----
   service::Host& Anfitrion() override { return host(); }
+  bool Abierta() override { return Open(); }
   service::Ambiente& Contexto() override { return *Ambiente; }
   service::Reportero& Reporta() override { return *this; }
   forms::TextBox& Campo(int indice) override { return txtFields(indice); }

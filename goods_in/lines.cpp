@@ -101,7 +101,7 @@ void frmEntradasWizard::LlenaPartida() {
   if (data::Val(data::Trim(txtFields(6).Text())) > 0) {
     bool es_modelo = false;
     BuscaModelo(es_modelo);
-    if (es_modelo) return;
+    if (es_modelo || !Open()) return;
     ColocaFoco(txtFields(4));
   }
   if (!ArticuloYCantidad(intenta)) return;
@@ -125,7 +125,7 @@ void frmEntradasWizard::LlenaPartida() {
 void frmEntradasWizard::NuevaPartida() {
   Trampa intenta{*this, "NuevaPartida"};
   intenta([&] { Dispara("ENTRADA005"); });
-  if (Cancelado()) return;
+  if (Cancelado() || !Open()) return;  // a screen that the routine has closed writes no line
   if (Modo == "ALTA") CreaEntrada();
   intenta([&] {
     Abre("SELECT * FROM entradas WHERE (((entrada) = " + std::to_string(Entrada) + "))", rstEntrada);

@@ -93,7 +93,7 @@ void frmSalidasWizard::LlenaPartida() {
   Trampa intenta{*this, "LlenaPartida"};
   if (!ArticuloYCantidad(intenta)) return;
   intenta([&] { Dispara("SALIDAS010"); });
-  if (Cancelado()) return;
+  if (Cancelado() || !Open()) return;  // a screen that the routine has closed writes no line
   if (!HayExistencia(intenta)) return PasaA(4);
   data::RecordsetRef linea;
   intenta([&] {

@@ -52,7 +52,9 @@ class Busqueda {
     }
     malla_ = std::make_shared<frmMallaModelos>(captura_.Anfitrion());
     Construye();
+    if (!captura_.Abierta()) return false;
     intenta_([&] { malla_->Show(true); });
+    if (!captura_.Abierta()) return false;
     if (malla_->Tag() != "Hecho") {
       intenta_([&] { plataforma_.ProcessEvents(); });
       captura_.Vuelve(kArticulo);
@@ -92,13 +94,6 @@ class Busqueda {
   }
 
   void Construye() {
-    intenta_([&] { malla_->Load(); });
-    Malla().CellEvents(false);
-    intenta_([&] { Malla().Rows(kFijas + 2); });
-    intenta_([&] { Malla().Cols(kFijas + 2); });
-    intenta_([&] { Malla().FixedRows(kFijas); });
-    intenta_([&] { Malla().FixedCols(kFijas); });
-    malla_->clrCeldaBloqueada = 0;
     data::RecordsetRef colores;
     data::RecordsetRef tallas;
     intenta_([&] {
@@ -113,6 +108,13 @@ class Busqueda {
                modelo_ + "' AND tallas.talla=prods.talla GROUP BY prods.talla",
            tallas);
     });
+    intenta_([&] { malla_->Load(); });
+    Malla().CellEvents(false);
+    intenta_([&] { Malla().Rows(kFijas + 2); });
+    intenta_([&] { Malla().Cols(kFijas + 2); });
+    intenta_([&] { Malla().FixedRows(kFijas); });
+    intenta_([&] { Malla().FixedCols(kFijas); });
+    malla_->clrCeldaBloqueada = 0;
     PonColores(colores);
     PonTallas(tallas);
     Espacia();
@@ -205,6 +207,7 @@ class Busqueda {
   void HazRenglones() {
     for (int columna = kPrimera; columna <= Malla().Cols() - 2; ++columna) {
       for (int fila = kPrimera; fila <= Malla().Rows() - 2; ++fila) {
+        if (!captura_.Abierta()) return;
         intenta_([&] {
           Abre("SELECT articulo FROM prods WHERE modelo='" + modelo_ + "' AND color='" +
                    Malla().TextMatrix(fila, kColumnaDeClave) + "' AND talla='" +

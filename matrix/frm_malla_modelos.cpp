@@ -34,9 +34,10 @@ frmMallaModelos::frmMallaModelos(service::Host& host)
       cmdCancelar(*this, "cmdCancelar"),
       AutoResizer1(*this, "AutoResizer1"),
       host_(host) {
+  // The description and the remainder are only read: not on the keyboard's way.
   int tab = 0;
-  for (forms::Control* control : std::initializer_list<forms::Control*>{
-           &fg2, &txtCelda, &cmdAceptar, &cmdCancelar, &txtDescrip, &txtRemanente}) {
+  for (forms::Control* control :
+       std::initializer_list<forms::Control*>{&fg2, &txtCelda, &cmdAceptar, &cmdCancelar}) {
     control->TabIndex(tab++);
   }
   txtCelda.Visible(false);
@@ -117,20 +118,20 @@ void frmMallaModelos::fg2_LeaveCell() {
   ColumnaAnterior = fg2.Col();
 }
 
-void frmMallaModelos::VaciaCelda() {
-  fg2.Text("");
-  CalculaSuma();
-}
-
 void frmMallaModelos::fg2_KeyDown(int& KeyCode, int /*Shift*/) {
   Trampa intenta{*this, "fg2_KeyDown"};
   if (KeyCode == forms::kKeyEnter) fg2_DblClick();
-  if (KeyCode == forms::kKeyDelete || KeyCode == forms::kKeyBack) intenta([&] { VaciaCelda(); });
+  if (KeyCode != forms::kKeyDelete && KeyCode != forms::kKeyBack) return;
+  intenta([&] { fg2.Text(""); });
+  CalculaSuma();
 }
 
 void frmMallaModelos::fg2_KeyPress(int& KeyAscii) {
   Trampa intenta{*this, "fg2_KeyPress"};
-  if (KeyAscii == forms::kKeyBack) intenta([&] { VaciaCelda(); });
+  if (KeyAscii == forms::kKeyBack) {
+    intenta([&] { fg2.Text(""); });
+    CalculaSuma();
+  }
   if (!EsDigito(KeyAscii)) return;
   fg2_DblClick();
   if (!txtCelda.Visible()) return;

@@ -81,7 +81,6 @@ class frmMallaModelos final : public forms::Form, public service::Reportero {
   };
 
   [[nodiscard]] bool EnCeldaVedada() const;
-  void VaciaCelda();
 
   service::Host& host_;
   int FilaAnterior = 0;

@@ -15,6 +15,8 @@ class CapturaDeModelo {
   virtual ~CapturaDeModelo() = default;
 
   virtual service::Host& Anfitrion() = 0;
+  // False once the document's screen is gone: nothing may be written for it any more.
+  virtual bool Abierta() = 0;
   // Throws data::Error if the document has no context.
   virtual service::Ambiente& Contexto() = 0;
   // Whose failures these are: box and log name this screen.

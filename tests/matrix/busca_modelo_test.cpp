@@ -543,6 +543,43 @@ const Salida kSalidas[] = {{"ByTheButton", [](frmMallaModelos& m) { m.Click(m.cm
 std::string NombreDeSalida(const ::testing::TestParamInfo<Salida>& salida) { return salida.param.nombre; }
 INSTANTIATE_TEST_SUITE_P(Modelos, Cancelaciones, ::testing::ValuesIn(kSalidas), NombreDeSalida);
 
+// ---- a document that goes while its model is spread ----
+
+TEST_F(Modelos, ADocumentClosedUnderItsOpenMatrixGetsNoLine) {
+  frmEntradasWizard& f = ConClave("CAM", "2");
+  Ante([&](frmMallaModelos& m) {
+    f.Close();
+    plataforma.Advance(20);  // the close box works by the timer
+    ASSERT_FALSE(f.Open());
+    Pon(m, "2");
+    Acepta(m);
+  });
+  Tecla(f, "Enter");
+  EXPECT_EQ(mostradas, 1);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
+  EXPECT_TRUE(plataforma.Screens().empty());
+  EXPECT_TRUE(bitacora.mensajes.empty());
+}
+
+TEST_F(Modelos, ARoutineThatClosesTheDocumentBetweenTwoCellsLeavesNoneHeld) {
+  frmEntradasWizard& f = ConClave("CAM", "2");
+  int lineas = 0;
+  anfitrion->Gancho("ENTRADA005", [&](forms::Form& forma, host::AmbienteLocal&) {
+    if (++lineas == 2) forma.Unload();
+  });
+  Ante([](frmMallaModelos& m) {
+    Pon(m, "1");
+    Pon(m, "1");
+    Acepta(m);
+  });
+  Tecla(f, "Enter");
+  EXPECT_EQ(lineas, 2);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
+  EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "0");
+  EXPECT_TRUE(plataforma.Screens().empty());
+}
+
 TEST_F(Modelos, EventsAreLetThroughAfterACancellation) {
   frmEntradasWizard& f = ConClave("CAM", "10");
   bool visto = false;
