@@ -65,7 +65,7 @@ class Form : public std::enable_shared_from_this<Form> {
   [[nodiscard]] std::vector<Control*> TabOrder() const;
   [[nodiscard]] Control* ActiveControl() const { return active_; }
 
-  // ---- what an operator does ----
+  // ---- what an operator does; a control of another form throws data::Error ----
   // One key, on its whole road: Form_KeyDown, KeyDown, KeyPress, the edit with its change, KeyUp,
   // all to the control that had the focus when the key went down. Ends when the form is unloaded.
   void Press(const Key& key);
@@ -116,6 +116,7 @@ class Form : public std::enable_shared_from_this<Form> {
   void Notify(F&& function) {
     for (auto* listener : listeners_) function(*listener);
   }
+  void RequireOwn(const Control& control) const;
   void Register(Control& control);
   void Unregister(Control& control);
   // By an operator each event is a boundary of its own; otherwise the first error is rethrown after both.

@@ -68,13 +68,19 @@ void Form::MoveByTab(bool backwards) {
   }
 }
 
+void Form::RequireOwn(const Control& control) const {
+  if (&control.Owner() != this) throw data::Error(control.FullName() + " no es un control de " + name_);
+}
+
 bool Form::Enter(Control& control) {
+  RequireOwn(control);
   if (!visible_ || !control.CanTakeFocus()) return false;
   Act([&] { MoveFocus(control, true); });
   return true;
 }
 
 void Form::Click(Control& control) {
+  RequireOwn(control);
   if (!visible_ || !control.Reachable()) return;
   Act([&] {
     if (control.CanTakeFocus()) MoveFocus(control, true);
@@ -89,6 +95,7 @@ void Form::DoubleClick(Control& control) {
 }
 
 void Form::ClickCell(FlexGrid& grid, int row, int col) {
+  RequireOwn(grid);
   if (!visible_ || !grid.CanTakeFocus()) return;
   Act([&] {
     MoveFocus(grid, true);

@@ -35,6 +35,21 @@ TEST_F(Focus, MovingRaisesLeavingThenEntering) {
   EXPECT_TRUE(f.third.HasFocus());
 }
 
+TEST_F(Focus, AHandIsOnTheControlsOfItsOwnFormAlone) {
+  TestForm& f = Shown();
+  auto other = std::make_shared<TestForm>(platform, "other");
+  other->Show(false);
+  EXPECT_THROW(f.Enter(other->second), data::Error);
+  EXPECT_THROW(f.Type(other->second, "x"), data::Error);
+  EXPECT_THROW(f.Click(other->button), data::Error);
+  EXPECT_THROW(f.DoubleClick(other->second), data::Error);
+  EXPECT_THROW(f.Choose(other->list, 0), data::Error);
+  EXPECT_THROW(f.ClickCell(other->grid, 1, 1), data::Error);
+  EXPECT_THROW(f.DoubleClickCell(other->grid, 1, 1), data::Error);
+  EXPECT_EQ(f.ActiveControl(), &f.first);
+  EXPECT_EQ(other->second.Text(), "");
+}
+
 TEST_F(Focus, WhereItIsAlreadyNothingHappens) {
   TestForm& f = Shown();
   f.first.Text("abc");
