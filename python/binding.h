@@ -51,6 +51,16 @@ auto Called(Call&& call) {
   }
 }
 
+// A procedure or a setter of a screen as the script calls it: the screen outlives the call, and what the
+// script's own functions raised meanwhile comes out of it.
+template <class Screen, class Result, class... Arguments>
+auto Procedure(Result (Screen::*procedure)(Arguments...)) {
+  return [procedure](Screen& screen, Arguments... arguments) -> Result {
+    auto held = screen.shared_from_this();
+    return Called([&]() -> Result { return (screen.*procedure)(std::forward<Arguments>(arguments)...); });
+  };
+}
+
 // Who is told how long a routine has stood before a box: nobody, if it is empty. With the interpreter's
 // lock held.
 void AlEsperarAlOperador(std::function<void(std::chrono::steady_clock::duration)> listener);

@@ -67,17 +67,17 @@ py::class_<T, Base..., std::shared_ptr<T>> Bind(py::module_& module, const char*
 #define TARVIK_PROPERTY(Type, Name, ValueType)                 \
   .def_property(                                               \
       #Name, [](const Type& object) { return object.Name(); }, \
-      [](Type& object, ValueType value) { object.Name(std::move(value)); })
+      [](Type& object, ValueType value) { Called([&] { object.Name(std::move(value)); }); })
 #define TARVIK_TEXT(Type, Name)                                       \
   .def_property(                                                      \
       #Name, [](const Type& object) { return StrOf(object.Name()); }, \
-      [](Type& object, const py::object& value) { object.Name(TextOf(value)); })
+      [](Type& object, const py::object& value) { Called([&] { object.Name(TextOf(value)); }); })
 
 void BindControls(py::module_& module) {
   Bind<Control>(module, "Control")
       .def_property_readonly("Name", &Control::Name)
       .def_property_readonly("Index", &Control::Index)
-      .def("SetFocus", &Control::SetFocus)
+      .def("SetFocus", [](Control& control) { Called([&] { control.SetFocus(); }); })
       .def("__eq__",
            [](const Control& a, const py::object& b) {
              return py::isinstance<Control>(b) && &a == b.cast<Control*>();
@@ -229,8 +229,9 @@ void BindForms(py::module_& module) {
       .def("elige",
            [](Form& form, forms::ComboBox& list, int item) { Act(form, [&] { form.Choose(list, item); }); })
       .def("cierra", [](Form& form) { Act(form, [&] { form.Close(); }); })
-      .def("pinta", &Form::Paint)
-      .def("redimensiona", &Form::Resize)
+      .def("pinta", [](Form& form) { Act(form, [&] { form.Paint(); }); })
+      .def("redimensiona",
+           [](Form& form, int width, int height) { Act(form, [&] { form.Resize(width, height); }); })
       .def("__getattr__", &Attribute);
 }
 

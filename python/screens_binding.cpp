@@ -21,7 +21,7 @@ template <class Screen>
 auto Answer(void (Screen::*procedure)(bool&)) {
   return [procedure](Screen& screen) {
     bool result = false;
-    (screen.*procedure)(result);
+    Called([&] { (screen.*procedure)(result); });
     return result;
   };
 }
@@ -30,14 +30,14 @@ auto Answer(void (Screen::*procedure)(bool&)) {
 template <class Screen>
 auto KeyProcedure(void (Screen::*procedure)(int&, int)) {
   return [procedure](Screen& screen, int code, int shift) {
-    (screen.*procedure)(code, shift);
+    Called([&] { (screen.*procedure)(code, shift); });
     return code;
   };
 }
 template <class Screen>
 auto CharProcedure(void (Screen::*procedure)(int&)) {
   return [procedure](Screen& screen, int character) {
-    (screen.*procedure)(character);
+    Called([&] { (screen.*procedure)(character); });
     return character;
   };
 }
@@ -104,50 +104,51 @@ void BindDocumentWizard(py::module_& module) {
             if (!screen.Query) return py::none();
             return py::cast(Constructor{std::dynamic_pointer_cast<W>(screen.shared_from_this())});
           })
-      .def("txtFields_Change", &W::txtFields_Change)
-      .def("txtFields_GotFocus", &W::txtFields_GotFocus)
-      .def("txtFields_LostFocus", &W::txtFields_LostFocus)
+      .def("txtFields_Change", Procedure(&W::txtFields_Change))
+      .def("txtFields_GotFocus", Procedure(&W::txtFields_GotFocus))
+      .def("txtFields_LostFocus", Procedure(&W::txtFields_LostFocus))
       .def("txtFields_KeyDown",
            [](W& screen, int index, int code, int shift) {
-             screen.txtFields_KeyDown(index, code, shift);
+             Called([&] { screen.txtFields_KeyDown(index, code, shift); });
              return code;
            })
       .def("txtFields_KeyPress",
            [](W& screen, int index, int key) {
-             screen.txtFields_KeyPress(index, key);
+             Called([&] { screen.txtFields_KeyPress(index, key); });
              return key;
            })
-      .def("txtFields_KeyUp", &W::txtFields_KeyUp)
-      .def("txtFields_DblClick", &W::txtFields_DblClick)
-      .def("fg2_GotFocus", &W::fg2_GotFocus)
-      .def("fg2_LeaveCell", &W::fg2_LeaveCell)
-      .def("fg2_RowColChange", &W::fg2_RowColChange)
+      .def("txtFields_KeyUp", Procedure(&W::txtFields_KeyUp))
+      .def("txtFields_DblClick", Procedure(&W::txtFields_DblClick))
+      .def("fg2_GotFocus", Procedure(&W::fg2_GotFocus))
+      .def("fg2_LeaveCell", Procedure(&W::fg2_LeaveCell))
+      .def("fg2_RowColChange", Procedure(&W::fg2_RowColChange))
       .def("fg2_KeyDown", KeyProcedure<W>(&W::fg2_KeyDown))
       .def("txtEdit_KeyDown", KeyProcedure<W>(&W::txtEdit_KeyDown))
       .def("txtEdit_KeyPress", CharProcedure<W>(&W::txtEdit_KeyPress))
       .def("fg2_KeyPress", CharProcedure<W>(&W::fg2_KeyPress))
-      .def("fg2_DblClick", &W::fg2_DblClick)
-      .def("TraeConcepto", &W::TraeConcepto)
-      .def("Valida", &W::Valida)
+      .def("fg2_DblClick", Procedure(&W::fg2_DblClick))
+      .def("TraeConcepto", Procedure(&W::TraeConcepto))
+      .def("Valida", Procedure(&W::Valida))
       .def("ValidaTab1", Answer<W>(&W::ValidaTab1))
       .def("ValidaFecha", Answer<W>(&W::ValidaFecha))
-      .def("PonTC", &W::PonTC)
-      .def("PonDescripcion", &W::PonDescripcion)
-      .def("TraeSegundaClave", &W::TraeSegundaClave)
-      .def("MultiplicaPrecio", &W::MultiplicaPrecio)
-      .def("LlenaPartida", &W::LlenaPartida)
-      .def("NuevaPartida", &W::NuevaPartida)
-      .def("MSFlexGridEdit", &W::MSFlexGridEdit)
+      .def("PonTC", Procedure(&W::PonTC))
+      .def("PonDescripcion", Procedure(&W::PonDescripcion))
+      .def("TraeSegundaClave", Procedure(&W::TraeSegundaClave))
+      .def("MultiplicaPrecio", Procedure(&W::MultiplicaPrecio))
+      .def("LlenaPartida", Procedure(&W::LlenaPartida))
+      .def("NuevaPartida", Procedure(&W::NuevaPartida))
+      .def("MSFlexGridEdit", Procedure(&W::MSFlexGridEdit))
       .def("EditKeyCode", [](W& screen, forms::FlexGrid& grid, forms::TextBox& box, int code,
-                             int shift) { screen.EditKeyCode(grid, box, code, shift); })
-      .def("CalculaImportes", &W::CalculaImportes)
-      .def("SalvaCambios", &W::SalvaCambios)
-      .def("CuantasPartidas", &W::CuantasPartidas)
-      .def("ColocaFoco", [](W& screen, forms::Control& control) { screen.ColocaFoco(control); })
-      .def("Label10_Click", &W::Label10_Click)
-      .def("Command2_Click", &W::Command2_Click)
-      .def("Command5_Click", &W::Command5_Click)
-      .def("Command6_Click", &W::Command6_Click)
+                             int shift) { Called([&] { screen.EditKeyCode(grid, box, code, shift); }); })
+      .def("CalculaImportes", Procedure(&W::CalculaImportes))
+      .def("SalvaCambios", Procedure(&W::SalvaCambios))
+      .def("CuantasPartidas", Procedure(&W::CuantasPartidas))
+      .def("ColocaFoco",
+           [](W& screen, forms::Control& control) { Called([&] { screen.ColocaFoco(control); }); })
+      .def("Label10_Click", Procedure(&W::Label10_Click))
+      .def("Command2_Click", Procedure(&W::Command2_Click))
+      .def("Command5_Click", Procedure(&W::Command5_Click))
+      .def("Command6_Click", Procedure(&W::Command6_Click))
       .def("ReportaError", [](W& screen, const std::string& module_text, const std::string& function,
                               const std::string& description) {
         return screen.ReportaError(module_text, function, description);
@@ -162,17 +163,17 @@ void BindScreens(py::module_& module) {
   using E = frmEntradasWizard;
   py::class_<E, DocumentWizard, std::shared_ptr<E>>(module, "frmEntradasWizard")
       .def_readwrite("Entrada", &E::Entrada) TARVIK_RECORDSET(E, rstEntrada) TARVIK_STRING(E, cEstado)
-      .def("CalculaCantidad", &E::CalculaCantidad)
+      .def("CalculaCantidad", Procedure(&E::CalculaCantidad))
       .def("BuscaModelo", Answer<E>(&E::BuscaModelo))
-      .def("CreaEntrada", &E::CreaEntrada)
-      .def("SalvaEntrada", &E::SalvaEntrada)
-      .def("SalvaPartidas", &E::SalvaPartidas)
-      .def("AfectaPartidas", &E::AfectaPartidas)
-      .def("ImprimeEntrada", &E::ImprimeEntrada)
-      .def("Check1_Click", &E::Check1_Click)
-      .def("Command1_Click", &E::Command1_Click)
-      .def("Command3_Click", &E::Command3_Click)
-      .def("Timer1_Timer", &E::Timer1_Timer);
+      .def("CreaEntrada", Procedure(&E::CreaEntrada))
+      .def("SalvaEntrada", Procedure(&E::SalvaEntrada))
+      .def("SalvaPartidas", Procedure(&E::SalvaPartidas))
+      .def("AfectaPartidas", Procedure(&E::AfectaPartidas))
+      .def("ImprimeEntrada", Procedure(&E::ImprimeEntrada))
+      .def("Check1_Click", Procedure(&E::Check1_Click))
+      .def("Command1_Click", Procedure(&E::Command1_Click))
+      .def("Command3_Click", Procedure(&E::Command3_Click))
+      .def("Timer1_Timer", Procedure(&E::Timer1_Timer));
 
   using S = frmSalidasWizard;
   py::class_<S, DocumentWizard, std::shared_ptr<S>>(module, "frmSalidasWizard")
@@ -184,43 +185,43 @@ void BindScreens(py::module_& module) {
       .def("CreaHTML",
            [](S& screen, const py::object& heading, const py::object& page) {
              std::string text = TextOf(heading);
-             screen.CreaHTML(text, TextOf(page));
+             Called([&] { screen.CreaHTML(text, TextOf(page)); });
              return StrOf(text);
            })
-      .def("llenaDirecciones", &S::llenaDirecciones)
-      .def("Combo1_Click", &S::Combo1_Click)
-      .def("Combo1_Change", &S::Combo1_Click)
-      .def("TraeVends", [](S& screen) { return StrOf(screen.TraeVends()); })
-      .def("MultiplicaPorPresentacion", &S::MultiplicaPorPresentacion)
-      .def("CreaPartida", &S::CreaPartida)
-      .def("ConfirmaExistencia", &S::ConfirmaExistencia)
-      .def("SSCheck1_Click", &S::SSCheck1_Click)
-      .def("SSCheck2_Click", &S::SSCheck2_Click)
-      .def("Check1_Click", &S::Check1_Click)
-      .def("Command1_Click", &S::Command1_Click)
-      .def("CreaEntradasDeTraspaso", &S::CreaEntradasDeTraspaso)
-      .def("CreaSalida", &S::CreaSalida)
-      .def("SalvaSalida", &S::SalvaSalida)
+      .def("llenaDirecciones", Procedure(&S::llenaDirecciones))
+      .def("Combo1_Click", Procedure(&S::Combo1_Click))
+      .def("Combo1_Change", Procedure(&S::Combo1_Click))
+      .def("TraeVends", [](S& screen) { return StrOf(Called([&] { return screen.TraeVends(); })); })
+      .def("MultiplicaPorPresentacion", Procedure(&S::MultiplicaPorPresentacion))
+      .def("CreaPartida", Procedure(&S::CreaPartida))
+      .def("ConfirmaExistencia", Procedure(&S::ConfirmaExistencia))
+      .def("SSCheck1_Click", Procedure(&S::SSCheck1_Click))
+      .def("SSCheck2_Click", Procedure(&S::SSCheck2_Click))
+      .def("Check1_Click", Procedure(&S::Check1_Click))
+      .def("Command1_Click", Procedure(&S::Command1_Click))
+      .def("CreaEntradasDeTraspaso", Procedure(&S::CreaEntradasDeTraspaso))
+      .def("CreaSalida", Procedure(&S::CreaSalida))
+      .def("SalvaSalida", Procedure(&S::SalvaSalida))
       .def("SalvaPartidas", Answer<S>(&S::SalvaPartidas))
-      .def("AfectaPartidas", &S::AfectaPartidas)
-      .def("ImprimeSalida", &S::ImprimeSalida)
-      .def("Timer1_Timer", &S::Timer1_Timer);
+      .def("AfectaPartidas", Procedure(&S::AfectaPartidas))
+      .def("ImprimeSalida", Procedure(&S::ImprimeSalida))
+      .def("Timer1_Timer", Procedure(&S::Timer1_Timer));
 
   using G = frmMallaModelos;
   py::class_<G, forms::Form, std::shared_ptr<G>>(module, "frmMallaModelos")
       .def_readwrite("clrCeldaBloqueada", &G::clrCeldaBloqueada)
-      .def("CalculaSuma", &G::CalculaSuma)
-      .def("fg2_DblClick", &G::fg2_DblClick)
-      .def("fg2_EnterCell", &G::fg2_EnterCell)
-      .def("fg2_LeaveCell", &G::fg2_LeaveCell)
-      .def("fg2_GotFocus", &G::fg2_GotFocus)
+      .def("CalculaSuma", Procedure(&G::CalculaSuma))
+      .def("fg2_DblClick", Procedure(&G::fg2_DblClick))
+      .def("fg2_EnterCell", Procedure(&G::fg2_EnterCell))
+      .def("fg2_LeaveCell", Procedure(&G::fg2_LeaveCell))
+      .def("fg2_GotFocus", Procedure(&G::fg2_GotFocus))
       .def("fg2_KeyDown", KeyProcedure<G>(&G::fg2_KeyDown))
       .def("fg2_KeyPress", CharProcedure<G>(&G::fg2_KeyPress))
       .def("txtCelda_KeyDown", KeyProcedure<G>(&G::txtCelda_KeyDown))
       .def("txtCelda_KeyPress", CharProcedure<G>(&G::txtCelda_KeyPress))
-      .def("cmdAceptar_Click", &G::cmdAceptar_Click)
-      .def("cmdCancelar_Click", &G::cmdCancelar_Click)
-      .def("ColocaFoco", &G::ColocaFoco)
+      .def("cmdAceptar_Click", Procedure(&G::cmdAceptar_Click))
+      .def("cmdCancelar_Click", Procedure(&G::cmdCancelar_Click))
+      .def("ColocaFoco", Procedure(&G::ColocaFoco))
       .def("ReportaError", [](G& screen, const std::string& module_text, const std::string& function,
                               const std::string& description) {
         return screen.ReportaError(module_text, function, description);
@@ -230,21 +231,21 @@ void BindScreens(py::module_& module) {
   py::class_<M, forms::Form, std::shared_ptr<M>>(module, "frmMovEstaciones")
       .def_readwrite("Id", &M::Id)
       .def_readwrite("CancelaProceso", &M::CancelaProceso) TARVIK_AMBIENTE(M)
-      .def("txtFields_GotFocus", &M::txtFields_GotFocus)
-      .def("txtFields_LostFocus", &M::txtFields_LostFocus)
+      .def("txtFields_GotFocus", Procedure(&M::txtFields_GotFocus))
+      .def("txtFields_LostFocus", Procedure(&M::txtFields_LostFocus))
       .def("txtFields_KeyDown",
            [](M& screen, int index, int code, int shift) {
-             screen.txtFields_KeyDown(index, code, shift);
+             Called([&] { screen.txtFields_KeyDown(index, code, shift); });
              return code;
            })
-      .def("txtFields_KeyUp", &M::txtFields_KeyUp)
+      .def("txtFields_KeyUp", Procedure(&M::txtFields_KeyUp))
       .def("DTPicker1_KeyDown", KeyProcedure<M>(&M::DTPicker1_KeyDown))
       .def("grid_KeyDown", KeyProcedure<M>(&M::grid_KeyDown))
-      .def("Command1_Click", &M::Command1_Click)
-      .def("cmdCancelar_Click", &M::cmdCancelar_Click)
-      .def("cmdPendiente_Click", &M::cmdPendiente_Click)
-      .def("cmdConfirmar_Click", &M::cmdConfirmar_Click)
-      .def("ColocaFoco", &M::ColocaFoco);
+      .def("Command1_Click", Procedure(&M::Command1_Click))
+      .def("cmdCancelar_Click", Procedure(&M::cmdCancelar_Click))
+      .def("cmdPendiente_Click", Procedure(&M::cmdPendiente_Click))
+      .def("cmdConfirmar_Click", Procedure(&M::cmdConfirmar_Click))
+      .def("ColocaFoco", Procedure(&M::ColocaFoco));
 }
 
 }  // namespace tarvik::python

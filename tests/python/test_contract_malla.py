@@ -77,6 +77,28 @@ class MallaInterna(Caso):
             malla.tecla(caracter)
         malla.tecla("Enter")
 
+    def test_what_the_script_raises_before_a_matrix_comes_out_of_its_own_call(self):
+        def modal(malla):
+            raise ValueError("no quiero")
+
+        self.anf.al_mostrar_modal = modal
+        for llama in (lambda forma: forma.tecla("F9", forma.txtFields[6]), lambda forma: forma.LlenaPartida(),
+                      lambda forma: forma.BuscaModelo(), lambda forma: forma.clic(forma.Command6)):
+            forma = self.entrada("BOT", "5", "700")
+            with self.assertRaisesRegex(ValueError, "no quiero"):
+                llama(forma)
+            forma.enfoca(forma.txtFields[4])  # and of no other
+            forma.cierra()
+            self.anf.procesa_eventos(20)
+
+    def test_a_control_of_another_screen_is_refused(self):
+        una, otra = self.entrada(), self.entrada()
+        for llama in (una.enfoca, una.clic, una.doble_clic, lambda control: una.teclea(control, "x"),
+                      lambda control: una.tecla("Enter", control)):
+            with self.assertRaises(tarvik.Error):
+                llama(otra.txtFields[5])
+        self.assertEqual(otra.txtFields[5].Text, "")
+
     def test_the_form_is_a_screen_like_any_other_while_it_is_shown(self):
         def acto(malla):
             self.assertEqual((malla.Name, malla.Caption, malla.Tag), ("frmMallaModelos", "Modelo: BOT", "5"))
