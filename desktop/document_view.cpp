@@ -23,6 +23,8 @@ void SetProperty(QWidget& widget, const char* name, const QVariant& value) {
   Restyle(widget);
 }
 
+bool HasText(const forms::Control& control) { return dynamic_cast<const forms::TextBox*>(&control) != nullptr; }
+
 QLabel* Soft(const QString& text = {}) {
   auto* label = new QLabel(text);
   label->setProperty("role", "soft");
@@ -238,22 +240,25 @@ void DocumentView::AtRest() {
 void DocumentView::Refuse(forms::Control& control, const QString& reason) {
   QLabel* label = reasons_.value(&control);
   QWidget* widget = WidgetOf(control);
-  if (!label || !widget) return;
-  label->setText(label->fontMetrics().elidedText(reason, Qt::ElideRight, std::max(widget->width(), 160)));
-  label->setToolTip(reason);
-  label->show();
+  if (!HasText(control) || !widget) return;
+  if (label) {
+    label->setText(label->fontMetrics().elidedText(reason, Qt::ElideRight, std::max(widget->width(), 160)));
+    label->setToolTip(reason);
+    label->show();
+  }
+  widget->setToolTip(reason);
   widget->setAccessibleDescription(reason);
   SetProperty(*widget, "refused", true);
 }
 
 void DocumentView::Mend(forms::Control& control) {
   QLabel* label = reasons_.value(&control);
-  if (!label || label->isHidden()) return;
-  label->hide();
-  if (QWidget* widget = WidgetOf(control)) {
-    widget->setAccessibleDescription({});
-    SetProperty(*widget, "refused", false);
-  }
+  QWidget* widget = WidgetOf(control);
+  if (!widget || !widget->property("refused").toBool()) return;
+  if (label) label->hide();
+  widget->setToolTip({});
+  widget->setAccessibleDescription({});
+  SetProperty(*widget, "refused", false);
 }
 
 void DocumentView::ControlChanged(forms::Control& control, forms::Aspect aspect) {

@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kShortKey = 80;
 constexpr int kKey = 120;
+constexpr int kMark = 104;  // four marks with their fields stand in one row of a shop's monitor
 constexpr int kDate = 130;
 constexpr int kAmount = 90;
 
@@ -95,7 +96,7 @@ QWidget* GoodsOutView::Header() {
 
   auto* second = Row();
   auto mark = [&](QCheckBox* box, QLineEdit* field) {
-    field->setFixedWidth(kKey);
+    field->setFixedWidth(kMark);
     second->addWidget(box);
     second->addWidget(field);
     second->addSpacing(measure::kGrid * 2);
@@ -104,7 +105,8 @@ QWidget* GoodsOutView::Header() {
   mark(Check("Check5", {}, QLatin1Char('s')), Field(3, tr("Sucursal")));
   mark(Check("SSCheck2", {}, QLatin1Char('e')), Field(9, tr("Estación de destino")));
   QLineEdit* purchase = Field(12, tr("Número de compra"));
-  purchase->setFixedWidth(kKey);
+  purchase->setFixedWidth(kMark);
+  purchase->setPlaceholderText(tr("Compra"));
   second->addWidget(purchase);
   second->addStretch();
   column->addLayout(second);

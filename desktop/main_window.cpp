@@ -21,6 +21,7 @@
 #include <algorithm>
 
 #include "desktop/document_list.h"
+#include "desktop/qt_platform.h"
 #include "desktop/screen_view.h"
 #include "desktop/stock_view.h"
 #include "desktop/theme.h"
@@ -32,6 +33,7 @@ namespace {
 
 constexpr int kCountEvery = 20000;  // milliseconds between two looks at what others have left waiting
 constexpr int kCloseWithin = 1000;  // a screen that is still open then has refused to close
+constexpr int kAgain = 50;          // milliseconds
 constexpr std::array kKinds{ListKind::Entradas, ListKind::EntradasPendientes, ListKind::Salidas,
                             ListKind::SalidasPendientes};
 constexpr int kStockPage = 4;
@@ -501,7 +503,7 @@ void MainWindow::OnGone(ScreenView* view) {
   view->hide();
   if (screen.before) screen.before->activateWindow();
   view->setParent(this);  // should the program end before it is deleted
-  view->deleteLater();
+  view->Dismiss();
   for (auto* list : lists_) {
     if (list->isVisible()) list->Refresh();
   }
@@ -720,12 +722,18 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  const auto* platform = dynamic_cast<const QtPlatform*>(&office_.host.Plataforma());
+  if (platform && platform->LettingThrough()) {
+    // A screen is in the middle of a step: closing waits until it is over.
+    QTimer::singleShot(kAgain, this, &QWidget::close);
+    return event->ignore();
+  }
   for (auto* list : lists_) list->SaveColumns();
   stock_->SaveColumns();
   office_.settings.setValue(kGeometry, saveGeometry());
   std::vector<ScreenView*> open = Open();
   for (ScreenView* view : open) {
-    if (Find(view) != nullptr) view->Screen().Close();
+    if (Find(view) != nullptr) CloseOrLeave(*view);
   }
   if (screens_.empty()) return event->accept();
   // Some screens go a moment after they are asked; one that asks the operator takes longer.
@@ -738,6 +746,23 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     wait->deleteLater();
   });
   wait->start(kCloseWithin);
+}
+
+// A routine that fails on every closing would keep the program open for good: then the operator decides.
+// A program that has been told to end asks nobody.
+void MainWindow::CloseOrLeave(ScreenView& view) {
+  forms::Form& form = view.Screen();
+  auto* platform = dynamic_cast<QtPlatform*>(&form.GetPlatform());
+  const int errors = platform ? platform->UnhandledErrors() : 0;
+  form.Close();
+  if (!platform || !form.Open() || platform->UnhandledErrors() == errors) return;
+  const std::string question = "La pantalla \"" + form.Caption() +
+                               "\" no se pudo cerrar: su rutina de cierre falló. Lo guardado sigue "
+                               "guardado.\n\n¿Cerrarla de todos modos?";
+  if (platform->EndRequested() ||
+      platform->ShowBox(forms::BoxKind::Question, question, forms::kBoxYesNo | forms::kBoxSecondDefault)) {
+    form.Discard();
+  }
 }
 
 void MainWindow::changeEvent(QEvent* event) {

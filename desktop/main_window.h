@@ -92,6 +92,7 @@ class MainWindow : public QMainWindow {
   void FitRail();
   void Raise(ScreenView& view);
   void Retitle(ScreenView& view);
+  void CloseOrLeave(ScreenView& view);
   void RemoveTab(ScreenView& view);
   void OnGone(ScreenView* view);
   // Notes who holds the screen's document, and that it was let go.

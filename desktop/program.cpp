@@ -70,7 +70,7 @@ Program::Program(Theme& theme, const ProgramOptions& options)
 
   platform_->on_loaded = [this](forms::Form& form) { Loaded(form); };
   platform_->on_unloaded = [this](forms::Form& form) {
-    views_.remove(&form);
+    if (const QPointer<ScreenView> view = views_.take(&form)) view->Dismiss();
     presented_.remove(&form);
   };
   platform_->on_repaint = [this](forms::Form& form) {
@@ -159,9 +159,10 @@ void Program::ShowScreen(forms::Form& form, bool modal) {
   if (!waits || presented_.contains(&form)) return window_->Adopt(*view, modal);
   // A routine kept the screen from being presented. Nobody could reach it, or let its document go.
   platform_->Post([this, alive = form.shared_from_this()] {
-    desktop::ShowBox(
-        window_.get(), forms::BoxKind::Message,
-        tr("Una rutina del negocio no permitió mostrar la pantalla. No se cambió ningún documento."),
+    platform_->ShowBox(
+        forms::BoxKind::Message,
+        tr("Una rutina del negocio no permitió mostrar la pantalla. No se cambió ningún documento.")
+            .toStdString(),
         forms::kBoxInformation);
     alive->Unload();
   });

@@ -60,7 +60,11 @@ void QtPlatform::Beep() { QApplication::beep(); }
 
 // Painting, timers and posted functions. Keys and clicks wait in the queue: one let through here would
 // reach a screen that is in the middle of a step.
-void QtPlatform::ProcessEvents() { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
+void QtPlatform::ProcessEvents() {
+  ++letting_through_;
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  --letting_through_;
+}
 
 // At the latest with the next turn of the loop; after an operator's act at once, so that what a key
 // has set off is done before the next key, however fast the hand.
@@ -118,6 +122,7 @@ void QtPlatform::Repaint(forms::Form& form) {
 }
 
 void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
+  ++unhandled_;
   try {
     const bool noted = on_unhandled && on_unhandled(form, error);
     const std::string text = error.what();

@@ -39,6 +39,10 @@ class QtPlatform final : public QObject, public forms::Platform {
   // marks the field that a message sent the operator to.
   [[nodiscard]] const std::string& LastMessage() const { return last_message_; }
   [[nodiscard]] int MessagesShown() const { return messages_; }
+  // While a step of the suite lets events through.
+  [[nodiscard]] bool LettingThrough() const { return letting_through_ > 0; }
+  // How many errors found no trap so far.
+  [[nodiscard]] int UnhandledErrors() const { return unhandled_; }
 
   data::DateTime Now() override;
   bool ShowBox(forms::BoxKind kind, const std::string& text, int style) override;
@@ -67,6 +71,8 @@ class QtPlatform final : public QObject, public forms::Platform {
   QHash<forms::Timer*, QTimer*> timers_;
   std::string last_message_;
   int messages_ = 0;
+  int letting_through_ = 0;
+  int unhandled_ = 0;
 };
 
 }  // namespace tarvik::desktop

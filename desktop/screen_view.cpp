@@ -15,6 +15,7 @@
 #include <QTimer>
 
 #include "desktop/grid_view.h"
+#include "desktop/qt_platform.h"
 #include "desktop/text_places.h"
 #include "desktop/theme.h"
 #include "forms/flex_grid.h"
@@ -28,6 +29,13 @@ QString FullName(const forms::Control& control) { return QString::fromStdString(
 QString ToQt(const std::string& text) { return QString::fromStdString(text); }
 
 constexpr const char* kLetter = "letter";
+constexpr int kAgain = 50;  // milliseconds
+
+// A close is an operator's click like any other: it waits while a step lets events through.
+bool InTheMiddleOfAStep(const forms::Form& form) {
+  const auto* platform = dynamic_cast<const QtPlatform*>(&form.GetPlatform());
+  return platform && platform->LettingThrough();
+}
 
 // A label's caption: its field is reached by the keyboard's way, so the mnemonic's mark is left out.
 QString Plain(const std::string& caption) { return ToQt(caption).remove(QLatin1Char('&')); }
@@ -182,6 +190,7 @@ QCheckBox* ScreenView::Check(std::string_view name, const QString& accessible, Q
   if (!accessible.isEmpty()) box->setText(accessible);
   // By its letter: the mouse goes to the form before the box sees it.
   connect(box, &QCheckBox::clicked, this, [this, &control, box] {
+    const Hand hand(*this);
     form_->Click(control);
     box->setChecked(control.Value() == 1);
     Rest();
@@ -197,6 +206,7 @@ QPushButton* ScreenView::Button(std::string_view name, const QString& role, cons
   QString spoken = accessible.isEmpty() ? ToQt(control.Caption()).remove(QLatin1Char('&')) : accessible;
   Bind(control, *button, spoken);
   connect(button, &QPushButton::clicked, this, [this, &control] {
+    const Hand hand(*this);
     form_->Click(control);
     Rest();
   });
@@ -214,6 +224,7 @@ QDateEdit* ScreenView::Date(std::string_view name, const QString& accessible) {
   date->setFixedHeight(measure::kField);
   Bind(control, *date, accessible);
   connect(date, &QDateEdit::userDateChanged, this, [this, &control](QDate day) {
+    const Hand hand(*this);
     form_->Act([&] {
       if (day == kNoDate) {
         control.Value(std::nullopt);
@@ -233,6 +244,7 @@ QComboBox* ScreenView::Combo(std::string_view name, const QString& accessible) {
   combo->setFixedHeight(measure::kField);
   Bind(control, *combo, accessible);
   connect(combo, &QComboBox::activated, this, [this, &control](int item) {
+    const Hand hand(*this);
     form_->Choose(control, item);
     Rest();
   });
@@ -253,10 +265,12 @@ GridView* ScreenView::Grid(std::string_view name, const QString& accessible) {
   auto* grid = new GridView(office_, control, this);
   Bind(control, *grid, accessible);
   connect(grid, &GridView::Clicked, this, [this, &control](int row, int col) {
+    const Hand hand(*this);
     form_->ClickCell(control, row, col);
     Rest();
   });
   connect(grid, &GridView::DoubleClicked, this, [this, &control](int row, int col) {
+    const Hand hand(*this);
     form_->DoubleClickCell(control, row, col);
     Rest();
   });
@@ -286,6 +300,7 @@ void ScreenView::Show(std::string_view name, QWidget& widget, const QString& acc
 }
 
 void ScreenView::Go(forms::Control& control) {
+  const Hand hand(*this);
   form_->Enter(control);
   Rest();
 }
@@ -480,6 +495,7 @@ bool ScreenView::Forward(QKeyEvent& event) {
 bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
   forms::Control* control = controls_.value(watched);
   if (!control) return QWidget::eventFilter(watched, event);
+  const Hand hand(*this);
   auto* line = qobject_cast<QLineEdit*>(watched);
   auto* notes = qobject_cast<QTextEdit*>(watched);
   auto* box = HasText(*control) ? dynamic_cast<forms::TextBox*>(control) : nullptr;
@@ -524,7 +540,13 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
         const bool the_form_s = code == Qt::Key_Return || code == Qt::Key_Enter || code == Qt::Key_Tab ||
                                 code == Qt::Key_Backtab || code == Qt::Key_Escape ||
                                 (code >= Qt::Key_F1 && code <= Qt::Key_F12);
-        if (!the_form_s) return false;
+        if (!the_form_s) {
+          // A part that is full moves on by itself: the stroke typed after it has nothing left to do.
+          const int part = static_cast<QDateEdit*>(watched)->currentSection();
+          const bool moved = watched->property("part").toInt() != part;
+          watched->setProperty("part", part);
+          return moved && key->text() == QLatin1String("/");
+        }
       }
       if (qobject_cast<QComboBox*>(watched) && key->key() == Qt::Key_F4) return false;
       return Forward(*key);
@@ -543,6 +565,8 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
     }
     case QEvent::MouseButtonPress: {
       auto* mouse = static_cast<QMouseEvent*>(event);
+      // A text that is only shown has no caret to put.
+      if (qobject_cast<QLabel*>(watched) && !control->IsLabel()) return true;
       if (!control->CanTakeFocus()) return control->IsLabel() ? false : true;
       if (auto* check = qobject_cast<QCheckBox*>(watched)) {
         if (mouse->button() == Qt::LeftButton && check->rect().contains(mouse->pos())) {
@@ -617,6 +641,7 @@ void ScreenView::Exposed() {
   QTimer::singleShot(0, this, [this] {
     painting_ = false;
     if (!form_->Open() || !form_->Visible()) return;
+    const Hand hand(*this);
     form_->Resize(width() * kTwipsAPixel, height() * kTwipsAPixel);
     form_->Paint();
     Rest();
@@ -625,18 +650,27 @@ void ScreenView::Exposed() {
 
 bool ScreenView::event(QEvent* event) {
   // No control has the focus: the form sees the key alone.
-  if (event->type() == QEvent::KeyPress && Forward(*static_cast<QKeyEvent*>(event))) return true;
+  if (event->type() == QEvent::KeyPress) {
+    const Hand hand(*this);
+    if (Forward(*static_cast<QKeyEvent*>(event))) return true;
+  }
   return QWidget::event(event);
 }
 
 void ScreenView::closeEvent(QCloseEvent* event) {
   // The form decides; its going takes the window along.
-  if (form_->Open()) {
-    form_->Close();
-    event->ignore();
+  if (!form_->Open()) return event->accept();
+  event->ignore();
+  if (InTheMiddleOfAStep(*form_)) {
+    QTimer::singleShot(kAgain, this, &QWidget::close);
   } else {
-    event->accept();
+    form_->Close();
   }
+}
+
+void ScreenView::Dismiss() {
+  dismissed_ = true;
+  if (hands_ == 0) deleteLater();
 }
 
 void ScreenView::Rest() {

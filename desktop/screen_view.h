@@ -45,6 +45,9 @@ class ScreenView : public QWidget, public forms::FormListener {
   // Controls that have a widget here, by their full names: "txtFields(4)".
   [[nodiscard]] QStringList Bound() const;
   [[nodiscard]] QWidget* WidgetOf(const forms::Control& control) const;
+  // Deletes the view, at the latest once the operator's act that it is in the middle of has ended: an act
+  // may close its own screen, and box or modal screen inside it run the loop on. May be called twice.
+  void Dismiss();
   // Paints at once, with no event let through: progress while a document is posted.
   void PaintNow();
 
@@ -106,6 +109,20 @@ class ScreenView : public QWidget, public forms::FormListener {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  // While it lives, the view is in the middle of an operator's act.
+  class Hand {
+   public:
+    explicit Hand(ScreenView& view) : view_(view) { ++view_.hands_; }
+    ~Hand() {
+      if (--view_.hands_ == 0 && view_.dismissed_) view_.deleteLater();
+    }
+    Hand(const Hand&) = delete;
+    Hand& operator=(const Hand&) = delete;
+
+   private:
+    ScreenView& view_;
+  };
+
   void Bind(forms::Control& control, QWidget& widget, const QString& accessible);
   void Update(forms::Control& control);
   bool Forward(QKeyEvent& event);
@@ -123,6 +140,8 @@ class ScreenView : public QWidget, public forms::FormListener {
   const forms::Control* cell_editor_control_ = nullptr;
   GridView* cell_grid_ = nullptr;
   bool taking_focus_ = false;
+  int hands_ = 0;
+  bool dismissed_ = false;
   bool resting_ = false;
   bool showing_ = false;    // what the widget tells of is what it was told
   bool following_ = false;  // what the model tells of came from the widget
