@@ -42,7 +42,7 @@ class Nombres {
   void Pon(const std::string& name, const std::string& text) {
     if (!data::Trim(text).empty()) data_.set(name, text);
   }
-  void Pon(const std::string& name, mustache::data value) { data_.set(name, std::move(value)); }
+  void Pon(const std::string& name, const mustache::data& value) { data_.set(name, value); }
   [[nodiscard]] const mustache::data& Todos() const { return data_; }
 
  private:
@@ -59,6 +59,7 @@ std::string Busca(data::EngineConnection& connection, const char* query, const d
 void PonTraslado(data::EngineConnection& connection, const data::Recordset& header, Nombres& names) {
   const auto text = [&](const char* column) { return data::ToText(header.Fields(column)); };
   names.Pon("folio", text("folio"));
+  names.Pon("folio_estacion", text("estacion"));  // folios run by station
   names.Pon("cliente", text("cliente"));
   names.Pon("cliente_nombre",
             Busca(connection, "SELECT nombre FROM clients WHERE cliente = ?", header.Fields("cliente")));
@@ -360,7 +361,7 @@ td, th { vertical-align: top; text-align: left; }
 </td>
 <td class="identidad" align="right" width="40%">
 <div class="numero" align="right">{{numero}}</div>
-<div align="right" class="estado{{#pendiente}} pendiente{{/pendiente}}">{{estado}}{{#folio}} · Folio {{folio}}{{/folio}}</div>
+<div align="right" class="estado{{#pendiente}} pendiente{{/pendiente}}">{{estado}}{{#folio}} · {{#folio_estacion}}{{folio_estacion}} · {{/folio_estacion}}Folio {{folio}}{{/folio}}</div>
 <div align="right">{{{barras}}}</div>
 </td>
 </tr>

@@ -176,7 +176,7 @@ Value FromText(std::string text, bool date_column) {
       return *when;
     }
   }
-  return ValidUtf8(text) ? text : RepairUtf8(text);
+  return ValidUtf8(text) ? std::move(text) : RepairUtf8(text);
 }
 
 Value ReadColumn(sqlite3_stmt* statement, int column, bool date_column) {
