@@ -13,6 +13,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include "desktop/key_caps.h"
 #include "desktop/list_cells.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
@@ -89,23 +90,25 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   empty_->setAttribute(Qt::WA_TransparentForMouseEvents);
   empty_->hide();
 
-  auto* foot = new QWidget(this);
-  auto* line =
-      MakeKeyLine(*foot, {{QStringLiteral("Intro"), QStringLiteral("abrir")},
-                          {QStringLiteral("Ctrl+Intro"), QStringLiteral("consultar")},
-                          {QStringLiteral("Insert"), IsGoodsIn(kind) ? QStringLiteral("nueva entrada")
-                                                                     : QStringLiteral("nueva salida")},
-                          {QStringLiteral("Supr"), QStringLiteral("eliminar")},
-                          {QStringLiteral("F5"), QStringLiteral("actualizar")}});
   count_->setProperty("role", "soft");
   count_->setAccessibleName(QStringLiteral("Documentos en la lista"));
   total_->setAccessibleName(QStringLiteral("Suma de los importes"));
   QFont strong = total_->font();
   strong.setWeight(QFont::DemiBold);
   total_->setFont(strong);
-  line->addWidget(count_);
-  line->addSpacing(measure::kGrid);
-  line->addWidget(total_);
+  auto* sums = new QWidget;
+  auto* at_right = new QHBoxLayout(sums);
+  at_right->setContentsMargins(0, 0, 0, 0);
+  at_right->setSpacing(2 * measure::kGrid);
+  at_right->addWidget(count_);
+  at_right->addWidget(total_);
+  auto* keys = new KeyCaps;
+  keys->Show({{tr("Intro"), tr("abrir")},
+              {tr("Ctrl+Intro"), tr("consultar")},
+              {tr("Insert"), IsGoodsIn(kind) ? tr("nueva entrada") : tr("nueva salida")},
+              {tr("Supr"), tr("eliminar")},
+              {tr("F5"), tr("actualizar")}});
+  QWidget* foot = KeyLine(*keys, sums);
   column->addWidget(foot);
 
   filter_->installEventFilter(this);

@@ -23,7 +23,9 @@ void SetProperty(QWidget& widget, const char* name, const QVariant& value) {
   Restyle(widget);
 }
 
-bool HasText(const forms::Control& control) { return dynamic_cast<const forms::TextBox*>(&control) != nullptr; }
+bool HasText(const forms::Control& control) {
+  return dynamic_cast<const forms::TextBox*>(&control) != nullptr;
+}
 
 QLabel* Soft(const QString& text = {}) {
   auto* label = new QLabel(text);

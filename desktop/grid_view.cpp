@@ -102,7 +102,9 @@ class GridView::Model final : public QAbstractTableModel {
     }
     if (role == Qt::DecorationRole) {
       const int colour = grid_.BackColor(row, 0);
-      QPixmap swatch(kSwatch, kSwatch);
+      const qreal ratio = view_.devicePixelRatioF();
+      QPixmap swatch(QSize(kSwatch, kSwatch) * ratio);
+      swatch.setDevicePixelRatio(ratio);
       swatch.fill(Qt::transparent);
       QPainter painter(&swatch);
       painter.setRenderHint(QPainter::Antialiasing);
@@ -251,7 +253,7 @@ void GridView::Widths() {
 }
 
 void GridView::RememberWidths() {
-  if (!live_) return;
+  if (!live_ || matrix_) return;
   QVariantList widths;
   for (int column = 0; column < grid_.Cols(); ++column) {
     widths.append(column == stretch_ || isColumnHidden(column) ? 0 : columnWidth(column));

@@ -58,4 +58,12 @@ QWidget* FootLine(KeyCaps& caps, QWidget* at_right) {
   return line;
 }
 
+QWidget* KeyLine(KeyCaps& caps, QWidget* at_right) {
+  QWidget* line = FootLine(caps, at_right);
+  line->setProperty("role", "keyline");
+  line->setAttribute(Qt::WA_StyledBackground);
+  line->setFixedHeight(measure::kGrid * 5);
+  return line;
+}
+
 }  // namespace tarvik::desktop

@@ -35,5 +35,7 @@ class KeyCaps final : public QWidget {
 
 // The line at a screen's foot: keys at the left, what the caller adds at the right.
 QWidget* FootLine(KeyCaps& caps, QWidget* at_right = nullptr);
+// The same with a ground and a height of its own, for a screen that shows nothing else there.
+QWidget* KeyLine(KeyCaps& caps, QWidget* at_right = nullptr);
 
 }  // namespace tarvik::desktop

@@ -1,10 +1,8 @@
 // The painting of cells, and the manners that all tables of the lists share. It reads no data.
 #include "desktop/list_cells.h"
 
-#include <QHBoxLayout>
 #include <QHash>
 #include <QHeaderView>
-#include <QLabel>
 #include <QPainter>
 #include <QSettings>
 #include <QTableView>
@@ -152,25 +150,6 @@ void SaveWidths(const QTableView& table, QSettings& settings, const QString& nam
 bool LoadWidths(QTableView& table, QSettings& settings, const QString& name) {
   const QByteArray kept = settings.value(QStringLiteral("columnas/") + name).toByteArray();
   return !kept.isEmpty() && table.horizontalHeader()->restoreState(kept);
-}
-
-QHBoxLayout* MakeKeyLine(QWidget& line, const QList<QPair<QString, QString>>& keys) {
-  line.setProperty("role", "keyline");
-  line.setAttribute(Qt::WA_StyledBackground);
-  auto* row = new QHBoxLayout(&line);
-  row->setContentsMargins(2 * measure::kGrid, measure::kGrid / 2, 2 * measure::kGrid, measure::kGrid / 2);
-  row->setSpacing(measure::kGrid);
-  for (const auto& [key, what] : keys) {
-    auto* cap = new QLabel(key, &line);
-    cap->setProperty("role", "keycap");
-    auto* text = new QLabel(what, &line);
-    text->setProperty("role", "soft");
-    row->addWidget(cap);
-    row->addWidget(text);
-    row->addSpacing(measure::kGrid);
-  }
-  row->addStretch();
-  return row;
 }
 
 }  // namespace tarvik::desktop

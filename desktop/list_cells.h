@@ -4,7 +4,6 @@
 
 #include <QStyledItemDelegate>
 
-class QHBoxLayout;
 class QSettings;
 class QTableView;
 
@@ -33,8 +32,5 @@ void SetWidths(QTableView& table, const QList<int>& characters);
 void SaveWidths(const QTableView& table, QSettings& settings, const QString& name);
 // False if none were kept.
 bool LoadWidths(QTableView& table, QSettings& settings, const QString& name);
-// The line at the foot that names the keys: {"Intro", "abrir"} ... Gives its layout, for what stands
-// to the right of them.
-QHBoxLayout* MakeKeyLine(QWidget& line, const QList<QPair<QString, QString>>& keys);
 
 }  // namespace tarvik::desktop

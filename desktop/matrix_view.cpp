@@ -104,11 +104,7 @@ MatrixView::MatrixView(Office& office, frmMallaModelos& matrix, QWidget* parent)
   body->addWidget(Buttons());
 
   keys_ = new KeyCaps;
-  QWidget* line = FootLine(*keys_);
-  line->setProperty("role", "keyline");
-  line->setAttribute(Qt::WA_StyledBackground);
-  line->setFixedHeight(measure::kGrid * 5);
-  column->addWidget(line);
+  column->addWidget(KeyLine(*keys_));
 }
 
 // As large as the model needs, within what a desk has.

@@ -22,8 +22,9 @@ constexpr int kStation = 150;
 constexpr int kDate = 150;
 constexpr int kPicture = 16;
 
-QIcon Plus(const QColor& ink) {
-  QPixmap picture(kPicture, kPicture);
+QIcon Plus(const QColor& ink, qreal ratio) {
+  QPixmap picture(QSize(kPicture, kPicture) * ratio);
+  picture.setDevicePixelRatio(ratio);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
   painter.setPen(QPen(ink, 2, Qt::SolidLine, Qt::RoundCap));
@@ -58,11 +59,7 @@ StationsView::StationsView(Office& office, frmMovEstaciones& transfer, QWidget* 
   lines_ = new QLabel;
   lines_->setProperty("role", "soft");
   lines_->setAccessibleName(tr("Renglones"));
-  QWidget* line = FootLine(*keys_, lines_);
-  line->setProperty("role", "keyline");
-  line->setAttribute(Qt::WA_StyledBackground);
-  line->setFixedHeight(measure::kGrid * 5);
-  column->addWidget(line);
+  column->addWidget(KeyLine(*keys_, lines_));
 }
 
 QLabel* StationsView::NameOfStation(const QString& accessible) {
@@ -104,7 +101,7 @@ QWidget* StationsView::EntryRow() {
   // The suite's button has a picture and no caption.
   auto* add = Button("Command1", QStringLiteral("outlined"), tr("Agregar el renglón"));
   add->setProperty("compact", true);
-  add->setIcon(Plus(office().theme.Color(Role::Accent)));
+  add->setIcon(Plus(office().theme.Color(Role::Accent), devicePixelRatioF()));
   add->setFixedSize(measure::kField + measure::kGrid, measure::kField);
   row->addWidget(Under(BlankCaption(), add));
   return band;

@@ -16,6 +16,7 @@
 #include "data/number.h"
 #include "data/text.h"
 #include "desktop/document_list_model.h"
+#include "desktop/key_caps.h"
 #include "desktop/list_cells.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
@@ -304,15 +305,14 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
   splitter_->restoreState(office.settings.value(QStringLiteral("existencias/division")).toByteArray());
   body->addWidget(splitter_, 1);
 
-  auto* foot = new QWidget(this);
-  auto* line = MakeKeyLine(*foot, {{QStringLiteral("↑ ↓"), QStringLiteral("artículo")},
-                                   {QStringLiteral("Tab"), QStringLiteral("movimientos")},
-                                   {QStringLiteral("Esc"), QStringLiteral("ver todo")},
-                                   {QStringLiteral("F5"), QStringLiteral("actualizar")}});
   count_->setProperty("role", "soft");
   count_->setAccessibleName(QStringLiteral("Artículos en la lista"));
-  line->addWidget(count_);
-  column->addWidget(foot);
+  auto* keys = new KeyCaps;
+  keys->Show({{tr("↑ ↓"), tr("artículo")},
+              {tr("Tab"), tr("movimientos")},
+              {tr("Esc"), tr("ver todo")},
+              {tr("F5"), tr("actualizar")}});
+  column->addWidget(KeyLine(*keys, count_));
 
   filter_->installEventFilter(this);
   table_->installEventFilter(this);

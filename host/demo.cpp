@@ -100,7 +100,7 @@ struct Par {
 
 constexpr Par kColores[] = {{"AZ", "Azul marino"}, {"CA", "Caqui"}, {"NE", "Negro"}};
 constexpr int kColoresVisuales[] = {0x6B2B1F, 0x6FA6C3, 0x202020};  // 0xBBGGRR
-constexpr Par kTallasDeCamisa[] = {{"CH", "Chica"}, {"MD", "Mediana"}, {"GD", "Grande"}};
+constexpr Par kTallasDeCamisa[] = {{"CH", "Chica"}, {"MD", "Mediana"}, {"GD", "Grande"}, {"XG", "Extra grande"}};
 constexpr Par kTallasDeBota[] = {{"26", "26 cm"}, {"27", "27 cm"}, {"28", "28 cm"}};
 
 void PonArticulo(data::EngineConnection& connection, const Articulo& article, const data::Value& modelo,
@@ -119,7 +119,8 @@ void PonPares(data::EngineConnection& connection, const char* statement, const P
 
 // A model's articles: each colour in each size. The boots are not made in khaki, as a matrix seldom
 // is whole.
-void PonModelo(data::EngineConnection& connection, const Par& modelo, const Par (&tallas)[3],
+template <std::size_t N>
+void PonModelo(data::EngineConnection& connection, const Par& modelo, const Par (&tallas)[N],
                const Articulo& patron) {
   Pon(connection, "INSERT INTO modelos (modelo, descrip) VALUES (?, ?)", {modelo.clave, modelo.texto});
   for (const auto& color : kColores) {

@@ -47,12 +47,12 @@ TEST_F(EscritorioDeModelos, EveryControlHasItsPlaceInTheViewAndAName) {
   Spread("CAM", "9", [this](MatrixView& view) { ExpectWhole(Model(view)); });
 }
 
-TEST_F(EscritorioDeModelos, AModelBecomesNineLinesByKeyAlone) {
-  Spread("CAM", "9", [](MatrixView& view) {
+TEST_F(EscritorioDeModelos, AModelBecomesTwelveLinesByKeyAlone) {
+  Spread("CAM", "12", [](MatrixView& view) {
     EXPECT_TRUE(view.isVisible());
     EXPECT_EQ(QApplication::focusWidget(), view.WidgetOf(Model(view).fg2));
     // Enter goes on to the next cell, over the spacers and into the next colour.
-    for (int cell = 0; cell < 9; ++cell) {
+    for (int cell = 0; cell < 12; ++cell) {
       Type(QStringLiteral("1"));
       Press(Qt::Key_Return);
     }
@@ -61,9 +61,9 @@ TEST_F(EscritorioDeModelos, AModelBecomesNineLinesByKeyAlone) {
     Press(Qt::Key_Return);
     EXPECT_FALSE(view.isVisible());
   });
-  EXPECT_EQ(entry->CuantasPartidas(), 9);
-  EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "9");
-  EXPECT_EQ(One("SELECT SUM(cantidad) FROM entpart"), "9");
+  EXPECT_EQ(entry->CuantasPartidas(), 12);
+  EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "12");
+  EXPECT_EQ(One("SELECT SUM(cantidad) FROM entpart"), "12");
   EXPECT_EQ(QApplication::focusWidget(), Widget(*entry, 4));
 }
 

@@ -47,7 +47,7 @@ TEST_F(Demostracion, TheRulesOfTheScreensHaveSomethingToShow) {
 }
 
 TEST_F(Demostracion, TheShirtComesInEachColourAndSizeAndTheBootLacksOneColour) {
-  EXPECT_EQ(Cuenta("prods WHERE modelo = 'CAM'"), 9);
+  EXPECT_EQ(Cuenta("prods WHERE modelo = 'CAM'"), 12);
   EXPECT_EQ(Cuenta("prods WHERE modelo = 'BOT'"), 6);
   EXPECT_EQ(Dato("SELECT descrip FROM prods WHERE articulo = 'CAM-AZ-MD'"),
             data::Value("Camisa de trabajo Azul marino Mediana"));

@@ -118,9 +118,9 @@ class Enseguida(Caso):
         socio = self.socio("--por-celda", 2)
         forma = self.entrada()
         self.abajo(forma)
-        self.assertEqual(self.termina(socio), ["entrada 1, modelo CAM: 9 partidas, 18 piezas."])
+        self.assertEqual(self.termina(socio), ["entrada 1, modelo CAM: 12 partidas, 24 piezas."])
         self.assertEqual(self.partidas(), [
-            (f"CAM-{color}-{talla}", 2.0) for color in ("AZ", "CA", "NE") for talla in ("CH", "GD", "MD")])
+            (f"CAM-{color}-{talla}", 2.0) for color in ("AZ", "CA", "NE") for talla in ("CH", "GD", "MD", "XG")])
         self.assertEqual(self.anf.sql("SELECT DISTINCT entrada, tipo_doc, precio, usuario FROM entpart"),
                          [{"entrada": 1, "tipo_doc": "COM", "precio": 335.24, "usuario": "ANA"}])
         self.assertEqual(self.anf.sql("SELECT observ FROM entpart WHERE articulo = 'CAM-AZ-CH'"),
@@ -132,11 +132,11 @@ class Enseguida(Caso):
         self.socio("--total", 10)
         forma = self.entrada()
         self.abajo(forma)
-        self.assertEqual((forma.CuantasPartidas(), len(self.partidas())), (0, 9))
+        self.assertEqual((forma.CuantasPartidas(), len(self.partidas())), (0, 12))
         forma.clic(forma.Command2)
         self.anf.EntradasSalidas().ModificaEntrada(1)
         forma = self.anf.pantallas[-1]
-        self.assertEqual(forma.CuantasPartidas(), 9)
+        self.assertEqual(forma.CuantasPartidas(), 12)
         self.assertEqual(forma.fg2.TextMatrix(1, 0), "CAM-AZ-CH")
         self.anf.respuestas.append(True)
         forma.tecla("F5", forma.txtFields[0])
@@ -170,7 +170,7 @@ class Enseguida(Caso):
         self.assertEqual((forma.Modo, forma.Caption), ("MODIFICACION", "Salida: 1"))
         self.abajo(forma, "CAM")
         self.assertEqual(self.anf.sql("SELECT salida, COUNT(*) AS n FROM salpart GROUP BY salida"),
-                         [{"salida": 1, "n": 15}])
+                         [{"salida": 1, "n": 18}])
         forma.cierra()
         self.assertEqual(self.anf.sql("SELECT salida, estado, ocupado FROM salidas"),
                          [{"salida": 1, "estado": "PE", "ocupado": 0}])
@@ -211,7 +211,7 @@ class Enseguida(Caso):
         forma = self.entrada()
         self.abajo(forma, "BOT")
         self.abajo(forma, "CAM")
-        self.assertEqual(len(self.partidas()), 15)
+        self.assertEqual(len(self.partidas()), 18)
 
     def test_a_key_that_is_no_model_asks_nobody(self):
         forma = self.entrada()
