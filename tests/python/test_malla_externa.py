@@ -129,7 +129,7 @@ class Enseguida(Caso):
         self.assertEqual(self.anf.sql("SELECT * FROM mallaparam"), [])
 
     def test_the_screen_shows_none_until_the_document_is_opened_again_and_posted(self):
-        self.socio("--total", 10)
+        self.socio("--total", 13)
         forma = self.entrada()
         self.abajo(forma)
         self.assertEqual((forma.CuantasPartidas(), len(self.partidas())), (0, 12))
@@ -142,7 +142,7 @@ class Enseguida(Caso):
         forma.tecla("F5", forma.txtFields[0])
         self.assertFalse(forma.abierta)
         self.assertEqual(self.anf.sql("SELECT SUM(existencia) AS n FROM existenciaalmacen WHERE almacen = 1"),
-                         [{"n": 10.0}])
+                         [{"n": 13.0}])
 
     def test_goods_out_gets_its_lines_too(self):
         socio = self.socio("--total", 8)
