@@ -100,7 +100,8 @@ struct Par {
 
 constexpr Par kColores[] = {{"AZ", "Azul marino"}, {"CA", "Caqui"}, {"NE", "Negro"}};
 constexpr int kColoresVisuales[] = {0x6B2B1F, 0x6FA6C3, 0x202020};  // 0xBBGGRR
-constexpr Par kTallasDeCamisa[] = {{"CH", "Chica"}, {"MD", "Mediana"}, {"GD", "Grande"}, {"XG", "Extra grande"}};
+constexpr Par kTallasDeCamisa[] = {
+    {"CH", "Chica"}, {"MD", "Mediana"}, {"GD", "Grande"}, {"XG", "Extra grande"}};
 constexpr Par kTallasDeBota[] = {{"26", "26 cm"}, {"27", "27 cm"}, {"28", "28 cm"}};
 
 void PonArticulo(data::EngineConnection& connection, const Articulo& article, const data::Value& modelo,
