@@ -17,6 +17,12 @@ void MovimientoLocal::Afecta(bool, double& amount) {
     throw data::Error("El movimiento no indica si es de entrada o de salida");
   }
   if (data::Trim(data::ToText(articulo_)).empty()) throw data::Error("El movimiento no tiene artículo");
+  // What is no number would leave the stock without one. A property that was never set is another
+  // matter: the movement is written with what there is.
+  for (const auto* value : {&almacen_, &cantidad_, &precio_}) {
+    if (!std::isfinite(data::ToNumber(*value)))
+      throw data::Error("El movimiento tiene una cifra que no es un número");
+  }
 
   data::EngineConnection& connection = ambiente_->Conexion().Engine();
   const double quantity = data::ToNumber(cantidad_);
@@ -57,7 +63,7 @@ void MovimientoLocal::Escribe(data::EngineConnection& connection, double amount)
       "DO UPDATE SET existencia = COALESCE(existenciaalmacen.existencia, 0) + excluded.existencia",
       {warehouse, articulo_, change});
 
-  if (warehouse != std::trunc(warehouse) || warehouse > 1e9) return;
+  if (warehouse != std::trunc(warehouse) || std::abs(warehouse) > 1e9) return;
   const std::string column = "alm" + std::to_string(static_cast<long>(warehouse));
   if (!TieneColumnaDeAlmacen(connection, column)) return;
   connection.Run("UPDATE prods SET " + column + " = COALESCE(" + column + ", 0) + ? WHERE articulo = ?",

@@ -101,6 +101,9 @@ class Nucleo final : public host::Registro,
 
   host::Anfitrion& Host() { return *anfitrion_; }
   host::AmbienteLocal& Ambiente() { return anfitrion_->Ambiente(); }
+  // As a script holds them: whoever has one has the host.
+  std::shared_ptr<host::AmbienteLocal> AmbientePropio() { return {shared_from_this(), &Ambiente()}; }
+  std::shared_ptr<host::FormaMaestra> ParentPropio() { return {shared_from_this(), &anfitrion_->Parent()}; }
   forms::HeadlessPlatform& Plataforma() { return plataforma_; }
 
   // On a connection of its own, outside the system. Any thread may call it.
@@ -134,7 +137,7 @@ class Nucleo final : public host::Registro,
   void Movimiento(const host::Propiedades& properties, double amount) override {
     Note([&](Cuaderno& notes) {
       py::dict held;
-      held["Ambiente"] = py::cast(&Ambiente(), py::return_value_policy::reference);
+      held["Ambiente"] = py::cast(AmbientePropio());
       for (const auto& [name, value] : properties) {
         held[StrOf(name)] = name == "Aplica" ? py::object(py::bool_(data::IsTrue(value))) : ToPython(value);
       }
@@ -237,7 +240,7 @@ class Nucleo final : public host::Registro,
       if (!notes.ganchos.contains(key)) return;
       try {
         py::object routine = notes.ganchos[py::str(key)];
-        routine(FormObject(form), py::cast(&Ambiente(), py::return_value_policy::reference));
+        routine(FormObject(form), py::cast(AmbientePropio()));
       } catch (py::error_already_set& raised) {
         throw Raised(raised);
       }
@@ -272,6 +275,8 @@ struct Guion : Cuaderno {
 struct Puerta {
   std::shared_ptr<Nucleo> nucleo;
   EntradasSalidas door;
+  std::shared_ptr<host::AmbienteLocal> ambiente;  // what the door was given
+  std::shared_ptr<host::FormaMaestra> parent;
 };
 
 // Settings by name: Ambiente.Parametros["Almacen"].
@@ -312,7 +317,7 @@ void BindAmbiente(py::module_& module) {
                              const py::object& value) { settings.ambiente.Parametro(name, ValueOf(value)); })
       .def("keys", [](Parametros& settings) { return settings.ambiente.NombresDeParametros(); });
 
-  py::class_<host::AmbienteLocal> ambiente(module, "Ambiente");
+  py::class_<host::AmbienteLocal, std::shared_ptr<host::AmbienteLocal>> ambiente(module, "Ambiente");
   for (const char* name :
        {"Usuario", "Estacion", "Moneda", "ClaveLocal", "FormatoImporte", "FormatoCantidad", "RutaBase"}) {
     ambiente.def_property(
@@ -356,7 +361,7 @@ void BindParent(py::module_& module) {
             view.forma.seleccionado = position.is_none() ? 0 : position.cast<int>();
           });
   // `llamadas` is put on the object by the host that owns it.
-  py::class_<host::FormaMaestra>(module, "Parent", py::dynamic_attr())
+  py::class_<host::FormaMaestra, std::shared_ptr<host::FormaMaestra>>(module, "Parent", py::dynamic_attr())
       .def_property(
           "CatalogoActivo", [](const host::FormaMaestra& self) { return StrOf(self.catalogo_activo); },
           [](host::FormaMaestra& self, const py::object& name) { self.catalogo_activo = TextOf(name); })
@@ -365,21 +370,19 @@ void BindParent(py::module_& module) {
 
 void BindDoor(py::module_& module) {
   using E = EntradasSalidas;
-  auto inside = py::return_value_policy::reference_internal;
   py::class_<Puerta> type(module, "EntradasSalidas");
   type.def_property(
-          "Ambiente",
-          py::cpp_function(
-              [](Puerta& self) { return dynamic_cast<host::AmbienteLocal*>(self.door.Ambiente.Get()); },
-              inside),
-          py::cpp_function(
-              [](Puerta& self, const py::object& ambiente) { self.door.Ambiente = AmbienteOf(ambiente); }))
+          "Ambiente", [](Puerta& self) { return self.ambiente; },
+          [](Puerta& self, const std::shared_ptr<host::AmbienteLocal>& ambiente) {
+            self.ambiente = ambiente;
+            self.door.Ambiente = ambiente.get();
+          })
       .def_property(
-          "Parent",
-          py::cpp_function(
-              [](Puerta& self) { return dynamic_cast<host::FormaMaestra*>(self.door.Parent.Get()); }, inside),
-          py::cpp_function(
-              [](Puerta& self, const py::object& parent) { self.door.Parent = ParentOf(parent); }));
+          "Parent", [](Puerta& self) { return self.parent; },
+          [](Puerta& self, const std::shared_ptr<host::FormaMaestra>& parent) {
+            self.parent = parent;
+            self.door.Parent = parent.get();
+          });
   auto shows = [&](const char* name, void (E::*operation)(bool)) {
     type.def(
         name, [operation](Puerta& self, bool modal) { Called([&] { (self.door.*operation)(modal); }); },
@@ -474,13 +477,14 @@ void BindMensaje(py::module_& module) {
 py::object AmbienteObject(service::Ambiente* ambiente, forms::Form& form) {
   auto* own = dynamic_cast<host::AmbienteLocal*>(ambiente);
   if (!own) return py::none();
-  return py::cast(own, py::return_value_policy::reference_internal, FormObject(form));
+  // The screen keeps its host.
+  return py::cast(std::shared_ptr<host::AmbienteLocal>(form.shared_from_this(), own));
 }
 
 py::object ParentObject(service::LateBound* parent, forms::Form& form) {
   auto* own = dynamic_cast<host::FormaMaestra*>(parent);
   if (!own) return py::none();
-  return py::cast(own, py::return_value_policy::reference_internal, FormObject(form));
+  return py::cast(std::shared_ptr<host::FormaMaestra>(form.shared_from_this(), own));
 }
 
 service::Ambiente* AmbienteOf(const py::object& object) {
@@ -498,17 +502,17 @@ void BindAnfitrion(py::module_& module) {
   BindMensaje(module);
 
   py::class_<Guion, std::shared_ptr<Guion>> type(module, "Anfitrion");
-  type.def(
-      py::init([](const py::object& base, const py::object& usuario, const py::object& estacion,
-                  const py::object& ruta, bool demo) {
-        auto guion =
-            std::make_shared<Guion>(PathOf(base), TextOf(usuario), TextOf(estacion), PathOf(ruta), demo);
-        py::object parent = py::cast(&guion->nucleo->Host().Parent(), py::return_value_policy::reference);
-        parent.attr("llamadas") = guion->llamadas;
-        guion->parent = parent;
-        return guion;
-      }),
-      py::arg("base"), py::arg("usuario"), py::arg("estacion"), py::arg("ruta"), py::arg("demo") = false);
+  type.def(py::init([](const py::object& base, const py::object& usuario, const py::object& estacion,
+                       const py::object& ruta, bool demo) {
+             auto guion =
+                 std::make_shared<Guion>(PathOf(base), TextOf(usuario), TextOf(estacion), PathOf(ruta), demo);
+             py::object parent = py::cast(guion->nucleo->ParentPropio());
+             parent.attr("llamadas") = guion->llamadas;
+             guion->parent = parent;
+             return guion;
+           }),
+           py::arg("base"), py::arg("usuario"), py::arg("estacion"), py::arg("ruta"),
+           py::arg("demo") = false);
   List<&Cuaderno::sentencias>(type, "sentencias");
   List<&Cuaderno::mensajes>(type, "mensajes");
   List<&Cuaderno::listas>(type, "listas");
@@ -521,7 +525,6 @@ void BindAnfitrion(py::module_& module) {
   List<&Cuaderno::regresadas>(type, "regresadas");
   List<&Cuaderno::selectores>(type, "selectores");
   List<&Cuaderno::no_atrapados>(type, "no_atrapados");
-  auto inside = py::return_value_policy::reference_internal;
   type.def_property_readonly("pantallas", [](Guion& self) { return self.pantallas; })
       .def_property(
           "ganchos", [](Guion& self) { return self.ganchos; },
@@ -530,17 +533,16 @@ void BindAnfitrion(py::module_& module) {
             self.ganchos.attr("clear")();
             self.ganchos.attr("update")(copied);
           })
-      .def_property_readonly("Ambiente",
-                             py::cpp_function([](Guion& self) { return &self.nucleo->Ambiente(); }, inside))
-      .def_property_readonly(
-          "Parent", py::cpp_function([](Guion& self) { return &self.nucleo->Host().Parent(); }, inside))
+      .def_property_readonly("Ambiente", [](Guion& self) { return self.nucleo->AmbientePropio(); })
+      .def_property_readonly("Parent", [](Guion& self) { return self.nucleo->ParentPropio(); })
       .def(
           "EntradasSalidas",
           [](Guion& self) {
-            auto puerta =
-                std::unique_ptr<Puerta>(new Puerta{self.nucleo, EntradasSalidas(self.nucleo->Host())});
-            puerta->door.Ambiente = &self.nucleo->Ambiente();
-            puerta->door.Parent = &self.nucleo->Host().Parent();
+            auto puerta = std::unique_ptr<Puerta>(
+                new Puerta{self.nucleo, EntradasSalidas(self.nucleo->Host()), self.nucleo->AmbientePropio(),
+                           self.nucleo->ParentPropio()});
+            puerta->door.Ambiente = puerta->ambiente.get();
+            puerta->door.Parent = puerta->parent.get();
             return puerta;
           },
           py::keep_alive<0, 1>())

@@ -103,11 +103,14 @@ void BindServicios(py::module_& module) {
       .def(
           "Execute",
           [](Conexion& self, const py::object& text) {
-            return std::make_shared<data::Recordset>(self.ambiente.Conexion().Execute(TextOf(text)));
+            const std::string statement = TextOf(text);
+            // The base may be another thread's for a while: it must be able to let go of it.
+            const py::gil_scoped_release others;
+            return std::make_shared<data::Recordset>(self.ambiente.Conexion().Execute(statement));
           },
           py::arg("texto"));
 
-  auto ambiente = py::reinterpret_borrow<py::class_<A>>(module.attr("Ambiente"));
+  auto ambiente = py::reinterpret_borrow<py::class_<A, std::shared_ptr<A>>>(module.attr("Ambiente"));
   ambiente
       .def_property_readonly("Conexion",
                              py::cpp_function([](A& self) { return Conexion{self}; }, py::keep_alive<0, 1>()))

@@ -1,6 +1,9 @@
 // Posting: ledger and stock as one, and nothing of it where any part fails.
 #include "host/movimientos.h"
 
+#include <cmath>
+#include <limits>
+
 #include "tests/host/apoyo.h"
 
 namespace tarvik::host {
@@ -71,6 +74,23 @@ TEST_F(Movimientos, AnInflowWritesItsLedgerRow) {
   EXPECT_DOUBLE_EQ(data::ToNumber(row.Fields("importe")), 3 * 11.6);
   EXPECT_EQ(row.Fields("cerrado"), data::Value(0));
   EXPECT_EQ(row.Fields("usuhora"), data::Value("14:15:00"));
+}
+
+TEST_F(Movimientos, WhatIsNoNumberMovesNothing) {
+  const double infinite = std::numeric_limits<double>::infinity();
+  for (double figure : {std::nan(""), infinite, -infinite}) {
+    Entrada();
+    movimiento->Cantidad(figure);
+    EXPECT_THROW(Afecta(), data::Error) << figure;
+    Entrada();
+    movimiento->Precio(figure);
+    EXPECT_THROW(Afecta(), data::Error) << figure;
+    Entrada();
+    movimiento->Almacen(figure);
+    EXPECT_THROW(Afecta(), data::Error) << figure;
+  }
+  EXPECT_EQ(Renglones(), 0);
+  EXPECT_EQ(Alm("ALM1"), 10);
 }
 
 TEST_F(Movimientos, AnInflowAddsToTheStockOfItsWarehouseAndOfTheArticle) {

@@ -2,6 +2,7 @@
 Goods-in, the public class and the stand-alone host."""
 
 import datetime
+import gc
 import tempfile
 import threading
 import unittest
@@ -924,6 +925,30 @@ class Operador(Caso):
         self.assertEqual(self.anf.sql("SELECT estado FROM entradas WHERE entrada = ?", 1), [{"estado": "CO"}])
         self.assertEqual(f.Costo, 348.0)
         self.assertEqual(self.anf.sql("SELECT costo FROM entradas"), [{"costo": 0.0}])
+
+
+
+class LoQueQueda(unittest.TestCase):
+    """What a script keeps of a host is whole after it has let go of the host itself."""
+
+    def test_the_context_and_the_list_form_outlive_their_host(self):
+        guardado = []
+        with tempfile.TemporaryDirectory() as carpeta:
+            def abre_y_suelta():
+                anf = tarvik.Anfitrion(base="sqlite::memory:", usuario="ANA", estacion="E1", ruta=carpeta)
+                anf.ganchos["MOVESTACIONES001"] = lambda forma, ambiente: guardado.append(ambiente)
+                puerta = anf.EntradasSalidas()
+                puerta.movimientoEstacion(0, False)
+                anf.Parent.CatalogoActivo = "Entradas"
+                guardado.extend([anf.Parent, puerta.Ambiente, anf.Ambiente])
+
+            abre_y_suelta()
+            gc.collect()
+            revuelto = [bytearray(4096) for _ in range(2000)]
+            ambiente, parent, de_la_puerta, otro = guardado
+            self.assertEqual((ambiente.Usuario, ambiente.Estacion, parent.CatalogoActivo), ("ANA", "E1", "Entradas"))
+            self.assertEqual((de_la_puerta.RutaBase, otro.RutaBase), (carpeta, carpeta))
+            self.assertEqual(len(revuelto), 2000)
 
 
 if __name__ == "__main__":
