@@ -447,15 +447,17 @@ class Registro:
         return getattr(self.operador.forma, self.DOCUMENTO.capitalize())
 
     def abre(self) -> None:
-        self.operador = self.OPERADOR(self.anf)
-        self.operador.encabezado(self.concepto, str(self.almacen))
-        self.operador.novedades()
+        operador = self.OPERADOR(self.anf)
+        operador.encabezado(self.concepto, str(self.almacen))
+        operador.novedades()
         # The finish asks this too, but then the lines have been typed.
-        if not self.operador.forma.ValidaTab1():
-            motivo = " ".join(self.operador.novedades())
-            self.operador.cierra()
+        if not operador.forma.ValidaTab1():
+            motivo = " ".join(operador.novedades())
+            operador.cierra()
             raise Fallo(f"Concepto {self.concepto}, almacén {self.almacen}: {motivo}")
+        # A screen that was turned away is nobody's: the document before it keeps its number.
         self.documentos.append(self.documento_nuevo())
+        self.operador = operador
 
     def olvida(self) -> None:
         """The record of what happened would grow with every key."""
@@ -487,12 +489,21 @@ class Registro:
         if not documento.cerrado:
             raise SinTerminar()
 
+    def deja(self) -> None:
+        """Leaves the document at hand as it stands. One that has no row yet is none."""
+        if self.operador is None:
+            return
+        # The last line may have been made just before the stop.
+        documento = self.documentos[-1]
+        documento.numero = self.numero_en_pantalla()
+        self.operador.cierra()
+        self.operador = None
+        if not self.anf.sql(f"SELECT {self.DOCUMENTO} FROM {self.TABLA} WHERE {self.DOCUMENTO} = ?", documento.numero):
+            self.documentos.pop()
+
     def interrumpe(self) -> list[str]:
         """Leaves the document at hand as it stands, and says what there is of each."""
-        if self.operador is not None:
-            # The last line may have been made just before the stop.
-            self.documentos[-1].numero = self.numero_en_pantalla()
-            self.operador.cierra()
+        self.deja()
         quedan = []
         for documento in self.documentos:
             for fila in self.anf.sql(

@@ -21,10 +21,11 @@ from pathlib import Path
 CADA = 0.1  # seconds between two looks at the signal
 # The screen looks for the 0 when its routine has returned: an answer that comes before is missed.
 PAUSA = 0.3
+AL_CERRAR = 5  # seconds that the end may take where others keep the base busy
 AVISO = "MallaExterna"  # the setting by which the routine knows that somebody will answer
 
-# By who asks: table and key of the document, and how one that somebody is writing looks. Goods-in is
-# let go of by the save on the way; goods-out is not, and may be stored as anything.
+# By who asks: table and key of the document, and how one that somebody is writing looks. Goods-in may
+# have been let go of by the save on the way; goods-out is not, and may be stored as anything.
 ORIGENES = {"EntradasInventario": ("entradas", "entrada", "estado = 'PE'"),
             "SalidasInventario": ("salidas", "salida", "ocupado <> 0")}
 
@@ -97,11 +98,27 @@ class Base:
         self.insiste("INSERT INTO parametros (nombre, valor) VALUES (?, ?) "
                      "ON CONFLICT (nombre) DO UPDATE SET valor = excluded.valor", AVISO, texto)
 
-
     def cierra(self) -> None:
-        # Once, without insisting: an ending program waits for nobody.
-        with contextlib.suppress(sqlite3.Error):
-            self.conexion.execute("DELETE FROM parametros WHERE nombre = ?", (AVISO,))
+        """Takes the notice back and lets go of whoever still waits, in one step: who asks from then on is
+        told that nobody is at work. A base that is busy for long is left as it is."""
+        hasta = time.monotonic() + AL_CERRAR
+        while self.identidad() == self.lugar:
+            try:
+                self.conexion.execute("BEGIN IMMEDIATE")
+                self.conexion.execute("DELETE FROM parametros WHERE nombre = ?", (AVISO,))
+                self.conexion.execute("DELETE FROM mallaparam WHERE EXISTS (SELECT 1 FROM ControlProc "
+                                      "WHERE controlproc = 0)")
+                self.conexion.execute("UPDATE ControlProc SET controlproc = 1 WHERE controlproc = 0")
+                self.conexion.execute("COMMIT")
+                break
+            except sqlite3.Error:
+                if self.conexion.in_transaction:
+                    with contextlib.suppress(sqlite3.Error):
+                        self.conexion.execute("ROLLBACK")
+                if time.monotonic() >= hasta:
+                    print("No se pudo retirar el aviso: la base sigue ocupada.", file=sys.stderr)
+                    break
+            time.sleep(CADA)
         self.conexion.close()
 
 
@@ -116,8 +133,8 @@ def articulos_de(base: Base, modelo: str) -> list[tuple]:
 def atiende(base: Base, reparto: Reparto) -> list[str]:
     """Answers everybody who waits, whole or not at all. Says what it did."""
     hecho = []
-    base.insiste("BEGIN IMMEDIATE")
     try:
+        base.insiste("BEGIN IMMEDIATE")  # inside: one who is told to end just after it must not keep the base
         for modelo, documento, origen in base.insiste(
                 "SELECT modelo, documento, origen FROM mallaparam ORDER BY origen, documento"):
             hecho.append(reparte(base, reparto, modelo, documento, origen))

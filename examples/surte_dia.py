@@ -697,6 +697,8 @@ def principal() -> int:
         opciones.concepto, opciones.concepto_devolucion, opciones.concepto_entrega))
 
     anf = comun.abre(opciones)
+    import tarvik  # it is there, or the base would not have opened
+
     dia = Dia(anf, facturas, entrega,
               Entradas(anf, compra, opciones.almacen, False, opciones.maximo),
               Entradas(anf, devolucion, opciones.almacen, opciones.pendiente, opciones.maximo),
@@ -721,8 +723,10 @@ def principal() -> int:
               f"{'se omiten' if opciones.omite_registradas else 'se registran otra vez'}.")
     if opciones.omite_registradas:
         dia.facturas = [factura for factura in facturas if factura.numero not in repetidas]
-        if opciones.entrega_del_dia:
-            dia.entrega = entrega_del_dia(dia.facturas, servicios)
+        if repetidas and dia.entrega:
+            # It came before the first of them, for the whole day.
+            print("La entrega se registró con esas facturas: no se recibe otra vez.")
+            dia.entrega = []
     dia.ultimo_movimiento = anf.sql("SELECT COALESCE(MAX(id), 0) AS id FROM movsinv")[0]["id"]
 
     barra = Barra(len(dia.entrega) + dia.renglones(), not opciones.sin_barra)
@@ -732,6 +736,13 @@ def principal() -> int:
         dia.juega(barra)
     except SinTerminar:
         terminado = False
+    except (Fallo, tarvik.Error) as error:
+        # What was recorded before it stays recorded, and is accounted for.
+        barra.termina()
+        print(f"El día se detuvo: {error}", file=sys.stderr)
+        terminado = False
+        for registro in dia.registros():
+            registro.deja()
     except KeyboardInterrupt:
         signal.signal(signal.SIGINT, signal.SIG_IGN)  # what is left takes an instant
         barra.termina()

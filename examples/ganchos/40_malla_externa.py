@@ -9,28 +9,43 @@ FALTA = ("El programa que reparte los modelos no está en marcha. Pida que lo in
 
 def TALLASYCOLORES001(forma, ambiente):
     if forma.Name == "frmSalidasWizard":
-        documento = forma.Salida
         _conoce_su_salida(forma, ambiente.Conexion)
     else:
-        documento = forma.Entrada
-        # The save on the way has made the row; the screen reads its state from this when it ends.
-        forma.rstEntrada = ambiente.Conexion.Execute(f"SELECT * FROM entradas WHERE entrada = {documento}")
-    aviso = ambiente.Conexion.Execute("SELECT valor FROM parametros WHERE nombre = 'MallaExterna' AND valor <> ''")
-    if aviso.EOF:
-        # With a 1 the screen does not wait, nor does one that has been waiting for a program that is gone.
-        ambiente.Conexion.Execute("UPDATE ControlProc SET controlproc = 1")
+        _retiene_su_entrada(forma, ambiente.Conexion)
+    # The look for the program and the signal are one step: a program that takes its notice back in between
+    # would leave the screen waiting for nobody. With a 1 the screen does not wait, nor does one that has
+    # been waiting for a program that is gone.
+    senal = ambiente.Conexion.Execute(
+        "UPDATE ControlProc SET controlproc = CASE WHEN EXISTS (SELECT 1 FROM parametros "
+        "WHERE nombre = 'MallaExterna' AND valor <> '') THEN 0 ELSE 1 END RETURNING controlproc")
+    if senal.EOF or senal["controlproc"] != 0:
         ambiente.MuestraMensaje(FALTA, 16)
-    else:
-        ambiente.Conexion.Execute("UPDATE ControlProc SET controlproc = 0")
+
+
+def _retiene_su_entrada(forma, conexion):
+    """The save on the way lets go of a goods-in though its screen stays open: another one could open it
+    meanwhile, and both would post it. It is held until the screen closes, which lets go. The screen reads
+    its state from the row when it ends."""
+    conexion.Execute(f"UPDATE entradas SET ocupado = 1 WHERE entrada = {forma.Entrada} AND estado = 'PE'")
+    fila = conexion.Execute(f"SELECT * FROM entradas WHERE entrada = {forma.Entrada}")
+    if not fila.EOF:
+        forma.rstEntrada = fila
 
 
 def _conoce_su_salida(forma, conexion):
     """The save on the way takes a goods-out for finished unless the box says pending. No stock has moved,
     and a finished one could not be opened again to see its lines and post them. Of a document without a
     line it has made the row, which the screen has to know: to let go of it when it closes, and not to
-    make another one with the next model."""
-    conexion.Execute(f"UPDATE salidas SET estado = 'PE' WHERE salida = {forma.Salida}")
+    make another one with the next model. One that is nobody's, or of which stock has moved, stays as it
+    is; and a save that failed has made no row."""
+    conexion.Execute(
+        f"UPDATE salidas SET estado = 'PE' WHERE salida = {forma.Salida} AND ocupado <> 0 AND NOT EXISTS ("
+        "SELECT 1 FROM movsinv INNER JOIN salpart ON salpart.id_salida = movsinv.id_salida "
+        "WHERE salpart.salida = salidas.salida AND movsinv.operacion = 'SA' AND movsinv.importe IS NOT NULL)")
+    fila = conexion.Execute(f"SELECT * FROM salidas WHERE salida = {forma.Salida}")
+    if fila.EOF:
+        return
     if forma.Modo == "ALTA":
         forma.Modo = "MODIFICACION"
         forma.Caption = f"Salida: {forma.Salida}"
-    forma.rstSalida = conexion.Execute(f"SELECT * FROM salidas WHERE salida = {forma.Salida}")
+    forma.rstSalida = fila

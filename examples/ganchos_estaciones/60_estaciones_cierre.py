@@ -1,5 +1,8 @@
 """The station transfer at its end: cancelled, left pending, confirmed, closed."""
 
+import contextlib
+import dataclasses
+
 import pantalla_de_traspaso as pantalla
 import traspasos
 from pantalla_de_traspaso import ARTICULO, ENTREGA, INFORMACION, RECIBE
@@ -20,8 +23,8 @@ def MOVESTACIONES004(forma, ambiente):
 def MOVESTACIONES005(forma, ambiente):
     with pantalla.dice_el_rechazo(forma, ambiente, veta=True):
         traspaso = _revisado(forma, ambiente)
-        traspasos.guarda(ambiente, traspaso)
-        _deja_en(forma, traspaso)
+        with _lo_guardado_se_sabe(forma, traspaso):
+            traspasos.guarda(ambiente, traspaso)
         ambiente.MuestraMensaje(f"El traspaso {traspaso.traspaso} quedó pendiente.", INFORMACION)
 
 
@@ -33,12 +36,8 @@ def MOVESTACIONES006(forma, ambiente):
         _pregunta_si_esta_empezado(ambiente, traspaso)
         de, a = _almacenes(forma, ambiente, traspaso)
         _revisa_existencia(ambiente, traspaso, de)
-        try:
+        with _lo_guardado_se_sabe(forma, traspaso):
             traspasos.confirma(ambiente, traspaso, de, a)
-        except traspasos.SinTerminar:
-            _deja_en(forma, traspaso)
-            raise
-        _deja_en(forma, traspaso)
         partidas = len(traspaso.partidas)
         ambiente.MuestraMensaje(
             f"El traspaso {traspaso.traspaso} quedó confirmado: {partidas} "
@@ -50,10 +49,18 @@ def MOVESTACIONES007(forma, ambiente):
         forma.CancelaProceso = True
 
 
-def _deja_en(forma, traspaso):
-    forma.Id = traspaso.traspaso
-    pantalla.pon_estado(forma, traspaso)
-    pantalla.recuerda(forma, traspaso)
+@contextlib.contextmanager
+def _lo_guardado_se_sabe(forma, traspaso):
+    """However it ends, being stopped included, the screen knows what has been stored: if it forgot a new
+    transfer, the next try would make another one and move everything again."""
+    antes = dataclasses.replace(traspaso)
+    try:
+        yield
+    finally:
+        if traspaso != antes:  # a refusal stores nothing, and what is typed stays unsaved
+            forma.Id = traspaso.traspaso
+            pantalla.pon_estado(forma, traspaso)
+            pantalla.recuerda(forma, traspaso)
 
 
 def _revisado(forma, ambiente):
@@ -84,7 +91,10 @@ def _pregunta_si_esta_empezado(ambiente, traspaso):
 
 
 def _almacenes(forma, ambiente, traspaso):
-    de, a = (traspasos.almacen_de(ambiente, estacion) for estacion in (traspaso.entrega, traspaso.recibe))
+    de, a = traspasos.almacenes_de(ambiente, traspaso)
+    # What has left one warehouse has to arrive in the other, whatever was closed or assigned since.
+    if traspaso.empezado() and traspasos.movidas(ambiente, traspaso.traspaso):
+        return de, a
     if de == a:
         raise Rechazo(f"Las dos estaciones trabajan con el almacén {de}: no hay nada que mover.")
     if not ambiente.FechaValida(traspaso.fecha):  # it has told the operator why

@@ -20,12 +20,15 @@ def dice_el_rechazo(forma, ambiente, veta: bool = False):
     try:
         yield
     except traspasos.Rechazo as rechazo:
-        if veta:
-            forma.CancelaProceso = True
-        if str(rechazo):
-            ambiente.MuestraMensaje(str(rechazo), ALTO)
-        if rechazo.control:
-            forma.ColocaFoco(rechazo.control)
+        try:
+            if str(rechazo):
+                ambiente.MuestraMensaje(str(rechazo), ALTO)
+            if rechazo.control:
+                forma.ColocaFoco(rechazo.control)
+        finally:
+            # Last: what ran while the box was up, or on the way to the field, has a say of its own in it.
+            if veta:
+                forma.CancelaProceso = True
 
 
 # ---- the lines ---------------------------------------------------------------------------------
@@ -133,6 +136,7 @@ def pon_estado(forma, traspaso: traspasos.Traspaso) -> None:
     estado = "confirmado" if confirmado else "confirmación empezada" if fijo else "pendiente"
     forma.Caption = f"Traspaso entre estaciones {traspaso.traspaso}: {estado}"
     for control in (forma.txtFields[ENTREGA], forma.txtFields[RECIBE], forma.txtFields[ARTICULO],
-                    forma.txtFields[CANTIDAD], forma.DTPicker1, forma.Command1, forma.cmdPendiente):
+                    forma.txtFields[CANTIDAD], forma.DTPicker1, forma.Command1, forma.cmdPendiente,
+                    forma.grid):  # Delete would show less than what moves
         control.Enabled = not fijo
     forma.cmdConfirmar.Enabled = not confirmado

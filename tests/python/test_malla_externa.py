@@ -144,6 +144,57 @@ class Enseguida(Caso):
         self.assertEqual(self.anf.sql("SELECT SUM(existencia) AS n FROM existenciaalmacen WHERE almacen = 1"),
                          [{"n": 13.0}])
 
+    def test_a_goods_in_stays_its_screens_own_until_that_closes(self):
+        self.socio("--total", 12, "--vigila")
+        forma = self.entrada()
+        self.abajo(forma)
+        otro = tarvik.Anfitrion(base=f"sqlite:{self.archivo}", usuario="BETO", estacion="E2",
+                                ruta=str(self.carpeta / "datos"))
+        self.addCleanup(otro.cierra)
+        otro.EntradasSalidas().ModificaEntrada(1)
+        self.assertEqual((otro.pantallas, len(otro.mensajes)), ([], 1))
+        forma.cierra()
+        self.anf.procesa_eventos(50)
+        self.assertEqual(self.anf.sql("SELECT estado, ocupado FROM entradas"), [{"estado": "PE", "ocupado": 0}])
+        otro.EntradasSalidas().ModificaEntrada(1)
+        segunda = otro.pantallas[-1]
+        self.assertEqual(segunda.CuantasPartidas(), 12)
+        otro.respuestas.append(True)
+        segunda.tecla("F5", segunda.txtFields[0])
+        self.assertEqual(self.anf.sql("SELECT SUM(existencia) AS n FROM existenciaalmacen WHERE almacen = 1"),
+                         [{"n": 12.0}])
+
+    def test_a_goods_in_that_was_posted_meanwhile_is_not_held(self):
+        rutina = self.anf.ganchos["TALLASYCOLORES001"]
+
+        def ambas(forma, ambiente):
+            self.anf.sql("UPDATE entradas SET estado = 'CO'")
+            rutina(forma, ambiente)
+
+        self.anf.ganchos["TALLASYCOLORES001"] = ambas
+        self.abajo(self.entrada())
+        self.assertEqual(self.anf.sql("SELECT estado, ocupado FROM entradas"), [{"estado": "CO", "ocupado": 0}])
+
+    def test_a_goods_out_whose_save_failed_is_still_to_be_made(self):
+        self.socio("--por-celda", 1, "--vigila")
+        forma = self.salida()
+        self.anf.falla("INSERT INTO salidas")
+        self.abajo(forma, "BOT")
+        self.assertEqual((forma.Modo, self.anf.sql("SELECT * FROM salidas")), ("ALTA", []))
+        self.abajo(forma, "BOT")
+        self.assertEqual((forma.Modo, self.anf.sql("SELECT COUNT(*) AS n FROM salidas")),
+                         ("MODIFICACION", [{"n": 1}]))
+
+    def test_a_goods_out_of_which_stock_has_moved_stays_finished(self):
+        forma = self.salida()
+        self.abajo(forma, "BOT")
+        self.anf.sql("INSERT INTO salpart (id_salida, salida, articulo, cantidad) VALUES (1, ?, 'MAR-16', 2)",
+                     forma.Salida)
+        self.anf.sql("INSERT INTO movsinv (operacion, ent_sal, movimiento, id_salida, articulo, cantidad, importe) "
+                     "VALUES ('SA', 'S', 1, 1, 'MAR-16', 2, 0)")
+        self.abajo(forma, "BOT")
+        self.assertEqual(self.anf.sql("SELECT estado, ocupado FROM salidas"), [{"estado": "CO", "ocupado": 1}])
+
     def test_goods_out_gets_its_lines_too(self):
         socio = self.socio("--total", 8)
         forma = self.salida()
@@ -329,6 +380,81 @@ class Nunca(Caso):
         self.socio("--por-celda", 1)
         self.abajo(forma, "BOT")
         self.assertEqual(len(self.partidas()), 6)
+
+    def espera(self):
+        """Somebody waits, and the partner has gone to look for it."""
+        self.anf.sql("INSERT INTO entradas (entrada, estado) VALUES (1, 'PE')")
+        self.anf.sql("INSERT INTO mallaparam (usuario, modelo, concepto, documento, origen) "
+                     "VALUES ('ANA', 'BOT', 'COM', '1', 'EntradasInventario')")
+        self.senal(0)
+
+    def queda_libre(self):
+        self.assertEqual((self.senal(), self.celdas()), (1, 0))
+        self.assertEqual(self.anf.sql("SELECT * FROM mallaparam"), [])
+        self.assertEqual(self.anf.sql("SELECT valor FROM parametros WHERE nombre = 'MallaExterna'"), [])
+
+    def test_a_partner_that_is_told_to_end_lets_go_of_who_waits(self):
+        socio = self.socio("--por-celda", 1, "--vigila")
+        socio.send_signal(signal.SIGSTOP)
+        self.espera()
+        socio.terminate()
+        socio.send_signal(signal.SIGCONT)
+        self.assertEqual(self.termina(socio), ["Terminado."])
+        self.queda_libre()
+
+    def test_a_partner_whose_answer_the_base_refuses_lets_go_of_who_waits(self):
+        with sqlite3.connect(self.archivo) as otro:
+            otro.execute("CREATE TRIGGER lleno BEFORE INSERT ON mallacelda BEGIN SELECT RAISE(ABORT, 'disco lleno'); "
+                         "END")
+        otro.close()
+        socio = self.socio("--por-celda", 1, "--vigila")
+        self.espera()
+        _, error = socio.communicate(timeout=PACIENCIA)
+        self.assertEqual((socio.returncode, error), (2, "disco lleno\n"))
+        self.queda_libre()
+
+    def test_a_partner_that_ends_while_the_base_is_busy_still_takes_its_notice_back(self):
+        socio = self.socio("--por-celda", 1, "--vigila")
+        socio.send_signal(signal.SIGSTOP)
+        self.espera()
+        otro = sqlite3.connect(self.archivo, isolation_level=None, check_same_thread=False)
+        self.addCleanup(otro.close)
+        otro.execute("BEGIN IMMEDIATE")
+        socio.terminate()
+        socio.send_signal(signal.SIGCONT)
+        time.sleep(1.5)  # more than one try of the partner's
+        self.assertIsNone(socio.poll())
+        otro.execute("COMMIT")
+        self.assertEqual(self.termina(socio), ["Terminado."])
+        self.queda_libre()
+
+    def test_a_notice_that_goes_as_the_signal_is_set_leaves_nobody_waiting(self):
+        """The look for the partner and the signal are one statement, so nothing can come between."""
+        self.anf.sql("INSERT INTO parametros (nombre, valor) VALUES ('MallaExterna', 'proceso 1')")
+        rutina, ambiente = self.anf.ganchos["TALLASYCOLORES001"], self.anf.Ambiente
+        vistas = []
+
+        class Conexion:
+            def Execute(otro, texto):
+                filas = ambiente.Conexion.Execute(texto)
+                if "MallaExterna" in texto:  # and now the partner ends
+                    vistas.append(texto)
+                    self.anf.sql("DELETE FROM parametros WHERE nombre = 'MallaExterna'")
+                    self.anf.sql("UPDATE ControlProc SET controlproc = 1 WHERE controlproc = 0")
+                return filas
+
+        class Ambiente:
+            MuestraMensaje = staticmethod(ambiente.MuestraMensaje)
+
+        Ambiente.Conexion = Conexion()
+        self.anf.ganchos["TALLASYCOLORES001"] = lambda forma, _: rutina(forma, Ambiente())
+        hilo = threading.Timer(5, self.senal, (2,))
+        hilo.start()
+        inicio = time.monotonic()
+        self.abajo(self.entrada())
+        hilo.cancel()
+        self.assertEqual((len(vistas), self.senal()), (1, 1))
+        self.assertLess(time.monotonic() - inicio, 4)
 
     def test_a_partner_that_ends_takes_its_notice_back(self):
         socio = self.socio("--por-celda", 1, "--vigila")

@@ -352,6 +352,24 @@ class SurteDia(Caso):
         self.assertEqual(self.lineas(4), [("A1", 1, 6)])
         self.assertEqual(self.existencia("A1"), 0)
 
+    def test_a_delivery_that_came_with_recorded_invoices_is_not_received_again(self):
+        dia = "1,A1,2,5,\n2,A1,1,5,\n"
+        catalogo = self.archivo("catalogo.csv", "clave,precio\nA1,5\nA2,5\n")
+        entrega = self.archivo("entrega.csv", "articulo,cantidad,precio\nA1,10,4\n")
+        self.surte(dia, "--importa-catalogo", catalogo, "--entrega", entrega)
+        self.assertEqual(self.existencia("A1"), 7)
+        dicho = "La entrega se registró con esas facturas: no se recibe otra vez."
+        hecho = self.surte(dia + "3,A1,1,5,\n", "--entrega", entrega, "--omite-registradas")
+        self.assertIn(dicho, hecho.stdout)
+        self.assertEqual(self.existencia("A1"), 6)
+        hecho = self.surte(dia + "3,A1,1,5,\n4,A1,1,5,\n", "--entrega-del-dia", "--omite-registradas")
+        self.assertIn(dicho, hecho.stdout)
+        self.assertEqual(self.existencia("A1"), 5)
+        self.assertEqual(self.abre().sql("SELECT COUNT(*) AS n FROM entradas"), [{"n": 1}])
+        hecho = self.surte("9,A2,1,5,\n", "--entrega-del-dia", "--omite-registradas")  # nothing of it is recorded
+        self.assertNotIn(dicho, hecho.stdout)
+        self.assertEqual(self.existencia("A2"), 0)
+
     def test_pending_moves_nothing_but_the_delivery(self):
         self.tienda()
         hecho = self.surte("1,MAR-16,2,5,C001\nC2,MAR-16,-1,5,\n", "--pendiente", "--entrega-del-dia")
@@ -393,6 +411,41 @@ class SurteDia(Caso):
         self.assertIn(f"Interrumpido. La salida 2 queda pendiente, con {hechas} partidas. "
                       "Antes se afectó 1 documento.", errores)
         self.assertEqual((self.existencia("MAR-16"), self.existencia("MAR-20")), (4, 5))
+
+    def test_a_heading_that_is_refused_in_the_middle_of_the_day_ends_with_an_account(self):
+        self.tienda(MAR_16=50)
+        self.mano("UPDATE ON salidas WHEN NEW.estado = 'CO' BEGIN UPDATE tipominv SET ent_sal = 'E' "
+                  "WHERE tipo_movim = 'VTA'")
+        hecho = self.surte("1,MAR-16,2,5,\n2,MAR-16,1,5,\n2,MAR-16,1,5,\n", codigo=1)
+        self.assertIn("El día se detuvo: Concepto VTA, almacén 1: ", hecho.stderr)
+        self.assertRegex(hecho.stdout, r"(?m)^1 +salida 1 +1  afectada")
+        self.assertIn("Los libros concuerdan.", hecho.stdout)
+        self.assertIn("Quedaron 2 renglones del día sin registrar.", hecho.stdout)
+        self.assertEqual(self.existencia("MAR-16"), 48)
+
+    def test_a_base_that_refuses_in_the_middle_of_a_document_ends_with_an_account(self):
+        self.tienda(MAR_16=50, MAR_20=50)
+        # The first line of the second invoice is made, and then the base answers no more questions about it.
+        programa = self.archivo("falla.py", (
+            "import sys\n"
+            f"sys.path.insert(0, {str(EJEMPLOS)!r})\n"
+            "import surte_dia, tarvik\n"
+            "propia = surte_dia.Ventas.anota\n"
+            "def anota(self, renglon, documento, *resto):\n"
+            "    if renglon.linea == 3:\n"
+            "        raise tarvik.Error('disco lleno')\n"
+            "    propia(self, renglon, documento, *resto)\n"
+            "surte_dia.Ventas.anota = anota\n"
+            "surte_dia.comun.corre(surte_dia.principal)\n"))
+        hecho = self.corre(programa, self.archivo("dia.csv", TITULOS + "1,MAR-16,2,5,\n2,MAR-16,1,5,\n2,MAR-20,1,5,\n"))
+        self.assertEqual(hecho.returncode, 1, hecho.stdout + hecho.stderr)
+        self.assertIn("El día se detuvo: disco lleno", hecho.stderr)
+        self.assertRegex(hecho.stdout, r"(?m)^1 +salida 1 +1  afectada")
+        self.assertRegex(hecho.stdout, r"(?m)^2 +salida 2 +0  sin terminar")
+        self.assertIn("Salida 2: se hicieron 0 partidas y hay 1.", hecho.stdout)
+        self.assertIn("Quedaron 2 renglones del día sin registrar.", hecho.stdout)
+        self.assertEqual(self.abre().sql("SELECT salida, estado, ocupado FROM salidas ORDER BY salida"),
+                         [{"salida": 1, "estado": "CO", "ocupado": 0}, {"salida": 2, "estado": "PE", "ocupado": 0}])
 
     def test_a_full_screen_goes_on_in_a_further_document(self):
         self.tienda(MAR_16=50, MAR_20=50)
