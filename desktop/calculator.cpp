@@ -34,11 +34,10 @@ constexpr double kLargest = 1e15;
 class Reader {
  public:
   explicit Reader(std::string_view text) {
-    // One sign for each operation, and no blanks; a comma only stands between thousands.
+    // One sign for each operation. A blank ends a number and means nothing more.
     while (!text.empty()) {
       const char32_t character = data::Decode(text);
       text.remove_prefix(std::min(text.size(), std::max<std::size_t>(1, data::Encode(character).size())));
-      if (character == U' ' || character == U',') continue;
       if (character == U'×' || character == U'x' || character == U'X') {
         signs_ += U'*';
       } else if (character == U'÷' || character == U':') {
@@ -61,7 +60,11 @@ class Reader {
   }
 
  private:
-  [[nodiscard]] char32_t At() const { return at_ < signs_.size() ? signs_[at_] : 0; }
+  // The sign at hand, behind blanks.
+  [[nodiscard]] char32_t At() {
+    while (at_ < signs_.size() && signs_[at_] == U' ') ++at_;
+    return at_ < signs_.size() ? signs_[at_] : 0;
+  }
   bool Skip(char32_t sign) {
     if (At() != sign) return false;
     ++at_;
@@ -124,10 +127,11 @@ class Reader {
 
   double Number() {
     std::string digits;
-    while ((At() >= U'0' && At() <= U'9') || At() == U'.') {
-      digits += static_cast<char>(At());
-      ++at_;
-    }
+    auto of_a_number = [](char32_t sign) {
+      return (sign >= U'0' && sign <= U'9') || sign == U'.' || sign == U',';
+    };
+    (void)At();
+    for (; at_ < signs_.size() && of_a_number(signs_[at_]); ++at_) digits += static_cast<char>(signs_[at_]);
     if (digits.empty() || digits == ".") {
       if (At() == 0) throw Refused{};
       throw Refused{"No se entiende \"" + data::Encode(At()) + "\"."};

@@ -116,6 +116,7 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   table_->viewport()->installEventFilter(this);
   connect(filter_, &QLineEdit::textChanged, this, [this](const QString& typed) {
     wanted_ = 0;
+    asked_ = nullptr;
     model_->SetFilter(typed);
     ShowSums();
   });
@@ -182,6 +183,16 @@ void DocumentList::OnRested() {
   }
   ShowSums();
   emit SelectionChanged();
+  if (const auto asked = std::exchange(asked_, nullptr); asked && !model_->Failing()) Ask(asked);
+}
+
+// Enter right behind what was typed, as a scanner sends it: it means the rows to come, not those on show.
+void DocumentList::Ask(void (DocumentList::*what)(int)) {
+  if (model_->Busy() && (model_->Stale() || Selected() == 0)) {
+    asked_ = what;
+  } else if (Selected() != 0) {
+    emit(this->*what)(Selected());
+  }
 }
 
 void DocumentList::ShowSums() {
@@ -245,18 +256,17 @@ bool DocumentList::eventFilter(QObject* watched, QEvent* event) {
     if (pressed) act();
     return true;
   };
+  const bool once =
+      key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter || key->key() == Qt::Key_Insert;
+  if (once && key->isAutoRepeat()) return take([] {});  // a key held down opens one document
   switch (key->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
       if (plain) {
-        return take([this] {
-          if (Selected() != 0) emit OpenRequested(Selected());
-        });
+        return take([this] { Ask(&DocumentList::OpenRequested); });
       }
       if (modifiers == Qt::ControlModifier) {
-        return take([this] {
-          if (Selected() != 0) emit ReadRequested(Selected());
-        });
+        return take([this] { Ask(&DocumentList::ReadRequested); });
       }
       break;
     case Qt::Key_Insert:

@@ -49,6 +49,8 @@ class DocumentList : public QWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
+  void Ask(void (DocumentList::*what)(int));
+  void (DocumentList::*asked_)(int) = nullptr;  // waits for the rows that were asked for
   void ShowSums();
   void OnRested();
 

@@ -140,6 +140,7 @@ QWidget* DocumentView::KeyLine() {
 Keys DocumentView::KeysNow() const {
   Keys keys;
   const forms::Control* active = Screen().ActiveControl();
+  if (!wizard_.txtFields(0).Enabled()) return {{QStringLiteral("F1"), tr("ayuda")}};  // only read
   if (active == &wizard_.fg2) {
     keys = {
         {tr("Intro"), tr("corregir")}, {tr("Supr"), tr("quitar, en Artículo")}, {tr("Alt+↓"), tr("captura")}};
@@ -232,6 +233,7 @@ void DocumentView::AtRest() {
   auto* platform = dynamic_cast<QtPlatform*>(&Screen().GetPlatform());
   if (!platform || platform->MessagesShown() == messages_seen_) return;
   messages_seen_ = platform->MessagesShown();
+  if (platform->MessageOf() != &Screen()) return;
   // A message that sent the operator to a field: the field keeps the mark until it is mended.
   if (forms::Control* active = Screen().ActiveControl()) {
     Refuse(*active,

@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QSettings>
 
+#include "desktop/figures.h"
 #include "desktop/theme.h"
 #include "forms/form.h"
 
@@ -157,10 +158,19 @@ class GridView::Painter final : public QStyledItemDelegate {
     const bool alarming =
         index.column() == view_.alarm_ && index.data().toString().startsWith(QLatin1Char('-'));
     painter->setPen(theme.Color(alarming ? Role::Refused : (here ? Role::CellInk : Role::Ink)));
-    const QString text = painter->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight,
-                                                           option.rect.width() - 2 * measure::kGrid);
-    painter->drawText(option.rect.adjusted(measure::kGrid, 0, -measure::kGrid, 0),
-                      index.data(Qt::TextAlignmentRole).toInt(), text);
+    const QString text = index.data().toString();
+    const QRect area = option.rect.adjusted(measure::kGrid, 0, -measure::kGrid, 0);
+    if (view_.numbers_.contains(index.column())) {
+      painter->save();
+      painter->setClipRect(option.rect);
+      DrawFigures(*painter, area, text, true);
+      painter->restore();
+      return;
+    }
+    const QFontMetrics metrics = painter->fontMetrics();
+    const bool fits = metrics.horizontalAdvance(text) <= area.width();
+    painter->drawText(area, index.data(Qt::TextAlignmentRole).toInt(),
+                      fits ? text : metrics.elidedText(text, Qt::ElideRight, area.width()));
   }
 
  private:

@@ -1,62 +1,18 @@
 // The painting of cells, and the manners that all tables of the lists share. It reads no data.
 #include "desktop/list_cells.h"
 
-#include <QHash>
 #include <QHeaderView>
 #include <QPainter>
 #include <QSettings>
 #include <QTableView>
-#include <algorithm>
-#include <array>
 
+#include "desktop/figures.h"
 #include "desktop/theme.h"
 
 namespace tarvik::desktop {
 namespace {
 
 constexpr int kPadding = measure::kGrid;
-
-// How wide a font draws each sign that a figure is made of; measured once a font.
-struct FigureWidths {
-  int digit = 0;  // the widest
-  std::array<int, 128> each{};
-};
-
-const FigureWidths& WidthsOf(const QFont& font) {
-  static QHash<QString, FigureWidths> known;
-  FigureWidths& widths = known[font.key()];
-  if (widths.digit > 0) return widths;
-  const QFontMetrics metrics(font);
-  for (int sign = 0; sign < static_cast<int>(widths.each.size()); ++sign) {
-    widths.each[static_cast<std::size_t>(sign)] = metrics.horizontalAdvance(QChar(sign));
-  }
-  widths.digit = *std::max_element(&widths.each['0'], &widths.each['9'] + 1);
-  return widths;
-}
-
-// The font's own figures may differ in width; here each takes the room of the widest.
-void DrawFigures(QPainter& painter, QRect area, const QString& text, bool right) {
-  const FigureWidths& widths = WidthsOf(painter.font());
-  auto own = [&](QChar sign) {
-    return sign.unicode() < widths.each.size() ? widths.each[sign.unicode()]
-                                               : painter.fontMetrics().horizontalAdvance(sign);
-  };
-  auto room = [&](QChar sign) { return sign.isDigit() ? widths.digit : own(sign); };
-  if (!right) {
-    int width = 0;
-    for (const QChar sign : text) width += room(sign);
-    area.setWidth(std::min(width, area.width()));
-  }
-  const QFontMetrics metrics = painter.fontMetrics();
-  const int baseline = area.top() + (area.height() + metrics.ascent() - metrics.descent()) / 2;
-  int x = area.right() + 1;
-  for (auto at = text.size() - 1; at >= 0; --at) {
-    const QChar sign = text.at(at);
-    x -= room(sign);
-    if (x < area.left() - widths.digit) return;
-    painter.drawText(QPointF(x + (room(sign) - own(sign)) / 2.0, baseline), sign);
-  }
-}
 
 }  // namespace
 

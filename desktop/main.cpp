@@ -10,6 +10,7 @@
 #include <iostream>
 
 #include "data/error.h"
+#include "desktop/boxes.h"
 #include "desktop/main_window.h"
 #include "desktop/program.h"
 #include "desktop/theme.h"
@@ -55,6 +56,10 @@ int main(int argc, char** argv) {
     return QApplication::exec();
   } catch (const tarvik::data::Error& error) {
     std::cerr << error.what() << '\n';
+    // Started from a menu, nobody reads the other. Where there is no screen, nobody could answer.
+    if (QApplication::platformName() != QStringLiteral("offscreen"))
+      ShowBox(nullptr, tarvik::forms::BoxKind::Error, QString::fromUtf8(error.what()),
+              tarvik::forms::kBoxStop);
     return 2;
   }
 }

@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QDate>
 #include <QHBoxLayout>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -19,6 +20,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <limits>
 
 #include "desktop/document_list.h"
 #include "desktop/qt_platform.h"
@@ -194,6 +196,9 @@ void MainWindow::MakeMenus() {
   connect(
       Add(document, QStringLiteral("&Traspaso de estación"), {QKeySequence(QStringLiteral("Ctrl+Shift+T"))}),
       &QAction::triggered, this, &MainWindow::Transfer);
+  connect(Add(document, QStringLiteral("Abrir tras&paso por número…"),
+              {QKeySequence(QStringLiteral("Ctrl+Shift+A"))}),
+          &QAction::triggered, this, &MainWindow::OpenTransfer);
   document.addSeparator();
 
   // The keys of a list are the list's own, so that a screen may have the same ones; here they are
@@ -571,6 +576,17 @@ void MainWindow::New(bool goods_in) {
 void MainWindow::Transfer() {
   Try(QStringLiteral("No se pudo abrir el traspaso de estación"),
       [this] { door_.movimientoEstacion(0, false); });
+}
+
+// Transfers are the deployer's: there is no list of them here, and their number is what an operator has.
+void MainWindow::OpenTransfer() {
+  bool chosen = false;
+  const int number = QInputDialog::getInt(this, QStringLiteral("Traspaso de estación"),
+                                          QStringLiteral("Número del traspaso"), 1, 1,
+                                          std::numeric_limits<int>::max(), 1, &chosen);
+  if (!chosen) return;
+  Try(QStringLiteral("No se pudo abrir el traspaso de estación"),
+      [this, number] { door_.movimientoEstacion(number, false); });
 }
 
 void MainWindow::OpenDocument(DocumentList& list, int number, bool read_only) {

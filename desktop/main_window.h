@@ -104,6 +104,7 @@ class MainWindow : public QMainWindow {
   [[nodiscard]] DocumentList* ListOnShow() const;
   void New(bool goods_in);
   void Transfer();
+  void OpenTransfer();
   void OpenDocument(DocumentList& list, int number, bool read_only);
   void DeleteDocument(DocumentList& list, int number);
   void Release(DocumentList& list, int number);

@@ -61,7 +61,9 @@ class PagedModel : public QAbstractTableModel {
   // With `reach` it reads on at once to the row of that key, as far as kReach keys.
   void Refresh(std::optional<std::int64_t> reach = {});
 
-  [[nodiscard]] bool Busy() const { return reading_; }                      // a page is under way
+  [[nodiscard]] bool Busy() const { return reading_; }  // a page is under way
+  // What is on show is not yet what was asked for.
+  [[nodiscard]] bool Stale() const { return fresh_ && reading_; }
   [[nodiscard]] bool Failing() const { return failed_; }                    // the last reading failed
   [[nodiscard]] bool Complete() const { return complete_; }                 // the last page has been read
   [[nodiscard]] const std::optional<Sums>& Total() const { return sums_; }  // nothing until they are ready

@@ -17,6 +17,7 @@
 #include "desktop/qt_platform.h"
 #include "desktop/search_popup.h"
 #include "desktop/stations_view.h"
+#include "desktop/stock_view.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
 #include "python/ganchos.h"
@@ -95,6 +96,7 @@ Program::Program(Theme& theme, const ProgramOptions& options)
   };
 
   hooks_ = std::make_unique<HooksWindow>(*office_);
+  hooks_->setAttribute(Qt::WA_QuitOnClose, false);
   routines_ = std::make_unique<python::Rutinas>(python::OpcionesDeRutinas{
       .observador = hooks_.get(),
       .bitacora =
@@ -169,7 +171,10 @@ void Program::ShowScreen(forms::Form& form, bool modal) {
 }
 
 void Program::Help(const ScreenView* view) {
-  if (!help_) help_ = std::make_unique<HelpWindow>(settings_.get());
+  if (!help_) {
+    help_ = std::make_unique<HelpWindow>(settings_.get());
+    help_->setAttribute(Qt::WA_QuitOnClose, false);  // the program ends with its main window
+  }
   // Over a screen that the others wait for, help is in front of it and can be read and closed.
   const Qt::WindowModality modality = view && view->isModal() ? Qt::ApplicationModal : Qt::NonModal;
   if (help_->windowModality() != modality) {
@@ -179,6 +184,13 @@ void Program::Help(const ScreenView* view) {
   if (view) {
     help_->Open(QString::fromStdString(view->Screen().Caption()), view->KeysNow(),
                 ManualPageFor(QString::fromStdString(view->Screen().Name())));
+  } else if (window_->Stock().isVisible()) {
+    help_->Open(tr("Existencias"),
+                {{tr("↑ ↓"), tr("artículo")},
+                 {tr("Tab"), tr("movimientos")},
+                 {tr("Esc"), tr("ver todo")},
+                 {QStringLiteral("F5"), tr("actualizar")}},
+                QStringLiteral("existencias"));
   } else {
     help_->Open(tr("Listas"),
                 {{tr("Intro"), tr("abrir")},

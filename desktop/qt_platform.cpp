@@ -24,7 +24,7 @@ extern "C" void AskToEnd(int) { end_requested = true; }
 }  // namespace
 
 QtPlatform::QtPlatform() {
-  std::signal(SIGTERM, AskToEnd);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, AskToEnd);
   auto* watch = new QTimer(this);
   watch->setInterval(200);
   connect(watch, &QTimer::timeout, this, [] {
@@ -51,6 +51,7 @@ bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& given, int styl
   if (kind == forms::BoxKind::Message || kind == forms::BoxKind::Error) {
     last_message_ = text;
     ++messages_;
+    message_of_ = ActiveForm();
   }
   if (on_box) return on_box(kind, text, style);
   return desktop::ShowBox(QApplication::activeWindow(), kind, QString::fromStdString(text), style);

@@ -39,6 +39,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   // marks the field that a message sent the operator to.
   [[nodiscard]] const std::string& LastMessage() const { return last_message_; }
   [[nodiscard]] int MessagesShown() const { return messages_; }
+  [[nodiscard]] const forms::Form* MessageOf() const { return message_of_; }  // the screen in front then
   // While a step of the suite lets events through.
   [[nodiscard]] bool LettingThrough() const { return letting_through_ > 0; }
   // How many errors found no trap so far.
@@ -71,6 +72,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   QHash<forms::Timer*, QTimer*> timers_;
   std::string last_message_;
   int messages_ = 0;
+  const forms::Form* message_of_ = nullptr;  // compared only
   int letting_through_ = 0;
   int unhandled_ = 0;
 };

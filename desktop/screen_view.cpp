@@ -13,6 +13,7 @@
 #include <QScopedValueRollback>
 #include <QTextEdit>
 #include <QTimer>
+#include <algorithm>
 
 #include "desktop/grid_view.h"
 #include "desktop/qt_platform.h"
@@ -84,6 +85,28 @@ std::optional<int> CodeOf(int key) {
   return std::nullopt;
 }
 
+// Whether a key's text is characters, of whatever script, and no control code.
+bool Types(const QString& text) {
+  constexpr char32_t kRubout = 0x7F;
+  const QList<uint> characters = text.toUcs4();
+  return !characters.isEmpty() && std::all_of(characters.begin(), characters.end(),
+                                              [](uint sign) { return sign >= U' ' && sign != kRubout; });
+}
+
+// Keys by which a text widget moves its caret or selects, and which it does by itself.
+bool MovesCaret(const QKeyEvent& key) {
+  for (const auto known :
+       {QKeySequence::MoveToNextChar, QKeySequence::MoveToPreviousChar, QKeySequence::MoveToNextWord,
+        QKeySequence::MoveToPreviousWord, QKeySequence::MoveToStartOfLine, QKeySequence::MoveToEndOfLine,
+        QKeySequence::MoveToStartOfDocument, QKeySequence::MoveToEndOfDocument, QKeySequence::SelectNextChar,
+        QKeySequence::SelectPreviousChar, QKeySequence::SelectNextWord, QKeySequence::SelectPreviousWord,
+        QKeySequence::SelectStartOfLine, QKeySequence::SelectEndOfLine, QKeySequence::SelectStartOfDocument,
+        QKeySequence::SelectEndOfDocument, QKeySequence::Copy}) {
+    if (key.matches(known)) return true;
+  }
+  return false;
+}
+
 bool HasText(const forms::Control& control) {
   return dynamic_cast<const forms::TextBox*>(&control) != nullptr;
 }
@@ -111,6 +134,8 @@ QWidget* ScreenView::WidgetOf(const forms::Control& control) const { return widg
 
 void ScreenView::PaintNow() {
   CatchUp();
+  // The layout alone: a text that has just come needs its room.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   repaint();
 }
 
@@ -469,8 +494,7 @@ bool ScreenView::Forward(QKeyEvent& event) {
   const int shift = (modifiers & Qt::ShiftModifier) ? forms::kShift : 0;
   if (modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) {
     // AltGr types characters; anything else with these belongs to the menus.
-    if (event.text().isEmpty() || !event.text().front().isPrint() || !(modifiers & Qt::AltModifier) ||
-        !(modifiers & Qt::ControlModifier)) {
+    if (!Types(event.text()) || !(modifiers & Qt::AltModifier) || !(modifiers & Qt::ControlModifier)) {
       return false;
     }
   }
@@ -483,7 +507,7 @@ bool ScreenView::Forward(QKeyEvent& event) {
             : 0;
     form->Press({*code, back ? forms::kShift : shift, character});
     if (*code == forms::kKeyF1) emit HelpRequested();
-  } else if (!event.text().isEmpty() && event.text().front().isPrint()) {
+  } else if (Types(event.text())) {
     for (const char32_t character : event.text().toStdU32String()) form->Press(forms::KeyFor(character));
   } else {
     return false;
@@ -518,6 +542,7 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
           return true;
         }
         if (key->matches(QKeySequence::Cut)) {
+          if (box->SelLength() == 0) return true;
           if (line) line->copy();
           if (notes) notes->copy();
           form_->Press({forms::kKeyDelete, 0, 0});
@@ -549,15 +574,28 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
         }
       }
       if (qobject_cast<QComboBox*>(watched) && key->key() == Qt::Key_F4) return false;
-      return Forward(*key);
+      if (Forward(*key)) return true;
+      // What is not the form's either moves the caret or is nothing: a widget never edits itself.
+      if ((line || notes) && !MovesCaret(*key)) {
+        key->ignore();
+        return true;
+      }
+      return false;
     }
     case QEvent::KeyRelease:
       if (qobject_cast<QAbstractButton*>(watched)) return true;
       break;
     case QEvent::InputMethod: {
       auto* composed = static_cast<QInputMethodEvent*>(event);
-      if (box && !composed->commitString().isEmpty()) {
-        form_->Paste(composed->commitString().toStdString());
+      if (box && (line || notes)) {
+        const bool writes = !composed->preeditString().isEmpty() || !composed->commitString().isEmpty();
+        if (writes && box->SelLength() > 0) form_->Paste("");
+        for (const char32_t sign : composed->commitString().toStdU32String())
+          form_->Press(forms::KeyFor(sign));
+        // What is being composed is shown; what is written comes from the form.
+        QInputMethodEvent rest(composed->preeditString(), composed->attributes());
+        const QScopedValueRollback<bool> showing(showing_, true);
+        watched->event(&rest);
         Rest();
         return true;
       }
@@ -578,7 +616,9 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
       if (line || notes) {
         if (mouse->button() == Qt::MiddleButton) {
           form_->Enter(*control);
-          form_->Paste(QApplication::clipboard()->text(QClipboard::Selection).toStdString());
+          if (control->HasFocus()) {
+            form_->Paste(QApplication::clipboard()->text(QClipboard::Selection).toStdString());
+          }
           Rest();
           return true;
         }
@@ -595,6 +635,8 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
       break;
     }
     case QEvent::MouseButtonRelease:
+      // The form has pasted when the button went down.
+      if (box && static_cast<QMouseEvent*>(event)->button() == Qt::MiddleButton) return true;
       if (control->IsLabel()) {
         form_->Click(*control);
         Rest();
@@ -605,6 +647,13 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
       if (box && line) {
         form_->DoubleClick(*control);
         Rest();
+        return true;
+      }
+      break;
+    case QEvent::Wheel:
+      // A wheel that scrolls past changes nothing.
+      if ((qobject_cast<QDateEdit*>(watched) || qobject_cast<QComboBox*>(watched)) && !control->HasFocus()) {
+        event->ignore();
         return true;
       }
       break;

@@ -34,6 +34,9 @@ TEST(Calculations, SayWhyThereIsNone) {
       {"2a", "No se entiende \"a\"."},
       {"é", "No se entiende \"é\"."},
       {"1.2.3", "\"1.2.3\" no es un número."},
+      {"12,5", "\"12,5\" no es un número."},  // 125 would be worse than a refusal
+      {"1,2,3", "\"1,2,3\" no es un número."},
+      {"12 5", "No se entiende \"5\"."},
       {"999999999*999999999", "El resultado es demasiado grande."}};
   for (const auto& [expression, reason] : cases) {
     const Calculation done = Calculate(expression);

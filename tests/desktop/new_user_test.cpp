@@ -86,7 +86,7 @@ TEST_F(PrimerDia, AReceiptOfTenLinesFromTheListAndBackToIt) {
   ASSERT_NE(table, nullptr);
   ASSERT_TRUE(QTest::qWaitFor([&] { return table->model()->rowCount() == 1; }));
   Keys({Qt::Key_Return});
-  ASSERT_EQ(program->Platform().Screens().size(), 1u);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return program->Platform().Screens().size() == 1; }));
   EXPECT_EQ(Receipt().Modo, "CONSULTA");
   EXPECT_EQ(Receipt().CuantasPartidas(), 9);
   EXPECT_EQ(Receipt().txtFields(11).Text(), total);

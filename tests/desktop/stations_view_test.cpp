@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QPushButton>
+#include <QSpinBox>
 
 #include "tests/desktop/escritorio.h"
 
@@ -123,6 +124,27 @@ TEST_F(EscritorioDeEstaciones, ARoutineThatRefusesKeepsTheWindowOpen) {
   Settle();
   EXPECT_TRUE(form.Open());
   EXPECT_TRUE(program->ViewOf(form)->isVisible());
+}
+
+TEST_F(EscritorioDeEstaciones, ATransferLeftPendingIsOpenedAgainByItsNumber) {
+  std::int32_t opened = 0;
+  Routine("MOVESTACIONES001", [&](frmMovEstaciones& form) { opened = form.Id; });
+  auto ask = [this](std::function<void(QWidget&)> answer) {
+    program->Window().activateWindow();
+    (void)QTest::qWaitForWindowActive(&program->Window());
+    WhenModal(std::move(answer));
+    QTest::keyClick(&program->Window(), Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+  };
+  ask([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });  // thought better of it
+  EXPECT_TRUE(program->Platform().Screens().empty());
+  ask([](QWidget& dialog) {
+    auto* number = dialog.findChild<QSpinBox*>();
+    number->selectAll();
+    QTest::keyClicks(number, QStringLiteral("37"));
+    QTest::keyClick(number, Qt::Key_Return);
+  });
+  EXPECT_EQ(opened, 37);
+  EXPECT_EQ(program->Platform().Screens().size(), 1u);
 }
 
 TEST_F(EscritorioDeEstaciones, AModalTransferWaitsInAWindowOfItsOwn) {
