@@ -172,9 +172,10 @@ void DocumentView::ShowState() {
   QString held;
   if (document.number != 0) {
     try {
-      const auto rows = office().host.Conexion().Run(std::string("SELECT estado, usuario, usuhora FROM ") +
-                                                         document.table + " WHERE " + document.key + " = ?",
-                                                     {document.number});
+      const auto rows =
+          office().host.Conexion().Run(std::string("SELECT estado, usuario, usuhora, ocupado FROM ") +
+                                           document.table + " WHERE " + document.key + " = ?",
+                                       {document.number});
       if (!rows.rows.empty()) {
         const bool posted = data::ToText(rows.rows[0][0]) == "CO";
         state = posted ? QStringLiteral("afectado") : QStringLiteral("pendiente");
@@ -182,6 +183,12 @@ void DocumentView::ShowState() {
         held = tr("%1 desde las %2")
                    .arg(QString::fromStdString(data::ToText(rows.rows[0][1])),
                         QString::fromStdString(data::ToText(rows.rows[0][2])).left(5));
+        if (!data::IsNonZero(rows.rows[0][3])) {
+          // Freed by another station, or stored and let go of: somebody else may have it by now.
+          state = QStringLiteral("pendiente");
+          text = tr("Liberado");
+          held = tr("Esta pantalla ya no tiene el documento: ciérrela y ábralo de nuevo antes de seguir");
+        }
       }
     } catch (const std::exception&) {
       text = tr("Estado desconocido");

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QSettings>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -36,6 +37,7 @@ namespace {
 constexpr int kCountEvery = 20000;  // milliseconds between two looks at what others have left waiting
 constexpr int kCloseWithin = 1000;  // a screen that is still open then has refused to close
 constexpr int kAgain = 50;          // milliseconds
+constexpr int kFrame = 40;          // pixels that the title of a window takes
 constexpr std::array kKinds{ListKind::Entradas, ListKind::EntradasPendientes, ListKind::Salidas,
                             ListKind::SalidasPendientes};
 constexpr int kStockPage = 4;
@@ -111,7 +113,11 @@ MainWindow::MainWindow(Office& office, EntradasSalidas& door)
   const int mode = office.settings.value(kThemeSetting, static_cast<int>(office.theme.Chosen())).toInt();
   themes_->actions().value(std::clamp(mode, 0, 2))->setChecked(true);
   if (mode != static_cast<int>(office.theme.Chosen())) ChooseTheme(mode);
-  resize(160 * measure::kGrid, 96 * measure::kGrid);
+  // Within the screen, its frame too: the key line at the foot is to be seen.
+  const QSize room = screen()->availableSize() - QSize(0, kFrame);
+  const QSize wanted = QSize(160 * measure::kGrid, 96 * measure::kGrid).boundedTo(room);
+  if (wanted.width() < measure::kNarrowWindow) rail_->SetNarrow(true);
+  resize(wanted);
   restoreGeometry(office.settings.value(kGeometry).toByteArray());
 
   auto* timer = new QTimer(this);

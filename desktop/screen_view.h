@@ -45,6 +45,8 @@ class ScreenView : public QWidget, public forms::FormListener {
   // Controls that have a widget here, by their full names: "txtFields(4)".
   [[nodiscard]] QStringList Bound() const;
   [[nodiscard]] QWidget* WidgetOf(const forms::Control& control) const;
+  // After an act that came from outside the view: what it shows beside the form is read anew.
+  void Refresh() { Rest(); }
   // Deletes the view, at the latest once the operator's act that it is in the middle of has ended: an act
   // may close its own screen, and box or modal screen inside it run the loop on. May be called twice.
   void Dismiss();

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "desktop/screen_view.h"
 #include "desktop/search_panel.h"
 #include "desktop/theme.h"
 #include "forms/form.h"
@@ -58,13 +59,16 @@ QPointer<QWidget> ShowSearchList(Office& office, forms::SearchBox& box, QWidget&
     if (back != nullptr) back->setFocus(Qt::PopupFocusReason);
   };
   QObject::connect(panel, &SearchPanel::Left, list, leave);
-  QObject::connect(panel, &SearchPanel::Taken, list, [leave, field, form](const QString& key) {
+  QObject::connect(panel, &SearchPanel::Taken, list, [leave, field, form, back](const QString& key) {
     leave();
     // The screen may have gone while its list was open.
     const auto held = form.lock();
     if (held == nullptr || !held->Open()) return;
     const std::string chosen = key.toStdString();
     held->Act([&] { field->Text(chosen); });
+    for (QWidget* around = back; around; around = around->parentWidget()) {
+      if (auto* view = qobject_cast<ScreenView*>(around)) return view->Refresh();
+    }
   });
 
   list->setGeometry(Place(anchor));

@@ -102,6 +102,27 @@ TEST_F(Manos, ADocumentThatIsOnlyReadOffersNoKeyThatDoesNothing) {
   EXPECT_EQ(keys[0].first, QStringLiteral("F1"));
 }
 
+TEST_F(Manos, ADocumentThatAnotherStationLetGoOfSaysSo) {
+  frmEntradasWizard& form = New();
+  Type(QStringLiteral("COM"));
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  Line(QString::fromStdString(Article(0)), QStringLiteral("1"));
+  Settle();
+  auto says = [&](const char* words) {
+    for (const QLabel* label : program->ViewOf(form)->findChildren<QLabel*>()) {
+      if (label->text().contains(QString::fromUtf8(words))) return true;
+    }
+    return false;
+  };
+  EXPECT_FALSE(says("Liberado"));
+  program->Host().Conexion().Run("UPDATE entradas SET ocupado = 0", {});
+  Type(QStringLiteral("X"));
+  Settle();
+  EXPECT_TRUE(says("Liberado"));
+  EXPECT_TRUE(says("ábralo de nuevo"));
+}
+
 TEST_F(Manos, ANumberTooWideForItsColumnIsSeenToBeCutOff) {
   auto inked = [](const QString& text, int width) {
     QImage picture(width, 24, QImage::Format_ARGB32_Premultiplied);
