@@ -146,6 +146,7 @@ class Box : public QDialog {
   QPushButton* AddButton(const QString& caption, const QString& accessible, int result) {
     auto* button = new QPushButton(caption, this);
     button->setAccessibleName(accessible);
+    button->installEventFilter(this);
     button->setAutoDefault(true);
     button->setMinimumWidth(12 * kGrid);
     buttons_->addWidget(button);
@@ -178,7 +179,13 @@ class Box : public QDialog {
   }
 
  protected:
+  // A key that was still down when the box came up answers nothing: it has not been read yet.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->isAutoRepeat()) return true;
+    return QDialog::eventFilter(watched, event);
+  }
   void keyPressEvent(QKeyEvent* event) override {
+    if (event->isAutoRepeat()) return;
     if (event->matches(QKeySequence::Copy)) {
       QApplication::clipboard()->setText(text_);
       return;

@@ -193,17 +193,25 @@ QAction* MainWindow::Add(QMenu& menu, const QString& text, const QList<QKeySeque
   return action;
 }
 
+// Also from a screen in a window of its own.
+QAction* MainWindow::Everywhere(QAction* action) {
+  action->setShortcutContext(Qt::ApplicationShortcut);
+  return action;
+}
+
 void MainWindow::MakeMenus() {
   auto& document = *menuBar()->addMenu(QStringLiteral("&Documento"));
-  connect(Add(document, QStringLiteral("Nueva &entrada"), {QKeySequence(QStringLiteral("Ctrl+Shift+E"))}),
+  connect(Everywhere(Add(document, QStringLiteral("Nueva &entrada"),
+                         {QKeySequence(QStringLiteral("Ctrl+Shift+E"))})),
           &QAction::triggered, this, [this] { New(true); });
-  connect(Add(document, QStringLiteral("Nueva &salida"), {QKeySequence(QStringLiteral("Ctrl+Shift+S"))}),
+  connect(Everywhere(
+              Add(document, QStringLiteral("Nueva &salida"), {QKeySequence(QStringLiteral("Ctrl+Shift+S"))})),
           &QAction::triggered, this, [this] { New(false); });
-  connect(
-      Add(document, QStringLiteral("&Traspaso de estación"), {QKeySequence(QStringLiteral("Ctrl+Shift+T"))}),
-      &QAction::triggered, this, &MainWindow::Transfer);
-  connect(Add(document, QStringLiteral("Abrir tras&paso por número…"),
-              {QKeySequence(QStringLiteral("Ctrl+Shift+A"))}),
+  connect(Everywhere(Add(document, QStringLiteral("&Traspaso de estación"),
+                         {QKeySequence(QStringLiteral("Ctrl+Shift+T"))})),
+          &QAction::triggered, this, &MainWindow::Transfer);
+  connect(Everywhere(Add(document, QStringLiteral("Abrir tras&paso por número…"),
+                         {QKeySequence(QStringLiteral("Ctrl+Shift+A"))})),
           &QAction::triggered, this, &MainWindow::OpenTransfer);
   document.addSeparator();
 

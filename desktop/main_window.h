@@ -85,6 +85,7 @@ class MainWindow : public QMainWindow {
   void MakeRail();
   void MakeMenus();
   void MakeStatus();
+  static QAction* Everywhere(QAction* action);
   QAction* Add(QMenu& menu, const QString& text, const QList<QKeySequence>& keys);
   void ShowTab(int index);
   void NextTab(int step);

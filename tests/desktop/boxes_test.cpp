@@ -84,6 +84,23 @@ TEST_F(Boxes, KeysAnswerAQuestion) {
   EXPECT_FALSE(Answer(BoxKind::Question, 1, Qt::Key_Escape));
 }
 
+TEST_F(Boxes, AKeyStillHeldDownWhenTheBoxComesUpAnswersNothing) {
+  const auto box = MakeBox(nullptr, BoxKind::Question, QStringLiteral("¿Afectar?"), 1);
+  box->show();
+  QApplication::processEvents();
+  for (Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_S, Qt::Key_Escape}) {
+    for (QWidget* target :
+         {static_cast<QWidget*>(box->findChild<QPushButton*>()), static_cast<QWidget*>(box.get())}) {
+      QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier,
+                     key == Qt::Key_S ? QStringLiteral("s") : QString(), true);
+      QApplication::sendEvent(target, &held);
+    }
+    EXPECT_TRUE(box->isVisible()) << key;
+  }
+  QTest::keyClick(box.get(), Qt::Key_S);
+  EXPECT_FALSE(box->isVisible());
+}
+
 TEST_F(Boxes, AnArrowGoesToTheOtherButton) {
   WhenModal([](QWidget& box) {
     Press(box, Qt::Key_Right);

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QLabel>
@@ -86,9 +87,13 @@ class Escritorio : public ::testing::Test {
       const QString name = QString::fromStdString(control->FullName());
       EXPECT_TRUE(bound.contains(name)) << control->FullName() << " has no place in the view";
       const QWidget* widget = view->WidgetOf(*control);
-      if (widget && control->Focusable()) {
-        EXPECT_FALSE(widget->accessibleName().isEmpty()) << control->FullName();
-      }
+      if (!widget || !control->Focusable()) continue;
+      // As a reader of the screen sees it.
+      QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+      ASSERT_NE(spoken, nullptr) << control->FullName();
+      EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty()) << control->FullName();
+      EXPECT_NE(spoken->role(), QAccessible::NoRole) << control->FullName();
+      EXPECT_NE(spoken->role(), QAccessible::Client) << control->FullName();
     }
   }
 

@@ -1,5 +1,6 @@
 // What hands do besides typing: the clipboard, the wheel, composed characters, keys held down, two
 // screens at once. The form and what is seen stay the same text.
+#include <QAction>
 #include <QDateEdit>
 #include <QImage>
 #include <QInputMethodEvent>
@@ -121,6 +122,22 @@ TEST_F(Manos, ADocumentThatAnotherStationLetGoOfSaysSo) {
   Settle();
   EXPECT_TRUE(says("Liberado"));
   EXPECT_TRUE(says("ábralo de nuevo"));
+}
+
+TEST_F(Manos, FromAScreenInAWindowOfItsOwnTheNextDocumentIsAKeyAway) {
+  for (QAction* action : program->Window().findChildren<QAction*>()) {
+    if (action->text().remove(QLatin1Char('&')).startsWith(QStringLiteral("Pantallas en ventanas"))) {
+      action->setChecked(true);
+    }
+  }
+  frmEntradasWizard& form = New();
+  ScreenView* view = program->ViewOf(form);
+  ASSERT_TRUE(view->isWindow());
+  view->activateWindow();
+  (void)QTest::qWaitForWindowActive(view);
+  QTest::keyClick(view, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+  Settle();
+  EXPECT_EQ(program->Platform().Screens().size(), 2u);
 }
 
 TEST_F(Manos, ANumberTooWideForItsColumnIsSeenToBeCutOff) {
