@@ -53,7 +53,7 @@ void DrawFigures(QPainter& painter, const QRect& area, const QString& text, bool
   }
   if (x > area.width()) {
     // Cut off at its end, and so that it can be seen: a figure without its front would be another figure.
-    painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft,
+    painter.drawText(area, Qt::AlignVCenter | (right ? Qt::AlignRight : Qt::AlignLeft),
                      painter.fontMetrics().elidedText(text, Qt::ElideRight, area.width()));
     return;
   }

@@ -251,8 +251,13 @@ void GridView::Widths() {
     setColumnHidden(column, twips == 0 || !named);
     if (twips == 0 || !named) continue;
     const int kept_width = column < kept.size() ? kept[column].toInt() : 0;
-    const int designed =
+    int designed =
         std::max(twips / kTwipsAPixel + 2 * measure::kGrid, horizontalHeader()->sectionSizeHint(column));
+    if (numbers_.contains(column)) {
+      // Room for what a line is worth, thousands and cents.
+      designed = std::max(designed,
+                          fontMetrics().horizontalAdvance(QStringLiteral("000,000.00")) + 3 * measure::kGrid);
+    }
     setColumnWidth(column, kept_width > 0 ? kept_width : designed);
   }
   for (int column = 0; column < grid_.Cols(); ++column) {
