@@ -252,6 +252,7 @@ void DocumentView::Refuse(forms::Control& control, const QString& reason) {
   QLabel* label = reasons_.value(&control);
   QWidget* widget = WidgetOf(control);
   if (!HasText(control) || !widget) return;
+  refused_.insert(&control);
   if (label) {
     label->setText(label->fontMetrics().elidedText(reason, Qt::ElideRight, std::max(widget->width(), 160)));
     label->setToolTip(reason);
@@ -263,10 +264,9 @@ void DocumentView::Refuse(forms::Control& control, const QString& reason) {
 }
 
 void DocumentView::Mend(forms::Control& control) {
-  QLabel* label = reasons_.value(&control);
+  if (!refused_.remove(&control)) return;
   QWidget* widget = WidgetOf(control);
-  if (!widget || !widget->property("refused").toBool()) return;
-  if (label) label->hide();
+  if (QLabel* label = reasons_.value(&control)) label->hide();
   widget->setToolTip({});
   widget->setAccessibleDescription({});
   SetProperty(*widget, "refused", false);

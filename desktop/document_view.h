@@ -66,6 +66,7 @@ class DocumentView : public ScreenView {
   QProgressBar* progress_ = nullptr;
   QElapsedTimer posting_;
   QHash<const forms::Control*, QLabel*> reasons_;
+  QSet<const forms::Control*> refused_;  // marked, until mended
   int messages_seen_ = 0;
 };
 
