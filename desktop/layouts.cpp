@@ -32,6 +32,16 @@ QWidget* Under(QWidget* caption, QWidget* field, int width) {
   return box;
 }
 
+QWidget* AtRight(std::initializer_list<QWidget*> buttons) {
+  auto* row = new QWidget;
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(measure::kGrid * 2);
+  layout->addStretch();
+  for (QWidget* button : buttons) layout->addWidget(button);
+  return row;
+}
+
 QWidget* BlankCaption() {
   auto* label = new QLabel(QStringLiteral(" "));
   label->setProperty("role", "caption");

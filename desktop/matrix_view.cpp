@@ -13,6 +13,7 @@
 
 #include "data/number.h"
 #include "desktop/grid_view.h"
+#include "desktop/layouts.h"
 #include "desktop/theme.h"
 
 namespace tarvik::desktop {
@@ -170,14 +171,8 @@ QWidget* MatrixView::Cells() {
 }
 
 QWidget* MatrixView::Buttons() {
-  auto* row = new QWidget;
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(measure::kGrid * 2);
-  layout->addStretch();
-  layout->addWidget(Button("cmdCancelar", QStringLiteral("outlined")));
-  layout->addWidget(Button("cmdAceptar", QStringLiteral("primary")));
-  return row;
+  return AtRight(
+      {Button("cmdCancelar", QStringLiteral("outlined")), Button("cmdAceptar", QStringLiteral("primary"))});
 }
 
 Keys MatrixView::KeysNow() const {

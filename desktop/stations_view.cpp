@@ -108,15 +108,9 @@ QWidget* StationsView::EntryRow() {
 }
 
 QWidget* StationsView::Buttons() {
-  auto* row = new QWidget;
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(measure::kGrid * 2);
-  layout->addStretch();
-  layout->addWidget(Button("cmdCancelar", QStringLiteral("outlined")));
-  layout->addWidget(Button("cmdPendiente", QStringLiteral("outlined")));
-  layout->addWidget(Button("cmdConfirmar", QStringLiteral("primary")));
-  return row;
+  return AtRight({Button("cmdCancelar", QStringLiteral("outlined")),
+                  Button("cmdPendiente", QStringLiteral("outlined")),
+                  Button("cmdConfirmar", QStringLiteral("primary"))});
 }
 
 Keys StationsView::KeysNow() const {

@@ -29,6 +29,12 @@ class Escritorio : public ::testing::Test {
  protected:
   Escritorio() {
     App();
+    Start();
+  }
+
+  // The program on the base as it lies there, in front, its boxes answered.
+  void Start() {
+    program.reset();
     program = std::make_unique<Program>(
         theme, ProgramOptions{QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("tienda.db")),
                               QStringLiteral("ANA"),
@@ -45,7 +51,6 @@ class Escritorio : public ::testing::Test {
     program->Window().activateWindow();
     (void)QTest::qWaitForWindowActive(&program->Window());
   }
-
   frmEntradasWizard& New() {
     program->Door().NuevaEntrada();
     Settle();

@@ -65,25 +65,6 @@ class SalidasEnElEscritorio : public Escritorio {
     EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
     return form;
   }
-  // The same program on its base another morning.
-  void Restart() {
-    program.reset();
-    program = std::make_unique<Program>(
-        theme, ProgramOptions{QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("tienda.db")),
-                              QStringLiteral("ANA"),
-                              QStringLiteral("E1"),
-                              folder.path(),
-                              {},
-                              true});
-    program->Platform().on_box = [this](forms::BoxKind kind, const std::string& text, int) {
-      boxes.push_back(text);
-      return kind != forms::BoxKind::Question || yes;
-    };
-    program->Window().resize(1366, 768);
-    program->Window().show();
-    program->Window().activateWindow();
-    (void)QTest::qWaitForWindowActive(&program->Window());
-  }
   // One line of hammers as another program of the suite left it pending.
   void PendingWith(double quantity) {
     Sql("INSERT INTO salidas (salida, folio, tipo_doc, f_emision, almacen, importe, estado, ocupado) VALUES "
@@ -251,7 +232,7 @@ TEST_F(SalidasEnElEscritorio, LeftPendingTodayItIsPostedAnotherMorningUnderANewF
   EXPECT_EQ(One("SELECT estado FROM salidas"), "PE");
   EXPECT_EQ(One("SELECT folio FROM salidas"), "1");
   EXPECT_EQ(One("SELECT existencia FROM existenciaalmacen WHERE articulo = 'MAR-16'"), "100");
-  Restart();
+  Start();  // another morning
   program->Door().ModificaSalida(1);
   frmSalidasWizard& form = Last();
   form.Check2.Value(0);
@@ -384,7 +365,7 @@ TEST_F(SalidasEnElEscritorio, ColumnsWithoutAWidthStayHidden) {
   Settle();
   expect(form);
   form.Close();
-  Restart();
+  Start();  // another morning
   frmSalidasWizard& again = NewOut();
   expect(again);
   EXPECT_EQ(Grid(again)->columnWidth(1), 120);
@@ -647,7 +628,7 @@ TEST_F(SalidasEnElEscritorio, TheSplitterIsRememberedAndMayBeShut) {
     other.Close();
     form.Close();
   }
-  Restart();
+  Start();  // another morning
   {
     frmSalidasWizard& form = NewOut();
     EXPECT_EQ(sizes(form), wide);
@@ -655,7 +636,7 @@ TEST_F(SalidasEnElEscritorio, TheSplitterIsRememberedAndMayBeShut) {
     EXPECT_EQ(sizes(form)[1], 0);
     form.Close();
   }
-  Restart();
+  Start();  // another morning
   frmSalidasWizard& form = NewOut();
   EXPECT_EQ(sizes(form)[1], 0);
   drag(form, -1200);

@@ -296,6 +296,18 @@ TEST_F(RenglonesDeSalida, ALineAtPriceZeroOrWithoutPriceIsMade) {
   EXPECT_EQ(Celda(f, 2, 3), "0");
 }
 
+TEST_F(RenglonesDeSalida, AScreenThatTheRoutineHasClosedWritesNoLine) {
+  frmSalidasWizard& f = ConConcepto();
+  auto viva = f.shared_from_this();
+  f.txtFields(4).Text("A-100");
+  f.txtFields(5).Text("3");
+  Gancho("SALIDAS010", [](frmSalidasWizard& g) { g.Unload(); });
+  f.LlenaPartida();
+  EXPECT_FALSE(f.Open());
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM salidas"), "0");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM salpart"), "0");
+}
+
 TEST_F(RenglonesDeSalida, ARoutineMayRefuseALineOnceAndTheRowStaysAsItStands) {
   frmSalidasWizard& f = ConConcepto();
   Gancho("SALIDAS010", [](frmSalidasWizard& g) { g.CancelaProceso = true; });
