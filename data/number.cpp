@@ -193,6 +193,25 @@ void DecomposeOrdinary(double size, Decimal& decimal) {
   decimal.exponent = exponent + decimal.count - kSignificant;
 }
 
+// The digits of a size that stands for a decimal of few places, as amounts and quantities do. A decimal of
+// at most 15 digits is the 15-digit text of the double nearest to it, so nothing has to be rounded. False
+// if the size stands for none.
+bool DecomposeShort(double size, Decimal& decimal) {
+  for (const int places : {0, 2, 4}) {
+    const double scale = kPowers[static_cast<std::size_t>(places)];
+    const double scaled = size * scale + 0.5;
+    if (scaled >= kFirstWithExponent) return false;
+    const auto digits = static_cast<std::uint64_t>(scaled);
+    if (static_cast<double>(digits) / scale != size) continue;
+    const auto written =
+        std::to_chars(decimal.digits.data(), decimal.digits.data() + decimal.digits.size(), digits);
+    decimal.count = static_cast<int>(written.ptr - decimal.digits.data());
+    decimal.exponent = decimal.count - 1 - places;
+    return true;
+  }
+  return false;
+}
+
 // The digits of any other size: very small, or shown with an exponent.
 void DecomposeExtreme(double size, Decimal& decimal) {
   std::array<char, 40> text;
@@ -214,7 +233,7 @@ Decimal Decompose(double number) {
   if (size == 0) return decimal;
   decimal.negative = number < 0;
   if (size >= kSmallestOrdinary && size < kFirstWithExponent) {
-    DecomposeOrdinary(size, decimal);
+    if (!DecomposeShort(size, decimal)) DecomposeOrdinary(size, decimal);
   } else {
     DecomposeExtreme(size, decimal);
   }

@@ -77,6 +77,24 @@ TEST(PlainNumber, AgreesWithTheFifteenDigitFormOfTheLibrary) {
   }
 }
 
+TEST(PlainNumber, AmountsAndTheirNeighboursAgreeWithTheLibrary) {
+  std::mt19937_64 random(20240306);
+  std::uniform_int_distribution<int> length(1, 15);
+  for (const double scale : {1.0, 10.0, 100.0, 1000.0, 10000.0, 100000.0}) {
+    for (int i = 0; i < 5000; ++i) {
+      const auto below = static_cast<long long>(std::pow(10.0, length(random)));
+      const double amount =
+          static_cast<double>(std::uniform_int_distribution<long long>(0, below - 1)(random)) / scale;
+      for (const double number :
+           {amount, -amount, std::nextafter(amount, 0), std::nextafter(amount, 1e300)}) {
+        char expected[64];
+        std::snprintf(expected, sizeof expected, "%.14e", number);
+        ASSERT_EQ(ParseNumber(PlainNumber(number)), std::strtod(expected, nullptr)) << expected;
+      }
+    }
+  }
+}
+
 TEST(PlainNumber, TheLastDigitFallsAsInTheLibrary) {
   EXPECT_EQ(PlainNumber(100000000000000.5), "100000000000000");
   EXPECT_EQ(PlainNumber(100000000000001.5), "100000000000002");
