@@ -1,4 +1,5 @@
-// Figures of equal width, whatever the font's own are: columns of numbers stand one under the other.
+// The texts of cells. A page of a list holds the same states, dates and names over and over, and every
+// key paints it anew, so a text is shaped once and kept; shaping costs many times what painting does.
 #pragma once
 
 #include <QRect>
@@ -8,8 +9,12 @@ class QPainter;
 
 namespace tarvik::desktop {
 
-// Draws the text with the painter's font and pen, each digit in the room of the widest, in the middle of
-// the area's height, at its right or left end. A text that is too wide ends in an ellipsis.
+// Both draw one line with the painter's font and pen, in the middle of the area's height, at its right or
+// left end. A text that is too wide ends in an ellipsis; breaks and tabs in it are blanks. To be called
+// on the window's thread.
+void DrawCellText(QPainter& painter, const QRect& area, const QString& text, bool right = false);
+// Each digit in the room of the widest, whatever the font's own are: columns of numbers stand one under
+// the other.
 void DrawFigures(QPainter& painter, const QRect& area, const QString& text, bool right);
 
 }  // namespace tarvik::desktop

@@ -124,7 +124,7 @@ QWidget* GoodsOutView::Lines() {
 
   auto* beside = new QWidget;
   auto* column = new QVBoxLayout(beside);
-  column->setContentsMargins(0, 0, 0, 0);
+  column->setContentsMargins(measure::kGrid, 0, 0, 0);
   column->setSpacing(2);
   column->addWidget(Caption("Label7"));
   sheet_ = new QTextBrowser(this);

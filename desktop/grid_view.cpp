@@ -7,7 +7,7 @@
 #include <QScrollBar>
 #include <QSettings>
 
-#include "desktop/figures.h"
+#include "desktop/cell_text.h"
 #include "desktop/theme.h"
 #include "forms/form.h"
 
@@ -155,22 +155,12 @@ class GridView::Painter final : public QStyledItemDelegate {
     QFont font = option.font;
     if (here) font.setBold(true);
     painter->setFont(font);
-    const bool alarming =
-        index.column() == view_.alarm_ && index.data().toString().startsWith(QLatin1Char('-'));
-    painter->setPen(theme.Color(alarming ? Role::Refused : (here ? Role::CellInk : Role::Ink)));
     const QString text = index.data().toString();
+    const bool alarming = index.column() == view_.alarm_ && text.startsWith(QLatin1Char('-'));
+    painter->setPen(theme.Color(alarming ? Role::Refused : (here ? Role::CellInk : Role::Ink)));
     const QRect area = option.rect.adjusted(measure::kGrid, 0, -measure::kGrid, 0);
-    if (view_.numbers_.contains(index.column())) {
-      painter->save();
-      painter->setClipRect(option.rect);
-      DrawFigures(*painter, area, text, true);
-      painter->restore();
-      return;
-    }
-    const QFontMetrics metrics = painter->fontMetrics();
-    const bool fits = metrics.horizontalAdvance(text) <= area.width();
-    painter->drawText(area, index.data(Qt::TextAlignmentRole).toInt(),
-                      fits ? text : metrics.elidedText(text, Qt::ElideRight, area.width()));
+    const bool number = view_.numbers_.contains(index.column());
+    (number ? DrawFigures : DrawCellText)(*painter, area, text, number);
   }
 
  private:

@@ -6,7 +6,7 @@
 #include <QSettings>
 #include <QTableView>
 
-#include "desktop/figures.h"
+#include "desktop/cell_text.h"
 #include "desktop/theme.h"
 
 namespace tarvik::desktop {
@@ -18,51 +18,46 @@ constexpr int kPadding = measure::kGrid;
 
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
-  QStyleOptionViewItem whole = option;
-  initStyleOption(&whole, index);
-  const QString text = whole.text;
+  using Ink = tarvik::desktop::Role;
   // The row is chosen, not the cell: one ground for all of it, no frame around one of them. The style
-  // sheet has no say in a cell: asking it for each is most of what a page of a list costs.
-  const bool selected = whole.state.testFlag(QStyle::State_Selected);
-  if (selected) painter->fillRect(whole.rect, theme_.Color(tarvik::desktop::Role::Selection));
+  // has no say in a cell: asking it for each is most of what a page of a list costs.
+  const bool selected = option.state.testFlag(QStyle::State_Selected);
+  if (selected) painter->fillRect(option.rect, theme_.Color(Ink::Selection));
+  const QString text = index.data().toString();
   if (text.isEmpty()) return;
 
-  painter->save();
-  tarvik::desktop::Role ink = selected ? tarvik::desktop::Role::SelectionInk : tarvik::desktop::Role::Ink;
-  if (!selected && index.data(SoftRole).toBool()) ink = tarvik::desktop::Role::SoftInk;
-  if (!selected && index.data(BelowZeroRole).toBool()) ink = tarvik::desktop::Role::Refused;
-  painter->setPen(theme_.Color(ink));
-  painter->setFont(whole.font);
-  const QRect area = whole.rect.adjusted(kPadding, 0, -kPadding, 0);
+  const bool right = Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()).testFlag(Qt::AlignRight);
+  const QRect area = option.rect.adjusted(kPadding, 0, -kPadding, 0);
   const QString chip = index.data(ChipRole).toString();
-  if (!chip.isEmpty()) {
-    const bool pending = chip == QLatin1String("pendiente");
-    const bool posted = chip == QLatin1String("afectado");
-    using R = tarvik::desktop::Role;
-    QFont font = whole.font;
-    font.setPixelSize(measure::kCaption);
-    font.setWeight(QFont::DemiBold);
-    painter->setFont(font);
-    const QFontMetrics metrics(font);
-    QRect pill(area.left(), 0, metrics.horizontalAdvance(text) + 2 * kPadding,
-               metrics.height() + kPadding / 2);
-    pill.moveTop(area.center().y() - pill.height() / 2 + 1);
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(theme_.Color(pending ? R::WarningTint : posted ? R::GoodTint : R::Quiet));
-    painter->drawRoundedRect(pill, pill.height() / 2.0, pill.height() / 2.0);
-    painter->setPen(theme_.Color(pending ? R::Warning : posted ? R::Good : R::QuietInk));
-    painter->drawText(pill, Qt::AlignCenter, text);
-  } else if (index.data(FiguresRole).toBool()) {
-    painter->setClipRect(whole.rect);
-    DrawFigures(*painter, area, text, whole.displayAlignment.testFlag(Qt::AlignRight));
-  } else {
-    const QFontMetrics metrics = painter->fontMetrics();
-    const bool fits = metrics.horizontalAdvance(text) <= area.width();
-    painter->drawText(area, whole.displayAlignment,
-                      fits ? text : metrics.elidedText(text, Qt::ElideRight, area.width()));
-  }
-  painter->restore();
+  if (!chip.isEmpty()) return PaintChip(*painter, option.font, area, chip, text);
+  Ink ink = selected ? Ink::SelectionInk : Ink::Ink;
+  if (!selected && index.data(SoftRole).toBool()) ink = Ink::SoftInk;
+  if (!selected && index.data(BelowZeroRole).toBool()) ink = Ink::Refused;
+  painter->setPen(theme_.Color(ink));
+  painter->setFont(option.font);
+  (index.data(FiguresRole).toBool() ? DrawFigures : DrawCellText)(*painter, area, text, right);
+}
+
+void CellDelegate::PaintChip(QPainter& painter, const QFont& cell, const QRect& area, const QString& state,
+                             const QString& text) const {
+  using Ink = tarvik::desktop::Role;
+  const bool pending = state == QLatin1String("pendiente");
+  const bool posted = state == QLatin1String("afectado");
+  QFont font = cell;
+  font.setPixelSize(measure::kCaption);
+  font.setWeight(QFont::DemiBold);
+  const QFontMetrics metrics(font);
+  QRect pill(area.left(), 0, metrics.horizontalAdvance(text) + 2 * kPadding, metrics.height() + kPadding / 2);
+  pill.moveTop(area.center().y() - pill.height() / 2 + 1);
+  painter.save();
+  painter.setFont(font);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(theme_.Color(pending ? Ink::WarningTint : posted ? Ink::GoodTint : Ink::Quiet));
+  painter.drawRoundedRect(pill, pill.height() / 2.0, pill.height() / 2.0);
+  painter.setPen(theme_.Color(pending ? Ink::Warning : posted ? Ink::Good : Ink::QuietInk));
+  DrawCellText(painter, pill.adjusted(kPadding, 0, 0, 0), text);
+  painter.restore();
 }
 
 QSize CellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

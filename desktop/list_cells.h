@@ -22,6 +22,9 @@ class CellDelegate : public QStyledItemDelegate {
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
  private:
+  void PaintChip(QPainter& painter, const QFont& cell, const QRect& area, const QString& state,
+                 const QString& text) const;
+
   const Theme& theme_;
 };
 

@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include "data/number.h"
+#include "desktop/cell_text.h"
 #include "desktop/grid_view.h"
 #include "desktop/layouts.h"
 #include "desktop/theme.h"
@@ -66,8 +67,8 @@ class MatrixView::Sums final : public QWidget {
         if (cells_.isColumnHidden(col)) continue;
         const QRect place(origin.x() + cells_.columnViewportPosition(col), 0, cells_.columnWidth(col),
                           height());
-        painter.drawText(place.adjusted(0, 0, -measure::kGrid, 0), Qt::AlignRight | Qt::AlignVCenter,
-                         Figure(Sum(grid_, grid_.FixedRows(), last_row, col, col)));
+        DrawFigures(painter, place.adjusted(0, 0, -measure::kGrid, 0),
+                    Figure(Sum(grid_, grid_.FixedRows(), last_row, col, col)), true);
       }
     } else {
       painter.setClipRect(QRect(0, room.top(), width(), room.height()));
@@ -76,8 +77,8 @@ class MatrixView::Sums final : public QWidget {
         if (cells_.isRowHidden(shown)) continue;
         const QRect place(0, origin.y() + cells_.rowViewportPosition(shown), width(),
                           cells_.rowHeight(shown));
-        painter.drawText(place.adjusted(0, 0, -measure::kGrid, 0), Qt::AlignRight | Qt::AlignVCenter,
-                         Figure(Sum(grid_, row, row, grid_.FixedCols(), last_col)));
+        DrawFigures(painter, place.adjusted(0, 0, -measure::kGrid, 0),
+                    Figure(Sum(grid_, row, row, grid_.FixedCols(), last_col)), true);
       }
     }
   }

@@ -139,38 +139,42 @@ QToolTip { background: @Panel; color: @Ink; border: 1px solid @Border; padding: 
 [role="chip"][state="afectado"] { background: @GoodTint; color: @Good; }
 
 QLineEdit, QTextEdit, QPlainTextEdit, QDateEdit, QComboBox, QSpinBox { background: @Field; color: @Ink;
-  border: 1px solid @FieldBorder; border-radius: 5px; padding: 0 8px; min-height: 28px;
+  border: 1px solid @FieldBorder; border-radius: 5px; padding: 0 8px; min-height: 30px;
   selection-background-color: @Selection; selection-color: @SelectionInk; }
-QLineEdit:focus, QTextEdit:focus, QDateEdit:focus, QComboBox:focus, [hand="true"] { background: @AccentTint;
-  border: 2px solid @Accent; padding: 0 7px; }
+/* With its border a field is as high as a row; a thicker one takes its room from inside, so that nothing
+   on the screen moves when the hand does. */
+QLineEdit:focus, QTextEdit:focus, QPlainTextEdit:focus, QDateEdit:focus, QComboBox:focus, QSpinBox:focus,
+QLineEdit[hand="true"], QTextEdit[hand="true"], QDateEdit[hand="true"], QComboBox[hand="true"] { background: @AccentTint; border: 2px solid @Accent; padding: 0 7px; min-height: 28px; }
 QLineEdit[refused="true"], QLineEdit[refused="true"]:focus, QTextEdit[refused="true"] { background: @RefusedTint;
-  border: 2px solid @Refused; padding: 0 7px; }
+  border: 2px solid @Refused; padding: 0 7px; min-height: 28px; }
 QLineEdit:disabled, QTextEdit:disabled, QDateEdit:disabled, QComboBox:disabled, [blocked="true"] {
-  background: @Blocked; color: @BlockedInk; border: 1px solid @Blocked; }
+  background: @Blocked; color: @BlockedInk; border: 1px solid @Blocked; min-height: 30px; }
 QLineEdit[role="cellEditor"] { background: @AccentTint; color: @Ink; border: 2px solid @Accent; border-radius: 0;
   padding: 0 2px; min-height: 0; }
 
 QPushButton { background: @Panel; color: @Ink; border: 1px solid @FieldBorder; border-radius: 6px;
   padding: 0 16px; min-height: 32px; font-weight: 500; }
 QPushButton:hover { border-color: @Accent; }
-QPushButton:focus { border: 2px solid @Accent; padding: 0 15px; }
+QPushButton:focus { border: 2px solid @Accent; padding: 0 15px; min-height: 30px; }
 QPushButton:disabled { background: @Blocked; color: @BlockedInk; border-color: @Blocked; }
 QPushButton[role="primary"] { background: @Accent; color: @AccentInk; border: 1px solid @Accent; font-weight: 600; }
 QPushButton[role="primary"]:focus { border: 2px solid @Ink; }
 QPushButton[role="primary"]:disabled { background: @Blocked; color: @BlockedInk; border-color: @Blocked; }
-QPushButton[compact="true"] { padding: 0; min-height: 28px; }
+QPushButton[compact="true"] { padding: 0; min-height: 30px; }
+QPushButton[compact="true"]:focus { padding: 0; min-height: 28px; }
 QPushButton[role="quiet"] { border: 1px solid transparent; background: transparent; padding: 0 8px; }
-QPushButton[role="quiet"]:hover, QPushButton[role="quiet"]:focus { border: 1px solid @Accent; }
+QPushButton[role="quiet"]:hover, QPushButton[role="quiet"]:focus { border: 1px solid @Accent; min-height: 32px; }
 
-QCheckBox { color: @Ink; spacing: 8px; min-height: 24px; }
+QCheckBox { color: @Ink; spacing: 8px; min-height: 24px; padding: 0 3px; border: 2px solid transparent;
+  border-radius: 5px; }
 QCheckBox:disabled { color: @BlockedInk; }
 QCheckBox::indicator { width: 16px; height: 16px; border: 1px solid @FieldBorder; border-radius: 4px;
   background: @Field; }
 QCheckBox::indicator:checked { background: @Accent; border-color: @Accent; image: url(:/tick-@Mode.png); }
 QCheckBox::indicator:disabled { background: @Blocked; border-color: @Border; }
 QCheckBox::indicator:checked:disabled { background: @BlockedInk; image: url(:/tick-@Mode.png); }
-QCheckBox:focus { color: @Accent; }
-QCheckBox::indicator:focus { border: 2px solid @Accent; }
+QCheckBox:focus, QCheckBox[hand="true"] { background: @AccentTint; border-color: @Accent; }
+QCheckBox::indicator:focus { border: 2px solid @Accent; width: 14px; height: 14px; }
 
 QDateEdit::drop-down, QComboBox::drop-down { width: 24px; border: none; }
 QDateEdit::down-arrow, QComboBox::down-arrow { image: url(:/down-@Mode.png); width: 12px; height: 12px; }

@@ -101,6 +101,42 @@ class Escritorio : public ::testing::Test {
       EXPECT_NE(spoken->role(), QAccessible::Client) << control->FullName();
     }
   }
+  // Wherever the hand goes, nothing on the screen changes its place or its size, but for the editor that
+  // floats over its cell, and the words in the line of keys.
+  void ExpectStill(forms::Form& form) {
+    ScreenView* view = program->ViewOf(form);
+    const auto in_line_of_keys = [view](const QWidget* widget) {
+      for (; widget && widget != view; widget = widget->parentWidget()) {
+        if (widget->property("role") == QLatin1String("keyline")) return true;
+      }
+      return false;
+    };
+    const auto places = [&] {
+      QHash<const QWidget*, QRect> found;
+      for (const QWidget* widget : view->findChildren<QWidget*>()) {
+        if (!widget->isVisible() || widget->objectName() == QLatin1String("txtEdit")) continue;
+        if (!in_line_of_keys(widget)) found[widget] = QRect(widget->mapTo(view, QPoint()), widget->size());
+      }
+      return found;
+    };
+    Settle();
+    const auto before = places();
+    int stops = 0;
+    for (forms::Control* control : form.Controls()) {
+      if (!control->Focusable() || !control->Visible() || !control->Enabled()) continue;
+      form.Enter(*control);
+      Settle();
+      stops += form.ActiveControl() == control;
+      const auto now = places();
+      for (auto at = before.begin(); at != before.end(); ++at) {
+        EXPECT_EQ(now.value(at.key()), at.value())
+            << at.key()->metaObject()->className() << ' ' << at.key()->objectName().toStdString()
+            << " moved when the hand went to " << control->FullName();
+      }
+      if (HasFailure()) return;
+    }
+    EXPECT_GT(stops, 0);
+  }
 
   QTemporaryDir folder;
   Theme theme{Theme::Mode::Light};

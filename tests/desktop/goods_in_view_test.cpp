@@ -70,6 +70,8 @@ TEST_F(Escritorio, ARefusedFieldIsMarkedWithItsReasonUntilMended) {
 
 TEST_F(Escritorio, EveryControlHasItsPlaceInTheViewAndAName) { ExpectWhole(New()); }
 
+TEST_F(Escritorio, NothingMovesUnderTheHand) { ExpectStill(New()); }
+
 TEST_F(Escritorio, APastedPageGoesInAsOneChangeWithoutItsLineEnds) {
   frmEntradasWizard& form = New();
   form.Enter(form.txtFields(4));

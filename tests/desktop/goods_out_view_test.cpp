@@ -21,6 +21,8 @@ class EscritorioDeSalidas : public Escritorio {
 
 TEST_F(EscritorioDeSalidas, EveryControlHasItsPlaceInTheViewAndAName) { ExpectWhole(NewOut()); }
 
+TEST_F(EscritorioDeSalidas, NothingMovesUnderTheHand) { ExpectStill(NewOut()); }
+
 TEST_F(EscritorioDeSalidas, ATransferOfFiveLinesIsMadeByKeyAndBothWarehousesShowIt) {
   frmSalidasWizard& form = NewOut();
   EXPECT_EQ(QApplication::focusWidget(), Widget(form, 0));

@@ -9,7 +9,7 @@
 #include <QWheelEvent>
 
 #include "desktop/calculator.h"
-#include "desktop/figures.h"
+#include "desktop/cell_text.h"
 #include "desktop/help.h"
 #include "tests/desktop/escritorio.h"
 
@@ -173,6 +173,34 @@ TEST_F(Manos, FiguresOfOneLengthTakeOneWidth) {
   const int eights = left_edge(QStringLiteral("-888,888.88"));
   ASSERT_GE(ones, 0);
   EXPECT_LE(std::abs(ones - eights), 1);
+}
+
+TEST_F(Manos, ARemarkOfTwoLinesStandsInOneAndEndsWhereItsCellEnds) {
+  auto drawn = [](const QString& text, int width) {
+    QImage picture(400, 24, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::white);
+    QPainter painter(&picture);
+    DrawCellText(painter, QRect(0, 0, width, 24), text);
+    painter.end();
+    return picture;
+  };
+  auto right_edge = [](const QImage& picture) {
+    for (int x = picture.width() - 1; x >= 0; --x) {
+      for (int y = 0; y < picture.height(); ++y) {
+        if (picture.pixelColor(x, y).lightness() < 200) return x;
+      }
+    }
+    return -1;
+  };
+  const QImage two = drawn(QStringLiteral("entregar\nen la tarde\tal encargado"), 400);
+  EXPECT_EQ(two, drawn(QStringLiteral("entregar en la tarde al encargado"), 400));
+  const QImage cut = drawn(QStringLiteral("entregar en la tarde al encargado"), 90);
+  EXPECT_GT(right_edge(two), 90);
+  EXPECT_LT(right_edge(cut), 90);
+  EXPECT_GT(right_edge(cut), 60);
+  // Kept from before, the same picture.
+  EXPECT_EQ(cut, drawn(QStringLiteral("entregar en la tarde al encargado"), 90));
+  EXPECT_EQ(right_edge(drawn({}, 90)), -1);
 }
 
 TEST_F(Manos, AnEnterHeldDownOnTheListOpensOneDocument) {

@@ -50,6 +50,8 @@ class EscritorioDeEstaciones : public Escritorio {
 
 TEST_F(EscritorioDeEstaciones, EveryControlHasItsPlaceInTheViewAndAName) { ExpectWhole(Transfer()); }
 
+TEST_F(EscritorioDeEstaciones, NothingMovesUnderTheHand) { ExpectStill(Transfer()); }
+
 TEST_F(EscritorioDeEstaciones, ATransferIsWrittenByKeyAndConfirmed) {
   TwoColumns();
   int confirmed = 0;
