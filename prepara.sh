@@ -23,9 +23,9 @@ instala() {
   "${como[@]}" apt-get install -y -qq --no-install-recommends "${faltan[@]}" >/dev/null
 }
 
-paquetes=(g++ cmake ninja-build pkg-config libsqlite3-dev libkainjow-mustache-dev libcli11-dev pybind11-dev python3-dev
+paquetes=(g++ cmake ninja-build pkg-config libsqlite3-dev libpq-dev libkainjow-mustache-dev libcli11-dev pybind11-dev python3-dev
   python3 qt6-base-dev fonts-inter qt6-translations-l10n)
-paquetes_de_prueba=(libgtest-dev libgmock-dev libbenchmark-dev)
+paquetes_de_prueba=(libgtest-dev libgmock-dev libbenchmark-dev postgresql-15)
 
 # Builds a preset; the first argument is its name, the rest goes to the configuration.
 construye() {

@@ -111,7 +111,10 @@ Findings Inspect(EngineConnection& connection) {
   found.empty = names.empty();
   found.new_version = true;
   if (!found.empty) {
-    if (names.count(kVersionTable) == 0) throw Error("El archivo no es una base de este programa");
+    if (names.count(kVersionTable) == 0) {
+      throw Error(connection.Kind() == Dialect::Sqlite ? "El archivo no es una base de este programa"
+                                                       : "La base no es de este programa");
+    }
     const Rows rows = connection.Select("SELECT MAX(version) AS version FROM version_esquema");
     const int version = static_cast<int>(ToNumber(rows.rows.at(0).at(0)));
     if (version > kSchemaVersion) {

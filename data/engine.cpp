@@ -5,6 +5,7 @@
 #include <array>
 
 #include "data/error.h"
+#include "data/postgresql/postgresql_engine.h"
 #include "data/sqlite/sqlite_engine.h"
 #include "data/text.h"
 
@@ -16,7 +17,8 @@ struct KnownEngine {
   std::unique_ptr<Base> (*open)(std::string_view address);
 };
 
-constexpr std::array kEngines = {KnownEngine{kSqliteScheme, &OpenSqlite}};
+constexpr std::array kEngines = {KnownEngine{kSqliteScheme, &OpenSqlite},
+                                 KnownEngine{kPostgresqlScheme, &OpenPostgresql}};
 
 }  // namespace
 

@@ -1,5 +1,5 @@
 // What the host's tests share: a temporary folder, a witness that keeps what it hears and fails on
-// demand, and a bench with a host on a base in memory.
+// demand, and a bench with a host on a base of its own.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,6 +17,7 @@
 #include "data/error.h"
 #include "forms/headless_platform.h"
 #include "host/anfitrion.h"
+#include "tests/support/base_de_prueba.h"
 
 namespace tarvik::host {
 
@@ -116,16 +117,18 @@ struct Caja {
   int estilo;
 };
 
-// A host on a base in memory, with its clock at a quarter past two of the fifth of March 2024.
+// A host on a base that begins empty, with its clock at a quarter past two of the fifth of March 2024.
 class Banco : public ::testing::Test {
+  tests::BaseDePrueba base_{tests::BaseDePrueba::Con::kNada};  // outlives the host
+
  protected:
-  explicit Banco(bool demo = false, std::string base = "sqlite::memory:") {
+  explicit Banco(bool demo = false) {
     plataforma.clock = [this] { return ahora; };
     plataforma.on_box = [this](forms::BoxKind kind, const std::string& text, int style) {
       cajas.push_back({kind, text, style});
       return respuesta;
     };
-    opciones.base = std::move(base);
+    opciones.base = base_.Direccion();
     opciones.usuario = "ANA";
     opciones.estacion = "E1";
     opciones.ruta = carpeta.Ruta("datos").string();

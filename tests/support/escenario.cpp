@@ -1,6 +1,5 @@
 #include "tests/support/escenario.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -11,11 +10,6 @@ namespace {
 std::filesystem::path CarpetaNueva() {
   std::string plantilla = (std::filesystem::temp_directory_path() / "tarvik-XXXXXX").string();
   return ::mkdtemp(plantilla.data());
-}
-
-std::string Direccion() {
-  const char* dada = std::getenv("TARVIK_TEST_BASE");
-  return dada ? dada : "sqlite::memory:";
 }
 
 }  // namespace
@@ -29,7 +23,7 @@ Escenario::Escenario() : ruta(CarpetaNueva()) {
   plataforma.on_unhandled = [this](forms::Form*, const std::string& texto) { no_atrapados.push_back(texto); };
   plataforma.on_search_list = [this](forms::SearchBox& caja) { listas.push_back(caja.Field()->FullName()); };
   host::Opciones opciones;
-  opciones.base = Direccion();
+  opciones.base = base_.Direccion();
   opciones.usuario = "ANA";
   opciones.estacion = "E1";
   opciones.ruta = ruta.string();

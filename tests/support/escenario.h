@@ -19,6 +19,7 @@
 #include "host/anfitrion.h"
 #include "host/registro.h"
 #include "service/entradas_salidas.h"
+#include "tests/support/base_de_prueba.h"
 
 namespace tarvik::tests {
 
@@ -71,6 +72,9 @@ class Bitacora final : public host::Registro, public host::Selector {
 };
 
 class Escenario : public ::testing::Test {
+ private:
+  BaseDePrueba base_;  // outlives the host
+
  public:
   Escenario();
   ~Escenario() override;

@@ -1,0 +1,482 @@
+// One connection is one session of the server. A statement without values goes as it is; one with values
+// is prepared once and kept. Both by the protocol that takes no second statement.
+#include "data/postgresql/postgresql_engine.h"
+
+#include <libpq-fe.h>
+
+#include <array>
+#include <charconv>
+#include <list>
+#include <unordered_map>
+#include <utility>
+
+#include "data/error.h"
+#include "data/number.h"
+#include "data/postgresql/dialect.h"
+#include "data/statement.h"
+#include "data/text.h"
+
+namespace tarvik::data {
+namespace {
+
+constexpr std::size_t kKeptStatements = 64;  // prepared ones that a connection keeps
+constexpr const char* kConnectSeconds = "10";
+// How long a statement waits for another station's lock, as long as for an embedded base.
+constexpr const char* kSettings =
+    "SET lock_timeout = 5000; SET standard_conforming_strings = on; SET datestyle = 'ISO, YMD'; "
+    "SET client_min_messages = warning; SET intervalstyle = 'postgres'; SET extra_float_digits = 1";
+// The host's units of work stand in line behind this number, of our own choosing.
+constexpr const char* kWriteLock = "SELECT pg_advisory_xact_lock(7402178)";
+
+// The types of the server's catalogue; their numbers are fixed.
+enum Type : Oid {
+  kBool = 16,
+  kInt8 = 20,
+  kInt2 = 21,
+  kInt4 = 23,
+  kFloat4 = 700,
+  kFloat8 = 701,
+  kDate = 1082,
+  kTimestamp = 1114,
+  kTimestampZone = 1184,
+  kNumeric = 1700,
+};
+
+bool IsNumber(Oid type) {
+  return type == kInt8 || type == kInt2 || type == kInt4 || type == kFloat4 || type == kFloat8 ||
+         type == kNumeric;
+}
+bool IsDate(Oid type) { return type == kDate || type == kTimestamp || type == kTimestampZone; }
+
+struct CloseSession {
+  void operator()(PGconn* session) const { PQfinish(session); }
+};
+using Session = std::unique_ptr<PGconn, CloseSession>;
+
+struct ClearResult {
+  void operator()(PGresult* result) const { PQclear(result); }
+};
+using Result = std::unique_ptr<PGresult, ClearResult>;
+
+std::string OneLine(const char* text) {
+  std::string line = RepairUtf8(text == nullptr ? "" : text);
+  while (!line.empty() && (line.back() == '\n' || line.back() == ' ')) line.pop_back();
+  for (char& c : line) c = c == '\n' || c == '\t' ? ' ' : c;
+  return line;
+}
+
+std::string_view StateOf(const PGresult* result) {
+  const char* state = PQresultErrorField(result, PG_DIAG_SQLSTATE);
+  return state == nullptr ? std::string_view() : state;
+}
+
+// What the operator can make sense of; the server's own text follows it.
+std::string_view Reason(std::string_view state) {
+  struct Known {
+    std::string_view state;  // or the class that it begins with
+    std::string_view reason;
+  };
+  static constexpr std::array kKnown = {
+      Known{"23503", "El registro depende de otro que no existe o del que otros dependen"},
+      Known{"23505", "Ya existe un registro con esa clave"},
+      Known{"23502", "Falta un dato obligatorio"},
+      Known{"23", "El registro no cumple una regla de la base"},
+      Known{"55P03", "La base está ocupada por otro proceso"},
+      Known{"40", "La base está ocupada por otro proceso"},
+      Known{"42P01", "La tabla no existe"},
+      Known{"42703", "La columna no existe"},
+      Known{"42501", "No hay permiso para usar la base"},
+      Known{"28", "No hay permiso para usar la base"},
+      Known{"25006", "La base es de sólo lectura"},
+      Known{"53100", "El disco está lleno"},
+      Known{"53200", "No hay memoria suficiente"},
+      Known{"53300", "El servidor no admite más conexiones"},
+      Known{"54", "El dato o la sentencia es demasiado grande"},
+      Known{"22", "El dato no es del tipo de la columna"},
+      Known{"42804", "El dato no es del tipo de la columna"},
+      Known{"57P", "El servidor de la base se detuvo"},
+      Known{"58", "No se puede leer o escribir el archivo de la base"},
+      Known{"XX", "La base está dañada"},
+  };
+  for (const Known& known : kKnown) {
+    if (state.substr(0, known.state.size()) == known.state) return known.reason;
+  }
+  return "La base rechazó la sentencia";
+}
+
+std::optional<std::int64_t> WholeNumber(std::string_view text) {
+  std::int64_t number = 0;
+  const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || rest != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+Value FromServer(std::string_view text, Oid type) {
+  switch (type) {
+    case kBool:
+      return text == "t" ? 1 : 0;
+    case kInt2:
+    case kInt4:
+    case kInt8:
+    case kNumeric:  // sums of whole numbers
+      if (const auto whole = WholeNumber(text)) return *whole;
+      [[fallthrough]];
+    case kFloat4:
+    case kFloat8: {
+      double number = 0;
+      const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+      if (error == std::errc{} && rest == text.data() + text.size()) return number;
+      break;
+    }
+    case kDate:
+    case kTimestamp:
+    case kTimestampZone:
+      if (text.size() == 10) {
+        if (const auto date = Date::Parse(text)) return *date;
+      } else if (const auto when = DateTime::Parse(text)) {
+        return *when;
+      }
+      break;
+    default:
+      break;
+  }
+  return RepairUtf8(text);
+}
+
+// A value as the server reads it for a parameter of this type; null for no value.
+struct Parameter {
+  Oid type;
+
+  std::optional<std::string> operator()(std::monostate) const { return std::nullopt; }
+  std::optional<std::string> operator()(std::int64_t number) const { return std::to_string(number); }
+  std::optional<std::string> operator()(double number) const { return PlainNumber(number); }
+  std::optional<std::string> operator()(const std::string& text) const {
+    // An empty field is no number and no date.
+    if (text.empty() && (IsNumber(type) || IsDate(type))) return std::nullopt;
+    if (text.find('\0') != std::string::npos) throw Error("El dato contiene un carácter nulo");
+    return RepairUtf8(text);
+  }
+  std::optional<std::string> operator()(const Date& date) const { return date.Iso(); }
+  std::optional<std::string> operator()(const DateTime& when) const { return when.Iso(); }
+};
+
+class PostgresqlConnection final : public EngineConnection {
+ public:
+  PostgresqlConnection(Session session, std::string place)
+      : session_(std::move(session)), place_(std::move(place)) {}
+
+  Rows Select(std::string_view text) override {
+    RequireOpen();
+    RequireOneStatement(text);
+    if (!IsSelect(text)) {
+      throw Error("Sólo se puede consultar con una sentencia SELECT").With("sentencia", std::string(text));
+    }
+    return Send(ForPostgresql(text), text);
+  }
+
+  Rows Execute(std::string_view text) override {
+    RequireOpen();
+    RequireOneStatement(text);
+    if (const auto call = ParseExec(text)) return Call(*call, text);
+    return Send(ForPostgresql(text), text);
+  }
+
+  Rows Run(std::string_view text, std::span<const Value> values) override {
+    RequireOpen();
+    RequireOneStatement(text);
+    int marks = 0;
+    const std::string numbered = WithNumberedMarks(text, marks);
+    if (static_cast<std::size_t>(marks) != values.size()) {
+      throw Error("La sentencia espera " + std::to_string(marks) + " valores y recibió " +
+                  std::to_string(values.size()))
+          .With("sentencia", std::string(text));
+    }
+    return values.empty() ? Send(numbered, text) : SendPrepared(numbered, values, text);
+  }
+
+  void Begin() override {
+    RequireOpen();
+    Reconnect();
+    if (in_unit_) throw Error("Ya hay una transacción abierta");
+    Plain("BEGIN");
+    try {
+      Plain(kWriteLock);
+    } catch (const Error&) {
+      Rollback();
+      throw;
+    }
+  }
+  void Commit() override {
+    RequireOpen();
+    if (!in_unit_) throw Error("No hay una transacción abierta");
+    if (PQtransactionStatus(session_.get()) == PQTRANS_INERROR) {
+      // The server would answer a COMMIT with a rollback, as if nothing were wrong.
+      Rollback();
+      throw Error("La base deshizo la transacción: una de sus sentencias falló");
+    }
+    if (PQstatus(session_.get()) == CONNECTION_BAD) {
+      in_unit_ = false;
+      throw Error("Se perdió la conexión con la base " + place_ + " en medio de una transacción");
+    }
+    Plain("COMMIT");
+  }
+  void Rollback() noexcept override {
+    if (session_ == nullptr || !in_unit_) return;
+    Result(PQexec(session_.get(), "ROLLBACK"));
+    in_unit_ = false;
+  }
+
+  void Close() noexcept override {
+    Forget();
+    session_.reset();
+  }
+
+  [[nodiscard]] Dialect Kind() const override { return Dialect::Postgresql; }
+
+  std::vector<std::string> Columns(std::string_view table) override {
+    std::vector<std::string> names;
+    const Rows rows = EngineConnection::Run(
+        "SELECT column_name FROM information_schema.columns WHERE table_schema = current_schema() AND "
+        "table_name = ? ORDER BY ordinal_position",
+        {Value(LowerAscii(table))});
+    for (const auto& row : rows.rows) names.push_back(LowerAscii(ToText(row[0])));
+    return names;
+  }
+
+ private:
+  struct Prepared {
+    std::string text;
+    std::string name;
+    std::vector<Oid> types;  // of its values
+  };
+
+  void RequireOpen() const {
+    if (session_ == nullptr) throw Error("La base está cerrada");
+  }
+
+  // A session that was lost is made again, but never in the middle of a transaction: that one is gone, and
+  // what was to follow belongs to nothing.
+  void Reconnect() {
+    if (PQstatus(session_.get()) != CONNECTION_BAD) return;
+    if (in_unit_) throw Error("Se perdió la conexión con la base " + place_ + " en medio de una transacción");
+    Forget();
+    PQreset(session_.get());
+    if (PQstatus(session_.get()) == CONNECTION_BAD) {
+      throw Error("No hay conexión con la base " + place_ + ": " + OneLine(PQerrorMessage(session_.get())));
+    }
+    Result(PQexec(session_.get(), kSettings));
+  }
+
+  void Forget() noexcept {
+    by_text_.clear();
+    prepared_.clear();
+  }
+
+  [[noreturn]] void Fail(const PGresult* result, std::string_view text) {
+    const std::string_view state = StateOf(result);
+    const char* told = PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
+    std::string description;
+    if (PQstatus(session_.get()) == CONNECTION_BAD) {
+      description = "Se perdió la conexión con la base " + place_ + ": " +
+                    OneLine(told != nullptr ? told : PQerrorMessage(session_.get()));
+    } else {
+      description = std::string(Reason(state)) + ": " +
+                    OneLine(told != nullptr ? told : PQerrorMessage(session_.get()));
+    }
+    throw Error(description).With("sentencia", std::string(text));
+  }
+
+  // Gives the result, or throws what the server says of the statement.
+  Result Check(Result result, std::string_view text) {
+    const auto unit = PQtransactionStatus(session_.get());
+    if (unit != PQTRANS_UNKNOWN) in_unit_ = unit != PQTRANS_IDLE;
+    const auto status = PQresultStatus(result.get());
+    if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) Fail(result.get(), text);
+    return result;
+  }
+
+  void Plain(const char* text) { Check(Result(PQexec(session_.get(), text)), text); }
+
+  // `text` is the statement as the caller wrote it.
+  static Rows Read(const PGresult* result, std::string_view text) {
+    Rows rows;
+    const int columns = PQnfields(result);
+    const int count = PQntuples(result);
+    rows.rows.reserve(static_cast<std::size_t>(count));
+    for (int column = 0; column < columns; ++column) rows.columns.emplace_back(PQfname(result, column));
+    if (columns > 0) SpellColumns(text, rows.columns);
+    for (int i = 0; i < count; ++i) {
+      std::vector<Value>& row = rows.rows.emplace_back();
+      row.reserve(static_cast<std::size_t>(columns));
+      for (int column = 0; column < columns; ++column) {
+        if (PQgetisnull(result, i, column) != 0) {
+          row.emplace_back();
+          continue;
+        }
+        row.push_back(FromServer(
+            {PQgetvalue(result, i, column), static_cast<std::size_t>(PQgetlength(result, i, column))},
+            PQftype(result, column)));
+      }
+    }
+    return rows;
+  }
+
+  Rows Send(const std::string& statement, std::string_view text) {
+    Reconnect();
+    const Result result = Check(
+        Result(PQexecParams(session_.get(), statement.c_str(), 0, nullptr, nullptr, nullptr, nullptr, 0)),
+        text);
+    return Read(result.get(), text);
+  }
+
+  Rows SendPrepared(const std::string& statement, std::span<const Value> values, std::string_view text) {
+    Reconnect();
+    for (bool again = true;; again = false) {
+      const Prepared& prepared = Prepare(statement, text);
+      std::vector<std::optional<std::string>> held;
+      std::vector<const char*> given;
+      held.reserve(values.size());
+      for (std::size_t i = 0; i < values.size(); ++i) {
+        held.push_back(values[i].Visit(Parameter{prepared.types.at(i)}));
+        given.push_back(held.back() ? held.back()->c_str() : nullptr);
+      }
+      Result result(PQexecPrepared(session_.get(), prepared.name.c_str(), static_cast<int>(given.size()),
+                                   given.data(), nullptr, nullptr, 0));
+      // Another connection changed the table, or someone dropped the statement: it was not carried out.
+      const std::string_view state = StateOf(result.get());
+      if (again && (state == "0A000" || state == "26000") &&
+          PQtransactionStatus(session_.get()) == PQTRANS_IDLE) {
+        Drop(by_text_.at(statement));
+        continue;
+      }
+      return Read(Check(std::move(result), text).get(), text);
+    }
+  }
+
+  const Prepared& Prepare(const std::string& statement, std::string_view text) {
+    if (const auto found = by_text_.find(statement); found != by_text_.end()) {
+      prepared_.splice(prepared_.begin(), prepared_, found->second);
+      return prepared_.front();
+    }
+    const std::string name = "t" + std::to_string(++names_);
+    Check(Result(PQprepare(session_.get(), name.c_str(), statement.c_str(), 0, nullptr)), text);
+    const Result described = Check(Result(PQdescribePrepared(session_.get(), name.c_str())), text);
+    std::vector<Oid> types;
+    for (int i = 0; i < PQnparams(described.get()); ++i) types.push_back(PQparamtype(described.get(), i));
+    prepared_.push_front({statement, name, std::move(types)});
+    by_text_[prepared_.front().text] = prepared_.begin();
+    if (prepared_.size() > kKeptStatements) Drop(std::prev(prepared_.end()));
+    return prepared_.front();
+  }
+
+  void Drop(std::list<Prepared>::iterator prepared) {
+    Result(PQexec(session_.get(), ("DEALLOCATE " + prepared->name).c_str()));
+    by_text_.erase(prepared->text);
+    prepared_.erase(prepared);
+  }
+
+  Rows Call(const ProcedureCall& call, std::string_view text) {
+    if (const Procedure* found = Find(call.name)) {
+      const Procedure procedure = *found;  // it may register another under its own name
+      procedure(*this, call.arguments);
+      return {};
+    }
+    // One of the server's: a procedure or a function, of the name as it is or folded.
+    const Rows known = EngineConnection::Run(
+        "SELECT prokind FROM pg_catalog.pg_proc WHERE proname = ? AND pronargs = ? AND "
+        "pg_catalog.pg_function_is_visible(oid) LIMIT 1",
+        {Value(LowerAscii(call.name)), Value(static_cast<std::int64_t>(call.arguments.size()))});
+    if (known.rows.empty()) {
+      throw Error("No existe el procedimiento " + call.name).With("sentencia", std::string(text));
+    }
+    std::string statement = ToText(known.rows[0][0]) == "p" ? "CALL " : "SELECT ";
+    statement += LowerAscii(call.name) + "(";
+    for (std::size_t i = 0; i < call.arguments.size(); ++i) {
+      statement += (i > 0 ? ", " : "") + Quoted(call.arguments[i]);
+    }
+    Send(statement + ")", text);
+    return {};
+  }
+
+  Session session_;
+  std::string place_;
+  std::list<Prepared> prepared_;  // the latest used first
+  std::unordered_map<std::string_view, std::list<Prepared>::iterator> by_text_;
+  unsigned long names_ = 0;
+  bool in_unit_ = false;  // of work: a transaction
+};
+
+// The address without what nobody should read over an operator's shoulder.
+std::string WithoutPassword(std::string_view address) {
+  std::string shown{address};
+  const std::size_t host = shown.find("//");
+  if (host != std::string::npos) {
+    const std::size_t end = std::min(shown.find_first_of("/?", host + 2), shown.size());
+    const std::size_t at = shown.rfind('@', end);
+    const std::size_t colon = shown.find(':', host + 2);
+    if (at != std::string::npos && at > host && colon < at) shown.erase(colon, at - colon);
+  }
+  for (const std::string_view name : {"password=", "sslpassword="}) {
+    for (std::size_t from = shown.find('?'); from != std::string::npos;) {
+      from = shown.find(name, from);
+      if (from == std::string::npos) break;
+      if (shown[from - 1] != '?' && shown[from - 1] != '&') {
+        from += name.size();
+        continue;
+      }
+      const std::size_t end = shown.find('&', from);
+      shown.erase(from, end == std::string::npos ? end : end - from + 1);
+    }
+  }
+  while (!shown.empty() && (shown.back() == '?' || shown.back() == '&')) shown.pop_back();
+  return RepairUtf8(shown);
+}
+
+class PostgresqlBase final : public Base {
+ public:
+  explicit PostgresqlBase(std::string_view address) : address_(address), shown_(WithoutPassword(address)) {
+    first_ = Open();  // an address that leads nowhere shows here
+  }
+
+  std::unique_ptr<EngineConnection> Connect() override {
+    Session session = first_ != nullptr ? std::move(first_) : Open();
+    return std::make_unique<PostgresqlConnection>(std::move(session), shown_);
+  }
+  [[nodiscard]] std::string Address() const override { return shown_; }
+
+ private:
+  [[nodiscard]] Session Open() const {
+    // What stands in the address comes behind our wishes, and before what we cannot do without.
+    const std::array names = {"connect_timeout", "application_name", "dbname", "client_encoding",
+                              static_cast<const char*>(nullptr)};
+    const std::array values = {kConnectSeconds, "tarvik", address_.c_str(), "UTF8",
+                               static_cast<const char*>(nullptr)};
+    Session session(PQconnectdbParams(names.data(), values.data(), 1));
+    if (session == nullptr) throw Error("No hay memoria suficiente");
+    if (PQstatus(session.get()) != CONNECTION_OK) {
+      throw Error("No se puede abrir la base " + shown_ + ": " + OneLine(PQerrorMessage(session.get())));
+    }
+    PQsetNoticeProcessor(
+        session.get(), [](void*, const char*) {}, nullptr);
+    const Result set(PQexec(session.get(), kSettings));
+    if (PQresultStatus(set.get()) != PGRES_COMMAND_OK) {
+      throw Error("No se puede abrir la base " + shown_ + ": " + OneLine(PQerrorMessage(session.get())));
+    }
+    return session;
+  }
+
+  std::string address_;
+  std::string shown_;
+  Session first_;
+};
+
+}  // namespace
+
+std::unique_ptr<Base> OpenPostgresql(std::string_view address) {
+  if (address.find('\0') != std::string_view::npos) {
+    throw Error("La dirección de la base contiene un carácter nulo");
+  }
+  return std::make_unique<PostgresqlBase>(address);
+}
+
+}  // namespace tarvik::data

@@ -1,0 +1,349 @@
+// The engine for many stations, on a server of the test's own: addresses, values, locks, refusals,
+// transactions, sessions that are lost.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <thread>
+
+#include "data/engine.h"
+#include "data/error.h"
+#include "data/schema.h"
+#include "tests/data/support.h"
+#include "tests/support/base_de_prueba.h"
+
+namespace tarvik::data {
+namespace {
+
+using tests::BaseDePrueba;
+using tests::ErrorOf;
+
+bool Begins(const std::string& text, std::string_view front) { return text.starts_with(front); }
+
+class Servidor : public testing::Test {
+ protected:
+  Servidor() : base(OpenBase(direccion.Direccion())), db(base->Connect()) {
+    db->Execute("CREATE TABLE t (n BIGINT, r DOUBLE PRECISION, x TEXT, d DATE, f SMALLINT)");
+  }
+  static Value Single(EngineConnection& connection, std::string_view text) {
+    return connection.Select(text).rows.at(0).at(0);
+  }
+  Value Single(std::string_view text) { return Single(*db, text); }
+
+  BaseDePrueba direccion{BaseDePrueba::Con::kNada};
+  std::unique_ptr<Base> base;
+  std::unique_ptr<EngineConnection> db;
+};
+
+TEST_F(Servidor, TheStoriesAreReallyOnIt) {
+  ASSERT_TRUE(Begins(direccion.Direccion(), "postgresql:"));
+  EXPECT_EQ(db->Kind(), Dialect::Postgresql);
+  EXPECT_TRUE(Begins(ToText(Single("SELECT version()")), "PostgreSQL"));
+}
+
+// --- Addresses ---
+
+TEST_F(Servidor, AnAddressThatLeadsNowhereIsToldWithoutItsPassword) {
+  const std::string error =
+      ErrorOf([] { OpenBase("postgresql://ana:secreto@/nada?host=/no/hay&password=otro&port=1"); });
+  EXPECT_TRUE(Begins(error, "No se puede abrir la base postgresql://ana@/nada?host=/no/hay&port=1: "))
+      << error;
+  EXPECT_EQ(error.find("secreto"), std::string::npos);
+  EXPECT_EQ(error.find("otro"), std::string::npos);
+  EXPECT_EQ(error.find('\n'), std::string::npos);
+  EXPECT_TRUE(Begins(ErrorOf([] { OpenBase("postgresql://[mal"); }), "No se puede abrir la base "));
+}
+
+TEST_F(Servidor, TheAddressIsShownWithoutItsPassword) {
+  std::string con_clave = direccion.Direccion();
+  con_clave.replace(con_clave.find("tarvik@"), 7, "tarvik:se%40c%3Areto@");
+  const std::string shown = OpenBase(con_clave + "&password=x")->Address();
+  EXPECT_EQ(shown, direccion.Direccion());
+}
+
+TEST_F(Servidor, ConnectionsOutliveTheirBaseAndShareIt) {
+  const auto other = base->Connect();
+  base.reset();
+  db->Execute("INSERT INTO t (n) VALUES (1)");
+  EXPECT_EQ(Single(*other, "SELECT count(*) FROM t"), Value(1));
+}
+
+TEST_F(Servidor, EveryUseBehindItsEndIsRefused) {
+  db->Close();
+  db->Close();
+  db->Rollback();
+  const std::string reason = "La base está cerrada";
+  EXPECT_EQ(ErrorOf([&] { db->Select("SELECT 1"); }), reason);
+  EXPECT_EQ(ErrorOf([&] { db->Execute("SELECT 1"); }), reason);
+  EXPECT_EQ(ErrorOf([&] { db->Run("SELECT ?", {1}); }), reason);
+  EXPECT_EQ(ErrorOf([&] { db->Columns("t"); }), reason);
+  EXPECT_EQ(ErrorOf([&] { db->Begin(); }), reason);
+  EXPECT_EQ(ErrorOf([&] { db->Commit(); }), reason);
+}
+
+// --- Values ---
+
+TEST_F(Servidor, ValuesComeBackByWhatIsStored) {
+  db->Run("INSERT INTO t VALUES (?, ?, ?, ?, ?)", {7, 2.5, "Ñandú", Date{2024, 3, 5}, true});
+  db->Run("INSERT INTO t VALUES (?, ?, ?, ?, ?)", {Value(), 5, Value(), Value(), 0});
+  const Rows rows = db->Select("SELECT * FROM t ORDER BY n");
+  EXPECT_EQ(rows.columns, (std::vector<std::string>{"n", "r", "x", "d", "f"}));
+  EXPECT_EQ(rows.rows.at(0), (std::vector<Value>{7, 2.5, "Ñandú", Date{2024, 3, 5}, 1}));
+  EXPECT_EQ(rows.rows.at(1), (std::vector<Value>{Value(), 5.0, Value(), Value(), 0}));
+}
+
+TEST_F(Servidor, OtherTypesAreReadAsWhatTheyMean) {
+  const Rows rows = db->Select(
+      "SELECT true, 2.50::numeric, SUM(7::bigint), '2024-03-05 14:03:22.5'::timestamp, '{\"a\":1}'::json, "
+      "'x'::char(3)");
+  EXPECT_EQ(rows.rows.at(0),
+            (std::vector<Value>{1, 2.5, 7, DateTime{{2024, 3, 5}, {14, 3, 22}}, "{\"a\":1}", "x  "}));
+}
+
+TEST_F(Servidor, NumbersKeepEveryDigitAndTextsEverySign) {
+  const std::string text = "O'Hara \\ \"?\" 📦 $1 --";
+  db->Run("INSERT INTO t (r, x) VALUES (?, ?)", {0.1 + 0.2, text});
+  EXPECT_EQ(Single("SELECT x FROM t"), Value(text));
+  EXPECT_NEAR(*Single("SELECT r FROM t").As<double>(), 0.3, 1e-15);
+  db->Execute("INSERT INTO t (x) VALUES ('a\\b')");
+  EXPECT_EQ(Single("SELECT x FROM t WHERE r IS NULL"), Value("a\\b"));
+  EXPECT_EQ(ErrorOf([&] { db->Run("INSERT INTO t (x) VALUES (?)", {std::string("a\0b", 3)}); }),
+            "El dato contiene un carácter nulo");
+}
+
+TEST_F(Servidor, AnEmptyFieldIsNoNumberAndNoDate) {
+  db->Run("INSERT INTO t VALUES (?, ?, ?, ?, ?)", {"", "", "", "", ""});
+  EXPECT_EQ(db->Select("SELECT * FROM t").rows.at(0), (std::vector<Value>{{}, {}, "", {}, {}}));
+  EXPECT_TRUE(Begins(ErrorOf([&] { db->Run("INSERT INTO t (n) VALUES (?)", {"X1"}); }),
+                     "El dato no es del tipo de la columna: "));
+}
+
+TEST_F(Servidor, ColumnsAreSpelledAsTheSchemaSpellsThem) {
+  db->Execute("DROP TABLE t");
+  PrepareSchema(*db);
+  EXPECT_EQ(db->Select("SELECT clave, DATO1, Libre AS Suelta FROM clavesadd").columns,
+            (std::vector<std::string>{"clave", "Dato1", "Suelta"}));
+  EXPECT_EQ(db->Columns("CLAVESADD").at(3), "dato1");
+  EXPECT_TRUE(db->Columns("no_hay").empty());
+  EXPECT_TRUE(db->Columns("x'); DROP TABLE t; --").empty());
+}
+
+// --- Statements ---
+
+TEST_F(Servidor, TakesOneStatementAndOnlyOne) {
+  EXPECT_EQ(ErrorOf([&] { db->Select("DELETE FROM t"); }),
+            "Sólo se puede consultar con una sentencia SELECT");
+  EXPECT_EQ(ErrorOf([&] { db->Execute("SELECT 1; DROP TABLE t"); }),
+            "La sentencia contiene otra detrás de un punto y coma");
+  // What the gate takes for a name in brackets, the server does not: it has the last word.
+  EXPECT_NE(ErrorOf([&] { db->Execute("SELECT (ARRAY[1; DROP TABLE t])"); }), "no error");
+  EXPECT_EQ(Single("SELECT count(*) FROM t"), Value(0));
+}
+
+TEST_F(Servidor, RunWantsAValueForEachMark) {
+  EXPECT_EQ(ErrorOf([&] { db->Run("SELECT ?, ?", {1}); }), "La sentencia espera 2 valores y recibió 1");
+  EXPECT_EQ(ErrorOf([&] { db->Run("SELECT 1", {1}); }), "La sentencia espera 0 valores y recibió 1");
+  EXPECT_EQ(db->Run("SELECT ?, '?'", {"a"}).rows.at(0), (std::vector<Value>{"a", "?"}));
+  EXPECT_EQ(db->Run("INSERT INTO t (n) VALUES (?) RETURNING n + 1 AS m", {3}).rows.at(0).at(0), Value(4));
+}
+
+TEST_F(Servidor, LinesKeepTheirOrderHoweverOftenTheyAreCorrected) {
+  db->Execute("DROP TABLE t");
+  PrepareSchema(*db);
+  db->Execute("INSERT INTO entradas (entrada) VALUES (7)");
+  for (int i = 1; i <= 5; ++i) db->Run("INSERT INTO entpart (id_entrada, entrada) VALUES (?, 7)", {i});
+  db->Execute("UPDATE entpart SET observ = 'otra' WHERE id_entrada = 2");
+  std::string order;
+  for (const auto& row : db->Select("SELECT * FROM entpart WHERE entrada = 7").rows) order += ToText(row[0]);
+  EXPECT_EQ(order, "12345");
+}
+
+TEST_F(Servidor, AKeptStatementSeesATableThatAnotherConnectionChanged) {
+  db->Execute("INSERT INTO t (n) VALUES (1)");
+  EXPECT_EQ(db->Run("SELECT * FROM t WHERE n = ?", {1}).columns.size(), 5U);
+  base->Connect()->Execute("ALTER TABLE t ADD COLUMN nueva TEXT");
+  EXPECT_EQ(db->Run("SELECT * FROM t WHERE n = ?", {1}).columns.size(), 6U);
+}
+
+TEST_F(Servidor, MoreStatementsThanAreKept) {
+  for (int round = 0; round < 2; ++round) {
+    for (int i = 0; i < 150; ++i) {
+      ASSERT_EQ(db->Run("SELECT ?::bigint + " + std::to_string(i), {1}).rows.at(0).at(0), Value(1 + i));
+    }
+  }
+  EXPECT_EQ(Single("SELECT count(*) FROM pg_prepared_statements"), Value(64));
+}
+
+// --- Procedures ---
+
+TEST_F(Servidor, ExecRunsARegisteredProcedureOrOneOfTheServers) {
+  std::vector<std::string> got;
+  db->Register("TKMallaParam",
+               [&](EngineConnection&, const std::vector<std::string>& given) { got = given; });
+  db->Execute("exec tkmallaparam 'O''Hara','M1'");
+  EXPECT_EQ(got, (std::vector<std::string>{"O'Hara", "M1"}));
+  db->Execute(
+      "CREATE PROCEDURE Anota(uno TEXT, otro TEXT) LANGUAGE SQL AS 'INSERT INTO t (x) VALUES (uno || otro)'");
+  db->Execute("exec ANOTA 'O''','Hara'");
+  EXPECT_EQ(Single("SELECT x FROM t"), Value("O'Hara"));
+  db->Execute("CREATE FUNCTION borra() RETURNS VOID LANGUAGE SQL AS 'DELETE FROM t'");
+  db->Execute("exec Borra");
+  EXPECT_EQ(Single("SELECT count(*) FROM t"), Value(0));
+  EXPECT_EQ(ErrorOf([&] { db->Execute("exec NoHay 'a'"); }), "No existe el procedimiento NoHay");
+  EXPECT_EQ(ErrorOf([&] { db->Execute("exec anota 'a'"); }), "No existe el procedimiento anota");
+}
+
+// --- Errors ---
+
+TEST_F(Servidor, ErrorsAreToldInSpanishWithTheServersOwnText) {
+  EXPECT_EQ(ErrorOf([&] { db->Select("SELECT * FROM nada"); }),
+            "La tabla no existe: relation \"nada\" does not exist");
+  EXPECT_EQ(ErrorOf([&] { db->Select("SELECT nada FROM t"); }),
+            "La columna no existe: column \"nada\" does not exist");
+  EXPECT_EQ(ErrorOf([&] { db->Execute("SELEC 1"); }),
+            "La base rechazó la sentencia: syntax error at or near \"SELEC\"");
+  db->Execute("CREATE TABLE padre (p BIGINT PRIMARY KEY)");
+  db->Execute("CREATE TABLE hijo (h TEXT PRIMARY KEY, p BIGINT REFERENCES padre, c BIGINT CHECK (c > 0))");
+  db->Execute("INSERT INTO padre VALUES (1)");
+  EXPECT_TRUE(Begins(ErrorOf([&] { db->Execute("INSERT INTO padre VALUES (1)"); }),
+                     "Ya existe un registro con esa clave: "));
+  EXPECT_TRUE(Begins(ErrorOf([&] { db->Execute("INSERT INTO hijo VALUES ('b', 9, 1)"); }),
+                     "El registro depende de otro que no existe o del que otros dependen: "));
+  EXPECT_TRUE(Begins(ErrorOf([&] { db->Execute("INSERT INTO hijo VALUES (NULL, 1, 1)"); }),
+                     "Falta un dato obligatorio: "));
+  EXPECT_TRUE(Begins(ErrorOf([&] { db->Execute("INSERT INTO hijo VALUES ('c', 1, 0)"); }),
+                     "El registro no cumple una regla de la base: "));
+}
+
+TEST_F(Servidor, TheStatementStandsInTheContextAsItWasWritten) {
+  try {
+    db->Run("INSERT INTO nada VALUES (?)", {"secreto"});
+    FAIL();
+  } catch (const Error& error) {
+    ASSERT_EQ(error.Context().size(), 1U);
+    EXPECT_EQ(error.Context()[0].second, "INSERT INTO nada VALUES (?)");
+  }
+}
+
+// --- Transactions and other stations ---
+
+TEST_F(Servidor, ATransactionHoldsWholeOrNotAtAll) {
+  const auto other = base->Connect();
+  {
+    Transaction transaction(*db);
+    db->Execute("INSERT INTO t (n) VALUES (1)");
+    EXPECT_EQ(Single(*other, "SELECT count(*) FROM t"), Value(0));
+    EXPECT_EQ(ErrorOf([&] { db->Begin(); }), "Ya hay una transacción abierta");
+  }
+  EXPECT_EQ(Single("SELECT count(*) FROM t"), Value(0));
+  {
+    Transaction transaction(*db);
+    db->Execute("INSERT INTO t (n) VALUES (1)");
+    transaction.Commit();
+  }
+  EXPECT_EQ(Single(*other, "SELECT count(*) FROM t"), Value(1));
+  EXPECT_EQ(ErrorOf([&] { db->Commit(); }), "No hay una transacción abierta");
+}
+
+TEST_F(Servidor, ATransactionOfWhichAPartFailedIsNeverTakenForCommitted) {
+  db->Begin();
+  db->Execute("INSERT INTO t (n) VALUES (1)");
+  EXPECT_NE(ErrorOf([&] { db->Execute("INSERT INTO nada VALUES (1)"); }), "no error");
+  EXPECT_EQ(ErrorOf([&] { db->Commit(); }), "La base deshizo la transacción: una de sus sentencias falló");
+  EXPECT_EQ(Single("SELECT count(*) FROM t"), Value(0));
+}
+
+TEST_F(Servidor, AStationWaitsForAnothersUnitOfWork) {
+  db->Begin();
+  db->Execute("INSERT INTO t (n) VALUES (1)");
+  std::string waited;
+  Value seen;
+  std::thread second([&] {
+    waited = ErrorOf([&] {
+      const auto other = base->Connect();
+      other->Begin();
+      seen = Single(*other, "SELECT count(*) FROM t");
+      other->Commit();
+    });
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  db->Commit();
+  second.join();
+  EXPECT_EQ(waited, "no error");
+  EXPECT_EQ(seen, Value(1));
+}
+
+TEST_F(Servidor, ABaseThatStaysBusyIsTold) {
+  const auto other = base->Connect();
+  db->Begin();
+  const auto started = std::chrono::steady_clock::now();
+  EXPECT_TRUE(Begins(ErrorOf([&] { other->Begin(); }), "La base está ocupada por otro proceso: "));
+  EXPECT_GT(std::chrono::steady_clock::now() - started, std::chrono::seconds(4));
+  db->Rollback();
+  EXPECT_EQ(ErrorOf([&] { Transaction(*other).Commit(); }), "no error");
+}
+
+TEST_F(Servidor, ManyStationsLoseNothing) {
+  db->Execute("INSERT INTO t (n) VALUES (0)");
+  std::vector<std::thread> threads;
+  std::vector<std::string> errors(4);
+  for (std::string& error : errors) {
+    threads.emplace_back([&] {
+      error = ErrorOf([&] {
+        const auto connection = base->Connect();
+        for (int i = 0; i < 25; ++i) connection->Run("UPDATE t SET n = n + ? RETURNING n", {1});
+      });
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const std::string& error : errors) EXPECT_EQ(error, "no error");
+  EXPECT_EQ(Single("SELECT n FROM t"), Value(100));
+}
+
+TEST_F(Servidor, ManyStationsMakeTheTablesAtOnce) {
+  db->Execute("DROP TABLE t");
+  std::vector<std::thread> threads;
+  std::vector<std::string> errors(6);
+  for (std::string& error : errors) {
+    threads.emplace_back([&] { error = ErrorOf([&] { PrepareSchema(*base->Connect()); }); });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const std::string& error : errors) EXPECT_EQ(error, "no error");
+  EXPECT_EQ(Single("SELECT count(*) FROM version_esquema"), Value(1));
+}
+
+TEST_F(Servidor, ABaseOfOthersIsNotTouched) {
+  EXPECT_EQ(ErrorOf([&] { PrepareSchema(*db); }), "La base no es de este programa");
+  EXPECT_TRUE(db->Columns("entradas").empty());
+}
+
+// --- Sessions that are lost ---
+
+TEST_F(Servidor, ALostSessionIsToldOnceAndMadeAgain) {
+  db->Run("INSERT INTO t (n) VALUES (?)", {1});
+  const auto other = base->Connect();
+  const auto kill = [&] {
+    other->Run(
+        "SELECT pg_terminate_backend(pid, 2000) FROM pg_stat_activity WHERE datname = current_database() AND "
+        "pid <> pg_backend_pid()",
+        {});
+  };
+  kill();
+  const std::string error = ErrorOf([&] { db->Run("INSERT INTO t (n) VALUES (?)", {2}); });
+  EXPECT_TRUE(Begins(error, "Se perdió la conexión con la base " + base->Address() + ": ")) << error;
+  EXPECT_EQ(ErrorOf([&] { db->Run("INSERT INTO t (n) VALUES (?)", {3}); }), "no error");
+  EXPECT_EQ(Single("SELECT SUM(n) FROM t"), Value(4));
+
+  // In the middle of a unit of work nothing goes on as if it were still there.
+  db->Begin();
+  db->Execute("INSERT INTO t (n) VALUES (10)");
+  kill();
+  EXPECT_NE(ErrorOf([&] { db->Execute("INSERT INTO t (n) VALUES (20)"); }), "no error");
+  EXPECT_NE(ErrorOf([&] { db->Execute("INSERT INTO t (n) VALUES (40)"); }), "no error");
+  EXPECT_NE(ErrorOf([&] { db->Commit(); }), "no error");
+  EXPECT_EQ(Single("SELECT SUM(n) FROM t"), Value(4));
+}
+
+}  // namespace
+}  // namespace tarvik::data
