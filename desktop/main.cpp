@@ -25,7 +25,7 @@ int main(int argc, char** argv) {
   std::string theme_name = "sistema";
   bool demo = false;
   CLI::App options{"Movimientos de inventario: entradas, salidas y traspasos."};
-  options.add_option("--base", base, "Base de datos: sqlite:ARCHIVO");
+  options.add_option("--base", base, "Base de datos: sqlite:ARCHIVO o postgresql://...");
   options.add_option("--usuario", user, "Quién trabaja");
   options.add_option("--estacion", station, "En qué estación");
   options.add_option("--ruta", folder, "Carpeta de formatos, impresos y bitácora");

@@ -63,7 +63,8 @@ argparse._ = lambda texto: _ARGPARSE.get(texto, texto)  # type: ignore[attr-defi
 
 def argumentos(descripcion: str) -> argparse.ArgumentParser:
     parser = argparse.ArgumentParser(description=descripcion, allow_abbrev=False)
-    parser.add_argument("--base", required=True, metavar="DIRECCIÓN", help="base de datos: sqlite:ARCHIVO")
+    parser.add_argument("--base", required=True, metavar="DIRECCIÓN",
+                        help="base de datos: sqlite:ARCHIVO o postgresql://...")
     parser.add_argument("--ruta", default="datos", metavar="CARPETA",
                         help="carpeta de la bitácora y de los documentos impresos (datos)")
     parser.add_argument("--usuario", default="ANA", help="quién trabaja (ANA)")

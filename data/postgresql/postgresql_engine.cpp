@@ -149,7 +149,12 @@ struct Parameter {
 
   std::optional<std::string> operator()(std::monostate) const { return std::nullopt; }
   std::optional<std::string> operator()(std::int64_t number) const { return std::to_string(number); }
-  std::optional<std::string> operator()(double number) const { return PlainNumber(number); }
+  std::optional<std::string> operator()(double number) const {
+    if (type != kFloat8 && type != kNumeric) return PlainNumber(number);
+    // The very double, where 15 digits are not all of it.
+    std::array<char, 32> text;
+    return std::string(text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr);
+  }
   std::optional<std::string> operator()(const std::string& text) const {
     // An empty field is no number and no date.
     if (text.empty() && (IsNumber(type) || IsDate(type))) return std::nullopt;
@@ -322,16 +327,14 @@ class PostgresqlConnection final : public EngineConnection {
   }
 
   Rows Send(const std::string& statement, std::string_view text) {
-    Reconnect();
-    const Result result = Check(
-        Result(PQexecParams(session_.get(), statement.c_str(), 0, nullptr, nullptr, nullptr, nullptr, 0)),
-        text);
-    return Read(result.get(), text);
+    return Again(text, [&] {
+      return Result(
+          PQexecParams(session_.get(), statement.c_str(), 0, nullptr, nullptr, nullptr, nullptr, 0));
+    });
   }
 
   Rows SendPrepared(const std::string& statement, std::span<const Value> values, std::string_view text) {
-    Reconnect();
-    for (bool again = true;; again = false) {
+    return Again(text, [&] {
       const Prepared& prepared = Prepare(statement, text);
       std::vector<std::optional<std::string>> held;
       std::vector<const char*> given;
@@ -344,13 +347,31 @@ class PostgresqlConnection final : public EngineConnection {
                                    given.data(), nullptr, nullptr, 0));
       // Another connection changed the table, or someone dropped the statement: it was not carried out.
       const std::string_view state = StateOf(result.get());
-      if (again && (state == "0A000" || state == "26000") &&
-          PQtransactionStatus(session_.get()) == PQTRANS_IDLE) {
-        Drop(by_text_.at(statement));
-        continue;
-      }
-      return Read(Check(std::move(result), text).get(), text);
+      if (state == "0A000" || state == "26000") Drop(by_text_.at(statement));
+      return result;
+    });
+  }
+
+  // Sends, and sends once more what was certainly not carried out, or does no harm if it was: a kept
+  // statement that the server no longer takes, and a question to a server that was started again.
+  template <class SendIt>
+  Rows Again(std::string_view text, SendIt send_it) {
+    Reconnect();
+    Result result;
+    try {
+      result = send_it();
+    } catch (const Error&) {  // lost while it was being prepared
+      if (in_unit_ || PQstatus(session_.get()) != CONNECTION_BAD) throw;
+      Reconnect();
+      result = send_it();
     }
+    const std::string_view state = StateOf(result.get());
+    const bool lost = PQstatus(session_.get()) == CONNECTION_BAD && IsSelect(text);
+    if (!in_unit_ && (lost || state == "0A000" || state == "26000")) {
+      if (lost) Reconnect();
+      result = send_it();
+    }
+    return Read(Check(std::move(result), text).get(), text);
   }
 
   const Prepared& Prepare(const std::string& statement, std::string_view text) {

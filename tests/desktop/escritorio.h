@@ -22,10 +22,13 @@
 #include "host/anfitrion.h"
 #include "service/entradas_salidas.h"
 #include "tests/desktop/support.h"
+#include "tests/support/base_de_prueba.h"
 
 namespace tarvik::desktop {
 
 class Escritorio : public ::testing::Test {
+  tests::BaseDePrueba base_{tests::BaseDePrueba::Con::kNada};  // outlives the program
+
  protected:
   Escritorio() {
     App();
@@ -36,12 +39,8 @@ class Escritorio : public ::testing::Test {
   void Start() {
     program.reset();
     program = std::make_unique<Program>(
-        theme, ProgramOptions{QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("tienda.db")),
-                              QStringLiteral("ANA"),
-                              QStringLiteral("E1"),
-                              folder.path(),
-                              {},
-                              true});
+        theme,
+        ProgramOptions{Address(), QStringLiteral("ANA"), QStringLiteral("E1"), folder.path(), {}, true});
     program->Platform().on_box = [this](forms::BoxKind kind, const std::string& text, int) {
       boxes.push_back(text);
       return kind != forms::BoxKind::Question || yes;
@@ -50,6 +49,11 @@ class Escritorio : public ::testing::Test {
     program->Window().show();
     program->Window().activateWindow();
     (void)QTest::qWaitForWindowActive(&program->Window());
+  }
+  // A file in the folder; on a server a base of its own.
+  QString Address() {
+    return base_.EnServidor() ? QString::fromStdString(base_.Direccion())
+                              : QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("tienda.db"));
   }
   frmEntradasWizard& New() {
     program->Door().NuevaEntrada();

@@ -181,12 +181,8 @@ class DiaDificil : public Escritorio {
   }
   std::unique_ptr<Program> Start(const char* user, const char* station) {
     return std::make_unique<Program>(
-        theme, ProgramOptions{QStringLiteral("sqlite:") + folder.filePath(QStringLiteral("tienda.db")),
-                              QString::fromUtf8(user),
-                              QString::fromUtf8(station),
-                              folder.path(),
-                              {},
-                              true});
+        theme, ProgramOptions{
+                   Address(), QString::fromUtf8(user), QString::fromUtf8(station), folder.path(), {}, true});
   }
   // The same desk after a routine was put into its folder.
   void StartWithRoutine(const char* file, const std::string& text) {

@@ -17,10 +17,13 @@
 #include "host/anfitrion.h"
 #include "service/entradas_salidas.h"
 #include "tests/desktop/support.h"
+#include "tests/support/base_de_prueba.h"
 
 namespace tarvik::desktop {
 
 class Oficina : public ::testing::Test {
+  tests::BaseDePrueba base_{tests::BaseDePrueba::Con::kNada};  // outlives the host
+
  protected:
   void SetUp() override {
     App();
@@ -30,7 +33,7 @@ class Oficina : public ::testing::Test {
       return respuesta;
     };
     host::Opciones opciones;
-    opciones.base = "sqlite::memory:";
+    opciones.base = base_.Direccion();
     opciones.usuario = "ANA";
     opciones.estacion = "E1";
     opciones.ruta = carpeta.path().toStdString();

@@ -10,6 +10,8 @@ from pathlib import Path
 
 import tarvik
 
+import bases
+
 HOY = datetime.datetime(2024, 3, 5, 14, 3, 22)
 
 
@@ -20,7 +22,7 @@ class Caso(unittest.TestCase):
         temporal = tempfile.TemporaryDirectory()
         self.addCleanup(temporal.cleanup)
         self.carpeta = Path(temporal.name)
-        self.anf = self.abre("sqlite::memory:", demo=self.demo)
+        self.anf = self.abre(bases.en_memoria(self), demo=self.demo)
         self.anf.ahora = HOY
 
     def abre(self, base, demo=False, ruta=None):
@@ -80,10 +82,11 @@ class Apertura(Caso):
                          ("ANA", "E1", str(ruta)))
 
     def test_positional_arguments_and_second_opening(self):
-        anf = tarvik.Anfitrion(f"sqlite:{self.carpeta / 'a.db'}", "ANA", "E1", str(self.carpeta))
+        base = bases.en_archivo(self, self.carpeta / "a.db")
+        anf = tarvik.Anfitrion(base, "ANA", "E1", str(self.carpeta))
         anf.sql("INSERT INTO prods (articulo) VALUES ('A')")
         anf.cierra()
-        self.assertEqual(self.abre(f"sqlite:{self.carpeta / 'a.db'}").sql("SELECT articulo FROM prods"),
+        self.assertEqual(self.abre(base).sql("SELECT articulo FROM prods"),
                          [{"articulo": "A"}])
 
     def test_a_base_that_does_not_open_raises_with_a_clear_text(self):
@@ -97,7 +100,7 @@ class Apertura(Caso):
 
     def test_demo_fills_an_empty_base_only_when_asked(self):
         self.assertEqual(self.anf.sql("SELECT COUNT(*) AS n FROM prods"), [{"n": 0}])
-        self.assertGreater(self.abre("sqlite::memory:", demo=True).sql("SELECT COUNT(*) AS n FROM prods")[0]["n"], 20)
+        self.assertGreater(self.abre(bases.en_memoria(self), demo=True).sql("SELECT COUNT(*) AS n FROM prods")[0]["n"], 20)
 
     def test_memory_is_one_base_for_all_connections_and_for_no_other_host(self):
         self.anf.sql("INSERT INTO prods (articulo) VALUES ('A')")
@@ -167,7 +170,7 @@ class Ambiente(Caso):
     def test_settings_have_defaults_and_last_in_the_base(self):
         self.assertEqual([self.anf.Ambiente.Parametros[n] for n in ("Almacen", "Lector", "PorSurt", "EnVenta")],
                          [1, 0, 0, 0])
-        base = f"sqlite:{self.carpeta / 'a.db'}"
+        base = bases.en_archivo(self, self.carpeta / "a.db")
         primero = self.abre(base)
         primero.Ambiente.Parametros["Almacen"] = 12
         primero.Ambiente.Parametros["Lector"] = 1
@@ -935,7 +938,7 @@ class LoQueQueda(unittest.TestCase):
         guardado = []
         with tempfile.TemporaryDirectory() as carpeta:
             def abre_y_suelta():
-                anf = tarvik.Anfitrion(base="sqlite::memory:", usuario="ANA", estacion="E1", ruta=carpeta)
+                anf = tarvik.Anfitrion(base=bases.en_memoria(self), usuario="ANA", estacion="E1", ruta=carpeta)
                 anf.ganchos["MOVESTACIONES001"] = lambda forma, ambiente: guardado.append(ambiente)
                 puerta = anf.EntradasSalidas()
                 puerta.movimientoEstacion(0, False)

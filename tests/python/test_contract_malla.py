@@ -11,6 +11,8 @@ from pathlib import Path
 
 import tarvik
 
+import bases
+
 HOY = datetime.datetime(2024, 3, 5, 14, 3, 22)
 BLANCO, CIAN = 0xFFFFFF, 0xFFFFE0
 
@@ -24,7 +26,7 @@ class Caso(unittest.TestCase):
         temporal = tempfile.TemporaryDirectory()
         self.addCleanup(temporal.cleanup)
         self.ruta = Path(temporal.name) / "datos"
-        self.anf = tarvik.Anfitrion(base="sqlite::memory:", usuario="ANA", estacion="E1", ruta=str(self.ruta),
+        self.anf = tarvik.Anfitrion(base=bases.en_memoria(self), usuario="ANA", estacion="E1", ruta=str(self.ruta),
                                     demo=True)
         self.addCleanup(self.anf.cierra)
         self.anf.ahora = HOY

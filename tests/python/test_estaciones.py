@@ -11,6 +11,8 @@ from unittest import mock
 
 import tarvik
 
+import bases
+
 CARPETA = Path(__file__).resolve().parents[2] / "examples" / "ganchos_estaciones"
 CLAVES = [f"MOVESTACIONES00{n}" for n in range(1, 8)]
 HOY = datetime.datetime(2024, 3, 5, 14, 3, 22)
@@ -36,12 +38,13 @@ class Caso(unittest.TestCase):
         temporal = tempfile.TemporaryDirectory()
         self.addCleanup(temporal.cleanup)
         self.carpeta = Path(temporal.name)
+        self.base = bases.en_archivo(self, self.carpeta / "a.db")
         self.anf = self.abre()
         self.surte("MAR-16", 10)
         self.surte("FOC-9W", 5)
 
     def abre(self, usuario="BETO", estacion="E1"):
-        anf = tarvik.Anfitrion(base=f"sqlite:{self.carpeta / 'a.db'}", usuario=usuario, estacion=estacion,
+        anf = tarvik.Anfitrion(base=self.base, usuario=usuario, estacion=estacion,
                                ruta=str(self.carpeta / "datos"), demo=True)
         self.addCleanup(anf.cierra)
         anf.ahora = HOY

@@ -18,7 +18,7 @@ std::string Dada() {
   return dada != nullptr ? dada : "sqlite::memory:";
 }
 
-bool EnServidor(const std::string& direccion) { return direccion.rfind("postgresql:", 0) == 0; }
+bool EsDeServidor(const std::string& direccion) { return direccion.rfind("postgresql:", 0) == 0; }
 
 // The same server, another base.
 std::string ConBase(const std::string& direccion, const std::string& nombre) {
@@ -86,7 +86,7 @@ Servidor& ElServidor() {
 }  // namespace
 
 BaseDePrueba::BaseDePrueba(Con con) : direccion_(Dada()) {
-  if (!EnServidor(direccion_)) return;
+  if (!EsDeServidor(direccion_)) return;
   nombre_ = ElServidor().Haz(con);
   direccion_ = ConBase(direccion_, nombre_);
 }

@@ -16,6 +16,7 @@ class BaseDePrueba {
   BaseDePrueba& operator=(const BaseDePrueba&) = delete;
 
   [[nodiscard]] const std::string& Direccion() const { return direccion_; }
+  [[nodiscard]] bool EnServidor() const { return !nombre_.empty(); }
 
  private:
   std::string nombre_;  // on a server

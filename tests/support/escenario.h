@@ -37,6 +37,7 @@ class Bitacora final : public host::Registro, public host::Selector {
   std::vector<std::string> llamadas;     // "LlenaEntradas(7)"
   std::vector<std::string> selectores;   // "BuscadorCatalogo|Articulos|txtFields(4)"
   std::function<std::optional<std::string>(forms::TextBox&)> elige;
+  std::function<void(std::string_view)> al_anotar;  // just before a statement is sent
 
   void Gancho(const std::string& key, const data::Value& value) override { ganchos.emplace_back(key, value); }
   void Movimiento(const host::Propiedades& properties, double amount) override {
@@ -61,7 +62,10 @@ class Bitacora final : public host::Registro, public host::Selector {
   }
 
  protected:
-  void AnotaSentencia(std::string_view text) override { sentencias.emplace_back(text); }
+  void AnotaSentencia(std::string_view text) override {
+    sentencias.emplace_back(text);
+    if (const auto oye = al_anotar) oye(text);
+  }
   void AnotaMensaje(const host::MensajeVisto& mensaje) override { mensajes.push_back(mensaje); }
   bool SiguienteRespuesta() override {
     if (respuestas.empty()) return false;
@@ -90,6 +94,7 @@ class Escenario : public ::testing::Test {
   std::vector<std::string> listas;        // fields whose search list was asked for
   std::vector<std::string> no_atrapados;  // errors that left an event with no trap
 
+  [[nodiscard]] const std::string& Direccion() const { return base_.Direccion(); }
   // Runs one statement outside the system, with "?" for each value.
   data::Rows Sql(const std::string& text, std::vector<data::Value> values = {});
   // The first value of the first row, as plain text; "(nada)" for no row, "(nulo)" for null.
