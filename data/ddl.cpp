@@ -24,7 +24,8 @@ std::string_view TypeName(ColumnType type, Dialect dialect) {
     case ColumnType::Number:
       return sqlite ? "REAL" : "DOUBLE PRECISION";
     case ColumnType::Text:
-      return "TEXT";
+      // Compared and sorted sign by sign on every engine, whatever language the server was set up in.
+      return sqlite ? "TEXT" : "TEXT COLLATE \"C\"";
     case ColumnType::Date:
       return "DATE";
     case ColumnType::Flag:

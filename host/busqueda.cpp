@@ -86,10 +86,7 @@ class Consulta {
   // other, each served by the column's index in its order.
   [[nodiscard]] std::vector<Condicion> Comienza(const std::string& column, const std::string& typed) const {
     const std::string upper = Mayusculas(typed);
-    if (connection_.Kind() != data::Dialect::Sqlite) {
-      return {{"UPPER(" + column + ") LIKE ? ESCAPE '!'", {Escapado(upper) + "%"}}};
-    }
-    // The embedded engine compares texts byte by byte, so that a beginning is a range.
+    // The engines compare texts sign by sign, so that a beginning is a range.
     const std::string range = column + " >= ? AND " + column + " < ?";
     const std::string last = data::Encode(0x10FFFF);
     std::vector<Condicion> conditions = {{range, {typed, typed + last}}};
@@ -158,11 +155,11 @@ std::vector<Hallazgo> Busca(data::EngineConnection& connection, std::string_view
 
   std::string every;
   std::vector<data::Value> values;
-  const bool folds = connection.Kind() == data::Dialect::Sqlite;  // LIKE takes "A" for "a" by itself
+  const std::string like = connection.Kind() == data::Dialect::Sqlite ? " LIKE " : " ILIKE ";  // "A" for "a"
   for (const std::string& word : Palabras(text)) {
     if (!every.empty()) every += " AND ";
-    every += (folds ? description : "UPPER(" + description + ")") + " LIKE ? ESCAPE '!'";
-    values.emplace_back("%" + Escapado(folds ? word : Mayusculas(word)) + "%");
+    every += description + like + "? ESCAPE '!'";
+    values.emplace_back("%" + Escapado(word) + "%");
   }
   search.Donde(every, std::move(values), description + ", " + key);
 

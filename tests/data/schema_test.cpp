@@ -222,7 +222,8 @@ TEST(SchemaDdl, OnTheServer) {
   EXPECT_EQ(
       Ddl(*FindTable("existenciaalmacen"), Dialect::Postgresql),
       (List{"CREATE TABLE IF NOT EXISTS existenciaalmacen (almacen DOUBLE PRECISION NOT NULL, "
-            "articulo TEXT NOT NULL, existencia DOUBLE PRECISION, PRIMARY KEY (almacen, articulo))",
+            "articulo TEXT COLLATE \"C\" NOT NULL, existencia DOUBLE PRECISION, PRIMARY KEY (almacen, "
+            "articulo))",
             "CREATE INDEX IF NOT EXISTS idx_existenciaalmacen_articulo ON existenciaalmacen (articulo)"}));
   EXPECT_EQ(Ddl(*FindTable("ControlProc"), Dialect::Postgresql),
             List{"CREATE TABLE IF NOT EXISTS ControlProc (controlproc BIGINT, "

@@ -132,6 +132,17 @@ TEST_F(Servidor, ColumnsAreSpelledAsTheSchemaSpellsThem) {
   EXPECT_TRUE(db->Columns("x'); DROP TABLE t; --").empty());
 }
 
+TEST_F(Servidor, TextsAreSortedAsByTheEmbeddedEngine) {
+  db->Execute("DROP TABLE t");
+  PrepareSchema(*db);
+  for (const char* key : {"b", "A-1", "a", "B", "A1", "ñ", "Z"}) {
+    db->Run("INSERT INTO prods (articulo) VALUES (?)", {key});
+  }
+  std::string order;
+  for (const auto& row : db->Select("SELECT articulo FROM prods").rows) order += ToText(row[0]) + " ";
+  EXPECT_EQ(order, "A-1 A1 B Z a b ñ ");
+}
+
 // --- Statements ---
 
 TEST_F(Servidor, TakesOneStatementAndOnlyOne) {
