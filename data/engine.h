@@ -35,6 +35,8 @@ class EngineConnection : public Connection {
   virtual void Begin() = 0;
   virtual void Commit() = 0;
   virtual void Rollback() noexcept = 0;
+  // Whether such a unit is open: this one's, or one that a statement began.
+  [[nodiscard]] virtual bool InTransaction() const = 0;
 
   // Lets go of the base. Every later use throws Error; closing again does nothing.
   virtual void Close() noexcept = 0;

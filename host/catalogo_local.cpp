@@ -24,12 +24,25 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
   const auto found = routines_.find(key);
   if (found == routines_.end()) return;
   const auto routine = found->second;  // a routine may replace itself
+  // What a routine begins it ends: with its transaction open everything that the operator stores
+  // afterwards would hang on it, and be gone with the program.
+  const bool inside = engine_.InTransaction();
+  const auto left_open = [&] {
+    const bool left = !inside && engine_.InTransaction();
+    if (left) engine_.Rollback();
+    return left;
+  };
   try {
     routine(screen, ambiente_);
   } catch (const data::Error&) {
+    left_open();
     throw;
   } catch (const std::exception& error) {
+    left_open();
     throw data::Error(error.what());
+  }
+  if (left_open()) {
+    throw data::Error("La rutina " + key + " dejó una transacción abierta; lo que hizo en ella se deshizo");
   }
 }
 

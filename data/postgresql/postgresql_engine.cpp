@@ -231,6 +231,8 @@ class PostgresqlConnection final : public EngineConnection {
     in_unit_ = false;
   }
 
+  [[nodiscard]] bool InTransaction() const override { return session_ != nullptr && in_unit_; }
+
   void Close() noexcept override {
     Forget();
     session_.reset();

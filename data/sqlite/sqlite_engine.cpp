@@ -244,6 +244,10 @@ class SqliteConnection final : public EngineConnection {
     if (handle_ != nullptr && sqlite3_get_autocommit(handle_.get()) == 0) RunPlain(handle_.get(), "ROLLBACK");
   }
 
+  [[nodiscard]] bool InTransaction() const override {
+    return handle_ != nullptr && sqlite3_get_autocommit(handle_.get()) == 0;
+  }
+
   void Close() noexcept override {
     cache_ = {};
     handle_.reset();

@@ -52,6 +52,30 @@ TEST_F(Ganchos, TheLastRoutineWinsAndAnEmptyOneTakesItAway) {
   EXPECT_EQ(ran, "b");
 }
 
+TEST_F(Ganchos, ARoutineThatLeavesItsTransactionOpenIsToldAndHoldsNobodyElsesWork) {
+  bool ends = false;
+  anfitrion->Gancho("AYUDA", [&](forms::Form&, AmbienteLocal& ambiente) {
+    ambiente.Conexion().Execute("BEGIN");
+    ambiente.Conexion().Execute("INSERT INTO modelos (modelo) VALUES ('M1')");
+    if (ends) ambiente.Conexion().Execute("COMMIT");
+  });
+  EXPECT_EQ(ErrorDe([&] { Dispara("AYUDA"); }),
+            "La rutina AYUDA dejó una transacción abierta; lo que hizo en ella se deshizo");
+  EXPECT_FALSE(anfitrion->Conexion().InTransaction());
+  EXPECT_EQ(Dato("SELECT COUNT(*) FROM modelos"), data::Value(0));
+
+  ends = true;
+  Dispara("AYUDA");
+  EXPECT_EQ(Dato("SELECT COUNT(*) FROM modelos"), data::Value(1));
+
+  anfitrion->Gancho("AYUDA", [&](forms::Form&, AmbienteLocal& ambiente) {
+    ambiente.Conexion().Execute("BEGIN");
+    throw std::runtime_error("se cayó");
+  });
+  EXPECT_EQ(ErrorDe([&] { Dispara("AYUDA"); }), "se cayó");
+  EXPECT_FALSE(anfitrion->Conexion().InTransaction());
+}
+
 TEST_F(Ganchos, ARoutineMayTakeItselfAway) {
   auto alive = std::make_shared<int>(0);
   anfitrion->Gancho("AYUDA", [this, alive](forms::Form&, AmbienteLocal&) {
