@@ -86,13 +86,19 @@ std::vector<std::string> IndexTexts(const Table& table) {
   return texts;
 }
 
-// Tables and views of a base, in lower case.
+// Tables and views of a base, in lower case. On a server those of the schema where our tables are, or are
+// to be; what an extension has brought is nobody's table.
 std::set<std::string, std::less<>> TableNames(EngineConnection& connection) {
   const std::string_view text =
       connection.Kind() == Dialect::Sqlite
           ? "SELECT name FROM sqlite_master WHERE type IN ('table', 'view') AND substr(name, 1, 7) <> "
             "'sqlite_'"
-          : "SELECT table_name FROM information_schema.tables WHERE table_schema = current_schema()";
+          : "SELECT c.relname FROM pg_catalog.pg_class c WHERE c.relkind IN ('r', 'p', 'v', 'm', 'f') AND "
+            "c.relnamespace = COALESCE((SELECT v.relnamespace FROM pg_catalog.pg_class v WHERE v.oid = "
+            "to_regclass('version_esquema')), (SELECT n.oid FROM pg_catalog.pg_namespace n WHERE n.nspname = "
+            "current_schema())) AND NOT EXISTS (SELECT 1 FROM pg_catalog.pg_depend d WHERE d.objid = c.oid "
+            "AND "
+            "d.deptype = 'e')";
   std::set<std::string, std::less<>> names;
   const Rows rows = connection.Select(text);
   for (const auto& row : rows.rows) names.insert(LowerAscii(ToText(row[0])));
@@ -150,9 +156,31 @@ std::vector<std::string> Ddl(const Table& table, Dialect dialect) {
   return texts;
 }
 
+namespace {
+
+// Rows that were brought from elsewhere with their own numbers leave a server's counters behind them, and
+// the next row would be refused.
+void AdvanceCounters(EngineConnection& connection) {
+  if (connection.Kind() == Dialect::Sqlite) return;
+  for (const Table& table : Schema()) {
+    if (!table.counted_key) continue;
+    const std::string name = LowerAscii(table.name);
+    const std::string counter = "pg_get_serial_sequence('" + name + "', 'id')";
+    try {
+      connection.Run("SELECT setval(" + counter + ", m.n) FROM (SELECT MAX(id) AS n FROM " + name +
+                         ") m WHERE m.n > COALESCE(pg_sequence_last_value(" + counter + "::regclass), 0)",
+                     {});
+    } catch (const Error&) {  // whoever may only read draws no number either
+    }
+  }
+}
+
+}  // namespace
+
 bool PrepareSchema(EngineConnection& connection) {
   // A base that lacks nothing is not written to, so that one that can only be read opens too.
   const Findings before = Inspect(connection);
+  AdvanceCounters(connection);
   if (!before.new_version && before.statements.empty()) return false;
 
   Transaction transaction(connection);

@@ -148,7 +148,10 @@ std::vector<Hallazgo> Busca(data::EngineConnection& connection, std::string_view
     }
   } else {
     // Numbers: their digits as they are read, whatever the engine's own way to write them.
-    const std::string digits = "CAST(CAST(" + key + " AS INTEGER) AS VARCHAR(20))";
+    const bool embedded = connection.Kind() == data::Dialect::Sqlite;
+    const std::string whole =
+        embedded ? "CAST(" + key + " AS INTEGER)" : "CAST(TRUNC(" + key + ") AS NUMERIC)";
+    const std::string digits = "CAST(" + whole + " AS VARCHAR(20))";
     search.Donde(digits + " = ?", {text}, key);
     search.Donde(digits + " LIKE ? ESCAPE '!'", {Escapado(text) + "%"}, key);
   }

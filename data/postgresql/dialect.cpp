@@ -89,25 +89,58 @@ bool IsAny(const Token& token, std::span<const std::string_view> words) {
 
 // --- Texts compared with columns of another type -----------------------------------------------
 
-// Tables of the schema that the statement names.
-std::vector<const Table*> TablesOf(const std::vector<Token>& tokens) {
-  std::vector<const Table*> tables;
-  for (const Token& token : tokens) {
-    if (token.kind != Kind::Word) continue;
-    const Table* table = FindTable(token.text);
-    if (table != nullptr && std::find(tables.begin(), tables.end(), table) == tables.end()) {
-      tables.push_back(table);
+// What a statement reads or writes: its tables, each with the name that its columns may be told by.
+struct Source {
+  const Table* table;  // nullptr: not the schema's, or no table at all
+  std::string_view name;
+  std::string_view alias;
+};
+
+constexpr std::array<std::string_view, 4> kBeforeTable = {"FROM", "JOIN", "INTO", "UPDATE"};
+constexpr std::array<std::string_view, 17> kNoAlias = {"WHERE", "SET",    "VALUES", "GROUP", "ORDER", "LIMIT",
+                                                       "ON",    "INNER",  "LEFT",   "RIGHT", "FULL",  "CROSS",
+                                                       "JOIN",  "SELECT", "USING",  "UNION", "HAVING"};
+
+std::vector<Source> SourcesOf(const std::vector<Token>& tokens) {
+  std::vector<Source> sources;
+  int list = -1;  // depth of the FROM whose list goes on
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const bool opens = IsAny(tokens[i], kBeforeTable);
+    const bool goes_on = Is(tokens[i], ",") && tokens[i].depth == list;
+    if (IsAny(tokens[i], kNoAlias) && tokens[i].depth == list && !Is(tokens[i], "JOIN")) list = -1;
+    if (Is(tokens[i], "FROM")) list = tokens[i].depth;
+    if ((!opens && !goes_on) || i + 1 == tokens.size()) continue;
+    const Token& name = tokens[++i];
+    if (name.kind != Kind::Word) {
+      sources.push_back({nullptr, {}, {}});  // a subselect
+      --i;
+      continue;
     }
+    Source source{FindTable(name.text), name.text, {}};
+    std::size_t next = i + 1;
+    if (next < tokens.size() && Is(tokens[next], "AS")) ++next;
+    if (next < tokens.size() && tokens[next].kind == Kind::Word && !IsAny(tokens[next], kNoAlias)) {
+      source.alias = tokens[next].text;
+    }
+    sources.push_back(source);
   }
-  return tables;
+  return sources;
 }
 
-// The type of a column in the first of these tables that has it.
-std::optional<ColumnType> TypeOf(std::string_view column, const std::vector<const Table*>& tables) {
-  for (const Table* table : tables) {
-    if (const Column* found = FindColumn(table->name, column)) return found->type;
+// The type of the column whose name stands at this token; nothing where it is not certain.
+std::optional<ColumnType> TypeOf(const std::vector<Token>& tokens, std::size_t at,
+                                 const std::vector<Source>& sources) {
+  const bool qualified = at >= 2 && Is(tokens[at - 1], ".") && tokens[at - 2].kind == Kind::Word;
+  std::optional<ColumnType> type;
+  for (const Source& source : sources) {
+    if (qualified && !Is(tokens[at - 2], source.alias.empty() ? source.name : source.alias)) continue;
+    if (source.table == nullptr) return std::nullopt;
+    const Column* column = FindColumn(source.table->name, tokens[at].text);
+    if (column == nullptr) continue;
+    if (type && *type != column->type) return std::nullopt;
+    type = column->type;
   }
-  return std::nullopt;
+  return type;
 }
 
 std::string WithoutQuotes(std::string_view quoted) {
@@ -127,54 +160,110 @@ bool IsPlainNumber(std::string_view text) {
          std::all_of(text.begin(), text.end(), [](char c) { return IsDigit(c) || c == '.'; });
 }
 
-// How a text has to stand to be compared with a column of this type.
-std::string Compared(std::string_view quoted, ColumnType type) {
+// The number that the embedded engine would read from a text, as it can stand in a statement.
+std::optional<std::string> NumberIn(std::string_view text) {
+  if (IsPlainNumber(text)) return std::string(text);
+  const auto number = text.find(',') == std::string_view::npos ? ParseNumber(text) : std::nullopt;
+  return number ? std::optional(PlainNumber(*number)) : std::nullopt;
+}
+
+// A comparison with a text that is none of the column's values: as texts come behind all numbers, and a
+// date's text among them by its first sign.
+std::string WithNone(std::string_view comparison, bool behind_all) {
+  const bool not_equal = comparison == "<>" || comparison == "!=";
+  const bool below = comparison.front() == '<' && !not_equal;
+  const bool above = comparison.front() == '>';
+  if (not_equal || (below && behind_all) || (above && !behind_all)) return "IS NOT NULL";
+  return std::string(comparison) + "NULL";
+}
+
+// What stands for the comparison and its literal where the column is no text.
+std::string Compared(std::string_view comparison, std::string_view quoted, ColumnType type) {
   const std::string text = Trim(WithoutQuotes(quoted));
-  switch (type) {
-    case ColumnType::Text:
-      return std::string(quoted);
-    case ColumnType::Date:
-      return Date::Parse(text) ? std::string(quoted) : "NULL";
-    case ColumnType::Integer:
-    case ColumnType::Flag:
-    case ColumnType::Number:
-      // In parentheses: a sign behind an operator would be read as part of it.
-      return IsPlainNumber(text) ? "(" + text + ")" : "NULL";
+  if (type == ColumnType::Date) {
+    if (const auto date = Date::Parse(text)) return std::string(comparison) + "'" + date->Iso() + "'";
+    return WithNone(comparison, !text.empty() && text.front() > '9');
   }
-  return std::string(quoted);
+  // In parentheses: a sign behind an operator would be read as part of it.
+  if (const auto number = NumberIn(text)) return std::string(comparison) + "(" + *number + ")";
+  return WithNone(comparison, true);
 }
 
 constexpr std::array<std::string_view, 7> kComparisons = {"=", "<>", "!=", "<", ">", "<=", ">="};
 
+// Tells, token by token, whether a value there is set rather than compared.
+class Setting {
+ public:
+  bool operator()(const Token& token) {
+    if (token.depth == 0 && Is(token, "SET")) setting_ = true;
+    if (token.depth == 0 && Is(token, "WHERE")) setting_ = false;
+    return setting_ && token.depth == 0;
+  }
+
+ private:
+  bool setting_ = false;
+};
+
+// The columns of "INSERT INTO table (a, b) VALUES (...", as the types that the values' places have.
+struct Inserted {
+  std::vector<ColumnType> types;  // of what the schema doesn't know: texts, which are left alone
+  std::size_t values = 0;         // the word VALUES; 0 if the statement has no such form
+
+  Inserted(const std::vector<Token>& tokens, const std::vector<Source>& sources) {
+    if (tokens.size() < 6 || !Is(tokens[0], "INSERT") || !Is(tokens[1], "INTO") || !Is(tokens[3], "("))
+      return;
+    const std::vector<Source> first(sources.begin(), sources.begin() + 1);
+    std::size_t at = 4;
+    for (; at < tokens.size() && !Is(tokens[at], ")"); ++at) {
+      if (tokens[at].kind == Kind::Word)
+        types.push_back(TypeOf(tokens, at, first).value_or(ColumnType::Text));
+    }
+    if (at + 1 < tokens.size() && Is(tokens[at + 1], "VALUES")) values = at + 1;
+  }
+};
+
 // The text with each compared literal as its column wants it, and with the empty texts that are set
-// into a number or a date as no value.
+// into a number or a date as no value. One that is set and can't be read is for the engine to refuse:
+// nothing is lost unsaid.
 std::string WithReadLiterals(std::string_view text) {
   const std::vector<Token> tokens = Read(text);
-  const std::vector<const Table*> tables = TablesOf(tokens);
+  const std::vector<Source> sources = SourcesOf(tokens);
+  const Inserted inserted(tokens, sources);
   std::string result;
   std::size_t copied = 0;
-  bool setting = false;
+  const auto put = [&](std::size_t first, std::size_t last, const std::string& instead) {
+    result += text.substr(copied, tokens[first].at - copied);
+    result += instead;
+    copied = tokens[last].at + tokens[last].text.size();
+  };
+  Setting setting;
+  std::size_t place = 0;
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const Token& token = tokens[i];
-    if (token.depth == 0 && Is(token, "SET")) setting = true;
-    if (Is(token, "WHERE")) setting = false;
+    const bool set = setting(token);
+    if (inserted.values != 0 && i > inserted.values) {
+      if (token.depth == 0 && Is(token, "(")) place = 0;
+      if (token.depth == 1 && Is(token, ",")) ++place;
+      const bool alone = token.depth == 1 && (Is(tokens[i - 1], "(") || Is(tokens[i - 1], ","));
+      const bool takes_texts = place >= inserted.types.size() || inserted.types[place] == ColumnType::Text;
+      if (alone && token.text == "''" && !takes_texts) put(i, i, "NULL");
+      continue;
+    }
     if (i < 2 || token.kind != Kind::Text || !IsAny(tokens[i - 1], kComparisons)) continue;
-    const Token& column = tokens[i - 2];
-    if (column.kind != Kind::Word) continue;
-    const auto type = TypeOf(column.text, tables);
+    if (tokens[i - 2].kind != Kind::Word) continue;
+    const auto type = TypeOf(tokens, i - 2, sources);
     if (!type || *type == ColumnType::Text) continue;
-    // A value that is set and can't be read is for the engine to refuse: nothing is lost unsaid.
-    if (setting && token.text != "''") continue;
-    result += text.substr(copied, token.at - copied);
-    result += Compared(token.text, *type);
-    copied = token.at + token.text.size();
+    if (!set) {
+      const std::string compared = Compared(tokens[i - 1].text, token.text, *type);
+      put(i - 1, i, compared.front() == 'I' ? " " + compared : compared);
+    } else if (token.text == "''") {
+      put(i, i, "NULL");
+    }
   }
   return result.append(text.substr(copied));
 }
 
 // --- Groups and the order of rows --------------------------------------------------------------
-
-constexpr std::array<std::string_view, 5> kAggregates = {"COUNT", "SUM", "MIN", "MAX", "AVG"};
 
 // The parts of a SELECT, as positions among its tokens; the end where there is none.
 struct Select {
@@ -209,11 +298,10 @@ struct Select {
     const std::size_t begin = tokens[first].at;
     return text.substr(begin, tokens[end - 1].at + tokens[end - 1].text.size() - begin);
   }
-  [[nodiscard]] bool Aggregates() const {
-    for (std::size_t i = 1; i + 1 < from; ++i) {
-      if (IsAny(tokens[i], kAggregates) && Is(tokens[i + 1], "(")) return true;
-    }
-    return false;
+  // Columns and literals alone: nothing that might add up.
+  [[nodiscard]] bool Plain() const {
+    return std::none_of(tokens.begin(), tokens.begin() + static_cast<std::ptrdiff_t>(from),
+                        [](const Token& token) { return Is(token, "("); });
   }
 };
 
@@ -230,26 +318,26 @@ std::vector<std::pair<std::size_t, std::size_t>> Parted(const std::vector<Token>
   return parts;
 }
 
-// One column of a grouped SELECT: as it is if it is grouped by or adds up, else that of the first row.
+// One column of a grouped SELECT: that of the first row if it is a bare column by which nothing is grouped;
+// anything else as it stands.
 std::string GroupedColumn(const Select& select, std::string_view text, std::size_t first, std::size_t end,
                           const std::vector<std::string>& grouped) {
   const std::vector<Token>& tokens = select.tokens;
-  std::size_t expression_end = end;
-  std::string name;
-  if (end - first >= 3 && Is(tokens[end - 2], "AS")) {
-    expression_end = end - 2;
-    name = tokens[end - 1].text;
-  }
-  const std::string expression{select.Between(text, first, expression_end)};
-  const auto whole = std::string(select.Between(text, first, end));
-  const bool adds = std::any_of(tokens.begin() + static_cast<std::ptrdiff_t>(first),
-                                tokens.begin() + static_cast<std::ptrdiff_t>(expression_end),
-                                [](const Token& token) { return IsAny(token, kAggregates); });
-  const bool is_grouped = std::any_of(grouped.begin(), grouped.end(),
-                                      [&](const std::string& by) { return EqualsNoCase(by, expression); });
-  if (adds || is_grouped || expression.find('*') != std::string::npos) return whole;
-  if (name.empty()) name = tokens[expression_end - 1].text;
-  return "(ARRAY_AGG(" + expression + "))[1] AS " + name;
+  const std::string whole{select.Between(text, first, end)};
+  std::size_t column_end = end;
+  if (end - first >= 3 && Is(tokens[end - 2], "AS")) column_end = end - 2;
+  const std::size_t words = column_end - first;
+  const bool bare = (words == 1 && tokens[first].kind == Kind::Word) ||
+                    (words == 3 && tokens[first].kind == Kind::Word && Is(tokens[first + 1], ".") &&
+                     tokens[first + 2].kind == Kind::Word);
+  if (!bare) return whole;
+  const std::string column{select.Between(text, first, column_end)};
+  const std::string_view name = tokens[end - 1].text;
+  const bool is_grouped = std::any_of(grouped.begin(), grouped.end(), [&](const std::string& by) {
+    return EqualsNoCase(by, column) || EqualsNoCase(by, name) || IsPlainNumber(by);
+  });
+  if (is_grouped) return whole;
+  return "(ARRAY_AGG(" + column + "))[1] AS " + std::string(name);
 }
 
 std::string WithFirstOfGroup(const Select& select, std::string_view text) {
@@ -276,7 +364,9 @@ std::string WithFirstOfGroup(const Select& select, std::string_view text) {
   }
   result += select.Between(text, select.from, limit);
   result += " ORDER BY ";
-  for (std::size_t i = 0; i < grouped.size(); ++i) result += (i > 0 ? ", " : "") + grouped[i];
+  for (std::size_t i = 0; i < grouped.size(); ++i) {
+    result += (i > 0 ? ", " : "") + grouped[i] + " NULLS FIRST";
+  }
   if (limit < tokens.size()) {
     result += ' ';
     result += select.Between(text, limit, tokens.size());
@@ -289,7 +379,7 @@ std::string WithOrder(const Select& select, std::string_view text) {
   const std::size_t tables_end = std::min(select.where, select.behind_group);
   // One table, with a name of its own or not.
   const std::size_t words = tables_end - select.from - 1;
-  if (select.from + 1 >= tables_end || words > 2 || select.Aggregates()) return std::string(text);
+  if (select.from + 1 >= tables_end || words > 2 || !select.Plain()) return std::string(text);
   const Table* table = FindTable(tokens[select.from + 1].text);
   if (table == nullptr || table->key.empty() || tokens[tables_end - 1].kind != Kind::Word) {
     return std::string(text);
@@ -311,28 +401,27 @@ std::string WithOrder(const Select& select, std::string_view text) {
 
 }  // namespace
 
-std::string WithNumberedMarks(std::string_view text, int& marks) {
+std::string WithNumberedMarks(std::string_view text, std::vector<Mark>& marks) {
   std::string result;
   result.reserve(text.size() + 16);
-  marks = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    if (text[at] == '\'' || text[at] == '"') {
-      const std::size_t end = BehindQuotes(text, at);
-      result += text.substr(at, end - at);
-      at = end;
-    } else if (text[at] == '?') {
-      result += '$' + std::to_string(++marks);
-      ++at;
-    } else {
-      result += text[at++];
-    }
+  std::size_t copied = 0;
+  marks.clear();
+  const std::vector<Token> tokens = Read(text);
+  Setting setting;
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const bool set = setting(tokens[i]);
+    if (!Is(tokens[i], "?")) continue;
+    marks.push_back(!set && i > 0 && IsAny(tokens[i - 1], kComparisons) ? Mark::kCompared : Mark::kGiven);
+    result += text.substr(copied, tokens[i].at - copied);
+    result += '$' + std::to_string(marks.size());
+    copied = tokens[i].at + 1;
   }
-  return result;
+  return result.append(text.substr(copied));
 }
 
 void SpellColumns(std::string_view text, std::vector<std::string>& names) {
   const std::vector<Token> tokens = Read(text);
-  const std::vector<const Table*> tables = TablesOf(tokens);
+  const std::vector<Source> sources = SourcesOf(tokens);
   for (std::string& name : names) {
     const auto given =
         std::adjacent_find(tokens.begin(), tokens.end(), [&](const Token& as, const Token& word) {
@@ -342,8 +431,9 @@ void SpellColumns(std::string_view text, std::vector<std::string>& names) {
       name = std::next(given)->text;
       continue;
     }
-    for (const Table* table : tables) {
-      if (const Column* column = FindColumn(table->name, name)) {
+    for (const Source& source : sources) {
+      if (source.table == nullptr) continue;
+      if (const Column* column = FindColumn(source.table->name, name)) {
         name = column->name;
         break;
       }

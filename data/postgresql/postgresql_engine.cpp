@@ -6,7 +6,10 @@
 
 #include <array>
 #include <charconv>
+#include <chrono>
+#include <cmath>
 #include <list>
+#include <mutex>
 #include <unordered_map>
 #include <utility>
 
@@ -20,11 +23,14 @@ namespace tarvik::data {
 namespace {
 
 constexpr std::size_t kKeptStatements = 64;  // prepared ones that a connection keeps
-constexpr const char* kConnectSeconds = "10";
+constexpr const char* kConnectSeconds = "5";
+// A server that did not answer is not asked again for a while: every statement of a screen would wait.
+constexpr std::chrono::seconds kPatience{3};
 // How long a statement waits for another station's lock, as long as for an embedded base.
 constexpr const char* kSettings =
     "SET lock_timeout = 5000; SET standard_conforming_strings = on; SET datestyle = 'ISO, YMD'; "
-    "SET client_min_messages = warning; SET intervalstyle = 'postgres'; SET extra_float_digits = 1";
+    "SET client_min_messages = warning; SET intervalstyle = 'postgres'; SET extra_float_digits = 1; "
+    "SET default_transaction_isolation = 'read committed'";
 // The host's units of work stand in line behind this number, of our own choosing.
 constexpr const char* kWriteLock = "SELECT pg_advisory_xact_lock(7402178)";
 
@@ -104,6 +110,13 @@ std::string_view Reason(std::string_view state) {
   return "La base rechazó la sentencia";
 }
 
+constexpr const char* kUndone = "La base deshizo la transacción: una de sus sentencias falló";
+
+bool BeginsWith(std::string_view text, std::string_view word) {
+  const std::size_t begin = std::min(text.find_first_not_of(" \t\r\n"), text.size());
+  return EqualsNoCase(text.substr(begin, word.size()), word);
+}
+
 std::optional<std::int64_t> WholeNumber(std::string_view text) {
   std::int64_t number = 0;
   const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -146,18 +159,26 @@ Value FromServer(std::string_view text, Oid type) {
 // A value as the server reads it for a parameter of this type; null for no value.
 struct Parameter {
   Oid type;
+  Mark mark;
 
   std::optional<std::string> operator()(std::monostate) const { return std::nullopt; }
   std::optional<std::string> operator()(std::int64_t number) const { return std::to_string(number); }
   std::optional<std::string> operator()(double number) const {
+    const bool whole = type == kInt2 || type == kInt4 || type == kInt8;
+    if (whole && mark == Mark::kCompared && number != std::trunc(number)) return std::nullopt;
     if (type != kFloat8 && type != kNumeric) return PlainNumber(number);
     // The very double, where 15 digits are not all of it.
     std::array<char, 32> text;
     return std::string(text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr);
   }
   std::optional<std::string> operator()(const std::string& text) const {
-    // An empty field is no number and no date.
-    if (text.empty() && (IsNumber(type) || IsDate(type))) return std::nullopt;
+    if (IsNumber(type) || IsDate(type)) {
+      // An empty field is no number and no date; and what is none equals none.
+      if (text.empty()) return std::nullopt;
+      const bool read = IsDate(type) ? Date::Parse(text).has_value() : ParseNumber(text).has_value();
+      if (mark == Mark::kCompared && !read) return std::nullopt;
+      if (mark == Mark::kCompared && IsNumber(type)) return (*this)(*ParseNumber(text));
+    }
     if (text.find('\0') != std::string::npos) throw Error("El dato contiene un carácter nulo");
     return RepairUtf8(text);
   }
@@ -189,21 +210,28 @@ class PostgresqlConnection final : public EngineConnection {
   Rows Run(std::string_view text, std::span<const Value> values) override {
     RequireOpen();
     RequireOneStatement(text);
-    int marks = 0;
-    const std::string numbered = WithNumberedMarks(text, marks);
-    if (static_cast<std::size_t>(marks) != values.size()) {
-      throw Error("La sentencia espera " + std::to_string(marks) + " valores y recibió " +
+    std::vector<Mark> marks;
+    const std::string numbered = WithNumberedMarks(ForPostgresql(text), marks);
+    if (marks.size() != values.size()) {
+      throw Error("La sentencia espera " + std::to_string(marks.size()) + " valores y recibió " +
                   std::to_string(values.size()))
           .With("sentencia", std::string(text));
     }
-    return values.empty() ? Send(numbered, text) : SendPrepared(numbered, values, text);
+    return values.empty() ? Send(numbered, text) : SendWith(numbered, values, marks, text);
   }
 
   void Begin() override {
     RequireOpen();
     Reconnect();
     if (in_unit_) throw Error("Ya hay una transacción abierta");
-    Plain("BEGIN");
+    try {
+      Plain("BEGIN");
+    } catch (const Error&) {  // lost between two keys; a beginning does no harm
+      if (PQstatus(session_.get()) != CONNECTION_BAD) throw;
+      Reconnect();
+      Plain("BEGIN");
+    }
+    ours_ = true;
     try {
       Plain(kWriteLock);
     } catch (const Error&) {
@@ -217,18 +245,19 @@ class PostgresqlConnection final : public EngineConnection {
     if (PQtransactionStatus(session_.get()) == PQTRANS_INERROR) {
       // The server would answer a COMMIT with a rollback, as if nothing were wrong.
       Rollback();
-      throw Error("La base deshizo la transacción: una de sus sentencias falló");
+      throw Error(kUndone);
     }
     if (PQstatus(session_.get()) == CONNECTION_BAD) {
-      in_unit_ = false;
+      in_unit_ = ours_ = false;
       throw Error("Se perdió la conexión con la base " + place_ + " en medio de una transacción");
     }
     Plain("COMMIT");
+    ours_ = in_unit_;
   }
   void Rollback() noexcept override {
     if (session_ == nullptr || !in_unit_) return;
     Result(PQexec(session_.get(), "ROLLBACK"));
-    in_unit_ = false;
+    in_unit_ = ours_ = false;
   }
 
   [[nodiscard]] bool InTransaction() const override { return session_ != nullptr && in_unit_; }
@@ -243,8 +272,8 @@ class PostgresqlConnection final : public EngineConnection {
   std::vector<std::string> Columns(std::string_view table) override {
     std::vector<std::string> names;
     const Rows rows = EngineConnection::Run(
-        "SELECT column_name FROM information_schema.columns WHERE table_schema = current_schema() AND "
-        "table_name = ? ORDER BY ordinal_position",
+        "SELECT attname FROM pg_catalog.pg_attribute WHERE attrelid = to_regclass(quote_ident(?)) AND "
+        "attnum > 0 AND NOT attisdropped ORDER BY attnum",
         {Value(LowerAscii(table))});
     for (const auto& row : rows.rows) names.push_back(LowerAscii(ToText(row[0])));
     return names;
@@ -266,10 +295,13 @@ class PostgresqlConnection final : public EngineConnection {
   void Reconnect() {
     if (PQstatus(session_.get()) != CONNECTION_BAD) return;
     if (in_unit_) throw Error("Se perdió la conexión con la base " + place_ + " en medio de una transacción");
+    const std::string reason = "No hay conexión con la base " + place_;
+    if (std::chrono::steady_clock::now() < ask_again_) throw Error(reason);
     Forget();
     PQreset(session_.get());
     if (PQstatus(session_.get()) == CONNECTION_BAD) {
-      throw Error("No hay conexión con la base " + place_ + ": " + OneLine(PQerrorMessage(session_.get())));
+      ask_again_ = std::chrono::steady_clock::now() + kPatience;
+      throw Error(reason + ": " + OneLine(PQerrorMessage(session_.get())));
     }
     Result(PQexec(session_.get(), kSettings));
   }
@@ -284,6 +316,7 @@ class PostgresqlConnection final : public EngineConnection {
     const char* told = PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
     std::string description;
     if (PQstatus(session_.get()) == CONNECTION_BAD) {
+      if (!ours_) in_unit_ = false;  // a statement began it, and nobody will end it
       description = "Se perdió la conexión con la base " + place_ + ": " +
                     OneLine(told != nullptr ? told : PQerrorMessage(session_.get()));
     } else {
@@ -299,6 +332,11 @@ class PostgresqlConnection final : public EngineConnection {
     if (unit != PQTRANS_UNKNOWN) in_unit_ = unit != PQTRANS_IDLE;
     const auto status = PQresultStatus(result.get());
     if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) Fail(result.get(), text);
+    // The answer to the COMMIT of a transaction of which a statement failed.
+    if (std::string_view(PQcmdStatus(result.get())) == "ROLLBACK" && !BeginsWith(text, "ROLLBACK") &&
+        !BeginsWith(text, "ABORT")) {
+      throw Error(kUndone).With("sentencia", std::string(text));
+    }
     return result;
   }
 
@@ -335,18 +373,25 @@ class PostgresqlConnection final : public EngineConnection {
     });
   }
 
-  Rows SendPrepared(const std::string& statement, std::span<const Value> values, std::string_view text) {
+  Rows SendWith(const std::string& statement, std::span<const Value> values, const std::vector<Mark>& marks,
+                std::string_view text) {
     return Again(text, [&] {
       const Prepared& prepared = Prepare(statement, text);
       std::vector<std::optional<std::string>> held;
       std::vector<const char*> given;
       held.reserve(values.size());
       for (std::size_t i = 0; i < values.size(); ++i) {
-        held.push_back(values[i].Visit(Parameter{prepared.types.at(i)}));
+        held.push_back(values[i].Visit(Parameter{prepared.types.at(i), marks[i]}));
         given.push_back(held.back() ? held.back()->c_str() : nullptr);
       }
-      Result result(PQexecPrepared(session_.get(), prepared.name.c_str(), static_cast<int>(given.size()),
+      const int count = static_cast<int>(given.size());
+      if (in_unit_) {
+        // By its text: a kept statement that the server no longer takes would cost the whole unit.
+        return Result(PQexecParams(session_.get(), statement.c_str(), count, prepared.types.data(),
                                    given.data(), nullptr, nullptr, 0));
+      }
+      Result result(
+          PQexecPrepared(session_.get(), prepared.name.c_str(), count, given.data(), nullptr, nullptr, 0));
       // Another connection changed the table, or someone dropped the statement: it was not carried out.
       const std::string_view state = StateOf(result.get());
       if (state == "0A000" || state == "26000") Drop(by_text_.at(statement));
@@ -404,10 +449,10 @@ class PostgresqlConnection final : public EngineConnection {
       procedure(*this, call.arguments);
       return {};
     }
-    // One of the server's: a procedure or a function, of the name as it is or folded.
+    // One that was made on this server: a procedure or a function.
     const Rows known = EngineConnection::Run(
         "SELECT prokind FROM pg_catalog.pg_proc WHERE proname = ? AND pronargs = ? AND "
-        "pg_catalog.pg_function_is_visible(oid) LIMIT 1",
+        "pronamespace <> 'pg_catalog'::regnamespace AND pg_catalog.pg_function_is_visible(oid) LIMIT 1",
         {Value(LowerAscii(call.name)), Value(static_cast<std::int64_t>(call.arguments.size()))});
     if (known.rows.empty()) {
       throw Error("No existe el procedimiento " + call.name).With("sentencia", std::string(text));
@@ -427,42 +472,56 @@ class PostgresqlConnection final : public EngineConnection {
   std::unordered_map<std::string_view, std::list<Prepared>::iterator> by_text_;
   unsigned long names_ = 0;
   bool in_unit_ = false;  // of work: a transaction
+  bool ours_ = false;     // Begin() made it
+  std::chrono::steady_clock::time_point ask_again_;
 };
 
-// The address without what nobody should read over an operator's shoulder.
-std::string WithoutPassword(std::string_view address) {
-  std::string shown{address};
-  const std::size_t host = shown.find("//");
-  if (host != std::string::npos) {
-    const std::size_t end = std::min(shown.find_first_of("/?", host + 2), shown.size());
-    const std::size_t at = shown.rfind('@', end);
-    const std::size_t colon = shown.find(':', host + 2);
-    if (at != std::string::npos && at > host && colon < at) shown.erase(colon, at - colon);
+struct FreeOptions {
+  void operator()(PQconninfoOption* options) const { PQconninfoFree(options); }
+};
+
+// The address without what nobody should read over an operator's shoulder: put together anew from what
+// the library has understood, since a password may stand in more than one place of it.
+std::string Shown(const std::string& address) {
+  char* reason = nullptr;
+  const std::unique_ptr<PQconninfoOption, FreeOptions> options(PQconninfoParse(address.c_str(), &reason));
+  PQfreemem(reason);  // it repeats the address
+  if (options == nullptr || !address.starts_with("postgresql://")) {
+    throw Error("No se entiende la dirección de la base; por ejemplo, postgresql://usuario@servidor/base");
   }
-  for (const std::string_view name : {"password=", "sslpassword="}) {
-    for (std::size_t from = shown.find('?'); from != std::string::npos;) {
-      from = shown.find(name, from);
-      if (from == std::string::npos) break;
-      if (shown[from - 1] != '?' && shown[from - 1] != '&') {
-        from += name.size();
-        continue;
-      }
-      const std::size_t end = shown.find('&', from);
-      shown.erase(from, end == std::string::npos ? end : end - from + 1);
+  std::string user, host, port, base, others;
+  for (const PQconninfoOption* option = options.get(); option->keyword != nullptr; ++option) {
+    const std::string_view name = option->keyword;
+    if (option->val == nullptr || option->dispchar[0] == '*') continue;
+    const std::string value = RepairUtf8(option->val);
+    if (name == "user") {
+      user = value + "@";
+    } else if (name == "host" && value.front() != '/') {
+      host = value;
+    } else if (name == "port") {
+      port = ":" + value;
+    } else if (name == "dbname") {
+      base = value;
+    } else if (name != "passfile") {
+      others += (others.empty() ? "?" : "&") + std::string(name) + "=" + value;
     }
   }
-  while (!shown.empty() && (shown.back() == '?' || shown.back() == '&')) shown.pop_back();
-  return RepairUtf8(shown);
+  return "postgresql://" + user + host + port + "/" + base + others;
 }
 
 class PostgresqlBase final : public Base {
  public:
-  explicit PostgresqlBase(std::string_view address) : address_(address), shown_(WithoutPassword(address)) {
+  explicit PostgresqlBase(std::string_view address) : address_(address), shown_(Shown(address_)) {
     first_ = Open();  // an address that leads nowhere shows here
   }
 
   std::unique_ptr<EngineConnection> Connect() override {
-    Session session = first_ != nullptr ? std::move(first_) : Open();
+    Session session;
+    {
+      const std::lock_guard only(lock_);
+      session = std::move(first_);
+    }
+    if (session == nullptr) session = Open();
     return std::make_unique<PostgresqlConnection>(std::move(session), shown_);
   }
   [[nodiscard]] std::string Address() const override { return shown_; }
@@ -470,10 +529,21 @@ class PostgresqlBase final : public Base {
  private:
   [[nodiscard]] Session Open() const {
     // What stands in the address comes behind our wishes, and before what we cannot do without.
-    const std::array names = {"connect_timeout", "application_name", "dbname", "client_encoding",
-                              static_cast<const char*>(nullptr)};
-    const std::array values = {kConnectSeconds, "tarvik", address_.c_str(), "UTF8",
-                               static_cast<const char*>(nullptr)};
+    static constexpr std::array<std::pair<const char*, const char*>, 5> kWishes = {
+        {{"connect_timeout", kConnectSeconds},
+         {"application_name", "tarvik"},
+         {"keepalives_idle", "15"},
+         {"keepalives_interval", "5"},
+         {"tcp_user_timeout", "20000"}}};
+    std::vector<const char*> names, values;
+    const auto put = [&](const char* name, const char* value) {
+      names.push_back(name);
+      values.push_back(value);
+    };
+    for (const auto& [name, value] : kWishes) put(name, value);
+    put("dbname", address_.c_str());
+    put("client_encoding", "UTF8");
+    put(nullptr, nullptr);
     Session session(PQconnectdbParams(names.data(), values.data(), 1));
     if (session == nullptr) throw Error("No hay memoria suficiente");
     if (PQstatus(session.get()) != CONNECTION_OK) {
@@ -490,7 +560,8 @@ class PostgresqlBase final : public Base {
 
   std::string address_;
   std::string shown_;
-  Session first_;
+  std::mutex lock_;
+  Session first_;  // until somebody takes it
 };
 
 }  // namespace

@@ -44,22 +44,25 @@ TEST_F(Servidor, TheStoriesAreReallyOnIt) {
 
 // --- Addresses ---
 
-TEST_F(Servidor, AnAddressThatLeadsNowhereIsToldWithoutItsPassword) {
-  const std::string error =
-      ErrorOf([] { OpenBase("postgresql://ana:secreto@/nada?host=/no/hay&password=otro&port=1"); });
-  EXPECT_TRUE(Begins(error, "No se puede abrir la base postgresql://ana@/nada?host=/no/hay&port=1: "))
-      << error;
-  EXPECT_EQ(error.find("secreto"), std::string::npos);
-  EXPECT_EQ(error.find("otro"), std::string::npos);
-  EXPECT_EQ(error.find('\n'), std::string::npos);
-  EXPECT_TRUE(Begins(ErrorOf([] { OpenBase("postgresql://[mal"); }), "No se puede abrir la base "));
-}
-
-TEST_F(Servidor, TheAddressIsShownWithoutItsPassword) {
-  std::string con_clave = direccion.Direccion();
-  con_clave.replace(con_clave.find("tarvik@"), 7, "tarvik:se%40c%3Areto@");
-  const std::string shown = OpenBase(con_clave + "&password=x")->Address();
-  EXPECT_EQ(shown, direccion.Direccion());
+TEST_F(Servidor, NoPasswordIsShownWhereverItStands) {
+  for (const char* address : {"postgresql://ana:secreto@/nada?host=/no/hay&port=1",
+                              "postgresql://ana:se?secreto@/nada?host=/no/hay&port=1",
+                              "postgresql://ana@/nada?host=/no/hay&port=1&password=secreto",
+                              "postgresql://ana@/nada?host=/no/hay&port=1&passw%6Frd=secreto"}) {
+    const std::string error = ErrorOf([&] { OpenBase(address); });
+    EXPECT_TRUE(Begins(error, "No se puede abrir la base postgresql://ana@:1/nada?host=/no/hay: ")) << error;
+    EXPECT_EQ(error.find("secreto"), std::string::npos) << error;
+    EXPECT_EQ(error.find('\n'), std::string::npos) << error;
+  }
+  for (const char* address :
+       {"postgresql://ana:secreto@[mal", "postgresql://ana:50%secreto@h/b",
+        "postgresql:dbname=x password=secreto", "postgresql://h/b?password=sec%zzreto"}) {
+    EXPECT_EQ(ErrorOf([&] { OpenBase(address); }),
+              "No se entiende la dirección de la base; por ejemplo, postgresql://usuario@servidor/base");
+  }
+  std::string with_password = direccion.Direccion();
+  with_password.replace(with_password.find("tarvik@"), 7, "tarvik:se%40c?reto@");
+  EXPECT_EQ(OpenBase(with_password)->Address(), direccion.Direccion());
 }
 
 TEST_F(Servidor, ConnectionsOutliveTheirBaseAndShareIt) {
@@ -189,6 +192,32 @@ TEST_F(Servidor, MoreStatementsThanAreKept) {
   EXPECT_EQ(Single("SELECT count(*) FROM pg_prepared_statements"), Value(64));
 }
 
+TEST_F(Servidor, AValueThatIsNoneOfAColumnsEqualsNone) {
+  db->Run("INSERT INTO t (n, r, d) VALUES (?, ?, ?)", {2, 1.5, Date{2024, 3, 5}});
+  const auto count = [&](const char* where, const Value& value) {
+    return db->Run(std::string("SELECT COUNT(*) FROM t WHERE ") + where, {value}).rows.at(0).at(0);
+  };
+  EXPECT_EQ(count("n = ?", "X1"), Value(0));
+  EXPECT_EQ(count("n = ?", 1.5), Value(0));
+  EXPECT_EQ(count("n = ?", "2.0"), Value(1));
+  EXPECT_EQ(count("r = ?", "1.50"), Value(1));
+  EXPECT_EQ(count("d = ?", "pronto"), Value(0));
+  EXPECT_EQ(count("d = ?", "2024-03-05"), Value(1));
+}
+
+TEST_F(Servidor, AKeptStatementThatTheServerForgotCostsNothing) {
+  const auto insert = [&] { db->Run("INSERT INTO t (n) VALUES (?)", {1}); };
+  insert();
+  db->Execute("DISCARD ALL");
+  insert();
+  db->Execute("DEALLOCATE ALL");
+  Transaction unit(*db);
+  insert();
+  insert();
+  unit.Commit();
+  EXPECT_EQ(Single("SELECT count(*) FROM t"), Value(4));
+}
+
 // --- Procedures ---
 
 TEST_F(Servidor, ExecRunsARegisteredProcedureOrOneOfTheServers) {
@@ -205,6 +234,7 @@ TEST_F(Servidor, ExecRunsARegisteredProcedureOrOneOfTheServers) {
   db->Execute("exec Borra");
   EXPECT_EQ(Single("SELECT count(*) FROM t"), Value(0));
   EXPECT_EQ(ErrorOf([&] { db->Execute("exec NoHay 'a'"); }), "No existe el procedimiento NoHay");
+  EXPECT_EQ(ErrorOf([&] { db->Execute("exec pg_sleep '0.1'"); }), "No existe el procedimiento pg_sleep");
   EXPECT_EQ(ErrorOf([&] { db->Execute("exec anota 'a'"); }), "No existe el procedimiento anota");
 }
 
@@ -268,6 +298,28 @@ TEST_F(Servidor, ATransactionOfWhichAPartFailedIsNeverTakenForCommitted) {
   EXPECT_EQ(Single("SELECT count(*) FROM t"), Value(0));
 }
 
+TEST_F(Servidor, NorIsOneThatARoutineBegan) {
+  db->Execute("BEGIN");
+  EXPECT_TRUE(db->InTransaction());
+  db->Execute("INSERT INTO t (n) VALUES (1)");
+  EXPECT_NE(ErrorOf([&] { db->Execute("INSERT INTO nada VALUES (1)"); }), "no error");
+  EXPECT_EQ(ErrorOf([&] { db->Execute("COMMIT"); }),
+            "La base deshizo la transacción: una de sus sentencias falló");
+  EXPECT_FALSE(db->InTransaction());
+  db->Execute("BEGIN");
+  EXPECT_NE(ErrorOf([&] { db->Execute("INSERT INTO nada VALUES (1)"); }), "no error");
+  EXPECT_EQ(ErrorOf([&] { db->Execute("ROLLBACK"); }), "no error");
+  EXPECT_EQ(Single("SELECT count(*) FROM t"), Value(0));
+}
+
+TEST_F(Servidor, AServerSetUpForAnotherIsolationLosesNoUnit) {
+  db->Execute(
+      "DO 'BEGIN EXECUTE ''ALTER DATABASE '' || current_database() || '' SET default_transaction_isolation = "
+      "serializable''; END'");
+  const auto one = base->Connect();
+  EXPECT_EQ(Single(*one, "SELECT current_setting('transaction_isolation')"), Value("read committed"));
+}
+
 TEST_F(Servidor, AStationWaitsForAnothersUnitOfWork) {
   db->Begin();
   db->Execute("INSERT INTO t (n) VALUES (1)");
@@ -327,6 +379,36 @@ TEST_F(Servidor, ManyStationsMakeTheTablesAtOnce) {
   EXPECT_EQ(Single("SELECT count(*) FROM version_esquema"), Value(1));
 }
 
+TEST_F(Servidor, RowsThatBroughtTheirOwnNumbersRefuseNoneToCome) {
+  db->Execute("DROP TABLE t");
+  PrepareSchema(*db);
+  for (int id : {1, 2, 30}) db->Run("INSERT INTO movsinv (id, operacion) VALUES (?, 'EN')", {id});
+  PrepareSchema(*db);
+  EXPECT_EQ(db->Run("INSERT INTO movsinv (operacion) VALUES ('EN') RETURNING id", {}).rows.at(0).at(0),
+            Value(31));
+  PrepareSchema(*db);
+  EXPECT_EQ(db->Run("INSERT INTO movsinv (operacion) VALUES ('EN') RETURNING id", {}).rows.at(0).at(0),
+            Value(32));
+}
+
+TEST_F(Servidor, AStationWithASchemaOfItsOwnWorksOnTheSameTables) {
+  db->Execute("DROP TABLE t");
+  PrepareSchema(*db);
+  db->Execute("INSERT INTO prods (articulo) VALUES ('A')");
+  db->Execute("CREATE SCHEMA tarvik");  // as the user is called: it comes first
+  const auto other = base->Connect();
+  ASSERT_EQ(Single(*other, "SELECT current_schema()"), Value("tarvik"));
+  EXPECT_FALSE(PrepareSchema(*other));
+  EXPECT_EQ(other->Columns("PRODS").at(0), "articulo");
+  EXPECT_EQ(Single(*other, "SELECT articulo FROM prods"), Value("A"));
+}
+
+TEST_F(Servidor, WhatAnExtensionBroughtIsNobodysTable) {
+  db->Execute("DROP TABLE t");
+  db->Execute("CREATE EXTENSION pg_buffercache");
+  EXPECT_TRUE(PrepareSchema(*db));
+}
+
 TEST_F(Servidor, ABaseOfOthersIsNotTouched) {
   EXPECT_EQ(ErrorOf([&] { PrepareSchema(*db); }), "La base no es de este programa");
   EXPECT_TRUE(db->Columns("entradas").empty());
@@ -354,6 +436,19 @@ TEST_F(Servidor, ALostSessionIsToldOnceAndMadeAgain) {
   EXPECT_EQ(Single("SELECT SUM(n) FROM t"), Value(4));
   kill();
   EXPECT_EQ(db->Run("SELECT SUM(n) FROM t WHERE n > ?", {0}).rows.at(0).at(0), Value(4));
+
+  // So is a beginning.
+  kill();
+  {
+    Transaction unit(*db);
+    db->Run("INSERT INTO t (n) VALUES (?)", {100});
+  }
+
+  // What a routine began is gone: told once.
+  db->Execute("BEGIN");
+  kill();
+  EXPECT_NE(ErrorOf([&] { db->Execute("INSERT INTO t (n) VALUES (7)"); }), "no error");
+  EXPECT_EQ(Single("SELECT SUM(n) FROM t"), Value(4));
 
   // In the middle of a unit of work nothing goes on as if it were still there.
   db->Begin();
