@@ -329,14 +329,27 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
     if (!model_->Failing()) reason_->hide();
     if (!table_->currentIndex().isValid() && model_->rowCount() > 0) {
       int row = 0;
+      // The article in its warehouse, or at least the article.
+      bool found = false;
       for (int i = 0; i < model_->rowCount() && !wanted_.isEmpty(); ++i) {
-        if (model_->index(i, 0).data(StockModel::ArticleRole).toString() != wanted_) continue;
-        row = i;
-        break;
+        const QModelIndex at = model_->index(i, 0);
+        if (at.data(StockModel::ArticleRole).toString() != wanted_) {
+          if (found) break;
+          continue;
+        }
+        const bool same = at.data(StockModel::WarehouseRole).toDouble() == wanted_warehouse_;
+        if (!found || same) row = i;
+        found = true;
+        if (same) break;
       }
       table_->setCurrentIndex(model_->index(row, 0));
     }
     ShowLedger();
+  });
+  // A row that had left memory has been read again: now its ledger is known.
+  connect(model_, &StockModel::dataChanged, this, [this](const QModelIndex& first, const QModelIndex& last) {
+    const int here = table_->currentIndex().row();
+    if (here >= first.row() && here <= last.row()) ShowLedger();
   });
   connect(model_, &StockModel::SumsChanged, this, [this] {
     if (!model_->Total()) return count_->setText(QStringLiteral("Contando…"));
@@ -361,7 +374,10 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
 
 void StockView::Refresh() {
   const QModelIndex current = table_->currentIndex();
-  wanted_ = current.isValid() ? current.data(StockModel::ArticleRole).toString() : wanted_;
+  if (current.isValid()) {
+    wanted_ = current.data(StockModel::ArticleRole).toString();
+    wanted_warehouse_ = current.data(StockModel::WarehouseRole).toDouble();
+  }
   model_->Refresh();
 }
 

@@ -92,7 +92,9 @@ class StockView : public QWidget {
   QLabel* count_;
   QLabel* reason_;
   QSplitter* splitter_;
-  QString wanted_;  // the article to be chosen when the list has been read again
+  // What is to be chosen when the list has been read again.
+  QString wanted_;
+  double wanted_warehouse_ = 0;
 };
 
 }  // namespace tarvik::desktop

@@ -496,7 +496,7 @@ std::string Shown(const std::string& address) {
     const std::string value = RepairUtf8(option->val);
     if (name == "user") {
       user = value + "@";
-    } else if (name == "host" && value.front() != '/') {
+    } else if (name == "host" && !value.starts_with('/')) {
       host = value;
     } else if (name == "port") {
       port = ":" + value;

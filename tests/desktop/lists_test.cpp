@@ -371,6 +371,14 @@ TEST_F(ListasDePrueba, TheLedgerIsOfTheChosenArticleAndWarehouse) {
   QTest::keyClick(&view.FilterField(), Qt::Key_Down);
   ASSERT_TRUE(Until([&] { return view.Ledger().rowCount() == 1; }));
   EXPECT_EQ(view.Ledger().index(0, LedgerModel::Document).data().toString(), QStringLiteral("3"));
+
+  // Read again, with a movement of another station: the same warehouse is still the chosen one.
+  Sql("INSERT INTO movsinv (operacion, movimiento, articulo, cantidad, ent_sal, almacen, f_movim) "
+      "VALUES ('EN', 4, 'MAR-16', 1, 'E', 2, '2026-11-20')");
+  QTest::keyClick(&view.FilterField(), Qt::Key_F5);
+  ASSERT_TRUE(Until([&] { return view.Ledger().rowCount() == 2; }));
+  EXPECT_EQ(view.Ledger().index(0, LedgerModel::Document).data().toString(), QStringLiteral("4"));
+  EXPECT_EQ(view.Ledger().index(1, LedgerModel::Document).data().toString(), QStringLiteral("3"));
 }
 
 }  // namespace
