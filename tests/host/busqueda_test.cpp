@@ -98,6 +98,14 @@ TEST_F(BusquedasDePrueba, ANumberedKeyIsReadAsItsDigits) {
   EXPECT_EQ(Claves("Almacenes", ""), "1 2 12");
 }
 
+TEST_F(BusquedasDePrueba, AWarehouseOfAnyNumberHidesNoOther) {
+  Sql("INSERT INTO ALMACEN (almacen, descrip) VALUES (3000000000, 'Lejano'), (7.5, 'Medio')");
+  EXPECT_EQ(Claves("Almacenes", "2"), "2");
+  EXPECT_EQ(Claves("Almacenes", "3000000000"), "3000000000");
+  EXPECT_EQ(Claves("Almacenes", "7"), "7.5");
+  EXPECT_EQ(Claves("Almacenes", "8"), "");
+}
+
 TEST_F(BusquedasDePrueba, ATaxShowsItsRateAndASecondKeyItsArticle) {
   EXPECT_EQ(Busca("Impuestos por porcentaje", "IVA16").at(0).extra, "16");
   EXPECT_EQ(Busca("Claves adicionales de articulos", "CIN").at(0).extra, "CIN-AIS");
