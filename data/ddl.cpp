@@ -97,8 +97,7 @@ std::set<std::string, std::less<>> TableNames(EngineConnection& connection) {
             "c.relnamespace = COALESCE((SELECT v.relnamespace FROM pg_catalog.pg_class v WHERE v.oid = "
             "to_regclass('version_esquema')), (SELECT n.oid FROM pg_catalog.pg_namespace n WHERE n.nspname = "
             "current_schema())) AND NOT EXISTS (SELECT 1 FROM pg_catalog.pg_depend d WHERE d.objid = c.oid "
-            "AND "
-            "d.deptype = 'e')";
+            "AND d.deptype = 'e')";
   std::set<std::string, std::less<>> names;
   const Rows rows = connection.Select(text);
   for (const auto& row : rows.rows) names.insert(LowerAscii(ToText(row[0])));
@@ -170,7 +169,7 @@ void AdvanceCounters(EngineConnection& connection) {
       connection.Run("SELECT setval(" + counter + ", m.n) FROM (SELECT MAX(id) AS n FROM " + name +
                          ") m WHERE m.n > COALESCE(pg_sequence_last_value(" + counter + "::regclass), 0)",
                      {});
-    } catch (const Error&) {  // whoever may only read draws no number either
+    } catch (const Error&) {  // no such table yet; or whoever may only read, and draws no number either
     }
   }
 }

@@ -22,7 +22,7 @@ std::string WithNumberedMarks(std::string_view text, std::vector<Mark>& marks);
 
 // One statement of the suite's, as this engine has to be told it. The text has passed
 // RequireOneStatement. What it does not understand stays as it is: the engine says what is wrong with it.
-//   "SELECT * FROM entpart WHERE entrada = 7"  gives "... ORDER BY id_entrada"
+//   "SELECT * FROM entpart WHERE entrada = 7"  gives "... ORDER BY entpart.id_entrada"
 //   "SELECT * FROM ALMACEN WHERE almacen='X1'" gives "... WHERE almacen=NULL ORDER BY ALMACEN.almacen"
 std::string ForPostgresql(std::string_view text);
 

@@ -16,8 +16,12 @@ inline constexpr std::string_view kPostgresqlScheme = "postgresql:";
 //   postgresql:///tienda?host=/run/postgresql
 // otherwise as OpenBase(). The base must be there; its tables are made by PrepareSchema().
 //
-// A connection that the server has lost is made again by the next statement outside a transaction; the
-// statement that noticed fails, since nobody knows whether it was carried out.
+// Throws Error for an address that can't be understood, and for a server or a base that does not open; no
+// text that is thrown or shown holds a password.
+//
+// A connection that was lost is made again, but never in the middle of a transaction. A SELECT is then
+// asked once more; a statement that changes something throws Error, since nobody knows whether it was
+// carried out. A server that does not answer is not asked again for some seconds: statements throw at once.
 std::unique_ptr<Base> OpenPostgresql(std::string_view address);
 
 }  // namespace tarvik::data
