@@ -76,8 +76,14 @@ std::string TableText(const Table& table, Dialect dialect) {
   return text;
 }
 
+std::string OnceText(const Table& table, const Once& once) {
+  return "CREATE UNIQUE INDEX IF NOT EXISTS " + std::string(once.name) + " ON " + std::string(table.name) +
+         " (" + Joined(once.columns, ", ") + ") WHERE " + std::string(once.where);
+}
+
 std::vector<std::string> IndexTexts(const Table& table) {
   std::vector<std::string> texts;
+  for (const Once& once : table.once) texts.push_back(OnceText(table, once));
   for (const auto& columns : table.indexes) {
     texts.push_back("CREATE INDEX IF NOT EXISTS " +
                     LowerAscii("idx_" + std::string(table.name) + "_" + Joined(columns, "_")) + " ON " +

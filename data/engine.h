@@ -2,6 +2,8 @@
 // Nothing above data/ includes an engine's own header.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -11,6 +13,7 @@
 #include <vector>
 
 #include "data/connection.h"
+#include "data/patience.h"
 
 namespace tarvik::data {
 
@@ -30,8 +33,14 @@ class EngineConnection : public Connection {
     return Run(text, std::span<const Value>(values.begin(), values.size()));
   }
 
+  // A statement of the schema's own, such as a trigger whose body has semicolons: it passes no gate. Never
+  // for a text that anybody typed. Throws Error as Execute() does.
+  virtual void Define(const std::string& text) = 0;
+
   // For the host's posting only: a unit that holds whole or not at all. See Transaction.
-  // Begin takes the write lock at once and throws Error if another holds it too long.
+  // Begin makes no other unit wait on a server, where rows are locked one by one: whoever takes several
+  // takes them in the order of their keys. The embedded engine has one writer; there it takes the write
+  // lock at once and throws Error (kBusy) if another holds it too long.
   virtual void Begin() = 0;
   virtual void Commit() = 0;
   virtual void Rollback() noexcept = 0;
@@ -45,6 +54,23 @@ class EngineConnection : public Connection {
   // Column names of a table in lower case, in order; empty if there is no such table.
   virtual std::vector<std::string> Columns(std::string_view table) = 0;
 
+  // A number that differs after others have committed something, and at no cost of a statement on a server
+  // (where only what Notify() told counts). For whoever must notice soon, and not ask at every key.
+  virtual std::int64_t Changes() = 0;
+  // Tells the other connections of the base that something they should look at was written; with the unit
+  // that is open, or at once. Needed on a server only.
+  virtual void Notify() = 0;
+
+  // A life that ends with this connection: whoever else asks Lives(number) is told true as long as this
+  // process and its session are there, whatever happens to it. One number a connection; drawn by the caller,
+  // never used twice in a base. A server's session that is made anew takes it again by itself. Throws Error
+  // if it can't be had.
+  virtual void Live(std::int64_t number) = 0;
+  [[nodiscard]] virtual bool Lives(std::int64_t number) = 0;
+
+  // How this connection waits for a base that is busy or away.
+  [[nodiscard]] Patience& Waiting() { return patience_; }
+
   // Registers a procedure; a later one of the same name (without regard to case) replaces it.
   void Register(std::string_view name, Procedure procedure);
 
@@ -53,9 +79,40 @@ class EngineConnection : public Connection {
  protected:
   // The registered procedure, or nullptr.
   [[nodiscard]] const Procedure* Find(std::string_view name) const;
+  // Inside a Fence, and the time that one of its SELECTs may take; nothing: as long as it takes.
+  [[nodiscard]] bool Fenced() const { return fences_ > 0; }
+  [[nodiscard]] std::chrono::milliseconds SelectLimit() const { return select_limit_; }
 
  private:
+  friend class Fence;
+
   std::map<std::string, Procedure, std::less<>> procedures_;
+  Patience patience_;
+  int fences_ = 0;
+  std::chrono::milliseconds select_limit_{0};
+};
+
+// While it lives, the connection's Select and Execute take what a screen has joined together from typed
+// text: no second SELECT inside, no function but the few harmless ones (see RequireHarmless), and a SELECT
+// that takes longer than `limit` is stopped and throws Error (kSlow). "exec" of a procedure is as ever; Run()
+// is the host's own and is not fenced.
+class Fence {
+ public:
+  Fence(EngineConnection& connection, std::chrono::milliseconds limit)
+      : connection_(connection), before_(connection.select_limit_) {
+    ++connection_.fences_;
+    connection_.select_limit_ = limit;
+  }
+  ~Fence() {
+    --connection_.fences_;
+    connection_.select_limit_ = before_;
+  }
+  Fence(const Fence&) = delete;
+  Fence& operator=(const Fence&) = delete;
+
+ private:
+  EngineConnection& connection_;
+  std::chrono::milliseconds before_;
 };
 
 // Rolls back at the end of its scope unless Commit() was called and returned.

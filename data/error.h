@@ -10,14 +10,31 @@
 
 namespace tarvik::data {
 
+// What kind of trouble it is, as far as whoever goes on must know; the words are for people.
+enum class Trouble {
+  kOther,      // the statement itself, or its data: asking again gives the same answer
+  kBusy,       // another holds what it needs; nothing was carried out
+  kAway,       // there is no session with the server; nothing was carried out
+  kLost,       // the session was lost on the way: nobody knows whether it was carried out
+  kDuplicate,  // a row with this key is there already
+  kSlow,       // it took longer than it may, and was stopped
+};
+
 // Example:
-//   throw Error("La base está ocupada por otro proceso").With("sentencia", sql);
+//   throw Error("La base está ocupada por otro proceso", Trouble::kBusy).With("sentencia", sql);
 //
 // what() is the description alone: it is what the box and the day's log show, unchanged. The
 // context is for a debugger or an implementer's window and never becomes part of the description.
 class Error : public std::runtime_error {
  public:
-  explicit Error(const std::string& description) : std::runtime_error(description) {}
+  explicit Error(const std::string& description, Trouble trouble = Trouble::kOther)
+      : std::runtime_error(description), trouble_(trouble) {}
+
+  [[nodiscard]] Trouble Kind() const { return trouble_; }
+  // Whether a short while may mend it: the same act may be tried again, where it is safe to do twice.
+  [[nodiscard]] bool Passing() const {
+    return trouble_ == Trouble::kBusy || trouble_ == Trouble::kAway || trouble_ == Trouble::kLost;
+  }
 
   Error With(std::string key, std::string value) && {
     context_.emplace_back(std::move(key), std::move(value));
@@ -29,6 +46,7 @@ class Error : public std::runtime_error {
   [[nodiscard]] const std::vector<std::pair<std::string, std::string>>& Context() const { return context_; }
 
  private:
+  Trouble trouble_ = Trouble::kOther;
   std::vector<std::pair<std::string, std::string>> context_;
 };
 

@@ -23,6 +23,14 @@ struct ForeignKey {
   std::string_view table;  // refers to the column of the same name there, without cascade
 };
 
+// A rule of the base's own: no two rows have the same columns. Holds for the rows that `where` names; of a
+// base that already had doubles when the rule came, for the rows behind the last one of then.
+struct Once {
+  std::string_view name;
+  std::vector<std::string_view> columns;
+  std::string_view where;
+};
+
 struct Table {
   std::string_view name;
   std::string_view meaning;
@@ -30,12 +38,14 @@ struct Table {
   std::vector<std::string_view> key;  // primary key; the only columns that take no null
   std::vector<ForeignKey> foreign_keys;
   std::vector<std::vector<std::string_view>> indexes;
-  bool counted_key = false;  // the engine numbers the key column itself (the ledger's own row id)
-  bool of_host = false;      // the stand-alone host's own, not the suite's
+  std::vector<Once> once = {};
+  bool positive_key = false;  // the base refuses a row whose key is below 1
+  bool counted_key = false;   // the engine numbers the key column itself (the ledger's own row id)
+  bool of_host = false;       // the stand-alone host's own, not the suite's
 };
 
 // Raised by one with each change of a table. A base of a newer version is refused.
-inline constexpr int kSchemaVersion = 2;
+inline constexpr int kSchemaVersion = 3;
 
 const std::vector<Table>& Schema();
 // Without regard to case; nullptr if the schema has no such table or column.

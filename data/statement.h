@@ -14,6 +14,12 @@ namespace tarvik::data {
 // valid UTF-8. A single semicolon at the end is allowed.
 void RequireOneStatement(std::string_view text);
 
+// Throws Error for what no screen's own statement holds and typed text may bring: a second SELECT (a UNION, a
+// question inside a question), WITH, and any function but these: SUM, COUNT, MIN, MAX, AVG, UPPER, LOWER,
+// TRIM, LENGTH, ABS, ROUND, COALESCE, CAST, SUBSTR, REPLACE. What stands in quotes is data. The text has
+// passed RequireOneStatement.
+void RequireHarmless(std::string_view text);
+
 // True if the text's first word is SELECT, without regard to case.
 bool IsSelect(std::string_view text);
 

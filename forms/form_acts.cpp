@@ -19,9 +19,13 @@ void Form::Guard(const std::function<void()>& event) {
 
 void Form::Act(const std::function<void()>& function) {
   auto alive = shared_from_this();
+  const bool outermost = platform_.acts_ == 0;
   ++platform_.acts_;
-  Guard(function);
-  if (--platform_.acts_ == 0) platform_.Settle();
+  const bool goes_on = !outermost || !platform_.on_act_begins || platform_.on_act_begins(*this);
+  if (goes_on) Guard(function);
+  if (--platform_.acts_ > 0) return;
+  platform_.Settle();
+  if (outermost && platform_.on_act_ends) platform_.on_act_ends();
 }
 
 void Form::Press(const Key& key) {

@@ -53,6 +53,17 @@ class Platform {
   // Called at the end of an operator's act, when no other act is under way.
   virtual void Settle() {}
 
+  // Told when an operator's act begins, before anything of it runs, and when it has ended with all that it
+  // set off. For the host; each may be empty, and none of them throws. One that begins inside another is
+  // not told of. Where `on_act_begins` gives false the act is passed over: its screen may not go on.
+  std::function<bool(Form&)> on_act_begins;
+  std::function<void()> on_act_ends;
+  [[nodiscard]] bool Acting() const { return acts_ > 0; }
+
+  // One turn of a wait of the host's for its base: paints, lets no event of a screen run and takes no key.
+  // False once the process has been asked to end. About a hundred times a second.
+  virtual bool WaitTurn() { return !EndRequested(); }
+
   // A timer runs from here on, every Interval() milliseconds, until stopped. It calls Timer::Tick.
   virtual void StartTimer(Timer& timer) = 0;
   virtual void StopTimer(Timer& timer) = 0;

@@ -106,10 +106,22 @@ struct Anfitrion::Interior {
         ambiente(host, observada, *conexion, testigo, opciones),
         maestra(testigo),
         funciones(*conexion, plataforma, testigo),
-        catalogo(ambiente, *conexion, plataforma, testigo, impresora) {
+        catalogo(ambiente, *conexion, observada, plataforma, testigo, impresora) {
     RegistraProcedimientos(*conexion, plataforma);
+    conexion->Waiting().turn = [this] { return plataforma.WaitTurn(); };
+    plataforma.on_act_begins = [this](forms::Form&) {
+      conexion->Waiting().ActBegins();
+      return true;
+    };
+    plataforma.on_act_ends = [this] { conexion->Waiting().ActEnds(); };
     carpeta.Conserva();
   }
+  ~Interior() {
+    plataforma.on_act_begins = nullptr;
+    plataforma.on_act_ends = nullptr;
+  }
+  Interior(const Interior&) = delete;
+  Interior& operator=(const Interior&) = delete;
 
   forms::Platform& plataforma;
   CarpetaNueva carpeta;

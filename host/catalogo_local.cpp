@@ -32,6 +32,7 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
     if (left) engine_.Rollback();
     return left;
   };
+  const ConexionObservada::Rutina own(observed_);
   try {
     routine(screen, ambiente_);
   } catch (const data::Error&) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/anfitrion.h"
+#include "host/conexion_observada.h"
 #include "host/testigo.h"
 
 namespace tarvik::host {
@@ -13,9 +14,14 @@ namespace tarvik::host {
 class CatalogoLocal : public service::ConsultasCatalogo {
  public:
   // All outlive this.
-  CatalogoLocal(AmbienteLocal& ambiente, data::EngineConnection& engine, forms::Platform& platform,
-                Testigo& testigo, Impresora& impresora)
-      : ambiente_(ambiente), engine_(engine), platform_(platform), testigo_(testigo), impresora_(impresora) {}
+  CatalogoLocal(AmbienteLocal& ambiente, data::EngineConnection& engine, ConexionObservada& observed,
+                forms::Platform& platform, Testigo& testigo, Impresora& impresora)
+      : ambiente_(ambiente),
+        engine_(engine),
+        observed_(observed),
+        platform_(platform),
+        testigo_(testigo),
+        impresora_(impresora) {}
 
   // An empty routine takes the key's away.
   void Gancho(const std::string& key, Anfitrion::Rutina routine);
@@ -29,6 +35,7 @@ class CatalogoLocal : public service::ConsultasCatalogo {
  private:
   AmbienteLocal& ambiente_;
   data::EngineConnection& engine_;
+  ConexionObservada& observed_;
   forms::Platform& platform_;
   Testigo& testigo_;
   Impresora& impresora_;

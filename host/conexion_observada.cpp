@@ -5,12 +5,12 @@ namespace tarvik::host {
 
 data::Rows ConexionObservada::Select(std::string_view text) {
   testigo_.Sentencia(text);
-  return inner_.Select(text);
+  return Fenced([&] { return inner_.Select(text); });
 }
 
 data::Rows ConexionObservada::Execute(std::string_view text) {
   testigo_.Sentencia(text);
-  return inner_.Execute(text);
+  return Fenced([&] { return inner_.Execute(text); });
 }
 
 }  // namespace tarvik::host

@@ -30,7 +30,7 @@ constexpr std::chrono::seconds kPatience{3};
 constexpr const char* kSettings =
     "SET lock_timeout = 5000; SET standard_conforming_strings = on; SET datestyle = 'ISO, YMD'; "
     "SET client_min_messages = warning; SET intervalstyle = 'postgres'; SET extra_float_digits = 1; "
-    "SET default_transaction_isolation = 'read committed'";
+    "SET default_transaction_isolation = 'read committed'; LISTEN tarvik";
 // The host's units of work stand in line behind this number, of our own choosing.
 constexpr const char* kWriteLock = "SELECT pg_advisory_xact_lock(7402178)";
 
@@ -108,6 +108,13 @@ std::string_view Reason(std::string_view state) {
     if (state.substr(0, known.state.size()) == known.state) return known.reason;
   }
   return "La base rechazó la sentencia";
+}
+
+Trouble TroubleOf(std::string_view state) {
+  if (state == "55P03" || state.substr(0, 2) == "40") return Trouble::kBusy;
+  if (state == "23505") return Trouble::kDuplicate;
+  if (state == "57014") return Trouble::kSlow;
+  return Trouble::kOther;
 }
 
 constexpr const char* kUndone = "La base deshizo la transacción: una de sus sentencias falló";
@@ -220,6 +227,31 @@ class PostgresqlConnection final : public EngineConnection {
     return values.empty() ? Send(numbered, text) : SendWith(numbered, values, marks, text);
   }
 
+  void Define(const std::string& text) override { Send(text, text); }
+
+  std::int64_t Changes() override {
+    RequireOpen();
+    PQconsumeInput(session_.get());
+    while (PGnotify* told = PQnotifies(session_.get())) {
+      ++changes_;
+      PQfreemem(told);
+    }
+    return changes_;
+  }
+  void Notify() override { Send("NOTIFY tarvik", "NOTIFY tarvik"); }
+
+  void Live(std::int64_t number) override {
+    EngineConnection::Run("SELECT pg_advisory_lock_shared(7402179, CAST(? AS INTEGER))", {number});
+  }
+  bool Lives(std::int64_t number) override {
+    return !EngineConnection::Run(
+                "SELECT 1 FROM pg_catalog.pg_locks WHERE locktype = 'advisory' AND classid = 7402179 AND "
+                "objid = "
+                "CAST(? AS OID) AND granted",
+                {number})
+                .rows.empty();
+  }
+
   void Begin() override {
     RequireOpen();
     Reconnect();
@@ -315,7 +347,8 @@ class PostgresqlConnection final : public EngineConnection {
     const std::string_view state = StateOf(result);
     const char* told = PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY);
     std::string description;
-    if (PQstatus(session_.get()) == CONNECTION_BAD) {
+    const bool lost = PQstatus(session_.get()) == CONNECTION_BAD;
+    if (lost) {
       if (!ours_) in_unit_ = false;  // a statement began it, and nobody will end it
       description = "Se perdió la conexión con la base " + place_ + ": " +
                     OneLine(told != nullptr ? told : PQerrorMessage(session_.get()));
@@ -323,7 +356,7 @@ class PostgresqlConnection final : public EngineConnection {
       description = std::string(Reason(state)) + ": " +
                     OneLine(told != nullptr ? told : PQerrorMessage(session_.get()));
     }
-    throw Error(description).With("sentencia", std::string(text));
+    throw Error(description, lost ? Trouble::kLost : TroubleOf(state)).With("sentencia", std::string(text));
   }
 
   // Gives the result, or throws what the server says of the statement.
@@ -473,6 +506,7 @@ class PostgresqlConnection final : public EngineConnection {
   unsigned long names_ = 0;
   bool in_unit_ = false;  // of work: a transaction
   bool ours_ = false;     // Begin() made it
+  std::int64_t changes_ = 0;
   std::chrono::steady_clock::time_point ask_again_;
 };
 

@@ -7,7 +7,9 @@
 #include <atomic>
 #include <filesystem>
 #include <list>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <system_error>
 #include <unordered_map>
 
@@ -86,10 +88,30 @@ std::string_view Reason(int code, std::string_view engine_text) {
   return "La base rechazó la sentencia";
 }
 
+Trouble TroubleOf(int code) {
+  switch (code) {
+    case SQLITE_CONSTRAINT_UNIQUE:
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+    case SQLITE_CONSTRAINT_ROWID:
+      return Trouble::kDuplicate;
+    default:
+      break;
+  }
+  switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return Trouble::kBusy;
+    case SQLITE_INTERRUPT:
+      return Trouble::kSlow;
+    default:
+      return Trouble::kOther;
+  }
+}
+
 [[noreturn]] void Fail(sqlite3* handle, int code, std::string_view text) {
   const std::string engine_text = RepairUtf8(sqlite3_errmsg(handle));
   const std::string description = std::string(Reason(code, engine_text)) + ": " + engine_text;
-  throw Error(description).With("sentencia", std::string(text));
+  throw Error(description, TroubleOf(code)).With("sentencia", std::string(text));
 }
 
 // Runs a statement of the engine's own house-keeping, whose rows don't matter.
@@ -199,6 +221,9 @@ Value ReadColumn(sqlite3_stmt* statement, int column, bool date_column) {
 class SqliteConnection final : public EngineConnection {
  public:
   SqliteConnection(Handle handle, std::string place) : handle_(std::move(handle)), place_(std::move(place)) {}
+  ~SqliteConnection() override { SqliteConnection::Close(); }
+  SqliteConnection(const SqliteConnection&) = delete;
+  SqliteConnection& operator=(const SqliteConnection&) = delete;
 
   Rows Select(std::string_view text) override {
     RequireOneStatement(text);
@@ -228,6 +253,28 @@ class SqliteConnection final : public EngineConnection {
     return RunChecked(text, values);
   }
 
+  void Define(const std::string& text) override {
+    RequireOpen();
+    Plain(text.c_str());
+  }
+
+  std::int64_t Changes() override {
+    const Rows rows = RunChecked("PRAGMA data_version", {});
+    return static_cast<std::int64_t>(ToNumber(rows.rows.at(0).at(0)));
+  }
+  void Notify() override {}  // every commit shows in the file
+
+  void Live(std::int64_t number) override {
+    RequireOpen();
+    const std::lock_guard only(Lives_().lock);
+    Lives_().numbers.insert({place_, number});
+    life_ = number;
+  }
+  bool Lives(std::int64_t number) override {
+    const std::lock_guard only(Lives_().lock);
+    return Lives_().numbers.contains({place_, number});
+  }
+
   void Begin() override {
     RequireOpen();
     if (sqlite3_get_autocommit(handle_.get()) == 0) throw Error("Ya hay una transacción abierta");
@@ -249,6 +296,10 @@ class SqliteConnection final : public EngineConnection {
   }
 
   void Close() noexcept override {
+    if (life_ != 0) {
+      const std::lock_guard only(Lives_().lock);
+      Lives_().numbers.erase({place_, std::exchange(life_, 0)});
+    }
     cache_ = {};
     handle_.reset();
   }
@@ -266,6 +317,15 @@ class SqliteConnection final : public EngineConnection {
   }
 
  private:
+  struct LivesOfProcess {
+    std::mutex lock;
+    std::set<std::pair<std::string, std::int64_t>> numbers;
+  };
+  static LivesOfProcess& Lives_() {
+    static LivesOfProcess lives;
+    return lives;
+  }
+
   void RequireOpen() const {
     if (handle_ == nullptr) throw Error("La base está cerrada");
   }
@@ -345,6 +405,7 @@ class SqliteConnection final : public EngineConnection {
     return rows;
   }
 
+  std::int64_t life_ = 0;
   Handle handle_;  // closed last: the statements go first
   std::string place_;
   StatementCache cache_;
