@@ -8,6 +8,7 @@
 #include "data/schema.h"
 #include "host/ambiente_local.h"
 #include "host/catalogo_local.h"
+#include "host/cierres.h"
 #include "host/conexion_observada.h"
 #include "host/demo.h"
 #include "host/funciones_locales.h"
@@ -105,15 +106,19 @@ struct Anfitrion::Interior {
         observada(*conexion, testigo),
         ambiente(host, observada, *conexion, testigo, opciones),
         maestra(testigo),
-        funciones(*conexion, plataforma, testigo),
-        catalogo(ambiente, *conexion, observada, plataforma, testigo, impresora) {
+        cierres(*conexion, plataforma, ambiente),
+        funciones(*conexion, plataforma, testigo, cierres),
+        catalogo(ambiente, *conexion, observada, plataforma, testigo, impresora, cierres) {
     RegistraProcedimientos(*conexion, plataforma);
     conexion->Waiting().turn = [this] { return plataforma.WaitTurn(); };
     plataforma.on_act_begins = [this](forms::Form&) {
       conexion->Waiting().ActBegins();
       return true;
     };
-    plataforma.on_act_ends = [this] { conexion->Waiting().ActEnds(); };
+    plataforma.on_act_ends = [this] {
+      conexion->Waiting().ActEnds();
+      DiAvisos();
+    };
     carpeta.Conserva();
   }
   ~Interior() {
@@ -122,6 +127,14 @@ struct Anfitrion::Interior {
   }
   Interior(const Interior&) = delete;
   Interior& operator=(const Interior&) = delete;
+
+  // What came up while an act ran, in one box behind it.
+  void DiAvisos() {
+    if (avisos.empty()) return;
+    std::string text;
+    for (const std::string& line : std::exchange(avisos, {})) text += (text.empty() ? "" : "\n") + line;
+    plataforma.ShowBox(forms::BoxKind::Message, text, forms::kBoxInformation);
+  }
 
   forms::Platform& plataforma;
   CarpetaNueva carpeta;
@@ -136,6 +149,8 @@ struct Anfitrion::Interior {
   ConexionObservada observada;
   AmbienteEnBase ambiente;
   FormaMaestra maestra;
+  Cierres cierres;
+  std::vector<std::string> avisos;  // what the operator is told once the act is over
   FuncionesLocales funciones;
   CatalogoLocal catalogo;
 };
@@ -148,6 +163,20 @@ FormaMaestra& Anfitrion::Parent() { return interior_->maestra; }
 data::EngineConnection& Anfitrion::Conexion() { return *interior_->conexion; }
 data::Base& Anfitrion::Base() { return *interior_->base; }
 
+std::vector<DocumentoAMedias> Anfitrion::AMedias() { return LeeAMedias(*interior_->conexion); }
+
+int Anfitrion::Completa(Tipo tipo, std::int32_t documento) {
+  Interior& own = *interior_;
+  const auto text = [&](const char* name) { return data::ToText(own.ambiente.Lee(name)); };
+  return host::Completa(
+      {*own.conexion, own.plataforma, own.testigo, text("ClaveLocal"), text("Usuario"), text("Estacion")},
+      tipo, documento);
+}
+
+std::vector<CierreInterrumpido> Anfitrion::CierresInterrumpidos() {
+  return host::CierresInterrumpidos(*interior_->conexion);
+}
+
 void Anfitrion::Gancho(const std::string& key, Rutina routine) {
   interior_->catalogo.Gancho(key, std::move(routine));
 }
@@ -157,7 +186,9 @@ service::Funciones& Anfitrion::Funciones() { return interior_->funciones; }
 service::ConsultasCatalogo& Anfitrion::ConsultasCatalogo() { return interior_->catalogo; }
 
 std::unique_ptr<service::MovimientoInventario> Anfitrion::NuevoMovimiento() {
-  return std::make_unique<MovimientoLocal>(interior_->plataforma, interior_->testigo);
+  return std::make_unique<MovimientoLocal>(
+      interior_->plataforma, interior_->testigo, &interior_->cierres,
+      [interior = interior_.get()](const std::string& text) { interior->avisos.push_back(text + "."); });
 }
 
 std::unique_ptr<service::BuscadorCatalogo> Anfitrion::NuevoBuscador() {

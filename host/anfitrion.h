@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "data/engine.h"
+#include "host/a_medias.h"
+#include "host/cierres.h"
 #include "host/testigo.h"
 #include "service/host_services.h"
 
@@ -93,6 +95,12 @@ class Anfitrion : public service::Host {
   FormaMaestra& Parent();
   data::EngineConnection& Conexion();  // the host's own, unobserved
   data::Base& Base();
+
+  // Documents that were posted in part, and their completion: see a_medias.h.
+  std::vector<DocumentoAMedias> AMedias();
+  int Completa(Tipo tipo, std::int32_t documento);
+  // Finishes that broke off, with what did not run of them: see cierres.h.
+  std::vector<CierreInterrumpido> CierresInterrumpidos();
 
   // A routine behind a catalogue key; an empty one takes it away. The last one put in wins.
   void Gancho(const std::string& key, Rutina routine);

@@ -22,7 +22,7 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
   testigo_.Servicio("BuscaCatalogo");
   testigo_.Gancho(key, std::as_const(ambiente_).ValorDeGancho());
   const auto found = routines_.find(key);
-  if (found == routines_.end()) return;
+  if (found == routines_.end()) return cierres_.Corrio(screen, key);
   const auto routine = found->second;  // a routine may replace itself
   // What a routine begins it ends: with its transaction open everything that the operator stores
   // afterwards would hang on it, and be gone with the program.
@@ -37,12 +37,16 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
     routine(screen, ambiente_);
   } catch (const data::Error&) {
     left_open();
+    cierres_.Corrio(screen, key);
     throw;
   } catch (const std::exception& error) {
     left_open();
+    cierres_.Corrio(screen, key);
     throw data::Error(error.what());
   }
-  if (left_open()) {
+  const bool undone = left_open();
+  cierres_.Corrio(screen, key);
+  if (undone) {
     throw data::Error("La rutina " + key + " dejó una transacción abierta; lo que hizo en ella se deshizo");
   }
 }
@@ -62,6 +66,7 @@ void CatalogoLocal::ImprimeDocumento(const std::string& format, std::int32_t num
   const std::string page = ImprimeEnArchivo(engine_, wanted);
   impresora_.Imprime(page, format, number);
   testigo_.Impreso(format, number);
+  cierres_.Corrio(screen, kImprime);
 }
 
 }  // namespace tarvik::host

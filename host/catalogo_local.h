@@ -6,6 +6,7 @@
 #include <string>
 
 #include "host/anfitrion.h"
+#include "host/cierres.h"
 #include "host/conexion_observada.h"
 #include "host/testigo.h"
 
@@ -15,13 +16,14 @@ class CatalogoLocal : public service::ConsultasCatalogo {
  public:
   // All outlive this.
   CatalogoLocal(AmbienteLocal& ambiente, data::EngineConnection& engine, ConexionObservada& observed,
-                forms::Platform& platform, Testigo& testigo, Impresora& impresora)
+                forms::Platform& platform, Testigo& testigo, Impresora& impresora, Cierres& cierres)
       : ambiente_(ambiente),
         engine_(engine),
         observed_(observed),
         platform_(platform),
         testigo_(testigo),
-        impresora_(impresora) {}
+        impresora_(impresora),
+        cierres_(cierres) {}
 
   // An empty routine takes the key's away.
   void Gancho(const std::string& key, Anfitrion::Rutina routine);
@@ -39,6 +41,7 @@ class CatalogoLocal : public service::ConsultasCatalogo {
   forms::Platform& platform_;
   Testigo& testigo_;
   Impresora& impresora_;
+  Cierres& cierres_;
   std::map<std::string, Anfitrion::Rutina> routines_;
 };
 

@@ -11,6 +11,7 @@
 #include "host/constructor_sql.h"
 #include "host/mensajes.h"
 #include "host/numeracion.h"
+#include "host/paciencia.h"
 
 namespace tarvik::host {
 namespace {
@@ -87,7 +88,9 @@ void FuncionesLocales::AbreConsulta(const std::string& text, data::Connection& c
 void FuncionesLocales::NuevoId(const std::string& name, data::Connection& connection, std::int32_t,
                                service::Query*, std::int32_t& out) {
   testigo_.Servicio("NuevoId");
-  out = SiguienteNumero(connection.Engine(), name);
+  // A number that was drawn and got lost on the way is a gap, and does no harm.
+  data::EngineConnection& engine = connection.Engine();
+  out = ConPaciencia(engine, [&] { return SiguienteNumero(engine, name); });
 }
 
 double FuncionesLocales::ANumero(const data::Value& value) {
@@ -180,6 +183,7 @@ void FuncionesLocales::PresentaForma(forms::Form& screen, service::Ambiente&, co
 }
 
 void FuncionesLocales::RegresaForma(forms::Form& screen, service::Ambiente&, const std::string& name) {
+  cierres_.Termina(screen);
   testigo_.Servicio("RegresaForma");
   testigo_.Regresada(screen, name);
 }

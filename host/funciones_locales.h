@@ -8,6 +8,7 @@
 
 #include "data/engine.h"
 #include "forms/keys.h"
+#include "host/cierres.h"
 #include "host/testigo.h"
 #include "service/host_services.h"
 
@@ -20,8 +21,9 @@ std::vector<forms::Key> TeclasDe(std::string_view keys);
 class FuncionesLocales : public service::Funciones {
  public:
   // All outlive this. `engine` is the host's own connection, for the message texts and dates.
-  FuncionesLocales(data::EngineConnection& engine, forms::Platform& platform, Testigo& testigo)
-      : engine_(engine), platform_(platform), testigo_(testigo) {}
+  FuncionesLocales(data::EngineConnection& engine, forms::Platform& platform, Testigo& testigo,
+                   Cierres& cierres)
+      : engine_(engine), platform_(platform), testigo_(testigo), cierres_(cierres) {}
 
   void AbreRecordset(const std::string& text, data::Connection&, bool flag, data::RecordsetRef& out) override;
   void AbreConsulta(const std::string& text, data::Connection&, int flag, data::RecordsetRef& out) override;
@@ -61,6 +63,7 @@ class FuncionesLocales : public service::Funciones {
   data::EngineConnection& engine_;
   forms::Platform& platform_;
   Testigo& testigo_;
+  Cierres& cierres_;
 };
 
 }  // namespace tarvik::host

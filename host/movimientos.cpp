@@ -1,102 +1,62 @@
-// Posting: ledger row, stock of article and warehouse, and the warehouse's column on the article.
+// Posting, one line at a time: whole or not at all, and once.
 #include "host/movimientos.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "data/error.h"
-#include "data/text.h"
+#include "data/number.h"
+#include "host/paciencia.h"
 
 namespace tarvik::host {
 
 void MovimientoLocal::Afecta(bool, double& amount) {
   testigo_.Servicio("Afecta");
   if (ambiente_ == nullptr) throw data::Error("El movimiento no tiene ambiente");
-  const std::string direction = data::ToText(ent_sal_);
-  if (direction != "E" && direction != "S") {
-    throw data::Error("El movimiento no indica si es de entrada o de salida");
-  }
-  if (data::Trim(data::ToText(articulo_)).empty()) throw data::Error("El movimiento no tiene artículo");
-  // What is no number would leave the stock without one. A property that was never set is another
-  // matter: the movement is written with what there is.
-  for (const auto* value : {&almacen_, &cantidad_, &precio_}) {
-    if (!std::isfinite(data::ToNumber(*value)))
-      throw data::Error("El movimiento tiene una cifra que no es un número");
-  }
-
+  ExigeCompleto(asiento_);
   data::EngineConnection& connection = ambiente_->Conexion().Engine();
-  const double quantity = data::ToNumber(cantidad_);
-  const auto amount_now = [&] {
-    if (direction == "E") return quantity * data::ToNumber(precio_);
-    const auto cost = connection.Run("SELECT costo_u FROM prods WHERE articulo = ?", {articulo_});
-    return cost.rows.empty() ? 0.0 : quantity * data::ToNumber(cost.rows.front().front());
-  };
+  if (!libro_) libro_.emplace(connection);
+  const bool applies = asiento_.aplica.IsNull() || data::IsNonZero(asiento_.aplica);
+  const double worth = applies ? Mueve(connection, *libro_) : libro_->Importe(asiento_);
+  testigo_.Movimiento(asiento_.Puestas(), worth);
+  amount = worth;
+}
 
-  double result = 0;
-  if (aplica_.IsNull() || data::IsNonZero(aplica_)) {
-    data::Transaction whole(connection);
-    result = amount_now();
-    Escribe(connection, result);
-    whole.Commit();
-  } else {
-    result = amount_now();
+double MovimientoLocal::Mueve(data::EngineConnection& connection, Libro& libro) {
+  const bool of_a_line = asiento_.ColumnaDelRenglon() != nullptr;
+  return ConPaciencia(connection, [&] {
+    try {
+      data::Transaction whole(connection);
+      if (cierres_ != nullptr) cierres_->Empieza(asiento_);
+      const double worth = libro.Asienta(asiento_, platform_.Now().time.Text());
+      whole.Commit();
+      if (cierres_ != nullptr) cierres_->Empezado();
+      return worth;
+    } catch (const data::Error& error) {
+      // Whether it was carried out nobody knows: only a line's movement can tell by itself, the next time.
+      if (error.Kind() == data::Trouble::kLost && !of_a_line) throw data::Error(error.what());
+      if (error.Kind() != data::Trouble::kDuplicate || !of_a_line) throw;
+    }
+    const auto before = libro.Anterior(asiento_);
+    if (!before) throw data::Error("El movimiento choca con otro registro del libro y no se escribió");
+    return ComoEntonces(*before);
+  });
+}
+
+double MovimientoLocal::ComoEntonces(const AsientoDeAntes& before) const {
+  const std::string line = "El renglón " + data::ToText(asiento_.Renglon()) + " ";
+  if (before.articulo != data::ToText(asiento_.articulo) ||
+      before.almacen != data::ToNumber(asiento_.almacen)) {
+    throw data::Error(line + "ya se movió con el documento " + before.documento + ": artículo " +
+                      before.articulo + ", almacén " + data::PlainNumber(before.almacen) +
+                      ". No se movió otra vez; revise la serie de los renglones");
   }
-  testigo_.Movimiento(Puestas(), result);
-  amount = result;
-}
-
-void MovimientoLocal::Escribe(data::EngineConnection& connection, double amount) {
-  connection.Run(
-      "INSERT INTO movsinv (ent_sal, clavelocal, f_movim, almacen, movimiento, tipo_doc, usuario, documento, "
-      "operacion, articulo, cantidad, precio, id_entrada, id_salida, claveadd, estaciontraspaso, importe, "
-      "cerrado, usuhora) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-      {ent_sal_, clave_local_, fecha_, almacen_, movimiento_, tipo_doc_, usuario_, documento_, operacion_,
-       articulo_, cantidad_, precio_, id_entrada_, id_salida_, clave_add_, estacion_traspaso_, amount, 0,
-       platform_.Now().time.Text()});
-
-  const double warehouse = data::ToNumber(almacen_);
-  const double change =
-      data::ToText(ent_sal_) == "E" ? data::ToNumber(cantidad_) : -data::ToNumber(cantidad_);
-  connection.Run(
-      "INSERT INTO existenciaalmacen (almacen, articulo, existencia) VALUES (?, ?, ?) "
-      "ON CONFLICT (almacen, articulo) "
-      "DO UPDATE SET existencia = COALESCE(existenciaalmacen.existencia, 0) + excluded.existencia",
-      {warehouse, articulo_, change});
-
-  if (warehouse != std::trunc(warehouse) || std::abs(warehouse) > 1e9) return;
-  const std::string column = "alm" + std::to_string(static_cast<long>(warehouse));
-  if (!TieneColumnaDeAlmacen(connection, column)) return;
-  connection.Run("UPDATE prods SET " + column + " = COALESCE(" + column + ", 0) + ? WHERE articulo = ?",
-                 {change, articulo_});
-}
-
-bool MovimientoLocal::TieneColumnaDeAlmacen(data::EngineConnection& connection, const std::string& column) {
-  if (!prods_columns_) prods_columns_ = connection.Columns("prods");
-  return std::find(prods_columns_->begin(), prods_columns_->end(), column) != prods_columns_->end();
-}
-
-Propiedades MovimientoLocal::Puestas() const {
-  Propiedades set;
-  for (const auto& [name, value] : {std::pair<const char*, const data::Value*>{"EntSal", &ent_sal_},
-                                    {"ClaveLocal", &clave_local_},
-                                    {"Fecha", &fecha_},
-                                    {"Almacen", &almacen_},
-                                    {"Movimiento", &movimiento_},
-                                    {"TipoDoc", &tipo_doc_},
-                                    {"Usuario", &usuario_},
-                                    {"Documento", &documento_},
-                                    {"Operacion", &operacion_},
-                                    {"Articulo", &articulo_},
-                                    {"Cantidad", &cantidad_},
-                                    {"Precio", &precio_},
-                                    {"IdEntrada", &id_entrada_},
-                                    {"IdSalida", &id_salida_},
-                                    {"ClaveAdd", &clave_add_},
-                                    {"EstacionTraspaso", &estacion_traspaso_},
-                                    {"Aplica", &aplica_}}) {
-    if (!value->IsNull()) set.emplace_back(name, *value);
+  const double quantity = data::ToNumber(asiento_.cantidad);
+  if (aviso_ && before.cantidad != quantity) {
+    aviso_(line + "(" + before.articulo + ") ya se había movido con cantidad " +
+           data::PlainNumber(before.cantidad) + "; ahora dice " + data::PlainNumber(quantity) +
+           ". La existencia quedó con la cantidad de entonces");
   }
-  return set;
+  return before.importe;
 }
 
 }  // namespace tarvik::host

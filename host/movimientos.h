@@ -1,14 +1,17 @@
 // MovimientoLocal: posts one stock movement at a time into the ledger and the stock, in one
-// transaction. It checks no stock: goods move as the screens let them.
+// transaction, and no line of a document twice. It checks no stock: goods move as the screens let them.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "data/engine.h"
 #include "forms/platform.h"
+#include "host/asiento.h"
+#include "host/cierres.h"
 #include "host/testigo.h"
 #include "service/host_services.h"
 
@@ -16,47 +19,53 @@ namespace tarvik::host {
 
 class MovimientoLocal : public service::MovimientoInventario {
  public:
-  // Both outlive this.
-  MovimientoLocal(forms::Platform& platform, Testigo& testigo) : platform_(platform), testigo_(testigo) {}
+  // Told of what the operator should know once the act is over: a line that had moved with another quantity.
+  using Aviso = std::function<void(const std::string&)>;
+
+  // All outlive this; `cierres` may be nullptr: how far a finish came is then not kept.
+  MovimientoLocal(forms::Platform& platform, Testigo& testigo, Cierres* cierres, Aviso aviso)
+      : platform_(platform), testigo_(testigo), cierres_(cierres), aviso_(std::move(aviso)) {}
 
   void Ambiente(service::Ambiente& ambiente) override { ambiente_ = &ambiente; }
-  void EntSal(const std::string& value) override { ent_sal_ = value; }
-  void ClaveLocal(const std::string& value) override { clave_local_ = value; }
-  void Fecha(const data::Date& value) override { fecha_ = value; }
-  void Almacen(double value) override { almacen_ = value; }
-  void Movimiento(std::int32_t value) override { movimiento_ = value; }
-  void TipoDoc(const std::string& value) override { tipo_doc_ = value; }
-  void Usuario(const std::string& value) override { usuario_ = value; }
-  void Documento(const std::string& value) override { documento_ = value; }
-  void Operacion(const std::string& value) override { operacion_ = value; }
-  void Articulo(const std::string& value) override { articulo_ = value; }
-  void Cantidad(double value) override { cantidad_ = value; }
-  void Precio(double value) override { precio_ = value; }
-  void IdEntrada(std::int32_t value) override { id_entrada_ = value; }
-  void IdSalida(std::int32_t value) override { id_salida_ = value; }
-  void ClaveAdd(const std::string& value) override { clave_add_ = value; }
-  void EstacionTraspaso(const std::string& value) override { estacion_traspaso_ = value; }
-  void Aplica(bool value) override { aplica_ = value; }
+  void EntSal(const std::string& value) override { asiento_.ent_sal = value; }
+  void ClaveLocal(const std::string& value) override { asiento_.clave_local = value; }
+  void Fecha(const data::Date& value) override { asiento_.fecha = value; }
+  void Almacen(double value) override { asiento_.almacen = value; }
+  void Movimiento(std::int32_t value) override { asiento_.movimiento = value; }
+  void TipoDoc(const std::string& value) override { asiento_.tipo_doc = value; }
+  void Usuario(const std::string& value) override { asiento_.usuario = value; }
+  void Documento(const std::string& value) override { asiento_.documento = value; }
+  void Operacion(const std::string& value) override { asiento_.operacion = value; }
+  void Articulo(const std::string& value) override { asiento_.articulo = value; }
+  void Cantidad(double value) override { asiento_.cantidad = value; }
+  void Precio(double value) override { asiento_.precio = value; }
+  void IdEntrada(std::int32_t value) override { asiento_.id_entrada = value; }
+  void IdSalida(std::int32_t value) override { asiento_.id_salida = value; }
+  void ClaveAdd(const std::string& value) override { asiento_.clave_add = value; }
+  void EstacionTraspaso(const std::string& value) override { asiento_.estacion_traspaso = value; }
+  void Aplica(bool value) override { asiento_.aplica = value; }
 
   // Quantity times price for an inflow, quantity times the article's unit cost for an outflow. With
   // Aplica set to false nothing is written, and the amount is given all the same.
-  // Throws data::Error, with nothing written, if the context, the article or the direction is not
-  // set or the base refuses any of the steps.
+  //
+  // Safe to call twice for a document's line: one that has moved moves nothing more and gives the amount of
+  // then. A base that is busy, or a session that is being made anew, is tried again as long as the
+  // connection's patience lasts; a movement of no line is not, once its session was lost on the way.
+  // Throws data::Error, with nothing written, if the context, the article or the direction is not set, if
+  // the line has moved with another article or in another warehouse, or the base refuses any of the steps.
   void Afecta(bool flag, double& amount) override;
 
  private:
-  void Escribe(data::EngineConnection& connection, double amount);
-  bool TieneColumnaDeAlmacen(data::EngineConnection& connection, const std::string& column);
-  [[nodiscard]] Propiedades Puestas() const;
+  double Mueve(data::EngineConnection& connection, Libro& libro);
+  double ComoEntonces(const AsientoDeAntes& antes) const;
 
   forms::Platform& platform_;
   Testigo& testigo_;
+  Cierres* cierres_;
+  Aviso aviso_;
   service::Ambiente* ambiente_ = nullptr;
-  // The properties; null is one that was never set.
-  data::Value ent_sal_, clave_local_, fecha_, almacen_, movimiento_, tipo_doc_, usuario_, documento_,
-      operacion_, articulo_, cantidad_, precio_, id_entrada_, id_salida_, clave_add_, estacion_traspaso_,
-      aplica_;
-  std::optional<std::vector<std::string>> prods_columns_;  // asked for once a run
+  Asiento asiento_;
+  std::optional<Libro> libro_;
 };
 
 }  // namespace tarvik::host

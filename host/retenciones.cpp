@@ -24,8 +24,6 @@ data::Value Clave(Tipo tipo) { return std::string(NombreDe(tipo)); }
 
 }  // namespace
 
-std::string_view NombreDe(Tipo tipo) { return tipo == Tipo::Entrada ? "Entrada" : "Salida"; }
-
 std::optional<Retenido> RetenidoPor(const forms::Form& screen) {
   if (!screen.Open()) return {};
   if (const auto* entry = dynamic_cast<const frmEntradasWizard*>(&screen)) {

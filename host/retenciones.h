@@ -10,10 +10,9 @@
 
 #include "data/engine.h"
 #include "forms/form.h"
+#include "host/tipo.h"
 
 namespace tarvik::host {
-
-enum class Tipo { Entrada, Salida };
 
 struct Retencion {
   std::string usuario;
@@ -26,9 +25,6 @@ struct Retenido {
   std::int32_t numero;
   bool operator==(const Retenido&) const = default;
 };
-
-// How `retenciones.tipo` names the kind: "Entrada", "Salida".
-std::string_view NombreDe(Tipo tipo);
 
 // The document that an open screen holds at this moment; nothing for a screen that only reads, for
 // a new document without a row, and for any other screen.

@@ -17,8 +17,8 @@ class Movimientos : public Banco {
     movimiento = anfitrion->NuevoMovimiento();
     movimiento->Ambiente(Ambiente());
   }
-  // An inflow of 3 at 11.6 into warehouse 1.
-  void Entrada() {
+  // An inflow of 3 at 11.6 into warehouse 1, of a line of its own.
+  void Entrada(int renglon = 44) {
     movimiento->ClaveLocal("L");
     movimiento->EntSal("E");
     movimiento->Fecha({2024, 3, 1});
@@ -31,7 +31,7 @@ class Movimientos : public Banco {
     movimiento->Articulo("A-100");
     movimiento->Cantidad(3);
     movimiento->Precio(11.6);
-    movimiento->IdEntrada(44);
+    movimiento->IdEntrada(renglon);
     movimiento->ClaveAdd("750");
     movimiento->Aplica(true);
   }
@@ -99,6 +99,7 @@ TEST_F(Movimientos, AnInflowAddsToTheStockOfItsWarehouseAndOfTheArticle) {
   EXPECT_EQ(Existencia(), 3);
   EXPECT_EQ(Alm("ALM1"), 13);
   EXPECT_TRUE(Dato("SELECT ALM2 FROM prods").IsNull());
+  movimiento->IdEntrada(45);
   Afecta();
   EXPECT_EQ(Existencia(), 6);
   EXPECT_EQ(Alm("ALM1"), 16);
@@ -135,8 +136,9 @@ TEST_F(Movimientos, AnUnknownArticleMovesWithoutACost) {
 }
 
 TEST_F(Movimientos, AWarehouseWithoutAColumnOfItsOwnIsKeptInItsTable) {
+  int renglon = 0;
   for (const double warehouse : {10.0, 1.5, -1.0}) {
-    Entrada();
+    Entrada(++renglon);
     movimiento->Almacen(warehouse);
     Afecta();
     EXPECT_EQ(Existencia(warehouse), 3) << warehouse;
@@ -158,6 +160,7 @@ TEST_F(Movimientos, WithAplicaFalseNothingIsWrittenAndTheAmountIsGiven) {
 TEST_F(Movimientos, AStepThatFailsLeavesNothingOfThePosting) {
   Entrada();
   Afecta();
+  movimiento->IdEntrada(45);
   Sql("ALTER TABLE existenciaalmacen RENAME TO otra");
   double amount = -1;
   EXPECT_NE(ErrorDe([&] { movimiento->Afecta(false, amount); }), "(ningún error)");
@@ -222,6 +225,7 @@ TEST_F(Movimientos, ATransferLeavesOneWarehouseAndArrivesInTheOther) {
   Entrada();
   movimiento->EntSal("S");
   movimiento->Operacion("SA");
+  movimiento->IdSalida(9);
   Afecta();
   movimiento->EntSal("E");
   movimiento->Operacion("T+");

@@ -1,0 +1,51 @@
+// Documents that were posted in part, and their completion. It reads the ledger by the lines' numbers and
+// posts what is missing through the same ledger as the screens' posting; it fires no key and prints nothing.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "data/engine.h"
+#include "forms/platform.h"
+#include "host/testigo.h"
+#include "host/tipo.h"
+
+namespace tarvik::host {
+
+struct DocumentoAMedias {
+  Tipo tipo;
+  std::int32_t documento;
+  std::string estado;  // "CO": lines without their movement; "PE": lines that have moved already
+  int renglones;       // lines of the document
+  // Numbers of the lines without movement, ascending; of a transfer also of those that left and did not
+  // arrive. Line numbers below 1 are those that could not be drawn: nobody can tell which of them moved.
+  std::vector<std::int32_t> faltan;
+};
+
+// All of them, goods-in first, by number. A document that somebody alive holds is being posted: it is none.
+std::vector<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection);
+// That of one document, whoever holds it; nothing for a whole one, an untouched pending one and one that is
+// not there.
+std::optional<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection, Tipo tipo,
+                                        std::int32_t documento);
+
+// Who completes, for the record of acts and for what the movements bear.
+struct Completador {
+  data::EngineConnection& connection;
+  forms::Platform& plataforma;
+  Testigo& testigo;
+  std::string clave_local;
+  std::string usuario;
+  std::string estacion;
+};
+
+// Posts the lines of a posted document that have not moved, in one transaction, with what its header and
+// its lines say and the cost of now; a transfer's arrivals too. Gives how many movements it made: 0 for a
+// whole document. Safe to call twice.
+// Throws data::Error, with nothing written, for a document that is not there, a pending one, one that
+// somebody alive holds, and whatever the base refuses.
+int Completa(const Completador& quien, Tipo tipo, std::int32_t documento);
+
+}  // namespace tarvik::host

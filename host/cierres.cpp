@@ -1,0 +1,142 @@
+#include "host/cierres.h"
+
+#include <algorithm>
+
+#include "data/error.h"
+#include "goods_in/frm_entradas_wizard.h"
+#include "goods_out/frm_salidas_wizard.h"
+#include "host/anfitrion.h"
+#include "host/tenencia_viva.h"
+
+namespace tarvik::host {
+namespace {
+
+data::Value Nombre(Tipo tipo) { return std::string(NombreDe(tipo)); }
+
+// The screen's line at hand is the one that is being posted.
+bool Afecta(const DocumentWizard& screen, const char* column, const data::Value& line) {
+  return screen.Open() && screen.Modo == "MODIFICACION" && screen.rstPartidas &&
+         screen.rstPartidas->IsOpen() && !screen.rstPartidas->Eof() &&
+         screen.rstPartidas->Fields(column) == line;
+}
+
+std::vector<std::string> Partes(const std::string& text) {
+  std::vector<std::string> parts;
+  for (std::size_t from = 0; from < text.size();) {
+    const std::size_t end = std::min(text.find(',', from), text.size());
+    if (end > from) parts.push_back(text.substr(from, end - from));
+    from = end + 1;
+  }
+  return parts;
+}
+
+// What a finish runs behind the posting, in its order.
+std::vector<std::string> Pasos(data::EngineConnection& connection, Tipo tipo, std::int32_t documento,
+                               bool imprime) {
+  std::vector<std::string> steps;
+  if (tipo == Tipo::Entrada) {
+    steps.emplace_back("ENTRADA014");
+    const auto head = connection.Run("SELECT tipo_doc FROM entradas WHERE entrada = ?", {documento});
+    if (head.rows.empty()) return {};
+    if (data::ToText(head.rows[0][0]) == "A++") steps.emplace_back("ENTRADA010");
+  } else {
+    const auto head = connection.Run("SELECT estraspaso FROM salidas WHERE salida = ?", {documento});
+    if (head.rows.empty()) return {};
+    if (data::IsNonZero(head.rows[0][0])) steps.emplace_back("SALIDAS017");
+    steps.emplace_back("SALIDAS005");
+  }
+  if (imprime) steps.emplace_back(kImprime);
+  return steps;
+}
+
+}  // namespace
+
+std::optional<Cierres::Cierre> Cierres::QuienAfecta(const Asiento& asiento) const {
+  const char* column = asiento.ColumnaDelRenglon();
+  if (column == nullptr) return {};
+  for (const auto& screen : platform_.Screens()) {
+    if (const auto* in = dynamic_cast<const frmEntradasWizard*>(screen.get())) {
+      if (column == std::string_view("id_entrada") && Afecta(*in, column, asiento.Renglon())) {
+        return Cierre{in, Tipo::Entrada, in->Entrada, in->Check2.Value() == 1};
+      }
+    } else if (const auto* out = dynamic_cast<const frmSalidasWizard*>(screen.get())) {
+      if (column == std::string_view("id_salida") && Afecta(*out, column, asiento.Renglon())) {
+        return Cierre{out, Tipo::Salida, out->Salida, out->Check2.Value() != 0};
+      }
+    }
+  }
+  return {};
+}
+
+void Cierres::Empieza(const Asiento& asiento) {
+  if (noted_) return;
+  current_ = QuienAfecta(asiento);
+  if (current_) Escribe(*current_);
+}
+
+void Cierres::Escribe(const Cierre& cierre) {
+  connection_.Run(
+      "INSERT INTO cierres (tipo, documento, usuario, estacion, cuando, imprime, hecho) VALUES (?, ?, ?, ?, "
+      "?, ?, "
+      "'') ON CONFLICT (tipo, documento) DO UPDATE SET usuario = excluded.usuario, estacion = "
+      "excluded.estacion, "
+      "cuando = excluded.cuando, imprime = excluded.imprime, hecho = ''",
+      {Nombre(cierre.tipo), cierre.documento, ambiente_.Lee("Usuario"), ambiente_.Lee("Estacion"),
+       platform_.Now().Iso(), cierre.imprime ? 1 : 0});
+}
+
+void Cierres::Corrio(const forms::Form& screen, std::string_view step) {
+  if (!noted_ || !current_ || current_->screen != &screen) return;
+  try {
+    connection_.Run("UPDATE cierres SET hecho = hecho || ? WHERE tipo = ? AND documento = ?",
+                    {std::string(step) + ",", Nombre(current_->tipo), current_->documento});
+  } catch (const data::Error&) {  // it would be offered once more: whoever looks decides
+  }
+}
+
+void Cierres::Termina(const forms::Form& screen) {
+  if (!current_ || current_->screen != &screen) return;
+  const Cierre finished = *current_;
+  current_.reset();
+  if (!std::exchange(noted_, false)) return;
+  try {
+    OlvidaCierre(connection_, finished.tipo, finished.documento);
+  } catch (const data::Error&) {  // whole all the same: whoever looks finds nothing missing
+  }
+}
+
+std::vector<CierreInterrumpido> CierresInterrumpidos(data::EngineConnection& connection) {
+  std::vector<CierreInterrumpido> found;
+  const auto rows = connection.Run(
+      "SELECT tipo, documento, usuario, estacion, cuando, imprime, hecho FROM cierres ORDER BY cuando, tipo, "
+      "documento",
+      {});
+  for (const auto& row : rows.rows) {
+    const auto tipo = TipoLlamado(data::ToText(row[0]));
+    if (!tipo) continue;
+    const auto documento = static_cast<std::int32_t>(data::ToNumber(row[1]));
+    if (TenenciaViva(connection, *tipo, documento)) continue;
+    const std::vector<std::string> done = Partes(data::ToText(row[6]));
+    CierreInterrumpido broken{*tipo,
+                              documento,
+                              data::ToText(row[2]),
+                              data::ToText(row[3]),
+                              data::DateTime::Parse(data::ToText(row[4])).value_or(data::DateTime{}),
+                              {}};
+    for (std::string& step : Pasos(connection, *tipo, documento, data::IsNonZero(row[5]))) {
+      if (std::find(done.begin(), done.end(), step) == done.end()) broken.faltan.push_back(std::move(step));
+    }
+    if (broken.faltan.empty()) {
+      OlvidaCierre(connection, *tipo, documento);
+    } else {
+      found.push_back(std::move(broken));
+    }
+  }
+  return found;
+}
+
+void OlvidaCierre(data::EngineConnection& connection, Tipo tipo, std::int32_t documento) {
+  connection.Run("DELETE FROM cierres WHERE tipo = ? AND documento = ?", {Nombre(tipo), documento});
+}
+
+}  // namespace tarvik::host
