@@ -1,4 +1,4 @@
-// The deployer's routines: interpreter, loading, running, and what a run changed.
+// The deployer's routines: interpreter, loading, running and stopping.
 #include "python/ganchos.h"
 
 #include <pybind11/embed.h>
@@ -12,12 +12,11 @@
 #include <string_view>
 
 #include "data/error.h"
-#include "data/text.h"
-#include "forms/flex_grid.h"
 #include "python/bind_all.h"
+#include "python/confianza.h"
+#include "python/fallos.h"
+#include "python/foto.h"
 #include "service/claves.h"
-#include "stations/frm_mov_estaciones.h"
-#include "wizard/document_wizard.h"
 
 PYBIND11_EMBEDDED_MODULE(tarvik, module) { tarvik::python::BindAll(module); }
 
@@ -28,226 +27,20 @@ namespace {
 namespace fs = std::filesystem;
 using Reloj = std::chrono::steady_clock;
 
+// Once the program is to end a routine has this long to come to its own end, and all of them this long
+// together; one that does not let itself be stopped is then stopped at each of its lines.
+constexpr auto kParaTerminar = std::chrono::seconds(1);
+constexpr auto kParaTerminarTodas = std::chrono::seconds(3);
+constexpr auto kParaObedecer = std::chrono::milliseconds(300);
+
 double Milisegundos(Reloj::duration time) { return std::chrono::duration<double, std::milli>(time).count(); }
 
-// ---- the screen before and after a run ----
-
-bool Cancelado(const forms::Form& form) {
-  if (const auto* document = dynamic_cast<const DocumentWizard*>(&form)) return document->CancelaProceso;
-  if (const auto* transfer = dynamic_cast<const frmMovEstaciones*>(&form)) return transfer->CancelaProceso;
-  return false;
-}
-
-std::string Modo(const forms::Form& form) {
-  const auto* document = dynamic_cast<const DocumentWizard*>(&form);
-  return document ? document->Modo : std::string();
-}
-
-// What a control holds, as a text; empty for kinds that hold nothing.
-std::string Contenido(const forms::Control& control) {
-  if (const auto* box = dynamic_cast<const forms::TextBox*>(&control)) return box->Text();
-  if (const auto* check = dynamic_cast<const forms::CheckBox*>(&control))
-    return std::to_string(check->Value());
-  if (const auto* label = dynamic_cast<const forms::Label*>(&control)) return label->Caption();
-  if (const auto* button = dynamic_cast<const forms::Button*>(&control)) return button->Caption();
-  if (const auto* list = dynamic_cast<const forms::ComboBox*>(&control)) return list->Text();
-  if (const auto* picker = dynamic_cast<const forms::DatePicker*>(&control)) {
-    return picker->Value() ? data::ToText(data::Value(*picker->Value())) : std::string();
-  }
-  if (const auto* browser = dynamic_cast<const forms::WebBrowser*>(&control)) return browser->Location();
-  return {};
-}
-
-const char* SiNo(bool yes) { return yes ? "sí" : "no"; }
-
-// A picture of everything on a screen that a routine can change.
-class Foto {
- public:
-  explicit Foto(const forms::Form& form)
-      : caption_(form.Caption()), mode_(Modo(form)), cancelled_(Cancelado(form)) {
-    for (const forms::Control* control : form.Controls()) {
-      pieces_.push_back({control->FullName(), Contenido(*control), control->Enabled(), control->Visible()});
-      if (const auto* grid = dynamic_cast<const forms::FlexGrid*>(control)) grids_.emplace_back(*grid);
-    }
-  }
-
-  [[nodiscard]] bool Cancelada() const { return cancelled_; }
-
-  // What is different in a later picture of the same screen.
-  void Compara(const Foto& later, Corrida& run) const {
-    const auto note = [&run](const std::string& name, std::string_view before, std::string_view after) {
-      if (before == after) return;
-      if (run.cambios.size() < kCambios) {
-        run.cambios.push_back({name, Recorta(before), Recorta(after)});
-      } else {
-        ++run.cambios_omitidos;
-      }
-    };
-    for (std::size_t i = 0; i < std::min(pieces_.size(), later.pieces_.size()); ++i) {
-      const Pieza& piece = pieces_[i];
-      const Pieza& now = later.pieces_[i];
-      note(piece.nombre, piece.contenido, now.contenido);
-      note(piece.nombre + ".Enabled", SiNo(piece.habilitado), SiNo(now.habilitado));
-      note(piece.nombre + ".Visible", SiNo(piece.visible), SiNo(now.visible));
-    }
-    for (std::size_t i = 0; i < std::min(grids_.size(), later.grids_.size()); ++i) {
-      grids_[i].Compara(later.grids_[i], note);
-    }
-    note("Caption", caption_, later.caption_);
-    note("Modo", mode_, later.mode_);
-    note("CancelaProceso", SiNo(cancelled_), SiNo(later.cancelled_));
-  }
-
- private:
-  struct Pieza {
-    std::string nombre;
-    std::string contenido;
-    bool habilitado;
-    bool visible;
-  };
-
-  // The cells that hold something: a grid has thousands of rows and few of them are used.
-  class Malla {
-   public:
-    explicit Malla(const forms::FlexGrid& grid)
-        : nombre_(grid.FullName()), filas_(grid.Rows()), columnas_(grid.Cols()) {
-      for (int row = 0; row < filas_; ++row) {
-        for (int column = 0; column < columnas_; ++column) {
-          const std::string& text = grid.TextMatrix(row, column);
-          if (!text.empty()) celdas_.emplace_back(std::pair(row, column), text);
-        }
-      }
-    }
-
-    template <class Note>
-    void Compara(const Malla& later, const Note& note) const {
-      note(nombre_ + ".Rows", std::to_string(filas_), std::to_string(later.filas_));
-      note(nombre_ + ".Cols", std::to_string(columnas_), std::to_string(later.columnas_));
-      auto a = celdas_.begin();
-      auto b = later.celdas_.begin();
-      while (a != celdas_.end() || b != later.celdas_.end()) {
-        const bool gone = b == later.celdas_.end() || (a != celdas_.end() && a->first < b->first);
-        const bool come = a == celdas_.end() || (b != later.celdas_.end() && b->first < a->first);
-        const auto& place = come ? b->first : a->first;
-        if (gone || come || a->second != b->second) {
-          note(nombre_ + "(" + std::to_string(place.first) + ", " + std::to_string(place.second) + ")",
-               come ? std::string_view() : std::string_view(a->second),
-               gone ? std::string_view() : std::string_view(b->second));
-        }
-        if (!come) ++a;
-        if (!gone) ++b;
-      }
-    }
-
-   private:
-    std::string nombre_;
-    int filas_;
-    int columnas_;
-    std::vector<std::pair<std::pair<int, int>, std::string>> celdas_;  // in the order of their places
-  };
-
-  static std::string Recorta(std::string_view text) {
-    constexpr std::size_t kLongest = 400;
-    if (text.size() <= kLongest) return std::string(text);
-    return data::Substring(data::RepairUtf8(text), 0, kLongest) + "…";
-  }
-
-  std::string caption_;
-  std::string mode_;
-  bool cancelled_;
-  std::vector<Pieza> pieces_;
-  std::vector<Malla> grids_;
-};
-
-// ---- what an exception says ----
-
-struct Explicada {
-  Fallo fallo;
-  std::string rastro;
-};
-
-// The text of any object; empty if it can't even give that.
-std::string TextoSeguro(const py::handle& object) {
-  try {
-    return data::RepairUtf8(TextOf(py::str(object)));
-  } catch (const py::error_already_set&) {
-    return {};
-  }
-}
-
-std::string Atributo(const py::handle& object, const char* name) {
-  if (!py::hasattr(object, name)) return {};
-  const py::object held = object.attr(name);
-  return held.is_none() ? std::string() : TextoSeguro(held);
-}
-
-bool EsDe(py::error_already_set& raised, PyObject* type) { return raised.matches(type); }
-
-// In the folder's own files, the innermost call; outside of them nobody can mend anything.
-void PonLugar(py::error_already_set& raised, const std::string& folder, Fallo& failure) {
-  if (!raised.trace()) return;
-  for (const auto& frame : py::module_::import("traceback").attr("extract_tb")(raised.trace())) {
-    const std::string file = TextOf(frame.attr("filename"));
-    if (fs::path(file).parent_path() != fs::path(folder)) continue;
-    failure.archivo = file;
-    failure.linea = frame.attr("lineno").is_none() ? 0 : frame.attr("lineno").cast<int>();
-  }
-}
-
-constexpr const char* kPidioTerminar = "la rutina pidió terminar el programa; el programa sigue abierto";
-
-// `failure` comes in with the place to be named if the exception knows no better one.
-Explicada Explica(py::error_already_set& raised, const std::string& folder, Fallo failure) {
-  Explicada explained{std::move(failure), {}};
-  explained.fallo.texto = TextoSeguro(raised.value());
-  try {
-    if (explained.fallo.texto.empty()) explained.fallo.texto = Atributo(raised.type(), "__name__");
-    if (EsDe(raised, PyExc_SystemExit) || EsDe(raised, PyExc_KeyboardInterrupt)) {
-      explained.fallo.texto = kPidioTerminar;
-    }
-    PonLugar(raised, folder, explained.fallo);
-    const py::object lines =
-        py::module_::import("traceback")
-            .attr("format_exception")(raised.type(), raised.value(),
-                                      raised.trace() ? py::object(raised.trace()) : py::none());
-    explained.rastro = TextoSeguro(py::str("").attr("join")(lines));
-  } catch (const std::exception&) {  // an exception that fails to describe itself: its text will do
-  }
-  return explained;
-}
-
-std::string EnComillas(const std::string& text) { return "«" + text + "»"; }
-
-// Why a file did not load, in words for an operator.
-Fallo FalloDeCarga(py::error_already_set& raised, const std::string& folder, const std::string& file,
-                   const py::object& stopped) {
-  Fallo failure = Explica(raised, folder, {file, 0, {}}).fallo;
-  const std::string own = failure.texto;
-  try {
-    const py::object value = raised.value();
-    if (EsDe(raised, PyExc_SyntaxError)) {
-      const std::string where = Atributo(value, "filename");
-      if (fs::path(where).parent_path() == fs::path(folder)) failure.archivo = where;
-      if (py::isinstance<py::int_>(value.attr("lineno"))) failure.linea = value.attr("lineno").cast<int>();
-      const bool indent = EsDe(raised, PyExc_IndentationError);
-      failure.texto = std::string(indent ? "la sangría no es correcta" : "error de sintaxis") + " (" +
-                      Atributo(value, "msg") + ")";
-    } else if (EsDe(raised, PyExc_ModuleNotFoundError)) {
-      failure.texto = "no se encuentra el módulo " + EnComillas(Atributo(value, "name"));
-    } else if (EsDe(raised, PyExc_ImportError)) {
-      failure.texto = "no se puede importar lo que pide (" + own + ")";
-    } else if (EsDe(raised, PyExc_NameError)) {
-      failure.texto = "no existe el nombre " + EnComillas(Atributo(value, "name"));
-    } else if (EsDe(raised, PyExc_OSError)) {
-      failure.texto = "no se puede leer un archivo (" + own + ")";
-    } else if (!EsDe(raised, stopped.ptr()) && !EsDe(raised, PyExc_SystemExit) &&
-               !EsDe(raised, PyExc_KeyboardInterrupt)) {
-      failure.texto = Atributo(raised.type(), "__name__") + ": " + own;
-    }
-  } catch (const std::exception&) {
-    failure.texto = own;
-  }
-  return failure;
+// Told by the interpreter of each line that a stopped routine begins: not one of them runs, whatever
+// the routine catches.
+int NiUnaMas(PyObject* raised, PyFrameObject*, int what, PyObject*) {
+  if (what != PyTrace_LINE && what != PyTrace_CALL) return 0;
+  PyErr_SetObject(reinterpret_cast<PyObject*>(Py_TYPE(raised)), raised);
+  return -1;
 }
 
 bool PareceClave(std::string_view name) {
@@ -258,6 +51,11 @@ bool PareceClave(std::string_view name) {
     if (std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; })) return true;
   }
   return false;
+}
+
+std::string Nombre(const RutinaCargada& routine) {
+  return routine.clave.empty() ? "El archivo " + fs::path(routine.archivo).filename().string()
+                               : "La rutina " + routine.clave;
 }
 
 bool EsClave(std::string_view name) {
@@ -278,8 +76,9 @@ struct Rutinas::Interior {
   struct Marca {
     const RutinaCargada* ficha;
     Reloj::time_point desde;
-    Reloj::duration en_espera{};   // of the operator's answers
-    Reloj::duration preguntado{};  // how long it had run when the operator was last asked
+    Reloj::duration en_espera{};                     // of the operator's answers
+    Reloj::duration preguntado{};                    // how long it had run when the operator was last asked
+    std::optional<Reloj::time_point> detenida = {};  // when it was told to stop
   };
 
   explicit Interior(OpcionesDeRutinas given) : opciones(std::move(given)) {}
@@ -292,7 +91,13 @@ struct Rutinas::Interior {
   void Anota(Fallo failure);
   void Dispara(const std::string& key, forms::Form& form, host::AmbienteLocal& ambiente);
   void Corre(const Rutina& routine, forms::Form& form, host::AmbienteLocal& ambiente);
+  void Arma(double seconds);  // the interpreter's clock, again and again; 0: not at all
+  [[nodiscard]] double Vuelta() const;
   void Vence();
+  void VenceAlTerminar(Reloj::time_point now);
+  void Detiene(const std::string& why);
+  [[nodiscard]] bool SeTermina() const { return anfitrion && anfitrion->Plataforma().EndRequested(); }
+  [[nodiscard]] bool HilosTerminados() const;
 
   OpcionesDeRutinas opciones;
   host::Anfitrion* anfitrion = nullptr;
@@ -302,11 +107,13 @@ struct Rutinas::Interior {
   std::vector<Marca> corriendo;
   bool preguntando = false;  // the operator, about a long run
   bool con_limite = false;
+  std::optional<Reloj::time_point> fin_pedido;  // when it was seen that the program is to end
 
   // In this order: what lives in the interpreter goes before it does.
   std::optional<py::scoped_interpreter> interprete;
   std::map<std::string, std::vector<Rutina>> por_clave;
   py::object detenida;  // what stops a routine; no Exception, so that its own traps let it pass
+  std::optional<Confianza> confianza;
   std::optional<py::gil_scoped_release> en_reposo;  // threads of the deployer's run between the routines
 
   // While it lives, the limit watches over one run.
@@ -314,11 +121,17 @@ struct Rutinas::Interior {
    public:
     Plazo(Interior& interior, const RutinaCargada& routine) : interior_(interior) {
       interior_.corriendo.push_back({&routine, Reloj::now()});
-      if (interior_.corriendo.size() == 1) Arma(true);
+      if (interior_.corriendo.size() == 1) interior_.Arma(interior_.Vuelta());
     }
     ~Plazo() {
-      if (interior_.corriendo.size() == 1) Arma(false);
+      Obedecido();
+      if (interior_.corriendo.size() == 1) interior_.Arma(0);
       interior_.corriendo.pop_back();
+    }
+    // The routine's own lines are over; the interpreter works on for us.
+    void Obedecido() {
+      if (!interior_.corriendo.back().detenida) return;
+      PyEval_SetTrace(nullptr, nullptr);
     }
     Plazo(const Plazo&) = delete;
     Plazo& operator=(const Plazo&) = delete;
@@ -329,16 +142,6 @@ struct Rutinas::Interior {
     }
 
    private:
-    void Arma(bool on) {
-      if (!interior_.con_limite) return;
-      try {
-        const double first = interior_.opciones.limite_ms / 1000.0;
-        const py::module_ signals = py::module_::import("signal");
-        signals.attr("setitimer")(signals.attr("ITIMER_REAL"), on ? first : 0.0,
-                                  on ? std::min(first, 0.5) : 0.0);
-      } catch (const py::error_already_set&) {  // without it a routine has no limit, and runs all the same
-      }
-    }
     Interior& interior_;
   };
 };
@@ -350,7 +153,32 @@ Rutinas::Interior::~Interior() {
   en_reposo.reset();
   AlEsperarAlOperador({});
   por_clave.clear();
+  confianza.reset();
   detenida = py::object();
+  // A thread of the deployer's that never ends would keep the interpreter, and with it the program: it
+  // is left to the process's own end.
+  if (interprete && !HilosTerminados()) new py::scoped_interpreter(std::move(*interprete));
+}
+
+// Waits for the threads that a routine has left, and gives whether they are done: for as long as they
+// take, or for a while once the program has been told to end.
+bool Rutinas::Interior::HilosTerminados() const {
+  try {
+    const py::module_ threading = py::module_::import("threading");
+    const py::object own = threading.attr("current_thread")();
+    std::optional<Reloj::time_point> end;
+    for (const auto& thread : threading.attr("enumerate")()) {
+      if (thread.is(own) || thread.attr("daemon").cast<bool>()) continue;
+      while (thread.attr("is_alive")().cast<bool>()) {
+        if (!end && SeTermina()) end = Reloj::now() + kParaTerminar;
+        if (end && Reloj::now() > *end) return false;
+        thread.attr("join")(0.1);
+      }
+    }
+    return true;
+  } catch (const py::error_already_set&) {
+    return true;
+  }
 }
 
 void Rutinas::Interior::Arranca() {
@@ -371,8 +199,8 @@ void Rutinas::Interior::Arranca() {
 
   py::module_::import("tarvik");  // a file need not ask for it: its routines are handed the module's objects
   py::module_ sys = py::module_::import("sys");
-  sys.attr("stdin") = py::none();            // there is nobody to answer
-  sys.attr("path").attr("append")(carpeta);  // at the end: a file hides no module of the interpreter's
+  sys.attr("stdin") = py::none();  // there is nobody to answer
+  confianza.emplace(carpeta);
   detenida =
       py::reinterpret_steal<py::object>(PyErr_NewException("tarvik.Detenida", PyExc_BaseException, nullptr));
   PonLimite();
@@ -388,18 +216,35 @@ void Rutinas::Interior::PonLimite() {
     if (signals.attr("getsignal")(signals.attr("SIGPIPE")).equal(signals.attr("SIG_DFL"))) {
       signals.attr("signal")(signals.attr("SIGPIPE"), signals.attr("SIG_IGN"));
     }
-    if (opciones.limite_ms <= 0) return;
     signals.attr("signal")(signals.attr("SIGALRM"), py::cpp_function([this](const py::args&) { Vence(); }));
     con_limite = true;
   } catch (const py::error_already_set&) {  // not the program's first thread
   }
 }
 
-// Called by the interpreter, between two of its steps or out of a wait, some time after the limit.
+void Rutinas::Interior::Arma(double seconds) {
+  if (!con_limite) return;
+  try {
+    const py::module_ signals = py::module_::import("signal");
+    signals.attr("setitimer")(signals.attr("ITIMER_REAL"), seconds, seconds);
+  } catch (const py::error_already_set&) {  // without it a routine has no limit, and runs all the same
+  }
+}
+
+// How often a running routine is looked at, in seconds: each look wakes it out of what it waits for.
+double Rutinas::Interior::Vuelta() const {
+  if (fin_pedido) return 0.1;
+  return opciones.limite_ms > 0 ? std::min(opciones.limite_ms / 1000.0, 1.0) : 1.0;
+}
+
+// Called by the interpreter, between two of its steps or out of a wait, again and again.
 void Rutinas::Interior::Vence() {
-  if (corriendo.empty() || preguntando) return;
-  const RutinaCargada& routine = *corriendo.back().ficha;
+  if (corriendo.empty()) return;
   const Reloj::time_point now = Reloj::now();
+  if (SeTermina()) return VenceAlTerminar(now);
+  if (corriendo.back().detenida) return Detiene(Nombre(*corriendo.back().ficha) + " se detuvo");
+  if (preguntando || opciones.limite_ms <= 0) return;
+  const RutinaCargada& routine = *corriendo.back().ficha;
   const Reloj::duration ran = now - corriendo.back().desde - corriendo.back().en_espera;
   if (Milisegundos(ran - corriendo.back().preguntado) < opciones.limite_ms) return;
   const auto seconds = static_cast<int>((Milisegundos(ran) + 500) / 1000);
@@ -410,12 +255,36 @@ void Rutinas::Interior::Vence() {
   for (Marca& mark : corriendo) mark.en_espera += waited;
   corriendo.back().preguntado = ran;
   if (goes_on) return;
-  const std::string what = routine.clave.empty()
-                               ? "El archivo " + fs::path(routine.archivo).filename().string()
-                               : "La rutina " + routine.clave;
-  const std::string text = what + " se detuvo porque no había terminado a los " + std::to_string(seconds) +
-                           (seconds == 1 ? " segundo" : " segundos");
-  PyErr_SetString(detenida.ptr(), text.c_str());
+  if (SeTermina()) return Detiene(Nombre(routine) + " se detuvo porque el programa se cierra");
+  Detiene(Nombre(routine) + " se detuvo porque no había terminado a los " + std::to_string(seconds) +
+          (seconds == 1 ? " segundo" : " segundos"));
+}
+
+// The program has been told to end: nobody is asked any more.
+void Rutinas::Interior::VenceAlTerminar(Reloj::time_point now) {
+  if (!fin_pedido) {
+    fin_pedido = now;
+    Arma(Vuelta());
+  }
+  const Marca& mark = corriendo.back();
+  const bool spent = now - *fin_pedido >= kParaTerminarTodas;
+  if (!spent && now - std::max(mark.desde, *fin_pedido) < kParaTerminar) return;
+  Detiene(Nombre(*mark.ficha) + " se detuvo porque el programa se cierra");
+}
+
+// Raises in the routine at hand what its own traps let pass; in one that is told again, having caught
+// that, from here on at every line.
+void Rutinas::Interior::Detiene(const std::string& why) {
+  Marca& mark = corriendo.back();
+  const Reloj::time_point now = Reloj::now();
+  if (!mark.detenida) {
+    mark.detenida = now;
+  } else if (now - *mark.detenida < kParaObedecer) {
+    return;  // it may be putting things in order
+  } else {
+    PyEval_SetTrace(NiUnaMas, detenida(why).ptr());
+  }
+  PyErr_SetString(detenida.ptr(), why.c_str());
   throw py::error_already_set();
 }
 
@@ -428,7 +297,7 @@ void Rutinas::Interior::Anota(Fallo failure) {
 
 void Rutinas::Interior::CargaArchivo(const fs::path& path) {
   const RutinaCargada file{{}, path.string(), 1};
-  const Plazo limit(*this, file);
+  Plazo limit(*this, file);
   std::string name = path.stem().string();
   py::module_ sys = py::module_::import("sys");
   py::object modules = sys.attr("modules");
@@ -438,15 +307,16 @@ void Rutinas::Interior::CargaArchivo(const fs::path& path) {
       module = modules[py::str(name)];  // an earlier file has imported it
     } else {
       if (modules.contains(name) || sys.attr("stdlib_module_names").contains(name)) name = "ganchos." + name;
-      const py::module_ util = py::module_::import("importlib.util");
-      py::object spec = util.attr("spec_from_file_location")(name, path.string());
-      module = util.attr("module_from_spec")(spec);
-      modules[py::str(name)] = module;
-      spec.attr("loader").attr("exec_module")(module);
+      module = confianza->Ejecuta(name, path.string());
     }
     TomaFunciones(module, path.string());
   } catch (py::error_already_set& raised) {
-    Anota(FalloDeCarga(raised, carpeta, path.string(), detenida));
+    limit.Obedecido();
+    if (const auto why = confianza->Rehusado(path.string())) {
+      Anota({path.string(), 0, *why});
+    } else {
+      Anota(FalloDeCarga(raised, carpeta, path.string(), py::make_tuple(detenida, confianza->Excepcion())));
+    }
     modules.attr("pop")(name, py::none());
   }
 }
@@ -476,7 +346,7 @@ void Rutinas::Interior::TomaFunciones(const py::object& module, const std::strin
     try {
       inspect.attr("signature")(function).attr("bind")(py::none(), py::none());
     } catch (py::error_already_set& raised) {
-      if (EsDe(raised, PyExc_TypeError)) {
+      if (raised.matches(PyExc_TypeError)) {
         Anota({routine.archivo, routine.linea,
                name + " debe tomar dos argumentos, forma y ambiente: no se llamará"});
         continue;
@@ -505,11 +375,12 @@ void Rutinas::Interior::Corre(const Rutina& routine, forms::Form& form, host::Am
   const Foto before(form);
   {
     const py::gil_scoped_acquire lock;
-    const Plazo limit(*this, routine.ficha);
+    Plazo limit(*this, routine.ficha);
     try {
       routine.funcion(FormObject(form), py::cast(&ambiente, py::return_value_policy::reference));
       run.milisegundos = limit.Milisegundos();
     } catch (py::error_already_set& raised) {
+      limit.Obedecido();
       run.milisegundos = limit.Milisegundos();
       Explicada explained = Explica(raised, carpeta, {routine.ficha.archivo, routine.ficha.linea, {}});
       run.error = std::move(explained.fallo);
