@@ -10,12 +10,14 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
-#include <QTextBrowser>
 #include <QTextEdit>
 
 #include "desktop/grid_view.h"
 #include "desktop/layouts.h"
+#include "desktop/page_text.h"
 #include "desktop/theme.h"
+#include "host/anfitrion.h"
+#include "host/archivos_de_la_base.h"
 
 namespace tarvik::desktop {
 
@@ -127,7 +129,7 @@ QWidget* GoodsOutView::Lines() {
   column->setContentsMargins(measure::kGrid, 0, 0, 0);
   column->setSpacing(2);
   column->addWidget(Caption("Label7"));
-  sheet_ = new QTextBrowser(this);
+  sheet_ = new PageBrowser(host::ArchivosDeLaBase(office().host.Base().Address()), this);
   sheet_->setFocusPolicy(Qt::NoFocus);
   Show("wb", *sheet_, tr("Hoja de distribución"));
   column->addWidget(sheet_);
@@ -194,6 +196,7 @@ QWidget* GoodsOutView::Remarks() {
 }
 
 void GoodsOutView::ShowSheet(const std::string& file) {
+  if (host::ArchivosDeLaBase(office().host.Base().Address()).Incluye(file)) return sheet_->clear();
   QFile page(QString::fromStdString(forms::NativePath(file)));
   if (page.open(QIODevice::ReadOnly)) {
     sheet_->setHtml(QString::fromUtf8(page.readAll()));

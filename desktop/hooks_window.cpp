@@ -701,9 +701,11 @@ bool HooksWindow::SigueEsperando(const python::RutinaCargada& routine, int secon
           "tanto si espera como si la detiene. Detenida, se tomará como un error de su clave.\n\n"
           "¿Desea detenerla?")
           .arg(what, seconds == 1 ? QStringLiteral("1 segundo") : QStringLiteral("%1 segundos").arg(seconds));
-  return !office_.host.Plataforma().ShowBox(
-      forms::BoxKind::Question, text.toStdString(),
-      forms::kBoxYesNo + forms::kBoxQuestion + forms::kBoxSecondDefault);
+  forms::Platform& platform = office_.host.Plataforma();
+  const bool stop = platform.ShowBox(forms::BoxKind::Question, text.toStdString(),
+                                     forms::kBoxYesNo + forms::kBoxQuestion + forms::kBoxSecondDefault);
+  // Nobody answered a question that the program's end took down.
+  return !stop && !platform.EndRequested();
 }
 
 // ---- what is shown ----

@@ -7,14 +7,12 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QGraphicsView>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QPrintDialog>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -35,6 +33,8 @@
 
 #include "data/error.h"
 #include "desktop/boxes.h"
+#include "desktop/file_dialog.h"
+#include "desktop/print_dialog.h"
 #include "desktop/theme.h"
 #include "host/barras.h"
 
@@ -49,6 +49,7 @@ constexpr double kMetre = 0.0254;
 constexpr QMarginsF kMargins(14, 13, 14, 15);  // millimetres
 const auto kBarsName = QStringLiteral("barras");
 const auto kPaperKey = QStringLiteral("impresion/papel");
+const auto kPrinterKey = QStringLiteral("impresion/impresora");
 
 QPageLayout Paper(QPageSize::PageSizeId size) {
   return {QPageSize(size), QPageLayout::Portrait, kMargins, QPageLayout::Millimeter};
@@ -119,7 +120,8 @@ void WithoutOuterMargin(QTextDocument& document) {
 
 // ---- a page for paper ----
 
-PrintedPage::PrintedPage(const QString& html, std::int32_t number) : ruler_(1, 1, QImage::Format_RGB32) {
+PrintedPage::PrintedPage(const QString& html, std::int32_t number, host::ArchivosDeLaBase base)
+    : ruler_(1, 1, QImage::Format_RGB32), document_(std::move(base)) {
   ruler_.setDotsPerMeterX(static_cast<int>(std::lround(kResolution / kMetre)));
   ruler_.setDotsPerMeterY(ruler_.dotsPerMeterX());
   document_.setUndoRedoEnabled(false);
@@ -253,9 +255,10 @@ bool PrintedPage::SavePdf(const QString& path, const QString& title, QString* wh
 // ---- the preview ----
 
 PreviewWindow::PreviewWindow(QSettings& settings, const QString& html, const QString& format,
-                             std::int32_t number)
+                             std::int32_t number, host::ArchivosDeLaBase base)
     : settings_(settings),
-      page_(html, number),
+      base_(std::move(base)),
+      page_(html, number, base_),
       name_(QStringLiteral("%1-%2").arg(format).arg(number)),
       screen_printer_(std::make_unique<QPrinter>(QPrinter::HighResolution)) {
   setAttribute(Qt::WA_DeleteOnClose);
@@ -385,13 +388,20 @@ void PreviewWindow::Print() {
     }
     return;
   }
-  QPrinter printer(QPrinter::HighResolution);
+  PrintDialog dialog(QPrinterInfo::availablePrinterNames(),
+                     settings_.value(kPrinterKey, QPrinterInfo::defaultPrinterName()).toString(), this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  settings_.setValue(kPrinterKey, dialog.Printer());
+  PrintOn(dialog.Printer(), dialog.Copies(), dialog.BothSides());
+}
+
+void PreviewWindow::PrintOn(const QString& name, int copies, bool both_sides) {
+  QPrinter printer(QPrinterInfo::printerInfo(name), QPrinter::HighResolution);
   printer.setPageLayout(screen_printer_->pageLayout());
   printer.setDocName(name_);
-  QPrintDialog dialog(&printer, this);
-  dialog.setWindowTitle(QStringLiteral("Imprimir"));
-  if (dialog.exec() != QDialog::Accepted) return;
-  // The dialog may have taken another paper; the lines are laid out for what will be fed.
+  printer.setCopyCount(copies);
+  printer.setDuplex(both_sides ? QPrinter::DuplexAuto : QPrinter::DuplexNone);
+  // The printer may have taken another paper; the lines are laid out for what will be fed.
   page_.Layout(QPageLayout(printer.pageLayout().pageSize(), printer.pageLayout().orientation(), kMargins,
                            QPageLayout::Millimeter));
   QString why;
@@ -411,14 +421,24 @@ void PreviewWindow::SavePdf() {
   if (folder.isEmpty() || !QDir(folder).exists()) {
     folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   }
-  const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Guardar PDF"),
-                                                    QDir(folder).filePath(name_ + QStringLiteral(".pdf")),
-                                                    QStringLiteral("Documento PDF (*.pdf)"));
+  const QString path = AskWhereToSave(this, QStringLiteral("Guardar PDF"),
+                                      QDir(folder).filePath(name_ + QStringLiteral(".pdf")),
+                                      QStringLiteral("Documento PDF (*.pdf)"), QStringLiteral("pdf"));
   if (path.isEmpty()) return;
   if (SavePdfTo(path)) settings_.setValue(folder_key, QFileInfo(path).absolutePath());
 }
 
 bool PreviewWindow::SavePdfTo(const QString& path) {
+  try {
+    base_.Rechaza(path.toStdString());
+  } catch (const data::Error& error) {
+    Say(QStringLiteral("El PDF no se guardó."));
+    ShowBox(this, forms::BoxKind::Error,
+            QStringLiteral("%1.\n\nEl PDF no se guardó. El documento y la base están como estaban.")
+                .arg(QString::fromUtf8(error.what())),
+            forms::kBoxStop);
+    return false;
+  }
   QString why;
   if (!page_.SavePdf(path, windowTitle(), &why)) {
     Refuse(QStringLiteral("No se pudo guardar el PDF."), why);
@@ -431,6 +451,7 @@ bool PreviewWindow::SavePdfTo(const QString& path) {
 // ---- the host's printer ----
 
 void DesktopPrinter::Imprime(const std::string& page, const std::string& format, std::int32_t number) {
+  base_.Rechaza(page);
   QFile file(QString::fromStdString(page));
   if (!file.open(QIODevice::ReadOnly)) {
     throw data::Error("No se puede leer la página " + page + ": " + file.errorString().toStdString());
@@ -438,9 +459,10 @@ void DesktopPrinter::Imprime(const std::string& page, const std::string& format,
   const QString html = QString::fromUtf8(file.readAll());
   const QString name = QString::fromStdString(format);
   QSettings* settings = &settings_;
+  const host::ArchivosDeLaBase base = base_;
   // After the posting has come to rest: its screen is still closing.
-  QTimer::singleShot(0, [settings, html, name, number] {
-    auto* window = new PreviewWindow(*settings, html, name, number);
+  QTimer::singleShot(0, [settings, html, name, number, base] {
+    auto* window = new PreviewWindow(*settings, html, name, number, base);
     window->show();
     window->raise();
     window->activateWindow();

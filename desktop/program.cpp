@@ -20,6 +20,7 @@
 #include "desktop/stock_view.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
+#include "host/archivos_de_la_base.h"
 #include "python/ganchos.h"
 #include "service/entradas_salidas.h"
 
@@ -62,6 +63,7 @@ Program::Program(Theme& theme, const ProgramOptions& options)
   made.selector = selector_.get();
   made.impresora = printer_.get();
   host_ = std::make_unique<host::Anfitrion>(made);
+  printer_->Guard(host::ArchivosDeLaBase(host_->Base().Address()));
   log_ = std::make_unique<ProgramLog>(folder, made.usuario, made.estacion);
   office_ = std::make_unique<Office>(Office{*host_, theme_, *settings_});
   selector_->Use(*office_);

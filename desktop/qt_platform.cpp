@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDialog>
 #include <QEventLoop>
 #include <QTimer>
 #include <QWidget>
@@ -17,6 +18,10 @@ namespace tarvik::desktop {
 
 namespace {
 
+constexpr int kButtons = 0xF;     // of a box's style, those digits that say which it has
+constexpr int kLookEvery = 200;   // milliseconds between two looks whether the program is to end
+constexpr int kEndWithin = 5000;  // a window that is still open then has refused to close
+
 std::atomic<bool> end_requested = false;
 
 extern "C" void AskToEnd(int) { end_requested = true; }
@@ -26,14 +31,32 @@ extern "C" void AskToEnd(int) { end_requested = true; }
 QtPlatform::QtPlatform() {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, AskToEnd);
   auto* watch = new QTimer(this);
-  watch->setInterval(200);
-  connect(watch, &QTimer::timeout, this, [] {
-    if (end_requested) QApplication::closeAllWindows();
+  watch->setInterval(kLookEvery);
+  connect(watch, &QTimer::timeout, this, [this] {
+    if (end_requested) End();
   });
   watch->start();
 }
 
-QtPlatform::~QtPlatform() = default;
+// From here on nobody looks any more: the process is told as any other.
+QtPlatform::~QtPlatform() {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_DFL);
+}
+
+// What stands in front of the others goes first, as if it had been left with Esc; what waited for it
+// then comes to its own end. What is left after a while goes with the program, which lets go of it.
+void QtPlatform::End() {
+  if (!ending_.isValid()) ending_.start();
+  if (ending_.hasExpired(kEndWithin)) return QCoreApplication::exit();
+  if (QWidget* popup = QApplication::activePopupWidget()) {
+    popup->close();
+  } else if (QWidget* modal = QApplication::activeModalWidget()) {
+    if (auto* dialog = qobject_cast<QDialog*>(modal)) return dialog->reject();
+    modal->close();
+  } else {
+    QApplication::closeAllWindows();
+  }
+}
 
 data::DateTime QtPlatform::Now() {
   const QDateTime now = QDateTime::currentDateTime();
@@ -54,6 +77,8 @@ bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& given, int styl
     message_of_ = ActiveForm();
   }
   if (on_box) return on_box(kind, text, style);
+  // Nobody is there to answer any more: nothing is agreed to.
+  if (end_requested) return kind != forms::BoxKind::Question && (style & kButtons) != forms::kBoxYesNo;
   return desktop::ShowBox(QApplication::activeWindow(), kind, QString::fromStdString(text), style);
 }
 
@@ -126,6 +151,7 @@ void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
   ++unhandled_;
   try {
     const bool noted = on_unhandled && on_unhandled(form, error);
+    if (end_requested) return;
     const std::string text = error.what();
     if (on_box) {
       on_box(forms::BoxKind::Error, text, forms::kBoxStop);

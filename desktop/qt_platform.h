@@ -2,6 +2,7 @@
 // error that no trap caught is shown, written to the program's own log, and the screen goes on.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QObject>
 #include <QPointer>
@@ -67,6 +68,7 @@ class QtPlatform final : public QObject, public forms::Platform {
 
  private:
   void RunPosted();
+  void End();  // takes down what is open; called again and again once the process was told to end
 
   std::deque<std::function<void()>> posted_;
   QHash<forms::Timer*, QTimer*> timers_;
@@ -75,6 +77,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   const forms::Form* message_of_ = nullptr;  // compared only
   int letting_through_ = 0;
   int unhandled_ = 0;
+  QElapsedTimer ending_;  // since the end was first seen to
 };
 
 }  // namespace tarvik::desktop

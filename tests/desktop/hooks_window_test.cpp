@@ -312,6 +312,13 @@ TEST_F(Rutinas, LaRutinaLargaSePreguntaYEsperarEsLoPorOmision) {
   EXPECT_FALSE(ventana->SigueEsperando(Rutina("ENTRADA005"), 20));
 }
 
+// The program's end takes the question down, which reads as a No.
+TEST_F(Rutinas, LaPreguntaQueNadieContestoNoDejaSeguir) {
+  respuesta = false;
+  plataforma.on_wait = [] { return true; };
+  EXPECT_FALSE(ventana->SigueEsperando(Rutina("ENTRADA005"), 10));
+}
+
 TEST_F(Rutinas, CadaAccionTieneSuTeclaEnElMenuYCadaControlSuNombre) {
   int actions = 0;
   for (QAction* menu : ventana->menuBar()->actions()) {

@@ -1,0 +1,191 @@
+// The desktop program as a process of its own, with a hand at its keys: what the stories start that are
+// about its end, or about a second program on the same base.
+//   hijo FOLDER STEPS      STEPS as in kPasos; the base is FOLDER/tienda.db
+// It prints "listo" once what the story is about stands there, and then runs until it is told to end.
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <cstdio>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <string>
+
+#include "desktop/main_window.h"
+#include "desktop/matrix_view.h"
+#include "desktop/printing.h"
+#include "desktop/program.h"
+#include "desktop/qt_platform.h"
+#include "desktop/theme.h"
+#include "forms/headless_platform.h"
+#include "goods_in/frm_entradas_wizard.h"
+#include "host/anfitrion.h"
+#include "service/entradas_salidas.h"
+
+namespace {
+
+using namespace tarvik;
+using namespace tarvik::desktop;
+
+void Listo() {
+  std::puts("listo");
+  std::fflush(stdout);
+}
+
+void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+}
+
+void Type(const char* text) {
+  for (; *text != '\0'; ++text) QTest::keyClick(QApplication::focusWidget(), *text);
+}
+
+// Once a window that waits for an answer is on show.
+void CuandoPregunte(std::function<void(QWidget&)> act) {
+  auto* look = new QTimer(qApp);
+  QObject::connect(look, &QTimer::timeout, qApp, [look, act = std::move(act)] {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (!modal) return;
+    look->deleteLater();
+    act(*modal);
+  });
+  look->start(20);
+}
+
+frmEntradasWizard& Nueva(Program& program) {
+  program.Door().NuevaEntrada();
+  QTest::qWait(0);
+  auto& form = dynamic_cast<frmEntradasWizard&>(*program.Platform().Screens().back());
+  form.Check2.Value(0);
+  return form;
+}
+
+// A goods-in with one line, the hand in the article field.
+frmEntradasWizard& ConRenglon(Program& program) {
+  frmEntradasWizard& form = Nueva(program);
+  Type("COM");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  Type("MAR-16");
+  Press(Qt::Key_Return);
+  Type("3");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  return form;
+}
+
+// Posted, with its page in the preview, which is then handed over.
+void ConVista(Program& program, const std::function<void(PreviewWindow&)>& act) {
+  ConRenglon(program).Check2.Value(1);
+  CuandoPregunte([](QWidget& question) { QTest::keyClick(&question, Qt::Key_S); });
+  Press(Qt::Key_F5);
+  for (int i = 0; i < 250; ++i) {
+    QTest::qWait(20);
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      auto* preview = qobject_cast<PreviewWindow*>(window);
+      if (preview && preview->isVisible()) return act(*preview);
+    }
+  }
+}
+
+const std::map<std::string, std::function<void(Program&)>> kPasos{
+    {"nada", [](Program&) { Listo(); }},
+    // A field is left: its routine runs.
+    {"deja un campo",
+     [](Program& program) {
+       Nueva(program);
+       Type("COM");
+       Press(Qt::Key_Return);
+     }},
+    {"renglon",
+     [](Program& program) {
+       ConRenglon(program);
+       Listo();
+     }},
+    {"pregunta al finalizar",
+     [](Program& program) {
+       ConRenglon(program);
+       CuandoPregunte([](QWidget&) { Listo(); });
+       Press(Qt::Key_F5);
+     }},
+    {"matriz",
+     [](Program& program) {
+       Nueva(program);
+       Type("COM");
+       Press(Qt::Key_Return);
+       Press(Qt::Key_Return);
+       Type("CAM");
+       Press(Qt::Key_Return);
+       Type("9");
+       Press(Qt::Key_Return);
+       CuandoPregunte([](QWidget& window) {
+         if (qobject_cast<MatrixView*>(&window)) Listo();
+       });
+       Press(Qt::Key_Return);
+     }},
+    {"vista", [](Program& program) { ConVista(program, [](PreviewWindow&) { Listo(); }); }},
+    {"caja sobre la vista",
+     [](Program& program) {
+       ConVista(program, [](PreviewWindow& preview) {
+         CuandoPregunte([](QWidget&) { Listo(); });
+         preview.SavePdfTo(QStringLiteral("/no/existe/x.pdf"));
+       });
+     }},
+    {"archivo sobre la vista",
+     [](Program& program) {
+       ConVista(program, [](PreviewWindow& preview) {
+         CuandoPregunte([](QWidget&) { Listo(); });
+         preview.SavePdf();
+       });
+     }},
+    {"traspaso",
+     [](Program& program) {
+       program.Door().movimientoEstacion(1, false);
+       QTest::qWait(50);
+       Listo();
+     }},
+};
+
+// A second program that comes and goes: what it finds in the base.
+int Cuenta(const std::string& folder) {
+  forms::HeadlessPlatform platform;
+  host::Opciones options;
+  options.base = "sqlite:" + folder + "/tienda.db";
+  options.usuario = "BETO";
+  options.estacion = "E2";
+  options.ruta = folder + "/otro";
+  options.plataforma = &platform;
+  host::Anfitrion host(options);
+  for (const char* question : {"SELECT COUNT(*) FROM entradas WHERE estado = 'CO'",
+                               "SELECT COUNT(*) FROM movsinv WHERE operacion = 'EN'"}) {
+    std::cout << data::ToText(host.Conexion().Run(question, {}).rows.at(0).at(0)) << '\n';
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 3) return 64;
+  const std::string folder = argv[1];
+  const std::string steps = argv[2];
+  if (steps == "cuenta") return Cuenta(folder);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  Theme theme(Theme::Mode::Light);
+  theme.ApplyTo(application);
+  const QString path = QString::fromStdString(folder);
+  Program program(theme, {QStringLiteral("sqlite:") + path + QStringLiteral("/tienda.db"),
+                          QStringLiteral("ANA"),
+                          QStringLiteral("E1"),
+                          path,
+                          {},
+                          true});
+  program.Window().resize(1366, 768);
+  program.Window().show();
+  program.Window().activateWindow();
+  (void)QTest::qWaitForWindowActive(&program.Window());
+  QTimer::singleShot(0, [&] { kPasos.at(steps)(program); });
+  return QApplication::exec();
+}
