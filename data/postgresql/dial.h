@@ -1,0 +1,44 @@
+// Making a session with one of an address's hosts, and setting it up. Every wait is this program's own, so
+// that a window paints and a machine that has vanished holds nobody up for longer than is said here.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "data/patience.h"
+#include "data/postgresql/address.h"
+#include "data/postgresql/library.h"
+
+namespace tarvik::data {
+
+// What the connections of one base share.
+struct Place {
+  explicit Place(std::string_view text) : address(text) {}
+
+  Address address;
+  // The base was found to take writes. Such a base is not looked for on a standby any more: a session that
+  // was made there, while another server is about to take over, would refuse the next line.
+  std::atomic<bool> written_to = false;
+  std::atomic<std::size_t> latest = 0;  // the host that was there last is asked first
+};
+
+// The first session of a base or a connection. Hosts are asked in turn, each for as long as the address says
+// (connect_timeout; otherwise 5 seconds, 2 where there are several). Where a server is just starting, or a
+// standby is about to take over, it waits 5 seconds for that. Throws Error for anything else, at once.
+Handle DialFirst(Place& place);
+
+// A session anew, asked for every 50 ms or so for as long as the patience lasts, whatever the reason of the
+// failure; with a patience that is spent one try of 100 ms. Of several hosts each is given a second, then
+// two, so that one that has vanished doesn't keep the others from being asked. Nothing if there was none in
+// that time, or the process was asked to end; `reason` then tells why.
+Handle DialAgain(Place& place, Patience& patience, std::int64_t life, std::string& reason);
+
+// How a session is called among the server's: the program's name, and behind it its life, if it has one.
+std::string SessionName(const Address& address, std::int64_t life);
+
+// What is set in each session, in one exchange.
+std::string Settings(const Address& address, std::int64_t life);
+
+}  // namespace tarvik::data
