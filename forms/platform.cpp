@@ -121,6 +121,7 @@ void Platform::Remove(Form& form) {
   if (found == screens_.end()) return;
   std::shared_ptr<Form> keep = *found;
   screens_.erase(found);
+  if (on_form_gone) on_form_gone(form);
   ScreenUnloaded(form);
 }
 

@@ -58,6 +58,8 @@ class Platform {
   // not told of. Where `on_act_begins` gives false the act is passed over: its screen may not go on.
   std::function<bool(Form&)> on_act_begins;
   std::function<void()> on_act_ends;
+  // Told when a form is no longer open, however it ended. For the host, too; it doesn't throw.
+  std::function<void(Form&)> on_form_gone;
   [[nodiscard]] bool Acting() const { return acts_ > 0; }
 
   // One turn of a wait of the host's for its base: paints, lets no event of a screen run and takes no key.

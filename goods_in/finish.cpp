@@ -86,7 +86,11 @@ void frmEntradasWizard::CreaEntrada() {
   intenta([&] { Caption("Entrada: " + std::to_string(Entrada)); });
 }
 
-void frmEntradasWizard::SalvaEntrada(const std::string& estado) {
+void frmEntradasWizard::SalvaEntrada(const std::string& estado) { EscribeEntrada(estado, 0); }
+
+void frmEntradasWizard::SalvaPendiente() { EscribeEntrada("PE", 1); }
+
+void frmEntradasWizard::EscribeEntrada(const std::string& estado, int ocupado) {
   Trampa intenta{*this, "SalvaEntrada"};
   auto agrega = [&](const char* columna, auto&& valor) {
     intenta([&] { Query->AgregaCampo("entradas", columna, valor()); });
@@ -107,7 +111,7 @@ void frmEntradasWizard::SalvaEntrada(const std::string& estado) {
   }
   const data::DateTime ahora = GetPlatform().Now();
   agrega("tipo_doc", [&] { return txtFields(0).Text(); });
-  agrega("ocupado", [&] { return 0; });
+  agrega("ocupado", [&] { return ocupado; });
   agrega("f_emision", [&] { return ValorDe(DTPicker1.Value()); });
   agrega("importe", [&] { return Numero(11); });
   agrega("costo", [&] { return Costo; });

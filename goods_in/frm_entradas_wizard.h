@@ -69,6 +69,7 @@ class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
   void Command5_Click() override;
   void CreaEntrada();
   void SalvaEntrada(const std::string& estado);
+  void SalvaPendiente() override;
   bool SalvaPartidas();
   void AfectaPartidas();
   void ImprimeEntrada() { Imprime("ImprimeEntrada", Entrada); }
@@ -99,6 +100,7 @@ class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
   void EnterEnArticulo();
   void EscribeRenglon(service::Trampa& intenta, std::int32_t id);
   void NuevoNumero(service::Trampa& intenta);
+  void EscribeEntrada(const std::string& estado, int ocupado);
   void RefrescaLista(service::Trampa& intenta);
 };
 

@@ -132,7 +132,11 @@ void frmSalidasWizard::CreaSalida() {
       [&] { Abre("SELECT * FROM salidas WHERE (((salida) = " + std::to_string(Salida) + "))", rstSalida); });
 }
 
-void frmSalidasWizard::SalvaSalida() {
+void frmSalidasWizard::SalvaSalida() { EscribeSalida(false); }
+
+void frmSalidasWizard::SalvaPendiente() { EscribeSalida(true); }
+
+void frmSalidasWizard::EscribeSalida(bool pendiente) {
   Trampa intenta{*this, "SalvaSalida"};
   auto agrega = [&](const char* columna, auto&& valor) {
     intenta([&] { Query->AgregaCampo("salidas", columna, valor()); });
@@ -142,16 +146,23 @@ void frmSalidasWizard::SalvaSalida() {
     intenta([&] { Funciones().NuevoId(serie(), Ambiente->Conexion(), 0, nullptr, numero); });
     return numero;
   };
-  if (Modo == "ALTA") {
-    intenta([&] { Funciones().NuevoId("Salida", Ambiente->Conexion(), 0, nullptr, Salida); });
+  if (pendiente) {
+    intenta([&] { Query->Limpia(); });
+    intenta([&] { Query->TipoSentencia("UPDATE"); });
+  } else {
+    if (Modo == "ALTA") {
+      intenta([&] { Funciones().NuevoId("Salida", Ambiente->Conexion(), 0, nullptr, Salida); });
+    }
+    EmpiezaDocumento(intenta);
   }
-  EmpiezaDocumento(intenta);
   const data::DateTime ahora = GetPlatform().Now();
   agrega("sucursal", [&] { return data::Trim(txtFields(3).Text()); });
   agrega("esparasucursal", [&] { return Check5.Value(); });
-  // Drawn anew on every save: a document saved pending and finished later keeps its last folio.
-  const std::int32_t folio = de_la_serie([&] { return data::Trim(Ambiente->Estacion()) + "salida"; });
-  agrega("folio", [&] { return folio; });
+  if (!pendiente) {
+    // Drawn anew on every save: a document saved pending and finished later keeps its last folio.
+    const std::int32_t folio = de_la_serie([&] { return data::Trim(Ambiente->Estacion()) + "salida"; });
+    agrega("folio", [&] { return folio; });
+  }
   agrega("estacion", [&] { return Ambiente->Estacion(); });
   agrega("ocupado", [&] { return 1; });
   agrega("tipo_doc", [&] { return Funciones().TextoDe(txtFields(0).Text()); });
@@ -159,7 +170,7 @@ void frmSalidasWizard::SalvaSalida() {
   agrega("importe", [&] { return Numero(11); });
   agrega("costo", [&] { return Costo; });
   agrega("almacen", [&] { return Numero(14); });
-  agrega("estado", [&] { return Check3.Value() == 0 ? "CO" : "PE"; });
+  agrega("estado", [&] { return !pendiente && Check3.Value() == 0 ? "CO" : "PE"; });
   agrega("observ", [&] { return RichTextBox2.Text(); });
   agrega("datos", [&] { return RichTextBox3.Text(); });
   agrega("usuario", [&] { return Ambiente->Usuario(); });

@@ -95,6 +95,7 @@ class frmSalidasWizard final : public DocumentWizard {
   void Command5_Click() override;
   void CreaSalida();
   void SalvaSalida();
+  void SalvaPendiente() override;
   void SalvaPartidas(bool& hay);
   void AfectaPartidas();
   void ImprimeSalida() { Imprime("ImprimeSalida", Salida); }
@@ -120,6 +121,7 @@ class frmSalidasWizard final : public DocumentWizard {
   bool Existen(service::Trampa& intenta);
   // Begins the header's statement: an INSERT with the number, or an UPDATE.
   void EmpiezaDocumento(service::Trampa& intenta);
+  void EscribeSalida(bool pendiente);
   void AsignaACompra(service::Trampa& intenta);
   void RefrescaLista();
 };

@@ -31,7 +31,7 @@ std::string Movio(Tipo tipo, std::string_view operacion) {
 // Lines of documents that are not whole: document, state, line. `solo`: of one document, bound.
 std::string Consulta(Tipo tipo, bool solo) {
   const Tablas& t = TablasDe(tipo);
-  const std::string number(t.numero);
+  const std::string number(t.clave);
   const std::string line(t.renglon);
   const auto moved = [&](std::string_view operation) {
     return "EXISTS (SELECT 1 FROM movsinv m WHERE " + Movio(tipo, operation) + ")";
@@ -62,7 +62,7 @@ DocumentoAMedias Cuenta(Tipo tipo, const data::Rows& rows) {
 }  // namespace
 
 std::optional<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection, Tipo tipo,
-                                        std::int32_t documento) {
+                                           std::int32_t documento) {
   const data::Rows rows = connection.Run(Consulta(tipo, true), {documento});
   if (rows.rows.empty()) return {};
   DocumentoAMedias document = Cuenta(tipo, rows);
@@ -99,7 +99,7 @@ class Posteo {
   Posteo(const Completador& who, Tipo tipo, std::int32_t documento)
       : who_(who), connection_(who.connection), tipo_(tipo), number_(documento), tables_(TablasDe(tipo)) {
     const data::Rows rows = connection_.Run(
-        "SELECT * FROM " + std::string(tables_.encabezado) + " WHERE " + std::string(tables_.numero) + " = ?",
+        "SELECT * FROM " + std::string(tables_.encabezado) + " WHERE " + std::string(tables_.clave) + " = ?",
         {documento});
     if (rows.rows.empty()) {
       throw data::Error("No existe la " + data::LowerAscii(NombreDe(tipo)) + " " + std::to_string(documento));
@@ -118,7 +118,7 @@ class Posteo {
     const std::string line(tables_.renglon);
     const data::Rows rows =
         connection_.Run("SELECT * FROM " + std::string(tables_.partidas) + " WHERE " +
-                            std::string(tables_.numero) + " = ? AND " + line + " >= 1 ORDER BY " + line,
+                            std::string(tables_.clave) + " = ? AND " + line + " >= 1 ORDER BY " + line,
                         {number_});
     data::Recordset lines(rows);
     Libro ledger(connection_);
@@ -231,8 +231,7 @@ int Completa(const Completador& who, Tipo tipo, std::int32_t documento) {
                            .usuario = who.usuario,
                            .estacion = who.estacion,
                            .acto = "completa",
-                           .tipo = tipo,
-                           .documento = documento,
+                           .documento = Retenido{tipo, documento},
                            .texto = std::to_string(missing.size()) + " movimientos que faltaban"});
     whole.Commit();
     return done;

@@ -9,8 +9,8 @@
 
 #include "data/engine.h"
 #include "forms/platform.h"
+#include "host/documentos.h"
 #include "host/testigo.h"
-#include "host/tipo.h"
 
 namespace tarvik::host {
 
@@ -29,7 +29,7 @@ std::vector<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection);
 // That of one document, whoever holds it; nothing for a whole one, an untouched pending one and one that is
 // not there.
 std::optional<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection, Tipo tipo,
-                                        std::int32_t documento);
+                                           std::int32_t documento);
 
 // Who completes, for the record of acts and for what the movements bear.
 struct Completador {

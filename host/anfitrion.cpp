@@ -1,6 +1,7 @@
 // Composition of the stand-alone host: who is made, in which order, and who is given to whom.
 #include "host/anfitrion.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -11,11 +12,15 @@
 #include "host/cierres.h"
 #include "host/conexion_observada.h"
 #include "host/demo.h"
+#include "host/eliminaciones.h"
 #include "host/funciones_locales.h"
 #include "host/movimientos.h"
+#include "host/peticiones.h"
 #include "host/preparacion.h"
 #include "host/procedimientos.h"
 #include "host/selectores.h"
+#include "host/tenencias.h"
+#include "service/entradas_salidas.h"
 
 namespace tarvik::host {
 namespace {
@@ -108,22 +113,28 @@ struct Anfitrion::Interior {
         maestra(testigo),
         cierres(*conexion, plataforma, ambiente),
         funciones(*conexion, plataforma, testigo, cierres),
-        catalogo(ambiente, *conexion, observada, plataforma, testigo, impresora, cierres) {
+        catalogo(ambiente, *conexion, observada, plataforma, testigo, impresora, cierres),
+        custodia(*conexion, plataforma, ambiente),
+        peticiones(*conexion, plataforma, custodia) {
     RegistraProcedimientos(*conexion, plataforma);
     conexion->Waiting().turn = [this] { return plataforma.WaitTurn(); };
-    plataforma.on_act_begins = [this](forms::Form&) {
+    observada.PonGuardia(&custodia);
+    plataforma.on_act_begins = [this](forms::Form& screen) {
       conexion->Waiting().ActBegins();
-      return true;
+      return custodia.EmpiezaActo(screen);
     };
     plataforma.on_act_ends = [this] {
+      custodia.TerminaActo();
       conexion->Waiting().ActEnds();
       DiAvisos();
     };
+    plataforma.on_form_gone = [this](forms::Form& screen) { custodia.SeFue(screen); };
     carpeta.Conserva();
   }
   ~Interior() {
     plataforma.on_act_begins = nullptr;
     plataforma.on_act_ends = nullptr;
+    plataforma.on_form_gone = nullptr;
   }
   Interior(const Interior&) = delete;
   Interior& operator=(const Interior&) = delete;
@@ -153,6 +164,8 @@ struct Anfitrion::Interior {
   std::vector<std::string> avisos;  // what the operator is told once the act is over
   FuncionesLocales funciones;
   CatalogoLocal catalogo;
+  Custodia custodia;
+  ServicioDePeticiones peticiones;
 };
 
 Anfitrion::Anfitrion(const Opciones& opciones) : interior_(std::make_unique<Interior>(*this, opciones)) {}
@@ -179,6 +192,54 @@ std::vector<CierreInterrumpido> Anfitrion::CierresInterrumpidos() {
 
 void Anfitrion::Gancho(const std::string& key, Rutina routine) {
   interior_->catalogo.Gancho(key, std::move(routine));
+}
+
+// ---- who holds what ----
+
+std::vector<Tenencia> Anfitrion::Tenencias() { return LeeTenencias(Conexion()); }
+
+std::shared_ptr<forms::Form> Anfitrion::Abre(Tipo tipo, std::int32_t numero) {
+  const Retenido wanted{tipo, numero};
+  if (const auto told = SueltaDeMuertos(Conexion(), interior_->custodia.Firma("libera"), wanted)) {
+    interior_->custodia.MiraDeNuevo();
+    Plataforma().ShowBox(forms::BoxKind::Message, *told, forms::kBoxInformation);
+  }
+  const auto before = Plataforma().Screens();
+  EntradasSalidas door(*this);
+  door.Ambiente = &Ambiente();
+  door.Parent = &Parent();
+  if (tipo == Tipo::Entrada) {
+    door.ModificaEntrada(numero);
+  } else {
+    door.ModificaSalida(numero);
+  }
+  for (const auto& screen : Plataforma().Screens()) {
+    if (DocumentoDe(*screen) != wanted || std::find(before.begin(), before.end(), screen) != before.end())
+      continue;
+    auto opened = screen;  // what follows may close it
+    interior_->peticiones.AlAbrir(*opened);
+    return opened;
+  }
+  return nullptr;
+}
+
+void Anfitrion::Libera(Tipo tipo, std::int32_t numero, const std::string& motivo) {
+  if (host::Libera(Conexion(), interior_->custodia.Firma("libera"), {tipo, numero}, motivo))
+    interior_->custodia.MiraDeNuevo();
+}
+
+Peticion Anfitrion::Pide(Tipo tipo, std::int32_t numero, const std::string& mensaje) {
+  return interior_->peticiones.Pide({tipo, numero}, mensaje);
+}
+
+std::vector<Peticion> Anfitrion::Peticiones() { return interior_->peticiones.Pedidas(); }
+
+std::vector<Acto> Anfitrion::Bitacora(const std::optional<data::DateTime>& desde) {
+  return LeeBitacora(Conexion(), desde);
+}
+
+std::string Anfitrion::AvisoDeEliminacion(Tipo tipo, std::int32_t numero) {
+  return host::AvisoDeEliminacion(Conexion(), {tipo, numero});
 }
 
 forms::Platform& Anfitrion::Plataforma() { return interior_->plataforma; }

@@ -6,12 +6,16 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "data/engine.h"
 #include "host/a_medias.h"
+#include "host/bitacora.h"
 #include "host/cierres.h"
+#include "host/documentos.h"
+#include "host/liberacion.h"
 #include "host/testigo.h"
 #include "service/host_services.h"
 
@@ -82,6 +86,8 @@ class FormaMaestra : public service::LateBound {
   Testigo& testigo_;
 };
 
+class Peticion;
+
 class Anfitrion : public service::Host {
  public:
   using Rutina = std::function<void(forms::Form&, AmbienteLocal&)>;
@@ -104,6 +110,22 @@ class Anfitrion : public service::Host {
 
   // A routine behind a catalogue key; an empty one takes it away. The last one put in wins.
   void Gancho(const std::string& key, Rutina routine);
+
+  // ---- who holds what. All throw data::Error, in Spanish and with nothing changed, for a refusal ----
+  // The documents open for change, from whatever door; two screens on one are two.
+  std::vector<Tenencia> Tenencias();
+  // For change, as the public class does it, but of a document whose holders are all dead these are let go
+  // of first, which is told and recorded. The screen; nothing if the class showed none.
+  std::shared_ptr<forms::Form> Abre(Tipo tipo, std::int32_t numero);
+  // By right, and recorded; a free document is left alone.
+  void Libera(Tipo tipo, std::int32_t numero, const std::string& motivo = "");
+  // Asks the holder for a document, and what others ask of this program (host/peticiones.h).
+  Peticion Pide(Tipo tipo, std::int32_t numero, const std::string& mensaje = "");
+  std::vector<Peticion> Peticiones();
+  // What was done by right or over a refusal, oldest first.
+  std::vector<Acto> Bitacora(const std::optional<data::DateTime>& desde = {});
+  // What an operator should know before this document is deleted; empty if nothing.
+  std::string AvisoDeEliminacion(Tipo tipo, std::int32_t numero);
 
   forms::Platform& Plataforma() override;
   service::Funciones& Funciones() override;

@@ -1,15 +1,13 @@
-// The record of acts: what was done by right or over a refusal, by whom, where and when. It is only ever
-// added to.
+// The record of acts: what was done by right or over a refusal, by whom, where and when. Rows are only ever
+// added. What an act means is its caller's.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "data/datetime.h"
 #include "data/engine.h"
-#include "host/tipo.h"
+#include "host/documentos.h"
 
 namespace tarvik::host {
 
@@ -17,17 +15,22 @@ struct Acto {
   data::DateTime cuando;
   std::string usuario;
   std::string estacion;
-  std::string acto;  // "libera", "cede", "elimina", "completa", "repara" ...
-  std::optional<Tipo> tipo = {};
-  std::optional<std::int32_t> documento = {};
-  std::string texto = {};
+  std::string acto;                   // "libera", "cede", "elimina", "completa", "repara" ...
+  std::optional<Retenido> documento;  // nothing where it was about none
+  std::string texto;                  // what exactly
 };
 
-// Adds an act; inside the caller's unit, if one is open. Throws data::Error if the base refuses.
+// Adds a row; inside the connection's transaction, if one is open. Throws data::Error if the base refuses.
 void Anota(data::EngineConnection& connection, const Acto& acto);
 
-// The acts, oldest first; with `desde` those from that moment on.
+// The acts from that moment on, oldest first; without one, all.
 std::vector<Acto> LeeBitacora(data::EngineConnection& connection,
-                              const std::optional<data::DateTime>& desde = std::nullopt);
+                              const std::optional<data::DateTime>& desde = {});
+// The last act of these on the document; nothing if there is none.
+std::optional<Acto> UltimoActo(data::EngineConnection& connection, const Retenido& documento,
+                               const std::string& acto, const std::string& o_acto);
+
+// "el 05/03/2024 a las 14:15"
+std::string Momento(const data::DateTime& when);
 
 }  // namespace tarvik::host

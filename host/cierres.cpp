@@ -112,22 +112,21 @@ std::vector<CierreInterrumpido> CierresInterrumpidos(data::EngineConnection& con
       "documento",
       {});
   for (const auto& row : rows.rows) {
-    const auto tipo = TipoLlamado(data::ToText(row[0]));
-    if (!tipo) continue;
+    const Tipo tipo = TipoDe(data::ToText(row[0]));
     const auto documento = static_cast<std::int32_t>(data::ToNumber(row[1]));
-    if (TenenciaViva(connection, *tipo, documento)) continue;
+    if (TenenciaViva(connection, tipo, documento)) continue;
     const std::vector<std::string> done = Partes(data::ToText(row[6]));
-    CierreInterrumpido broken{*tipo,
+    CierreInterrumpido broken{tipo,
                               documento,
                               data::ToText(row[2]),
                               data::ToText(row[3]),
                               data::DateTime::Parse(data::ToText(row[4])).value_or(data::DateTime{}),
                               {}};
-    for (std::string& step : Pasos(connection, *tipo, documento, data::IsNonZero(row[5]))) {
+    for (std::string& step : Pasos(connection, tipo, documento, data::IsNonZero(row[5]))) {
       if (std::find(done.begin(), done.end(), step) == done.end()) broken.faltan.push_back(std::move(step));
     }
     if (broken.faltan.empty()) {
-      OlvidaCierre(connection, *tipo, documento);
+      OlvidaCierre(connection, tipo, documento);
     } else {
       found.push_back(std::move(broken));
     }

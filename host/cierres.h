@@ -12,7 +12,7 @@
 #include "data/engine.h"
 #include "forms/platform.h"
 #include "host/asiento.h"
-#include "host/tipo.h"
+#include "host/documentos.h"
 
 namespace tarvik::host {
 

@@ -10,7 +10,8 @@ data::Rows ConexionObservada::Select(std::string_view text) {
 
 data::Rows ConexionObservada::Execute(std::string_view text) {
   testigo_.Sentencia(text);
-  return Fenced([&] { return inner_.Execute(text); });
+  const auto envia = [&] { return Fenced([&] { return inner_.Execute(text); }); };
+  return guardia_ != nullptr ? guardia_->Ejecuta(text, envia) : envia();
 }
 
 }  // namespace tarvik::host

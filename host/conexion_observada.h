@@ -6,12 +6,22 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string_view>
 
 #include "data/engine.h"
 #include "host/testigo.h"
 
 namespace tarvik::host {
+
+// Who stands between the module's statements and the engine: it may do something of the host's around one,
+// and keep back what a screen may no longer write.
+class Guardia {
+ public:
+  virtual ~Guardia() = default;
+  // `envia` sends the statement, once, and gives its rows; what it throws is the statement's failure.
+  virtual data::Rows Ejecuta(std::string_view text, const std::function<data::Rows()>& envia) = 0;
+};
 
 // Both references must outlive it.
 class ConexionObservada : public data::Connection {
@@ -21,6 +31,8 @@ class ConexionObservada : public data::Connection {
   data::Rows Select(std::string_view text) override;
   data::Rows Execute(std::string_view text) override;
   data::EngineConnection& Engine() override { return inner_; }
+  // Outlives this; nullptr takes it away.
+  void PonGuardia(Guardia* guardia) { guardia_ = guardia; }
 
   static constexpr std::chrono::milliseconds kLimite{5000};  // of one SELECT of a screen
 
@@ -47,6 +59,7 @@ class ConexionObservada : public data::Connection {
   int routines_ = 0;
   data::EngineConnection& inner_;
   Testigo& testigo_;
+  Guardia* guardia_ = nullptr;
 };
 
 }  // namespace tarvik::host

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "data/engine.h"
-#include "host/tipo.h"
+#include "host/documentos.h"
 
 namespace tarvik::host {
 

@@ -84,6 +84,7 @@ void DocumentWizard::ColocaFoco(service::LateBound& forma) {
 
 bool DocumentWizard::ReportaError(const std::string& modulo, const std::string& funcion,
                                   const std::string& descripcion) {
+  ++reportes_;
   return service::ReportaEnCajaYBitacora(
       host_, [this] { return Ambiente->RutaBase(); }, modulo, funcion, descripcion);
 }

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "data/recordset.h"
 #include "forms/control.h"
@@ -136,6 +137,14 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   void Label10_Click(int Index);
   void Command2_Click();
   void Command6_Click();
+  // The header as the suite's save leaves a pending document, for a document that exists and goes to
+  // somebody else: no new document, no folio, nothing printed or posted, and held until the screen closes.
+  virtual void SalvaPendiente() = 0;
+
+  // From here on the document is only read, as after a load in "CONSULTA".
+  void DejaEnConsulta();
+  // How many failures this screen has reported: whoever calls a procedure learns whether all went well.
+  [[nodiscard]] int Reportes() const { return reportes_; }
 
   // Moves the focus; whatever fails there is ignored. The only way in which a wizard does it.
   void ColocaFoco(forms::Control& control);
@@ -275,7 +284,11 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
   service::Host& host_;
   const Particular& particular_;
+  void Bloquea();
+
   int vueltas_ = 0;
+  int reportes_ = 0;
+  std::vector<forms::Control*> siempre_;  // enabled in "CONSULTA" too
 };
 
 // A column's value for a property of the posting object; a column that holds none is an error.

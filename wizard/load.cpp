@@ -84,17 +84,29 @@ void DocumentWizard::LlenaRenglones(Trampa& intenta, std::span<const Celda> celd
   CalculaImportes();
 }
 
-void DocumentWizard::TerminaCarga(std::initializer_list<forms::Control*> siempre, int a_la_vista) {
+void DocumentWizard::Bloquea() {
   Ignora ignora;
   if (Modo == "CONSULTA") {
     for (forms::Control* control : Controls()) {
       if (!control->IsLabel()) ignora([&] { control->Enabled(false); });
     }
   }
-  for (forms::Control* control : siempre) {
+  for (forms::Control* control : siempre_) {
     // Its panel too: what stands in a blocked panel can't be reached.
     for (forms::Control* around = control; around; around = around->Container()) around->Enabled(true);
   }
+}
+
+void DocumentWizard::DejaEnConsulta() {
+  Modo = "CONSULTA";
+  txtEdit.Visible(false);  // a cell that was being edited stays as it is stored
+  Bloquea();
+}
+
+void DocumentWizard::TerminaCarga(std::initializer_list<forms::Control*> siempre, int a_la_vista) {
+  Ignora ignora;
+  siempre_ = siempre;
+  Bloquea();
   MultiCombo1.Each([&](forms::SearchBox& caja) { ignora([&] { caja.Conexion(Ambiente->Conexion()); }); });
   if (ignora.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("Lector")); })) {
     ignora([&] { Check4.Value(1); });

@@ -206,8 +206,7 @@ TEST_F(AMedias, ACompletionFiresNoKeyPrintsNothingAndIsRecorded) {
   const auto acts = host::LeeBitacora(anfitrion->Conexion());
   ASSERT_EQ(acts.size(), 1U);
   EXPECT_EQ(acts[0].acto, "completa");
-  EXPECT_EQ(acts[0].tipo, Tipo::Salida);
-  EXPECT_EQ(acts[0].documento, 1);
+  EXPECT_EQ(acts[0].documento, (host::Retenido{Tipo::Salida, 1}));
   EXPECT_EQ(acts[0].usuario, "ANA");
   EXPECT_EQ(acts[0].estacion, "E1");
 }

@@ -26,10 +26,10 @@ TEST_F(Preparacion, ANewBaseHasTextsFormatsSignalSettingsAndNothingElse) {
   }
 }
 
-TEST_F(Preparacion, TheSettingsStartWithWarehouseOneAndAllElseOff) {
+TEST_F(Preparacion, TheSettingsStartWithWarehouseOneAndNobodyElseOnTheBase) {
   EXPECT_EQ(Ambiente().NombresDeParametros(),
-            (std::vector<std::string>{"Almacen", "EnVenta", "Lector", "PorSurt"}));
-  EXPECT_EQ(Ambiente().Parametro("Almacen"), data::Value(1));
+            (std::vector<std::string>{"Almacen", "EnVenta", "Lector", "PorSurt", "SoloTarvik"}));
+  for (const char* name : {"Almacen", "SoloTarvik"}) EXPECT_EQ(Ambiente().Parametro(name), data::Value(1));
   for (const char* name : {"EnVenta", "Lector", "PorSurt"})
     EXPECT_EQ(Ambiente().Parametro(name), data::Value(0));
 }
@@ -48,7 +48,7 @@ TEST_F(Preparacion, ABaseWhoseMakingBrokeOffIsCompleted) {
   }
   PonPrimerosContenidos(anfitrion->Conexion());
   EXPECT_EQ(data::ToNumber(Dato("SELECT COUNT(*) FROM defform")), 1);
-  EXPECT_EQ(data::ToNumber(Dato("SELECT COUNT(*) FROM parametros")), 4);
+  EXPECT_EQ(data::ToNumber(Dato("SELECT COUNT(*) FROM parametros")), 5);
 }
 
 TEST_F(Preparacion, AFailureHalfWayLeavesNothing) {

@@ -110,7 +110,7 @@ class AMedias(Tienda):
 
     def test_what_is_no_document_is_refused_in_spanish(self):
         for argumentos, texto in ((("Entrada", 9), "No existe la entrada 9"), (("Salida", 9), "No existe la salida 9"),
-                                  (("Vale", 1), 'El tipo de documento es "Entrada" o "Salida", no "Vale"')):
+                                  (("Vale", 1), 'No hay documentos del tipo "Vale"; son "Entrada" y "Salida"')):
             with self.subTest(argumentos), self.assertRaises(tarvik.Error) as rechazo:
                 self.anf.completa(*argumentos)
             self.assertEqual(str(rechazo.exception), texto)

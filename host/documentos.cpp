@@ -1,0 +1,64 @@
+// Kind and number of a document, and what is stored of it.
+#include "host/documentos.h"
+
+#include "data/error.h"
+#include "data/text.h"
+#include "goods_in/frm_entradas_wizard.h"
+#include "goods_out/frm_salidas_wizard.h"
+
+namespace tarvik::host {
+
+std::string_view NombreDe(Tipo tipo) { return tipo == Tipo::Entrada ? "Entrada" : "Salida"; }
+
+Tipo TipoDe(std::string_view nombre) {
+  for (const Tipo tipo : {Tipo::Entrada, Tipo::Salida}) {
+    if (data::EqualsNoCase(nombre, NombreDe(tipo))) return tipo;
+  }
+  throw data::Error("No hay documentos del tipo \"" + data::RepairUtf8(nombre) +
+                    "\"; son \"Entrada\" y \"Salida\"");
+}
+
+std::string LaDe(const Retenido& documento, bool capital) {
+  return (capital ? "La " : "la ") + data::LowerAscii(NombreDe(documento.tipo)) + " " +
+         std::to_string(documento.numero);
+}
+
+const Tablas& TablasDe(Tipo tipo) {
+  static const Tablas in{"entradas", "entrada", "entpart", "id_entrada", "operacion = 'EN'"};
+  static const Tablas out{"salidas", "salida", "salpart", "id_salida", "operacion IN ('SA', 'T+')"};
+  return tipo == Tipo::Entrada ? in : out;
+}
+
+DocumentWizard* AsistenteDe(forms::Form& screen) { return dynamic_cast<DocumentWizard*>(&screen); }
+
+std::optional<Retenido> DocumentoDe(const forms::Form& screen) {
+  if (const auto* entry = dynamic_cast<const frmEntradasWizard*>(&screen)) {
+    if (entry->Entrada != 0) return Retenido{Tipo::Entrada, entry->Entrada};
+  } else if (const auto* issue = dynamic_cast<const frmSalidasWizard*>(&screen)) {
+    if (issue->Salida != 0) return Retenido{Tipo::Salida, issue->Salida};
+  }
+  return {};
+}
+
+std::optional<Retenido> RetenidoPor(const forms::Form& screen) {
+  const auto* wizard = dynamic_cast<const DocumentWizard*>(&screen);
+  if (wizard == nullptr || !wizard->Open() || wizard->Modo != "MODIFICACION") return {};
+  return DocumentoDe(screen);
+}
+
+std::optional<Contenido> ContenidoDe(data::EngineConnection& connection, const Retenido& documento) {
+  const Tablas& tables = TablasDe(documento.tipo);
+  const std::string of_document = tables.partidas + " WHERE " + tables.clave + " = ?";
+  const auto found =
+      connection.Run("SELECT estado, (SELECT COUNT(*) FROM " + of_document +
+                         ") AS renglones, (SELECT COUNT(*) FROM movsinv WHERE " + tables.movidos + " AND " +
+                         tables.renglon + " IN (SELECT " + tables.renglon + " FROM " + of_document +
+                         ")) AS movimientos FROM " + tables.encabezado + " WHERE " + tables.clave + " = ?",
+                     {documento.numero, documento.numero, documento.numero});
+  if (found.rows.empty()) return {};
+  const auto& row = found.rows.front();
+  return Contenido{data::ToText(row[0]), static_cast<std::int64_t>(data::ToNumber(row[1])),
+                   static_cast<std::int64_t>(data::ToNumber(row[2]))};
+}
+
+}  // namespace tarvik::host

@@ -1,0 +1,71 @@
+// Deletions: what they leave behind, and their record.
+#include "host/eliminaciones.h"
+
+#include <exception>
+
+namespace tarvik::host {
+namespace {
+
+std::string Cuenta(std::int64_t number, const char* one, const char* many) {
+  return std::to_string(number) + " " + (number == 1 ? one : many);
+}
+
+std::string Renglones(std::int64_t number) { return Cuenta(number, "renglón", "renglones"); }
+std::string Movimientos(std::int64_t number) { return Cuenta(number, "movimiento", "movimientos"); }
+
+}  // namespace
+
+std::string AvisoDeEliminacion(data::EngineConnection& connection, const Retenido& documento) {
+  const auto stored = ContenidoDe(connection, documento);
+  if (!stored || (stored->estado != "CO" && stored->movimientos == 0)) return "";
+  std::string text = LaDe(documento, true) + (stored->estado == "CO" ? " está afectada" : " está pendiente") +
+                     " y tiene " + Renglones(stored->renglones);
+  if (stored->movimientos == 0) return text + ", sin movimientos en el inventario.";
+  return text + " con " + Movimientos(stored->movimientos) +
+         " en el inventario. Si la elimina, las existencias se quedan como están y esos movimientos quedan "
+         "sin documento.";
+}
+
+data::Rows Eliminaciones::Ejecuta(const SentenciaDeDocumento& sentencia,
+                                  const std::function<data::Rows()>& envia) {
+  if (sentencia.clase == SentenciaDeDocumento::Clase::QuitaDocumento) {
+    return QuitaDocumento(sentencia.documento, envia);
+  }
+  antes_.reset();
+  if (const auto stored = Lee(sentencia.documento)) antes_ = {sentencia.documento, *stored};
+  return envia();
+}
+
+// What can't be read keeps no document from being deleted.
+std::optional<Contenido> Eliminaciones::Lee(const Retenido& documento) {
+  try {
+    return ContenidoDe(connection_, documento);
+  } catch (const std::exception&) {
+    return Contenido{"desconocido"};
+  }
+}
+
+data::Rows Eliminaciones::QuitaDocumento(const Retenido& documento,
+                                         const std::function<data::Rows()>& envia) {
+  const auto seen = std::exchange(antes_, std::nullopt);
+  const std::optional<Contenido> stored =
+      seen && seen->first == documento ? std::optional(seen->second) : Lee(documento);
+  if (!stored) return envia();
+  Acto act = firma_("elimina");
+  act.documento = documento;
+  act.texto = "Estado " + stored->estado + ", " + Renglones(stored->renglones) + "; " +
+              (stored->movimientos == 0 ? std::string("no deja movimientos")
+                                        : "deja " + Movimientos(stored->movimientos) + " sin documento");
+  const auto both = [&] {
+    data::Rows rows = envia();
+    Anota(connection_, act);
+    return rows;
+  };
+  if (connection_.InTransaction()) return both();
+  data::Transaction whole(connection_);
+  data::Rows rows = both();
+  whole.Commit();
+  return rows;
+}
+
+}  // namespace tarvik::host

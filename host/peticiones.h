@@ -1,0 +1,81 @@
+// Requests: somebody asks for a document that another screen holds; its holder hands it over or says no. Rows
+// of `peticiones`, which both sides read. No window here.
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "forms/platform.h"
+#include "host/documentos.h"
+#include "host/tenencias.h"
+
+namespace tarvik::host {
+
+class ServicioDePeticiones;
+
+// One request, on either side. Valid as long as its host.
+class Peticion {
+ public:
+  std::int64_t id = 0;
+  Retenido documento{};
+  std::string usuario;  // who asks, and where
+  std::string estacion;
+  std::string mensaje;
+  data::DateTime cuando;
+
+  // As it is now: "pedida", "cedida", "negada"; and why it was refused. Throw data::Error if the base can't
+  // be asked.
+  [[nodiscard]] std::string Estado() const;
+  [[nodiscard]] std::string Motivo() const;
+
+  // The holder's answers; of a request that waits. Throw data::Error, and the request waits on, if it has
+  // been answered already, if this program doesn't hold the document, if the screen is in the middle of an
+  // act, if the header can't be saved, or if the screen refuses to close.
+  // On yes the header is stored as pending, the screen closes, the document is free, and what stood
+  // unfinished in the entry row waits for whoever asked.
+  void Cede();
+  void Niega(const std::string& motivo = "");
+
+ private:
+  friend class ServicioDePeticiones;
+  ServicioDePeticiones* servicio_ = nullptr;
+};
+
+class ServicioDePeticiones {
+ public:
+  // All outlive this.
+  ServicioDePeticiones(data::EngineConnection& connection, forms::Platform& platform, Custodia& custodia)
+      : connection_(connection), platform_(platform), custodia_(custodia) {}
+
+  // A second one by the same program for the same document is the first, with the new words. Throws
+  // data::Error if nobody whose program lives has it open.
+  Peticion Pide(const Retenido& documento, const std::string& mensaje);
+  // What waits for an answer of this program, oldest first. Nothing of programs that are gone.
+  std::vector<Peticion> Pedidas();
+  // This program has opened a document: it no longer asks for it, and if it was handed over, what stood in
+  // its entry row stands here now.
+  void AlAbrir(forms::Form& screen);
+
+ private:
+  friend class Peticion;
+  struct Respuesta {
+    std::string estado;
+    std::string motivo;
+  };
+  [[nodiscard]] Respuesta Lee(const Peticion& peticion) const;
+  void RequierePedida(const Peticion& peticion) const;
+  void Cede(const Peticion& peticion);
+  void Entrega(const Peticion& peticion, const std::vector<std::int64_t>& leases, const std::string& row);
+  void Niega(const Peticion& peticion, const std::string& motivo);
+  Peticion De(const std::vector<data::Value>& row);
+
+  data::EngineConnection& connection_;
+  forms::Platform& platform_;
+  Custodia& custodia_;
+  std::set<std::pair<Tipo, std::int32_t>> pedidas_;  // by this program
+};
+
+}  // namespace tarvik::host

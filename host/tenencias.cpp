@@ -1,0 +1,289 @@
+// Leases: their rows, their loss, and what a screen may still write.
+#include "host/tenencias.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "data/error.h"
+#include "wizard/document_wizard.h"
+
+namespace tarvik::host {
+namespace {
+
+using Clase = SentenciaDeDocumento::Clase;
+
+std::int64_t Entero(const data::Value& value) { return static_cast<std::int64_t>(data::ToNumber(value)); }
+
+// A line stands on the screen by its number, in a column that is not seen.
+bool MuestraRenglon(const forms::Form& screen, Tipo tipo, std::int32_t renglon) {
+  const auto* wizard = dynamic_cast<const DocumentWizard*>(&screen);
+  if (wizard == nullptr) return false;
+  const int column = tipo == Tipo::Entrada ? 5 : 6;
+  const std::string wanted = std::to_string(renglon);
+  for (int row = 1; row < wizard->fg2.Rows(); ++row) {
+    const std::string& cell = wizard->fg2.TextMatrix(row, column);
+    if (cell == wanted) return true;
+    if (cell.empty()) return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+Custodia::Custodia(data::EngineConnection& connection, forms::Platform& platform,
+                   const AmbienteLocal& ambiente)
+    : connection_(connection),
+      platform_(platform),
+      ambiente_(ambiente),
+      eliminaciones_(connection, [this](const std::string& acto) { return Firma(acto); }) {}
+
+Custodia::~Custodia() {
+  for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
+}
+
+Acto Custodia::Firma(const std::string& acto) const {
+  return {platform_.Now(),
+          data::ToText(ambiente_.Lee("Usuario")),
+          data::ToText(ambiente_.Lee("Estacion")),
+          acto,
+          std::nullopt,
+          ""};
+}
+
+data::Rows Custodia::Ejecuta(std::string_view text, const std::function<data::Rows()>& envia) {
+  const SentenciaDeDocumento sentencia = Reconoce(text);
+  switch (sentencia.clase) {
+    case Clase::Otra:
+      return envia();
+    case Clase::Crea:
+    case Clase::Toma:
+      return Toma(sentencia, envia);
+    case Clase::QuitaPartidas:
+    case Clase::QuitaDocumento:
+      return eliminaciones_.Ejecuta(sentencia, envia);
+    default:
+      return Permite(sentencia) ? envia() : data::Rows{};
+  }
+}
+
+// The row stands before the flag does: whoever finds a flag finds its holder too.
+data::Rows Custodia::Toma(const SentenciaDeDocumento& sentencia, const std::function<data::Rows()>& envia) {
+  forms::Form* screen = PantallaPara(sentencia);
+  if (screen == nullptr) return envia();
+  Empieza(*screen, sentencia.documento);
+  try {
+    return envia();
+  } catch (...) {
+    Termina(*screen);
+    throw;
+  }
+}
+
+forms::Form* Custodia::PantallaPara(const SentenciaDeDocumento& sentencia) const {
+  const auto& screens = platform_.Screens();
+  for (auto screen = screens.rbegin(); screen != screens.rend(); ++screen) {
+    DocumentWizard* wizard = AsistenteDe(**screen);
+    if (wizard == nullptr || DocumentoDe(*wizard) != sentencia.documento) continue;
+    if (sentencia.clase == Clase::Crea) {
+      if (wizard->Modo == "ALTA") return wizard;
+    } else if (wizard->Modo == "MODIFICACION" &&
+               std::none_of(tenidas_.begin(), tenidas_.end(),
+                            [&](const Tenida& held) { return held.pantalla == wizard; })) {
+      return wizard;
+    }
+  }
+  return nullptr;
+}
+
+Custodia::Tenida* Custodia::De(const forms::Form& screen) {
+  const auto found = std::find_if(tenidas_.begin(), tenidas_.end(),
+                                  [&](const Tenida& held) { return held.pantalla == &screen; });
+  return found == tenidas_.end() ? nullptr : &*found;
+}
+
+// A screen holds one document: of a new one that was stored for another program's matrix and is then numbered
+// anew the last number counts.
+void Custodia::Empieza(forms::Form& screen, const Retenido& documento) {
+  Termina(screen);
+  tenidas_.push_back({&screen, documento, platform_.Now()});
+  Escribe(tenidas_.back());
+}
+
+void Custodia::Termina(forms::Form& screen) {
+  const Tenida* held = De(screen);
+  if (held == nullptr) return;
+  const std::int64_t id = held->perdida ? 0 : held->id;
+  tenidas_.erase(tenidas_.begin() + (held - tenidas_.data()));
+  Quita(id);
+}
+
+std::int64_t Custodia::Vida() {
+  if (vida_ != 0) return vida_;
+  const Acto now = Firma("");
+  const auto drawn =
+      connection_.Run("INSERT INTO vidas (usuario, estacion, desde) VALUES (?, ?, ?) RETURNING id",
+                      {now.usuario, now.estacion, now.cuando.Iso()});
+  const std::int64_t number = Entero(drawn.rows.at(0).at(0));
+  connection_.Live(number);
+  vida_ = number;
+  limpia_ = true;
+  return vida_;
+}
+
+// Inside a transaction of a routine's the row would hang on it: it waits for the end of the act.
+void Custodia::Escribe(Tenida& lease) noexcept {
+  try {
+    if (connection_.InTransaction()) return;
+    const Acto now = Firma("");
+    const std::int64_t life = Vida();
+    if (tenidas_.size() == 1) vistos_ = connection_.Changes();  // nothing to lose before this one
+    const std::string tipo{NombreDe(lease.documento.tipo)};
+    if (lease.intentada) {
+      const bool alone = std::none_of(tenidas_.begin(), tenidas_.end(), [&](const Tenida& other) {
+        return &other != &lease && other.documento == lease.documento && other.id != 0;
+      });
+      if (alone) {
+        connection_.Run("DELETE FROM tenencias WHERE vida = ? AND tipo = ? AND documento = ?",
+                        {life, tipo, lease.documento.numero});
+      }
+    }
+    lease.intentada = true;
+    const auto drawn = connection_.Run(
+        "INSERT INTO tenencias (tipo, documento, usuario, estacion, desde, vida) VALUES (?, ?, ?, ?, ?, ?) "
+        "RETURNING id",
+        {tipo, lease.documento.numero, now.usuario, now.estacion, lease.desde.Iso(), life});
+    const std::int64_t id = Entero(drawn.rows.at(0).at(0));
+    // The embedded engine gives the number of a row that was taken away to the next one.
+    for (Tenida& other : tenidas_) {
+      if (other.id == id) other.perdida = true;
+    }
+    std::erase(por_quitar_, id);
+    lease.id = id;
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): tried again when the act has ended
+  }
+}
+
+void Custodia::Quita(std::int64_t id) noexcept {
+  if (id == 0) return;
+  try {
+    if (!connection_.InTransaction()) {
+      connection_.Run("DELETE FROM tenencias WHERE id = ? AND vida = ?", {id, vida_});
+      return;
+    }
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): tried again at the end of later acts
+  }
+  por_quitar_.push_back(id);
+}
+
+void Custodia::Mira() {
+  if (vida_ == 0) return;
+  const std::int64_t now = connection_.Changes();
+  if (vistos_ == now) return;
+  const auto found = connection_.Run("SELECT id FROM tenencias WHERE vida = ?", {vida_});
+  for (Tenida& held : tenidas_) {
+    if (held.id == 0) continue;
+    held.perdida = held.perdida || std::none_of(found.rows.begin(), found.rows.end(),
+                                                [&](const auto& row) { return Entero(row[0]) == held.id; });
+  }
+  vistos_ = now;
+}
+
+std::vector<std::shared_ptr<forms::Form>> Custodia::PantallasDe(const Retenido& documento) {
+  Mira();
+  std::vector<std::shared_ptr<forms::Form>> screens;
+  for (const Tenida& held : tenidas_) {
+    if (held.documento == documento && !held.perdida && held.id != 0)
+      screens.push_back(held.pantalla->shared_from_this());
+  }
+  return screens;
+}
+
+// ---- a lease that was taken ----
+
+const Custodia::Tenida* Custodia::PerdidaDe(const SentenciaDeDocumento& sentencia) const {
+  const auto found = std::find_if(tenidas_.begin(), tenidas_.end(), [&](const Tenida& held) {
+    if (!held.perdida || held.documento.tipo != sentencia.documento.tipo) return false;
+    return sentencia.clase == Clase::Corrige
+               ? MuestraRenglon(*held.pantalla, held.documento.tipo, sentencia.renglon)
+               : held.documento == sentencia.documento;
+  });
+  return found == tenidas_.end() ? nullptr : &*found;
+}
+
+bool Custodia::Permite(const SentenciaDeDocumento& sentencia) {
+  if (tenidas_.empty()) return true;
+  try {
+    Mira();
+  } catch (
+      const std::exception&) {  // NOLINT(bugprone-empty-catch): nothing known, and the statement says why
+  }
+  const Tenida* lost = PerdidaDe(sentencia);
+  const bool held =
+      lost != nullptr && std::any_of(tenidas_.begin(), tenidas_.end(), [&](const Tenida& other) {
+        return other.documento == lost->documento && !other.perdida;
+      });
+  if (lost == nullptr || held) return true;
+  if (sentencia.clase == Clase::Suelta) return false;  // whose flag it is now is not this screen's matter
+  // Going on with the next step would store or post a part of what is no longer this screen's.
+  throw data::Unrecoverable(PorQue(*lost) + " No se guardó nada más desde esta pantalla.");
+}
+
+std::string Custodia::PorQue(const Tenida& lease) const {
+  std::string text = LaDe(lease.documento, true) + " ya no es de esta pantalla";
+  try {
+    const auto act = UltimoActo(connection_, lease.documento, "libera", "cede");
+    // Clocks of two machines may differ; an act of another day was about another holder.
+    if (act && !(act->cuando.date < lease.desde.date.PlusDays(-1))) {
+      text += ": " + act->usuario + ", en la estación " + act->estacion +
+              (act->acto == "cede" ? ", la cedió " : ", la liberó ") + Momento(act->cuando) + ". " +
+              act->texto;
+    }
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): who it was is an aid
+  }
+  return text + (text.ends_with('.') ? "" : ".");
+}
+
+bool Custodia::EmpiezaActo(forms::Form& screen) noexcept {
+  try {
+    Tenida* held = De(screen);
+    if (held == nullptr || held->avisada) return true;
+    if (!held->perdida) Mira();
+    if (!held->perdida) return true;
+    held->avisada = true;
+    const std::string text =
+        PorQue(*held) + " Lo que ya estaba guardado sigue guardado; aquí sólo puede consultarse.";
+    if (DocumentWizard* wizard = AsistenteDe(screen)) wizard->DejaEnConsulta();
+    platform_.ShowBox(forms::BoxKind::Message, text, forms::kBoxInformation);
+    return false;
+  } catch (const std::exception&) {
+    return true;  // the base can't be asked: the act's own statements say so
+  }
+}
+
+void Custodia::TerminaActo() noexcept {
+  if (connection_.InTransaction()) return;
+  for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
+  for (Tenida& held : tenidas_) {
+    if (held.id == 0 && RetenidoPor(*held.pantalla) == held.documento) Escribe(held);
+  }
+  try {
+    if (std::exchange(limpia_, false)) LimpiaVidas();
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): another run will do it
+  }
+}
+
+void Custodia::SeFue(forms::Form& screen) noexcept { Termina(screen); }
+
+// The last row of all stays, so that its number is not drawn again.
+void Custodia::LimpiaVidas() {
+  constexpr const char* kSinTenencia =
+      "SELECT id FROM vidas WHERE id < ? AND NOT EXISTS (SELECT 1 FROM tenencias WHERE tenencias.vida = "
+      "vidas.id) ORDER BY id LIMIT 50";
+  for (const auto& row : connection_.Run(kSinTenencia, {vida_}).rows) {
+    if (!connection_.Lives(Entero(row[0]))) {
+      connection_.Run("DELETE FROM vidas WHERE id = ?", {row[0]});
+    }
+  }
+}
+
+}  // namespace tarvik::host

@@ -1,0 +1,90 @@
+// Leases: which open screen of this program holds which document. A row of `tenencias` begins with the
+// document's number (its header's INSERT, or a load that takes it) and ends with the screen, whatever door
+// the screen came through; the rows hang on a life that ends with the program (vidas). One that can't be
+// written fails no step of a screen. A screen whose row was taken away by others writes nothing more: its
+// next act tells and leaves it read-only. Who takes it, and by what right, is host/liberacion.h and
+// host/peticiones.h.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "forms/platform.h"
+#include "host/anfitrion.h"
+#include "host/bitacora.h"
+#include "host/conexion_observada.h"
+#include "host/eliminaciones.h"
+#include "host/sentencias_de_documento.h"
+
+namespace tarvik::host {
+
+class Custodia final : public Guardia {
+ public:
+  // All outlive this.
+  Custodia(data::EngineConnection& connection, forms::Platform& platform, const AmbienteLocal& ambiente);
+  ~Custodia() override;
+  Custodia(const Custodia&) = delete;
+  Custodia& operator=(const Custodia&) = delete;
+
+  data::Rows Ejecuta(std::string_view text, const std::function<data::Rows()>& envia) override;
+
+  // ---- told by the platform ----
+  // False where the act's screen has lost its document: that has been told, and the act is passed over.
+  bool EmpiezaActo(forms::Form& screen) noexcept;
+  void TerminaActo() noexcept;
+  void SeFue(forms::Form& screen) noexcept;
+
+  // ---- for the host's services ----
+  // The life of this run, begun at its first use. Throws data::Error if the base refuses.
+  std::int64_t Vida();
+  [[nodiscard]] std::int64_t VidaDeAhora() const { return vida_; }  // 0: none yet
+  // The open screens of this program that hold the document at this moment, oldest first. Throws data::Error
+  // if the base refuses.
+  std::vector<std::shared_ptr<forms::Form>> PantallasDe(const Retenido& documento);
+  // This program itself has taken leases away, its own perhaps among them.
+  void MiraDeNuevo() { vistos_.reset(); }
+  // An act with the time, user and station of now.
+  [[nodiscard]] Acto Firma(const std::string& acto) const;
+
+ private:
+  struct Tenida {
+    forms::Form* pantalla;
+    Retenido documento;
+    data::DateTime desde;
+    std::int64_t id = 0;     // of its row; 0: not written yet
+    bool intentada = false;  // the row may be there though its writing failed
+    bool perdida = false;    // others have taken it
+    bool avisada = false;
+  };
+
+  data::Rows Toma(const SentenciaDeDocumento& sentencia, const std::function<data::Rows()>& envia);
+  // Whether the statement may be sent: false keeps it back unseen. Throws for a write that must be noticed.
+  bool Permite(const SentenciaDeDocumento& sentencia);
+  [[nodiscard]] forms::Form* PantallaPara(const SentenciaDeDocumento& sentencia) const;
+  [[nodiscard]] const Tenida* PerdidaDe(const SentenciaDeDocumento& sentencia) const;
+  Tenida* De(const forms::Form& screen);
+  void Empieza(forms::Form& screen, const Retenido& documento);
+  void Termina(forms::Form& screen);
+  void Escribe(Tenida& lease) noexcept;
+  void Quita(std::int64_t id) noexcept;
+  // Looks which leases still stand, if anything was committed since the last look.
+  void Mira();
+  [[nodiscard]] std::string PorQue(const Tenida& lease) const;
+  void LimpiaVidas();
+
+  data::EngineConnection& connection_;
+  forms::Platform& platform_;
+  const AmbienteLocal& ambiente_;
+  Eliminaciones eliminaciones_;
+  std::int64_t vida_ = 0;
+  bool limpia_ = false;  // others' lives that are over may be cleared away
+  std::optional<std::int64_t> vistos_;
+  std::vector<Tenida> tenidas_;
+  std::vector<std::int64_t> por_quitar_;
+};
+
+}  // namespace tarvik::host
