@@ -121,6 +121,160 @@ class AMedias(Tienda):
         self.assertEqual(self.existencia("A-100"), 0.8)
 
 
+class Tenencias(Tienda):
+    def test_who_holds_what_from_whatever_door(self):
+        self.assertEqual(self.anf.tenencias(), [])
+        self.anf.ahora = datetime(2024, 3, 5, 14, 3, 22)
+        forma = self.entrada(("A-100", "3"))
+        luis = self.abre("LUIS", "E2")
+        (suya,) = luis.tenencias()
+        self.assertEqual((suya.tipo, suya.documento, suya.usuario, suya.estacion, suya.desde, suya.viva),
+                         ("Entrada", 1, "ANA", "E1", datetime(2024, 3, 5, 14, 3, 22), True))
+        self.assertIsNone(luis.abre("Entrada", 1), "a living holder is not disturbed")
+        forma.cierra()
+        self.anf.procesa_eventos(20)
+        self.assertEqual(luis.tenencias(), [])
+        self.assertEqual(luis.abre("Entrada", 1).Modo, "MODIFICACION")
+
+    def test_two_screens_on_one_document_are_two(self):
+        self.entrada(("A-100", "3"))
+        self.anf.sql("UPDATE entradas SET ocupado = 0")
+        luis = self.abre("LUIS", "E2")
+        luis.EntradasSalidas().ModificaEntrada(1)
+        self.assertEqual([(t.usuario, t.viva) for t in self.anf.tenencias()], [("ANA", True), ("LUIS", True)])
+
+    def test_a_flag_that_nobody_alive_stands_behind_is_dead_and_opens(self):
+        self.entrada(("A-100", "3")).cierra()
+        self.anf.procesa_eventos(20)
+        self.anf.sql("UPDATE entradas SET ocupado = 1, usuario = 'BETO'")
+        (bandera,) = self.anf.tenencias()
+        self.assertEqual((bandera.usuario, bandera.estacion, bandera.desde, bandera.viva), ("BETO", None, None, False))
+        self.anf.mensajes.clear()
+        self.assertEqual(self.anf.abre("Entrada", 1).Modo, "MODIFICACION")
+        self.assertEqual(len(self.anf.mensajes), 1, "that is told")
+        self.assertEqual([acto.acto for acto in self.anf.bitacora()], ["libera"])
+
+    def test_where_other_programs_work_a_flag_alone_counts_as_alive(self):
+        self.entrada(("A-100", "3")).cierra()
+        self.anf.procesa_eventos(20)
+        self.anf.Ambiente.Parametros["SoloTarvik"] = 0
+        self.anf.sql("UPDATE entradas SET ocupado = 1")
+        self.assertTrue(self.anf.tenencias()[0].viva)
+        self.assertIsNone(self.anf.abre("Entrada", 1))
+
+    def test_a_program_that_was_killed_holds_nothing(self):
+        guion = ("import os, sys, tarvik\n"
+                 "anf = tarvik.Anfitrion(base=sys.argv[1], usuario='BETO', estacion='E3', ruta=sys.argv[2])\n"
+                 "anf.EntradasSalidas().NuevaEntrada()\n"
+                 "f = anf.pantallas[-1]\n"
+                 "f.teclea(f.txtFields[0], 'COM'); f.tecla('Enter')\n"
+                 "f.teclea(f.txtFields[4], 'A-100'); f.tecla('Enter')\n"
+                 "f.teclea(f.txtFields[5], '7'); f.tecla('Enter'); f.tecla('Enter')\n"
+                 "print(f.Entrada, flush=True)\n"
+                 "sys.stdin.read()\n")
+        muerto = subprocess.Popen([sys.executable, "-B", "-c", guion, self.base, self.carpeta.name],
+                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        numero = int(muerto.stdout.readline())
+        (suya,) = self.anf.tenencias()
+        self.assertEqual((suya.usuario, suya.viva), ("BETO", True))
+        self.assertIsNone(self.anf.abre("Entrada", numero))
+        muerto.kill()
+        muerto.communicate()
+        limite = time.monotonic() + 10
+        while self.anf.tenencias()[0].viva and time.monotonic() < limite:
+            time.sleep(0.05)
+        self.assertFalse(self.anf.tenencias()[0].viva)
+        forma = self.anf.abre("Entrada", numero)
+        self.assertEqual((forma.Modo, forma.fg2.TextMatrix(1, 0)), ("MODIFICACION", "A-100"))
+
+    def test_letting_go_is_by_right_and_the_screen_writes_nothing_more(self):
+        forma = self.entrada(("A-100", "3"))
+        self.anf.Ambiente.Parametros["Liberadores"] = "JEFA"
+        luis = self.abre("LUIS", "E2")
+        with self.assertRaises(tarvik.Error):
+            luis.libera("Entrada", 1)
+        jefa = self.abre("JEFA", "E9")
+        jefa.libera("Entrada", 1, motivo="se fue a comer")
+        jefa.libera("Entrada", 1)  # free by now: nothing
+        self.assertEqual([(a.acto, a.usuario, a.tipo, a.documento) for a in jefa.bitacora()],
+                         [("libera", "JEFA", "Entrada", 1)])
+        self.assertIn("se fue a comer", jefa.bitacora()[0].texto)
+        self.anf.mensajes.clear()
+        forma.teclea(forma.txtFields[4], "A-200")
+        self.assertEqual(forma.Modo, "CONSULTA")
+        self.assertIn("JEFA", self.anf.mensajes[0].texto)
+        self.assertEqual(len(self.anf.sql("SELECT id_entrada FROM entpart")), 1)
+        self.assertEqual(luis.abre("Entrada", 1).Modo, "MODIFICACION")
+        forma.cierra()
+        self.anf.procesa_eventos(20)
+        self.assertEqual(self.anf.sql("SELECT ocupado FROM entradas"), [{"ocupado": 1}], "the flag is LUIS's by now")
+
+    def test_a_document_that_is_not_there_cannot_be_let_go(self):
+        with self.assertRaises(tarvik.Error) as rechazo:
+            self.anf.libera("Salida", 5)
+        self.assertIn("5", str(rechazo.exception))
+
+
+class Peticiones(Tienda):
+    def test_on_yes_the_document_comes_with_the_line_that_was_being_typed(self):
+        forma = self.entrada(("A-100", "3"))
+        forma.teclea(forma.txtFields[4], "A-200")
+        forma.tecla("Enter")
+        forma.teclea(forma.txtFields[5], "4")
+        luis = self.abre("LUIS", "E2")
+        pedida = luis.pide("Entrada", 1, "la necesito")
+        self.assertEqual(pedida.estado, "pedida")
+        (llegada,) = self.anf.peticiones()
+        self.assertEqual((llegada.usuario, llegada.estacion, llegada.mensaje), ("LUIS", "E2", "la necesito"))
+        llegada.cede()
+        self.assertEqual(pedida.estado, "cedida")
+        self.assertFalse(forma.abierta)
+        self.assertEqual(self.anf.sql("SELECT estado, ocupado FROM entradas"), [{"estado": "PE", "ocupado": 0}])
+        suya = luis.abre("Entrada", 1)
+        self.assertEqual((suya.txtFields[4].Text, suya.txtFields[5].Text), ("A-200", "4"))
+        self.assertEqual(self.anf.impresos, [])
+        self.assertEqual([a.acto for a in self.anf.bitacora()], ["cede"])
+
+    def test_no_has_its_reason_and_changes_nothing(self):
+        forma = self.entrada(("A-100", "3"))
+        luis = self.abre("LUIS", "E2")
+        pedida = luis.pide("Entrada", 1)
+        self.anf.peticiones()[0].niega("falta una caja")
+        self.assertEqual((pedida.estado, pedida.motivo), ("negada", "falta una caja"))
+        self.assertTrue(forma.abierta)
+        self.assertEqual(self.anf.peticiones(), [])
+
+    def test_with_nobody_to_ask_there_is_an_error(self):
+        self.entrada(("A-100", "3")).cierra()
+        self.anf.procesa_eventos(20)
+        with self.assertRaises(tarvik.Error):
+            self.anf.pide("Entrada", 1)
+
+    def test_a_screen_that_refuses_to_close_keeps_its_document(self):
+        forma = self.entrada(("A-100", "3"))
+        luis = self.abre("LUIS", "E2")
+        pedida = luis.pide("Entrada", 1)
+
+        def no(forma, ambiente):
+            forma.CancelaProceso = True
+        self.anf.ganchos["ENTRADA006"] = no
+        with self.assertRaises(tarvik.Error):
+            self.anf.peticiones()[0].cede()
+        self.assertEqual(pedida.estado, "pedida")
+        self.assertTrue(forma.abierta)
+        self.assertEqual(self.anf.sql("SELECT ocupado FROM entradas"), [{"ocupado": 1}])
+        self.assertTrue(self.anf.tenencias()[0].viva)
+
+
+class Eliminacion(Tienda):
+    def test_a_deletion_is_recorded_from_the_classs_own_door(self):
+        self.finaliza(self.entrada(("A-100", "3")))
+        self.anf.respuestas.append(True)
+        self.anf.EntradasSalidas().EliminaEntrada(1)
+        (acto,) = self.anf.bitacora()
+        self.assertEqual((acto.acto, acto.tipo, acto.documento), ("elimina", "Entrada", 1))
+
+
 class Bitacora(Tienda):
     def test_it_is_read_from_a_moment_on(self):
         self.anf.ahora = datetime(2024, 3, 5, 14, 0)
