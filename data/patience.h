@@ -32,7 +32,7 @@ class Patience {
 
   // What an act may still wait; nothing once the base is known to be in trouble.
   [[nodiscard]] std::chrono::milliseconds Left() {
-    if (!in_act_ && Clock::now() - last_vain_ > kForgets) spent_ = {};
+    if (!in_act_ && spent_ >= kWhole && Clock::now() - last_vain_ > kForgets) spent_ = {};
     return spent_ >= kWhole ? std::chrono::milliseconds{0} : kWhole - spent_;
   }
   // So much was waited. Gives whether to wait on: false when nothing is left, or an end was asked for.

@@ -15,9 +15,10 @@ namespace tarvik::data {
 void RequireOneStatement(std::string_view text);
 
 // Throws Error for what no screen's own statement holds and typed text may bring: a second SELECT (a UNION, a
-// question inside a question), WITH, and any function but these: SUM, COUNT, MIN, MAX, AVG, UPPER, LOWER,
-// TRIM, LENGTH, ABS, ROUND, COALESCE, CAST, SUBSTR, REPLACE. What stands in quotes is data. The text has
-// passed RequireOneStatement.
+// question inside a question), WITH, TABLE, FOR (a lock on rows), and any function but these: SUM, COUNT,
+// MIN, MAX, AVG, UPPER, LOWER, TRIM, LENGTH, ABS, ROUND, COALESCE, CAST, SUBSTR, REPLACE. What stands in
+// quotes is data; quotes that the engines do not read alike (E'', $$, a bracket with a quote or a parenthesis
+// inside) are refused. The text has passed RequireOneStatement.
 void RequireHarmless(std::string_view text);
 
 // True if the text's first word is SELECT, without regard to case.

@@ -123,7 +123,6 @@ TEST(Opening, OursIsSafeOnPowerLossAndReadableWhileWritten) {
   EXPECT_EQ(Single(*connection, "SELECT * FROM pragma_journal_mode"), Value("wal"));
   EXPECT_EQ(connection->Run("PRAGMA synchronous", {}).rows.at(0).at(0), Value(2));
   EXPECT_EQ(connection->Run("PRAGMA foreign_keys", {}).rows.at(0).at(0), Value(1));
-  EXPECT_EQ(connection->Run("PRAGMA busy_timeout", {}).rows.at(0).at(0), Value(5000));
 }
 
 TEST(Opening, AForeignBaseIsNotConverted) {
