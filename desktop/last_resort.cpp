@@ -1,6 +1,5 @@
 #include "desktop/last_resort.h"
 
-#include <optional>
 #include <utility>
 
 namespace tarvik::desktop {
@@ -31,14 +30,12 @@ void LastResort::Ends() {
 
 void LastResort::Watch() {
   using Clock = std::chrono::steady_clock;
-  std::optional<Clock::time_point> since;  // the program was told, and one routine has run
+  Clock::time_point since = Clock::now();  // from here on the program was told, and one routine has run
   std::unique_lock lock(mutex_);
   while (!wake_.wait_for(lock, within_ / 20, [this] { return over_; })) {
     if (std::exchange(anew_, false) || running_ == 0 || !told_()) {
-      since.reset();
-    } else if (!since) {
       since = Clock::now();
-    } else if (Clock::now() - *since > within_) {
+    } else if (Clock::now() - since > within_) {
       ends_();
     }
   }
