@@ -79,7 +79,6 @@ class Fin : public ::testing::Test {
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv WHERE operacion = 'EN'"), "0");
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas WHERE estado <> 'PE'"), "0");
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas WHERE ocupado <> 0"), "0");
-    EXPECT_EQ(Uno("SELECT COUNT(*) FROM retenciones"), "0");
   }
   std::string Bitacora() {
     std::ifstream log(Carpeta() / "programa.log");
