@@ -679,11 +679,13 @@ void HooksWindow::Loaded(const python::Rutinas& rutinas, const std::vector<pytho
 }
 
 void HooksWindow::Empieza(const python::RutinaCargada& routine) {
+  emit RoutineBegan();
   Followed(*table_, [&] { model_->Begins(Now(office_), routine); });
   Refresh();
 }
 
 void HooksWindow::Corrio(const python::Corrida& run) {
+  emit RoutineEnded();
   Followed(*table_, [&] { model_->Ended(Now(office_), run); });
   Refresh();
   ShowDetail();

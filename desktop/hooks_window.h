@@ -52,6 +52,10 @@ class HooksWindow : public QMainWindow, public python::ObservadorDeGanchos {
   [[nodiscard]] QTableView* Table() const { return table_; }
   [[nodiscard]] QLineEdit* Filter() const { return filter_; }
 
+ signals:
+  void RoutineBegan();  // they nest
+  void RoutineEnded();
+
  public slots:
   // The selected rows, or all that are shown if none is, as text with tabs and a heading.
   void Copy();

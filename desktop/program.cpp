@@ -3,12 +3,15 @@
 #include <QApplication>
 #include <QDir>
 #include <QSettings>
+#include <csignal>
+#include <cstdlib>
 
 #include "desktop/boxes.h"
 #include "desktop/goods_in_view.h"
 #include "desktop/goods_out_view.h"
 #include "desktop/help.h"
 #include "desktop/hooks_window.h"
+#include "desktop/last_resort.h"
 #include "desktop/main_window.h"
 #include "desktop/matrix_view.h"
 #include "desktop/picker.h"
@@ -27,6 +30,10 @@
 namespace tarvik::desktop {
 
 namespace {
+
+// How long a routine may go on that the program's end could not stop.
+constexpr std::chrono::seconds kLastResort{6};
+constexpr int kEndedBySignal = 128;  // added to the signal: what the others see of the end
 
 // Brings a screen's view up when the class shows it.
 class Showing final : public QObject, public forms::FormListener {
@@ -97,7 +104,11 @@ Program::Program(Theme& theme, const ProgramOptions& options)
     return Unhandled(form, error);
   };
 
+  last_resort_ = std::make_unique<LastResort>([this] { return platform_->EndRequested(); }, kLastResort,
+                                              [] { std::_Exit(kEndedBySignal + SIGTERM); });
   hooks_ = std::make_unique<HooksWindow>(*office_);
+  connect(hooks_.get(), &HooksWindow::RoutineBegan, this, [this] { last_resort_->Begins(); });
+  connect(hooks_.get(), &HooksWindow::RoutineEnded, this, [this] { last_resort_->Ends(); });
   hooks_->setAttribute(Qt::WA_QuitOnClose, false);
   routines_ = std::make_unique<python::Rutinas>(python::OpcionesDeRutinas{
       .observador = hooks_.get(),
@@ -113,7 +124,9 @@ Program::Program(Theme& theme, const ProgramOptions& options)
     hooks_->raise();
     hooks_->activateWindow();
   });
+  last_resort_->Begins();
   const auto failures = routines_->Carga(*host_, options.routines.toStdString());
+  last_resort_->Ends();
   hooks_->Loaded(*routines_, failures);
   if (!failures.empty()) {
     desktop::ShowBox(window_.get(), forms::BoxKind::Error,

@@ -27,6 +27,7 @@ class DesktopPrinter;
 class DesktopSelector;
 class HelpWindow;
 class HooksWindow;
+class LastResort;
 class MainWindow;
 class ProgramLog;
 class QtPlatform;
@@ -76,6 +77,7 @@ class Program final : public QObject, public host::Testigo {
   std::unique_ptr<host::Anfitrion> host_;
   std::unique_ptr<Office> office_;
   std::unique_ptr<EntradasSalidas> door_;
+  std::unique_ptr<LastResort> last_resort_;
   std::unique_ptr<HooksWindow> hooks_;
   std::unique_ptr<python::Rutinas> routines_;
   std::unique_ptr<HelpWindow> help_;

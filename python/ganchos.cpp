@@ -234,7 +234,8 @@ void Rutinas::Interior::Arma(double seconds) {
 // How often a running routine is looked at, in seconds: each look wakes it out of what it waits for.
 double Rutinas::Interior::Vuelta() const {
   if (fin_pedido) return 0.1;
-  return opciones.limite_ms > 0 ? std::min(opciones.limite_ms / 1000.0, 1.0) : 1.0;
+  constexpr double kLongest = 1.0;
+  return opciones.limite_ms > 0 ? std::min(opciones.limite_ms / 2000.0, kLongest) : kLongest;
 }
 
 // Called by the interpreter, between two of its steps or out of a wait, again and again.

@@ -11,7 +11,6 @@
 #include <QMenu>
 #include <QProcess>
 #include <QSettings>
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -78,9 +77,14 @@ class Candados : public Escritorio {
 
   std::string Base() { return folder.filePath(QStringLiteral("tienda.db")).toStdString(); }
 
-  // The locks that this process holds as long as it has the base open, as the system lists them.
-  std::vector<std::string> Tomados() {
-    std::vector<std::string> held;
+  // The locks that this process holds as long as it has the base open, as the system lists them. The
+  // list is read three times: while others take and leave locks a line may slip by, or come twice.
+  std::set<std::string> Tomados() {
+    std::set<std::string> held;
+    for (int i = 0; i < 3; ++i) LeeTomados(held);
+    return held;
+  }
+  void LeeTomados(std::set<std::string>& held) {
     std::ifstream list("/proc/locks");
     for (std::string line; std::getline(list, line);) {
       std::istringstream words(line);
@@ -90,11 +94,9 @@ class Candados : public Escritorio {
         struct stat facts {};
         if (::stat((Base() + end).c_str(), &facts) != 0) continue;
         if (word[5].ends_with(":" + std::to_string(facts.st_ino)) && word[6] == first)
-          held.push_back(word[3] + " " + word[5] + " " + word[6]);
+          held.insert(word[3] + " " + word[5] + " " + word[6]);
       }
     }
-    std::sort(held.begin(), held.end());
-    return held;
   }
 
   // Runs `shows`, which waits on a dialog; while it stands, everything has time to be read, then it is
@@ -167,7 +169,7 @@ class Candados : public Escritorio {
   }
 
   QByteArray home_ = qgetenv("HOME");
-  std::vector<std::string> held;
+  std::set<std::string> held;
   std::optional<Aperturas> aperturas;
 };
 

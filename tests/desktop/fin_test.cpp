@@ -79,7 +79,6 @@ class Fin : public ::testing::Test {
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv WHERE operacion = 'EN'"), "0");
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas WHERE estado <> 'PE'"), "0");
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas WHERE ocupado <> 0"), "0");
-    EXPECT_EQ(Uno("SELECT COUNT(*) FROM retenciones"), "0");
   }
   std::string Bitacora() {
     std::ifstream log(Carpeta() / "programa.log");
@@ -134,6 +133,21 @@ TEST_F(Fin, ARoutineThatAsksAgainAndAgainGetsNoAnswerToGoOnWith) {
   Empieza(QStringLiteral("deja un campo"));
   ASSERT_TRUE(Espera(true));
   EXPECT_LT(Termina(), kUnosSegundos);
+}
+
+// It waits where the interpreter never comes to look: the program can't stop it, and ends all the same.
+TEST_F(Fin, ARoutineThatWaitsInALibraryEndsWithTheProgram) {
+  Rutina(
+      "import itertools\n"
+      "def ENTRADA007(forma, ambiente):\n"
+      "    corre()\n"
+      "    sum(itertools.repeat(0))\n");
+  Empieza(QStringLiteral("deja un campo"));
+  ASSERT_TRUE(Espera(true));
+  ::kill(static_cast<pid_t>(hijo_.processId()), SIGTERM);
+  ASSERT_TRUE(hijo_.waitForFinished(20000)) << "it goes on";
+  EXPECT_EQ(hijo_.exitCode(), 128 + SIGTERM);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv WHERE operacion = 'EN'"), "0");
 }
 
 TEST_F(Fin, AFileThatNeverFinishesLoadingIsEnded) {
@@ -202,6 +216,16 @@ TEST_F(Fin, APreviewAndWhatStandsOverItGo) {
     ASSERT_TRUE(Espera()) << steps;
     EXPECT_LT(Termina(), kUnosSegundos) << steps;
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas WHERE estado = 'CO'"), std::to_string(++posted));
+  }
+}
+
+TEST_F(Fin, APickerAndAMenuGo) {
+  for (const char* steps : {"selector", "menu", "numero de traspaso"}) {
+    dicho_.clear();
+    Empieza(QString::fromUtf8(steps));
+    ASSERT_TRUE(Espera()) << steps;
+    EXPECT_LT(Termina(), kUnosSegundos) << steps;
+    NadaAfectadoNiRetenido();
   }
 }
 

@@ -3,7 +3,7 @@
 //   hijo FOLDER STEPS      STEPS as in kPasos; the base is FOLDER/tienda.db
 // It prints "listo" once what the story is about stands there, and then runs until it is told to end.
 #include <QApplication>
-#include <QPushButton>
+#include <QMenu>
 #include <QTest>
 #include <QTimer>
 #include <cstdio>
@@ -108,6 +108,25 @@ const std::map<std::string, std::function<void(Program&)>> kPasos{
        ConRenglon(program);
        CuandoPregunte([](QWidget&) { Listo(); });
        Press(Qt::Key_F5);
+     }},
+    {"selector",
+     [](Program& program) {
+       ConRenglon(program);
+       CuandoPregunte([](QWidget&) { Listo(); });
+       Press(Qt::Key_F2);
+     }},
+    {"menu",
+     [](Program& program) {
+       ConRenglon(program);
+       QTimer::singleShot(300, qApp, [] {
+         if (QApplication::activePopupWidget()) Listo();
+       });
+       program.Window().findChild<QMenu*>()->exec(QPoint(10, 10));
+     }},
+    {"numero de traspaso",
+     [](Program& program) {
+       CuandoPregunte([](QWidget&) { Listo(); });
+       QTest::keyClick(&program.Window(), Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
      }},
     {"matriz",
      [](Program& program) {
