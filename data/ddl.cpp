@@ -164,20 +164,43 @@ std::vector<std::string> Ddl(const Table& table, Dialect dialect) {
 namespace {
 
 // Rows that were brought from elsewhere with their own numbers leave a server's counters behind them, and
-// the next row would be refused.
+// the next row would be refused. Nothing is asked of counters that this role may not set.
 void AdvanceCounters(EngineConnection& connection) {
   if (connection.Kind() == Dialect::Sqlite) return;
+  std::string names;
   for (const Table& table : Schema()) {
-    if (!table.counted_key) continue;
-    const std::string name = LowerAscii(table.name);
-    const std::string counter = "pg_get_serial_sequence('" + name + "', 'id')";
-    try {
-      connection.Run("SELECT setval(" + counter + ", m.n) FROM (SELECT MAX(id) AS n FROM " + name +
-                         ") m WHERE m.n > COALESCE(pg_sequence_last_value(" + counter + "::regclass), 0)",
-                     {});
-    } catch (const Error&) {  // no such table yet; or whoever may only read, and draws no number either
-    }
+    if (table.counted_key) names += (names.empty() ? "('" : ", ('") + LowerAscii(table.name) + "')";
   }
+  const Rows counters = connection.Run(
+      "SELECT c.name, c.counter FROM (SELECT t.name, CASE WHEN to_regclass(t.name) IS NOT NULL THEN "
+      "pg_get_serial_sequence(t.name, 'id') END AS counter FROM (VALUES " +
+          names +
+          ") AS t (name)) AS c WHERE CASE WHEN c.counter IS NULL THEN FALSE ELSE "
+          "has_sequence_privilege(c.counter, 'UPDATE') AND has_table_privilege(c.name, 'SELECT') END",
+      {});
+  for (const auto& row : counters.rows) {
+    connection.Run("SELECT setval(?::text::regclass, m.n) FROM (SELECT MAX(id) AS n FROM " + ToText(row[0]) +
+                       ") m WHERE m.n > COALESCE(pg_sequence_last_value(?::text::regclass), 0)",
+                   {row[1], row[1]});
+  }
+}
+
+// Makes what is missing, and tells whether the base was empty. In a base of ours one station does it at a
+// time; in an empty one two may begin at once, and the second is refused at the first table (kDuplicate).
+bool MakeWhatIsMissing(EngineConnection& connection, bool ours) {
+  Transaction transaction(connection);
+  // No lock that an expression could take, and one that nobody who only reads has to wait for.
+  if (ours && connection.Kind() == Dialect::Postgresql) {
+    connection.Run("LOCK TABLE version_esquema IN EXCLUSIVE MODE", {});
+  }
+  // Looked at again: another station may have made the tables since.
+  const Findings found = Inspect(connection);
+  for (const std::string& text : found.statements) connection.Execute(text);
+  if (found.new_version) {
+    connection.Run("INSERT INTO version_esquema (version) VALUES (?)", {Value(kSchemaVersion)});
+  }
+  transaction.Commit();
+  return found.empty;
 }
 
 }  // namespace
@@ -188,15 +211,14 @@ bool PrepareSchema(EngineConnection& connection) {
   AdvanceCounters(connection);
   if (!before.new_version && before.statements.empty()) return false;
 
-  Transaction transaction(connection);
-  // Looked at again: another station may have made the tables since.
-  const Findings found = Inspect(connection);
-  for (const std::string& text : found.statements) connection.Execute(text);
-  if (found.new_version) {
-    connection.Run("INSERT INTO version_esquema (version) VALUES (?)", {Value(kSchemaVersion)});
+  try {
+    return MakeWhatIsMissing(connection, !before.empty);
+  } catch (const Error& error) {
+    if (error.Kind() != Trouble::kDuplicate) throw;
   }
-  transaction.Commit();
-  return found.empty;
+  const Findings now = Inspect(connection);  // another station was faster
+  if (now.new_version || !now.statements.empty()) MakeWhatIsMissing(connection, !now.empty);
+  return false;
 }
 
 }  // namespace tarvik::data

@@ -105,7 +105,7 @@ Address::Address(std::string_view text) : secret_(text) {
   };
   if (OverSockets()) add("host", Joined(hosts_, &Host::name));
   if (OverSockets() && Several()) add("port", Take(parts, "port"));
-  add("hostaddr", Joined(hosts_, &Host::numeric));
+  add("hostaddr", Take(parts, "hostaddr"));
   for (const char* name :
        {"application_name", "connect_timeout", "service", "sslmode", "target_session_attrs"}) {
     add(name, Take(parts, name));

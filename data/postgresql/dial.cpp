@@ -68,8 +68,7 @@ std::string_view TrustReason(std::string_view message) {
   if (Has(message, "certificate verify failed") || Has(message, "unknown ca")) {
     return "El certificado del servidor no es de una autoridad conocida";
   }
-  if (Has(message, "does not match host name") || Has(message, "no coincide con el nombre") ||
-      Has(message, "could not match")) {
+  if (Has(message, "does not match host name") || Has(message, "no coincide con el nombre")) {
     return "El certificado del servidor es de otro nombre";
   }
   if (Has(message, "root certificate file") || Has(message, "certificado raíz")) {

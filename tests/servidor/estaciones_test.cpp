@@ -32,7 +32,7 @@ TEST_F(EnElServidor, AServerThatIsStartedAgainBetweenTwoKeysIsNotNoticed) {
   EXPECT_EQ(Uno("SELECT SUM(cantidad) FROM entpart WHERE entrada = ?", {f.Entrada}), "5");
 }
 
-TEST_F(EnElServidor, AChangeThatTheServerLostIsToldAndStoredAtTheSecondTry) {
+TEST_F(EnElServidor, NorIsOneThatIsStartedAgainInTheMiddleOfAStep) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "2"}});
   Olvida();
   f.Enter(f.fg2);
@@ -45,6 +45,27 @@ TEST_F(EnElServidor, AChangeThatTheServerLostIsToldAndStoredAtTheSecondTry) {
     CortaSesiones();
   };
   Tecla(f, "Enter");
+  EXPECT_TRUE(Reportes().empty()) << Reportes().front();
+  EXPECT_EQ(Uno("SELECT cantidad FROM entpart WHERE entrada = ?", {f.Entrada}), "4");
+}
+
+TEST_F(EnElServidor, AChangeThatWasLostOnItsWayIsToldAndStoredAtTheSecondTry) {
+  frmEntradasWizard& f = ConRenglones({{"A-100", "2"}});
+  Olvida();
+  f.Enter(f.fg2);
+  f.fg2.MoveTo(1, 1);
+  Tecla(f, "4");
+  const auto holder = anfitrion->Base().Connect();
+  holder->Begin();
+  holder->Run("UPDATE entpart SET cantidad = cantidad WHERE entrada = ?", {f.Entrada});
+  std::thread server([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    Sql("SELECT pg_terminate_backend(pid, 2000) FROM pg_stat_activity WHERE datname = current_database() AND "
+        "wait_event_type = 'Lock'");
+  });
+  Tecla(f, "Enter");
+  server.join();
+  holder->Rollback();
   ASSERT_EQ(Reportes().size(), 1U);
   EXPECT_NE(Reportes().front().find("Se perdió la conexión con la base postgresql://"), std::string::npos);
   EXPECT_TRUE(f.Open());
