@@ -6,7 +6,6 @@
 #include "forms/keys.h"
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
-#include "host/retenciones.h"
 #include "tests/caos/tienda.h"
 
 namespace tarvik::caos {
@@ -106,16 +105,17 @@ std::int32_t Estacion::Numero(const DocumentWizard& forma) {
 
 void Estacion::SueltaLosSuyos() {
   for (const Tipo tipo : {Tipo::Entrada, Tipo::Salida}) {
-    const host::Tablas& tablas = TablasDe(tipo);
-    const data::Rows suyos =
-        anfitrion_->Conexion().Run("SELECT " + std::string(tablas.numero) + " FROM " +
-                                       std::string(tablas.encabezado) + " WHERE ocupado <> 0 AND usuario = ?",
-                                   {persona_.usuario});
-    for (const auto& fila : suyos.rows) {
-      host::Libera(anfitrion_->Conexion(), tipo, static_cast<std::int32_t>(data::ToNumber(fila[0])),
-                   persona_.usuario);
-    }
+    anfitrion_->Conexion().Run("UPDATE " + std::string(TablasDe(tipo).encabezado) +
+                                   " SET ocupado = 0 WHERE ocupado <> 0 AND usuario = ?",
+                               {persona_.usuario});
   }
+}
+
+void Estacion::Suelta(Tipo tipo, std::int32_t numero) {
+  const host::Tablas& tablas = TablasDe(tipo);
+  anfitrion_->Conexion().Run("UPDATE " + std::string(tablas.encabezado) + " SET ocupado = 0 WHERE " +
+                                 std::string(tablas.numero) + " = ?",
+                             {numero});
 }
 
 DocumentWizard* Estacion::Nueva(Tipo tipo, int renglones, int destino) {
@@ -126,7 +126,7 @@ DocumentWizard* Estacion::Nueva(Tipo tipo, int renglones, int destino) {
     movimientos_->NuevaSalida();
   }
   auto* forma = dynamic_cast<DocumentWizard*>(plataforma_.Screens().back().get());
-  primera_ = 1;
+  acusados_.clear();
   forma->Type(forma->txtFields(0), tipo == Tipo::Entrada ? "COM" : "VTA");
   const int almacen = destino != 0 ? destino % kAlmacenes + 1 : Al(1, kAlmacenes);
   forma->Type(forma->txtFields(14), std::to_string(almacen));
@@ -148,11 +148,12 @@ DocumentWizard* Estacion::Abre(Tipo tipo, std::int32_t numero) {
   }
   if (plataforma_.Screens().size() == antes) return nullptr;
   auto* forma = dynamic_cast<DocumentWizard*>(plataforma_.Screens().back().get());
-  if (forma != nullptr) primera_ = Filas(*forma) + 1;
+  acusados_.clear();
   return forma;
 }
 
 void Estacion::Acusa(DocumentWizard& forma, int fila, const std::string& articulo, int cantidad) {
+  acusados_.insert(forma.fg2.TextMatrix(fila, ColumnaDelNumero(forma)));
   Di("renglon\t" + Documento(forma) + "\t" + forma.fg2.TextMatrix(fila, ColumnaDelNumero(forma)) + "\t" +
      articulo + "\t" + std::to_string(cantidad));
 }
@@ -164,8 +165,8 @@ void Estacion::Renglon(DocumentWizard& forma) {
   int espera = cantidad;
   const bool suma = TipoDe(forma) == Tipo::Salida && antes > 0 && forma.fg2.TextMatrix(antes, 0) == articulo;
   if (suma) {
-    // What is shown may be of a line that others have changed: only one of this screen is added to.
-    if (antes < primera_) return;
+    // What is shown may be of a line that was never stored: only one that was acknowledged here is added to.
+    if (!acusados_.contains(forma.fg2.TextMatrix(antes, ColumnaDelNumero(forma)))) return;
     espera += static_cast<int>(data::ToNumber(data::Value(forma.fg2.TextMatrix(antes, 1))));
     Di("quiere\t" + Documento(forma) + "\t" + forma.fg2.TextMatrix(antes, ColumnaDelNumero(forma)) + "\t" +
        std::to_string(espera));
@@ -183,10 +184,11 @@ void Estacion::Renglon(DocumentWizard& forma) {
 // A cell of a line of this screen, or its removal.
 void Estacion::CorrigeOQuita(DocumentWizard& forma) {
   const int filas = Filas(forma);
-  if (filas < primera_) return;
-  const int fila = Al(primera_, filas);
+  if (filas < 2) return;
+  const int fila = Al(1, filas);
   const std::string articulo = forma.fg2.TextMatrix(fila, 0);
   const std::string numero = forma.fg2.TextMatrix(fila, ColumnaDelNumero(forma));
+  if (!acusados_.contains(numero)) return;
   const std::size_t cajas = cajas_.size();
   if (Al(0, 1) == 0) {
     Di("quiere\t" + Documento(forma) + "\t" + numero + "\t-");

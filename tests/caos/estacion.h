@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,7 @@ class Estacion {
 
   // What an operator does after his program was gone: his own documents are let go of.
   void SueltaLosSuyos();
+  void Suelta(host::Tipo tipo, std::int32_t numero);
   // One document from the first to the last key: new or reopened, left pending or finished.
   void HazDocumento();
   // So many lines at most; the default is 12.
@@ -81,7 +83,7 @@ class Estacion {
   std::unique_ptr<EntradasSalidas> movimientos_;
   std::vector<std::string> cajas_;
   int hasta_ = 12;
-  int primera_ = 1;  // the first row of the grid that was entered on this screen
+  std::set<std::string> acusados_;  // lines that were acknowledged on the screen at hand
 };
 
 }  // namespace tarvik::caos

@@ -25,6 +25,7 @@ class Proceso {
   void Escribe(const std::string& linea);
   void CierraEntrada();
   void Senal(int cual) const;
+  [[nodiscard]] pid_t Pid() const { return pid_; }
   // SIGKILL, and every line that it had said by then.
   std::vector<std::string> Mata();
   // Waits for its end, hearing it all the while. Gives its exit code; nothing if it did not end by itself.

@@ -1,6 +1,5 @@
 #include "tests/caos/remedio.h"
 
-#include "host/retenciones.h"
 #include "tests/caos/estacion.h"
 
 namespace tarvik::caos {
@@ -20,7 +19,7 @@ Remediado Remedia(const std::string& direccion, const std::filesystem::path& car
       ++hecho.completados;
       continue;
     }
-    host::Libera(anfitrion.Conexion(), tipo, documento, "JUEZ");
+    estacion.Suelta(tipo, documento);
     DocumentWizard* forma = estacion.Abre(tipo, documento);
     if (forma == nullptr) continue;
     estacion.Finaliza(*forma);
