@@ -23,6 +23,18 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
   testigo_.Gancho(key, std::as_const(ambiente_).ValorDeGancho());
   const auto found = routines_.find(key);
   if (found == routines_.end()) return cierres_.Corrio(screen, key);
+  // A routine may set off a key, its own included. Without an end that would be the stack's; once it has been
+  // told, no routine runs until the first of them has ended.
+  constexpr int kMasHonda = 40;
+  if (endless_ || depth_ >= kMasHonda) {
+    endless_ = true;
+    throw data::Unrecoverable("La rutina " + key + " lleva a sí misma sin fin");
+  }
+  struct Level {
+    CatalogoLocal& own;
+    explicit Level(CatalogoLocal& catalogue) : own(catalogue) { ++own.depth_; }
+    ~Level() { own.endless_ = --own.depth_ > 0 && own.endless_; }
+  } const level(*this);
   const auto routine = found->second;  // a routine may replace itself
   // What a routine begins it ends: with its transaction open everything that the operator stores
   // afterwards would hang on it, and be gone with the program.

@@ -43,6 +43,8 @@ class CatalogoLocal : public service::ConsultasCatalogo {
   Impresora& impresora_;
   Cierres& cierres_;
   std::map<std::string, Anfitrion::Rutina> routines_;
+  int depth_ = 0;         // routines inside routines
+  bool endless_ = false;  // they led back to themselves, and are being left
 };
 
 }  // namespace tarvik::host

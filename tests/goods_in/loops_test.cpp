@@ -51,6 +51,34 @@ TEST_F(ClavesEnCirculo, TwoKeysThatStandForEachOtherEndTheLookupAndNotTheProgram
   ElDocumentoSigue(f);
 }
 
+class RutinasEnCirculo : public Escenario {};
+
+// A routine that sets off its own key, and one that sets off another that sets it off: they end, the screen
+// stays, and the next press of a key runs them again.
+TEST_F(RutinasEnCirculo, ARoutineThatLeadsBackToItselfEndsAndNotTheProgram) {
+  Catalogo();
+  frmEntradasWizard& f = Nueva();
+  Teclea(f, f.txtFields(0), "COM");
+  int veces = 0;
+  Gancho("ENTRADA012", [&](frmEntradasWizard& forma) {
+    ++veces;
+    forma.Command6_Click();
+    forma.Enter(forma.txtFields(4));
+    forma.Enter(forma.txtFields(5));
+  });
+  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(5));
+  EXPECT_GT(veces, 1);
+  EXPECT_LE(veces, 40);
+  ASSERT_FALSE(no_atrapados.empty());
+  EXPECT_NE(no_atrapados[0].find("La rutina ENTRADA012 lleva a sí misma sin fin"), std::string::npos)
+      << no_atrapados[0];
+  anfitrion->Gancho("ENTRADA012", {});
+  EXPECT_TRUE(f.Open());
+  Renglon(f, "A-100", "2");
+  EXPECT_EQ(Celda(f, 1, 0), "A-100");
+}
+
 class Fechas : public Escenario {};
 
 TEST_F(Fechas, ADocumentWithoutADateLeavesThePickerAsItIs) {
