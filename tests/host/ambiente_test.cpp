@@ -79,7 +79,7 @@ TEST_F(AmbienteDePrueba, TheSettingsAreOneRowReadWithoutRegardToCase) {
 TEST_F(AmbienteDePrueba, ASettingIsChangedUnderTheNameThatItHas) {
   Ambiente().Parametro("almacen", 2);
   EXPECT_EQ(Ambiente().Parametro("ALMACEN"), data::Value(2));
-  EXPECT_EQ(Ambiente().NombresDeParametros().size(), 4U);
+  EXPECT_EQ(Ambiente().NombresDeParametros().size(), 5U);
   EXPECT_EQ(data::ToText(Dato("SELECT valor FROM parametros WHERE nombre = 'Almacen'")), "2");
   EXPECT_EQ(Ambiente().Parametros()->Fields("Almacen"), data::Value(2));
 }
