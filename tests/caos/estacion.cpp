@@ -14,11 +14,11 @@ using host::Tipo;
 
 namespace {
 
-Tipo TipoDe(const DocumentWizard& forma) {
+Tipo ClaseDe(const DocumentWizard& forma) {
   return dynamic_cast<const frmEntradasWizard*>(&forma) != nullptr ? Tipo::Entrada : Tipo::Salida;
 }
 
-int ColumnaDelNumero(const DocumentWizard& forma) { return TipoDe(forma) == Tipo::Entrada ? 5 : 6; }
+int ColumnaDelNumero(const DocumentWizard& forma) { return ClaseDe(forma) == Tipo::Entrada ? 5 : 6; }
 
 // Rows of the grid that hold a line.
 int Filas(const DocumentWizard& forma) {
@@ -37,7 +37,7 @@ std::string UnaLinea(std::string texto) {
 }
 
 std::string Documento(const DocumentWizard& forma) {
-  return std::string(NombreDe(TipoDe(forma))) + "\t" + std::to_string(Estacion::Numero(forma));
+  return std::string(NombreDe(ClaseDe(forma))) + "\t" + std::to_string(Estacion::Numero(forma));
 }
 
 }  // namespace
@@ -103,21 +103,6 @@ std::int32_t Estacion::Numero(const DocumentWizard& forma) {
   return dynamic_cast<const frmSalidasWizard&>(forma).Salida;
 }
 
-void Estacion::SueltaLosSuyos() {
-  for (const Tipo tipo : {Tipo::Entrada, Tipo::Salida}) {
-    anfitrion_->Conexion().Run("UPDATE " + std::string(TablasDe(tipo).encabezado) +
-                                   " SET ocupado = 0 WHERE ocupado <> 0 AND usuario = ?",
-                               {persona_.usuario});
-  }
-}
-
-void Estacion::Suelta(Tipo tipo, std::int32_t numero) {
-  const host::Tablas& tablas = TablasDe(tipo);
-  anfitrion_->Conexion().Run("UPDATE " + std::string(tablas.encabezado) + " SET ocupado = 0 WHERE " +
-                                 std::string(tablas.numero) + " = ?",
-                             {numero});
-}
-
 DocumentWizard* Estacion::Nueva(Tipo tipo, int renglones, int destino) {
   Di("paso\tcaptura");
   if (tipo == Tipo::Entrada) {
@@ -147,9 +132,13 @@ DocumentWizard* Estacion::Abre(Tipo tipo, std::int32_t numero) {
     movimientos_->ModificaSalida(numero);
   }
   if (plataforma_.Screens().size() == antes) return nullptr;
-  auto* forma = dynamic_cast<DocumentWizard*>(plataforma_.Screens().back().get());
   acusados_.clear();
-  return forma;
+  return dynamic_cast<DocumentWizard*>(plataforma_.Screens().back().get());
+}
+
+DocumentWizard* Estacion::Retoma(Tipo tipo, std::int32_t numero) {
+  acusados_.clear();
+  return dynamic_cast<DocumentWizard*>(anfitrion_->Abre(tipo, numero).get());
 }
 
 void Estacion::Acusa(DocumentWizard& forma, int fila, const std::string& articulo, int cantidad) {
@@ -163,7 +152,7 @@ void Estacion::Renglon(DocumentWizard& forma) {
   const int cantidad = Al(1, 9);
   const int antes = Filas(forma);
   int espera = cantidad;
-  const bool suma = TipoDe(forma) == Tipo::Salida && antes > 0 && forma.fg2.TextMatrix(antes, 0) == articulo;
+  const bool suma = ClaseDe(forma) == Tipo::Salida && antes > 0 && forma.fg2.TextMatrix(antes, 0) == articulo;
   if (suma) {
     // What is shown may be of a line that was never stored: only one that was acknowledged here is added to.
     if (!acusados_.contains(forma.fg2.TextMatrix(antes, ColumnaDelNumero(forma)))) return;
@@ -232,16 +221,15 @@ void Estacion::Cierra(DocumentWizard& forma) {
   if (forma.Open()) forma.Discard();
 }
 
-// One of the own documents that are pending and free.
+// One of the own documents that are pending, whether its last program ended or was killed.
 bool Estacion::Escogido(DocumentWizard*& forma) {
   const Tipo tipo = Al(0, 1) == 0 ? Tipo::Entrada : Tipo::Salida;
   const host::Tablas& tablas = TablasDe(tipo);
   data::Rows suyos;
   try {
-    suyos = anfitrion_->Conexion().Run("SELECT " + std::string(tablas.numero) + " FROM " +
-                                           std::string(tablas.encabezado) +
-                                           " WHERE estado = 'PE' AND ocupado = 0 AND usuario = ?",
-                                       {persona_.usuario});
+    suyos = anfitrion_->Conexion().Run(
+        "SELECT " + tablas.clave + " FROM " + tablas.encabezado + " WHERE estado = 'PE' AND usuario = ?",
+        {persona_.usuario});
   } catch (const data::Error&) {
     return false;
   }

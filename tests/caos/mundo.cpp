@@ -365,9 +365,7 @@ std::vector<std::string> Mundo::Termina() {
   const auto abiertas = plataforma.Screens();
   for (const auto& forma : abiertas) forma->Discard();
   Limpia();
-  for (const char* tabla : {"entradas", "salidas"}) {
-    Sql(std::string("UPDATE ") + tabla + " SET ocupado = 0");
-  }
+  Sql("DELETE FROM tenencias");
   for (const auto& documento : anfitrion->AMedias()) {
     // Failures that were provoked and never met anything meet this.
     for (int vez = 0; documento.estado == "CO" && vez < 200; ++vez) {

@@ -6,6 +6,7 @@
 //   abre TIPO NUMERO [NANOSEGUNDOS]    opens a document, at that moment of the steady clock
 //   nueva TIPO RENGLONES [DESTINO]     a new one with so many lines
 //   finaliza [NANOSEGUNDOS]            F5 and Yes
+//   libera TIPO NUMERO                 lets a document go, by right
 //   cierra                             closes the screen
 // and answers "listo PALABRA" to each.
 #include <unistd.h>
@@ -55,7 +56,7 @@ int HazOrdenes(Estacion& estacion) {
     palabras >> orden;
     if (orden == "abre" || orden == "nueva") {
       palabras >> tipo >> numero >> extra;
-      const host::Tipo cual = host::TipoLlamado(tipo).value();
+      const host::Tipo cual = host::TipoDe(tipo);
       if (orden == "abre") EsperaHasta(extra);
       toma(orden == "abre" ? estacion.Abre(cual, static_cast<std::int32_t>(numero))
                            : estacion.Nueva(cual, static_cast<int>(numero), static_cast<int>(extra)));
@@ -63,6 +64,10 @@ int HazOrdenes(Estacion& estacion) {
       palabras >> extra;
       EsperaHasta(extra);
       Di(forma != nullptr && estacion.Finaliza(*forma) ? "listo\tsí" : "listo\tno");
+    } else if (orden == "libera") {
+      palabras >> tipo >> numero;
+      estacion.Anfitrion().Libera(host::TipoDe(tipo), static_cast<std::int32_t>(numero));
+      Di("listo\tsí");
     } else if (orden == "cierra") {
       if (forma != nullptr) estacion.Cierra(*forma);
       toma(nullptr);
@@ -85,7 +90,6 @@ int Corre(int cuantos, char** palabras) {
                      .semilla = static_cast<unsigned>(std::atol(palabras[5])),
                      .di = Di});
   if (cuantos > 6 && std::string(palabras[6]) == "ordenes") return HazOrdenes(estacion);
-  estacion.SueltaLosSuyos();
   const long documentos = cuantos > 6 ? std::atol(palabras[6]) : 0;
   if (cuantos > 7) estacion.Hasta(std::atoi(palabras[7]));
   Di("paso\tempieza");
