@@ -113,7 +113,7 @@ TEST_F(Carreras, TheHeaderHeldWhileTheLinesPostAndThenFinishedAgain) {
        {std::tuple{uno.get(), "Entrada", bien_uno}, {dos.get(), "Salida", bien_dos}}) {
     if (bien) continue;
     Ordena(*obrero, "cierra");
-    if (Ordena(*obrero, std::string("abre ") + tipo + " 1") != "no") Ordena(*obrero, "finaliza");
+    if (Ordena(*obrero, std::string("retoma ") + tipo + " 1") != "no") Ordena(*obrero, "finaliza");
     Ordena(*obrero, "cierra");
   }
   const int renglones = Cuenta("SELECT COUNT(*) FROM entpart") + Cuenta("SELECT COUNT(*) FROM salpart");

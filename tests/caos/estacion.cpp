@@ -6,6 +6,7 @@
 #include "forms/keys.h"
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
+#include "host/liberacion.h"
 #include "tests/caos/tienda.h"
 
 namespace tarvik::caos {
@@ -138,7 +139,13 @@ DocumentWizard* Estacion::Abre(Tipo tipo, std::int32_t numero) {
 
 DocumentWizard* Estacion::Retoma(Tipo tipo, std::int32_t numero) {
   acusados_.clear();
-  return dynamic_cast<DocumentWizard*>(anfitrion_->Abre(tipo, numero).get());
+  const auto pantalla = anfitrion_->Abre(tipo, numero);
+  for (const host::Tenencia& otra : pantalla ? std::vector<host::Tenencia>{} : anfitrion_->Tenencias()) {
+    Di("tenida\t" + std::string(NombreDe(otra.tipo)) + "\t" + std::to_string(otra.documento) + "\t" +
+       otra.usuario + "\t" + (otra.viva ? "viva" : "muerta") + "\t" +
+       (otra.desde ? otra.desde->Iso() : "sin renglón"));
+  }
+  return dynamic_cast<DocumentWizard*>(pantalla.get());
 }
 
 void Estacion::Acusa(DocumentWizard& forma, int fila, const std::string& articulo, int cantidad) {
@@ -236,7 +243,7 @@ bool Estacion::Escogido(DocumentWizard*& forma) {
   if (suyos.rows.empty()) return false;
   const int cual = Al(0, static_cast<int>(suyos.rows.size()) - 1);
   forma =
-      Abre(tipo, static_cast<std::int32_t>(data::ToNumber(suyos.rows[static_cast<std::size_t>(cual)][0])));
+      Retoma(tipo, static_cast<std::int32_t>(data::ToNumber(suyos.rows[static_cast<std::size_t>(cual)][0])));
   return forma != nullptr;
 }
 

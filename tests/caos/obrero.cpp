@@ -4,6 +4,7 @@
 // What its screens acknowledge goes to standard output, each line at once. It ends after DOCUMENTOS (0: none
 // is the last) or, with the document at hand, at SIGTERM. With "ordenes" it does what standard input says:
 //   abre TIPO NUMERO [NANOSEGUNDOS]    opens a document, at that moment of the steady clock
+//   retoma TIPO NUMERO                 the same with the host's look before it: a dead holder is let go of
 //   nueva TIPO RENGLONES [DESTINO]     a new one with so many lines
 //   finaliza [NANOSEGUNDOS]            F5 and Yes
 //   libera TIPO NUMERO                 lets a document go, by right
@@ -54,12 +55,13 @@ int HazOrdenes(Estacion& estacion) {
     long long numero = 0;
     long long extra = 0;
     palabras >> orden;
-    if (orden == "abre" || orden == "nueva") {
+    if (orden == "abre" || orden == "retoma" || orden == "nueva") {
       palabras >> tipo >> numero >> extra;
       const host::Tipo cual = host::TipoDe(tipo);
       if (orden == "abre") EsperaHasta(extra);
-      toma(orden == "abre" ? estacion.Abre(cual, static_cast<std::int32_t>(numero))
-                           : estacion.Nueva(cual, static_cast<int>(numero), static_cast<int>(extra)));
+      toma(orden == "retoma" ? estacion.Retoma(cual, static_cast<std::int32_t>(numero))
+           : orden == "abre" ? estacion.Abre(cual, static_cast<std::int32_t>(numero))
+                             : estacion.Nueva(cual, static_cast<int>(numero), static_cast<int>(extra)));
     } else if (orden == "finaliza") {
       palabras >> extra;
       EsperaHasta(extra);
