@@ -300,7 +300,12 @@ bool DocumentList::eventFilter(QObject* watched, QEvent* event) {
       }
       break;
     case Qt::Key_F5:
-      if (plain) return take([this] { Refresh(); });
+      if (plain) {
+        return take([this] {
+          Refresh();
+          emit RefreshRequested();
+        });
+      }
       break;
     case Qt::Key_F7:
       if (plain && SelectedHalf()) {

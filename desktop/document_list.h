@@ -49,6 +49,7 @@ class DocumentList : public QWidget {
   void ReadRequested(int number);
   void DeleteRequested(int number);
   void CompleteRequested(int number);
+  void RefreshRequested();  // by hand: what stands beside the list is to be read too
   void SelectionChanged();
 
  protected:

@@ -9,7 +9,7 @@
 #include "data/number.h"
 #include "data/text.h"
 #include "desktop/list_cells.h"
-#include "host/retenciones.h"
+#include "host/documentos.h"
 
 namespace tarvik::desktop {
 namespace {
@@ -229,8 +229,8 @@ Listing DocumentListModel::Wanted(data::Dialect dialect, const QString& typed) c
   listing.columns = "d." + listing.key + ", " + kColumns;
   listing.joins =
       "LEFT JOIN tipominv c ON c.tipo_movim = d.tipo_doc LEFT JOIN ALMACEN a ON a.almacen = d.almacen "
-      "LEFT JOIN retenciones r ON r.tipo = '" +
-      kind + "' AND r.numero = d." + listing.key;
+      "LEFT JOIN tenencias r ON r.id = (SELECT MAX(t.id) FROM tenencias t WHERE t.tipo = '" +
+      kind + "' AND t.documento = d." + listing.key + ")";
   listing.sum = "importe";
   if (IsPending(kind_)) listing.fixed = "estado = 'PE'";
 
@@ -306,7 +306,8 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
   if (row == nullptr) return {};
   const Cells& cells = *row;
   const QString state = Text(cells[kState]);
-  const bool held = data::IsNonZero(cells[kHeld]);
+  // A screen may hold it whose save has cleared the flag already.
+  const bool held = data::IsNonZero(cells[kHeld]) || !cells[kHolder].IsNull();
   const int number = static_cast<int>(data::ToNumber(cells[kNumber]));
   const auto* half = index.column() == State || own ? Half(number) : nullptr;
   const bool in_part = half != nullptr && half->estado == "CO" && state == QLatin1String("CO");
@@ -359,7 +360,7 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
                                             : state;
     case Holder: {
       if (!held) return QString();
-      // A flag without a row: a screen of another program, or one that ended badly.
+      // A flag without a lease: a screen of another program, or one that ended badly.
       if (cells[kHolder].IsNull()) return Text(cells[kLastUser]);
       QStringList parts{Text(cells[kHolder]), Text(cells[kStation])};
       parts.removeAll(QString());

@@ -181,7 +181,9 @@ void DocumentView::ReadWhole(const State& document, bool posted) {
   const std::pair<int, bool> now{document.number, posted};
   if (looked_ == now) return;
   half_.reset();
-  if (const auto key = DocumentOf(wizard_)) half_ = ReadHalf(office().host.Conexion(), *key);
+  if (const auto held = host::DocumentoDe(wizard_)) {
+    half_ = ReadHalf(office().host.Conexion(), KeyOf(*held));
+  }
   looked_ = now;
 }
 

@@ -2,8 +2,6 @@
 
 #include <QTimer>
 
-#include "goods_in/frm_entradas_wizard.h"
-#include "goods_out/frm_salidas_wizard.h"
 #include "host/tenencia_viva.h"
 
 namespace tarvik::desktop {
@@ -21,23 +19,6 @@ bool Same(const host::CierreInterrumpido& one, const host::CierreInterrumpido& o
 }
 
 }  // namespace
-
-QString DocumentName(DocumentKey document, bool capital) {
-  const bool in = document.first == host::Tipo::Entrada;
-  return (capital ? (in ? QStringLiteral("La entrada %1") : QStringLiteral("La salida %1"))
-                  : (in ? QStringLiteral("la entrada %1") : QStringLiteral("la salida %1")))
-      .arg(document.second);
-}
-
-std::optional<DocumentKey> DocumentOf(const forms::Form& form) {
-  if (const auto* in = dynamic_cast<const frmEntradasWizard*>(&form); in && in->Entrada > 0) {
-    return DocumentKey{host::Tipo::Entrada, in->Entrada};
-  }
-  if (const auto* out = dynamic_cast<const frmSalidasWizard*>(&form); out && out->Salida > 0) {
-    return DocumentKey{host::Tipo::Salida, out->Salida};
-  }
-  return {};
-}
 
 int Moved(const host::DocumentoAMedias& half) {
   return half.renglones - static_cast<int>(half.faltan.size());

@@ -12,22 +12,18 @@
 #include <vector>
 
 #include "desktop/reader.h"
+#include "host/a_medias.h"
 #include "host/anfitrion.h"
+#include "host/cierres.h"
+#include "host/documentos.h"
 
 class QTimer;
-
-namespace tarvik::forms {
-class Form;
-}
 
 namespace tarvik::desktop {
 
 using DocumentKey = std::pair<host::Tipo, int>;
 
-// "la entrada 12"; with a capital, "La entrada 12".
-QString DocumentName(DocumentKey document, bool capital = false);
-// The document of a screen, its number known; nothing for another screen and a new document.
-std::optional<DocumentKey> DocumentOf(const forms::Form& form);
+inline DocumentKey KeyOf(const host::Retenido& document) { return {document.tipo, document.numero}; }
 // "Afectado a medias · 23 de 60", "Pendiente · 2 ya movidos".
 QString StateText(const host::DocumentoAMedias& half);
 // How many of its lines are whole.

@@ -28,6 +28,7 @@
 #include "desktop/notices.h"
 #include "desktop/qt_platform.h"
 #include "desktop/recovery.h"
+#include "desktop/requests.h"
 #include "desktop/screen_view.h"
 #include "desktop/stock_view.h"
 #include "desktop/theme.h"
@@ -91,6 +92,7 @@ MainWindow::MainWindow(Office& office, EntradasSalidas& door)
   auto* column = new QVBoxLayout;
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
+  MakeRequests(*column);
   tabs_ = new QTabBar(middle);
   tabs_->setAccessibleName(QStringLiteral("Pantallas abiertas"));
   tabs_->setDocumentMode(true);
@@ -162,6 +164,7 @@ void MainWindow::MakePages() {
     connect(list, &DocumentList::ReadRequested, this,
             [this, list](int number) { OpenDocument(*list, number, true); });
     list->Use(*half_);
+    connect(list, &DocumentList::RefreshRequested, half_.get(), &HalfPosted::LookAtAll);
     connect(list, &DocumentList::CompleteRequested, this, &MainWindow::CompleteDocument);
     connect(list, &DocumentList::DeleteRequested, this,
             [this, list](int number) { DeleteDocument(*list, number); });
@@ -186,7 +189,9 @@ void MainWindow::MakeRecovery() {
     if (stock_->isVisible()) stock_->Refresh();
     for (ScreenView* view : Open()) {
       auto* document = qobject_cast<DocumentView*>(view);
-      if (document && DocumentOf(view->Screen()) == DocumentKey{type, number}) document->LookAgain();
+      if (document && host::DocumentoDe(view->Screen()) == host::Retenido{type, number}) {
+        document->LookAgain();
+      }
     }
   });
   connect(recovery_, &Recovery::ShowRequested, this, [this](host::Tipo type) {
@@ -202,7 +207,7 @@ void MainWindow::MakeRecovery() {
 // The one in the screen on show, or the chosen one of the list.
 void MainWindow::CompleteDocument() {
   if (const auto* view = qobject_cast<ScreenView*>(stack_->currentWidget())) {
-    if (const auto document = DocumentOf(view->Screen())) recovery_->Complete(*document);
+    if (const auto document = host::DocumentoDe(view->Screen())) recovery_->Complete(KeyOf(*document));
   } else if (const auto* list = ListOnShow(); list && list->SelectedHalf()) {
     recovery_->Complete({TypeOf(list->Kind()), list->Selected()});
   }
@@ -282,6 +287,10 @@ void MainWindow::MakeMenus() {
   connect(release_, &QAction::triggered, this, [this] {
     if (auto* list = ListOnShow()) Release(*list, list->Selected());
   });
+  ask_ = Add(document, QStringLiteral("Pe&dir documento"), {QKeySequence(QStringLiteral("Ctrl+Shift+D"))});
+  connect(ask_, &QAction::triggered, this, [this] {
+    if (auto* list = ListOnShow()) AskFor(*list, list->Selected());
+  });
   document.addSeparator();
   close_screen_ = Add(document, QStringLiteral("Cerrar &pantalla"), {QKeySequence(QStringLiteral("Ctrl+W"))});
   connect(close_screen_, &QAction::triggered, this, [this] {
@@ -356,7 +365,7 @@ void MainWindow::MakeMenus() {
           this, &MainWindow::HelpRequested);
 
   auto* popup = new QMenu(this);
-  popup->addActions({new_, open_, read_, delete_, complete_, release_});
+  popup->addActions({new_, open_, read_, delete_, complete_, release_, ask_});
   popup->addSeparator();
   popup->addAction(refresh_);
   for (auto* list : lists_) list->SetMenu(popup);
@@ -498,7 +507,7 @@ void MainWindow::Adopt(ScreenView& view, bool modal) {
     });
     if (auto* document = qobject_cast<DocumentView*>(&view)) {
       connect(document, &DocumentView::CompleteRequested, this, [this, document] {
-        if (const auto key = DocumentOf(document->Screen())) recovery_->Complete(*key);
+        if (const auto held = host::DocumentoDe(document->Screen())) recovery_->Complete(KeyOf(*held));
       });
     }
     connect(&view, &ScreenView::Gone, this, [this, view = &view] { OnGone(view); });
@@ -573,8 +582,7 @@ void MainWindow::OnGone(ScreenView* view) {
   const Screen screen = *found;
   if (screen.window) office_.settings.setValue(WindowSetting(*view), view->saveGeometry());
   screens_.erase(screens_.begin() + (found - screens_.data()));
-  LetGo(screen);
-  if (const auto document = DocumentOf(view->Screen())) half_->LookAt(*document);
+  if (const auto document = host::DocumentoDe(view->Screen())) half_->LookAt(KeyOf(*document));
   RemoveTab(*view);
   view->hide();
   if (screen.before) screen.before->activateWindow();
@@ -593,38 +601,9 @@ void MainWindow::HoldFor(ScreenView* view) {
   Screen* screen = Find(view);
   if (screen == nullptr) return;
   const auto held = host::RetenidoPor(view->Screen());
-  if (!held || held == screen->held) return;
+  if (held == screen->held) return;
   screen->held = held;
-  screen->since = office_.host.Plataforma().Now();
-  // Who holds it is an aid to the others; the document itself is held by its flag.
-  try {
-    auto& context = office_.host.Ambiente();
-    host::Toma(office_.host.Conexion(), held->tipo, held->numero, context.Usuario(), context.Estacion(),
-               screen->since);
-  } catch (const std::exception& error) {
-    statusBar()->showMessage(QStringLiteral("No se pudo anotar quién tiene el documento: ") +
-                             QString::fromUtf8(error.what()));
-  }
   RefreshLists();
-}
-
-void MainWindow::LetGo(const Screen& screen) {
-  if (!screen.held) return;
-  const auto [type, number] = *screen.held;
-  try {
-    auto& connection = office_.host.Conexion();
-    const auto held = host::Lee(connection, type, number);
-    auto& context = office_.host.Ambiente();
-    // Freed and taken by somebody else meanwhile, the row is his.
-    const bool ours = held && held->usuario == context.Usuario() && held->estacion == context.Estacion() &&
-                      held->desde == screen.since;
-    if (ours) {
-      host::Suelta(connection, type, number);
-    }
-  } catch (const std::exception& error) {
-    statusBar()->showMessage(QStringLiteral("No se pudo anotar que el documento quedó libre: ") +
-                             QString::fromUtf8(error.what()));
-  }
 }
 
 void MainWindow::RefreshLists() {
@@ -662,19 +641,31 @@ void MainWindow::OpenTransfer() {
 
 void MainWindow::OpenDocument(DocumentList& list, int number, bool read_only) {
   if (number == 0) return;
+  if (!read_only) return OpenForChange({TypeOf(list.Kind()), number});
   SyncParent();
-  if (IsGoodsIn(list.Kind())) {
-    if (read_only) return door_.ConsultaEntrada(number);
-    return door_.ModificaEntrada(number);
-  }
-  if (read_only) return door_.ConsultaSalida(number);
-  door_.ModificaSalida(number);
+  if (IsGoodsIn(list.Kind())) return door_.ConsultaEntrada(number);
+  door_.ConsultaSalida(number);
+}
+
+void MainWindow::OpenForChange(const host::Retenido& document) {
+  SyncParent();
+  Try(QStringLiteral("No se pudo abrir el documento"),
+      [&] { office_.host.Abre(document.tipo, document.numero); });
 }
 
 void MainWindow::DeleteDocument(DocumentList& list, int number) {
-  if (number == 0 || !recovery_->MayDelete({TypeOf(list.Kind()), number})) return;
+  if (number == 0) return;
   SyncParent();
   auto& parent = office_.host.Parent();
+  bool goes_on = false;
+  Try(QStringLiteral("No se pudo eliminar el documento"), [&] {
+    const std::string warning = office_.host.AvisoDeEliminacion(TypeOf(list.Kind()), number);
+    goes_on =
+        warning.empty() || office_.host.Plataforma().ShowBox(
+                               forms::BoxKind::Question, warning + "\n\n¿Desea eliminarla de todos modos?",
+                               forms::kBoxYesNo + forms::kBoxQuestion + forms::kBoxSecondDefault);
+  });
+  if (!goes_on) return;
   if (IsGoodsIn(list.Kind())) {
     door_.EliminaEntrada(number);
   } else {
@@ -690,30 +681,69 @@ void MainWindow::DeleteDocument(DocumentList& list, int number) {
   SyncParent();
 }
 
+bool MainWindow::RaiseOwn(const host::Retenido& document) {
+  for (const Screen& screen : screens_) {
+    if (host::RetenidoPor(screen.view->Screen()) != document) continue;
+    Raise(*screen.view);
+    return true;
+  }
+  return false;
+}
+
 void MainWindow::Release(DocumentList& list, int number) {
   if (number == 0) return;
-  const host::Tipo type = TypeOf(list.Kind());
-  for (const Screen& screen : screens_) {
-    if (screen.held != host::Retenido{type, number}) continue;
-    Raise(*screen.view);
-    return;
-  }
+  const host::Retenido document{TypeOf(list.Kind()), number};
+  if (RaiseOwn(document)) return;
   Try(QStringLiteral("No se pudo liberar el documento"), [&] {
-    auto& connection = office_.host.Conexion();
-    const auto held = host::Lee(connection, type, number);
-    const std::string who =
-        held ? " Lo tiene " + held->usuario + " en la estación " + held->estacion + "." : "";
-    const std::string text =
-        "¿Desea liberar el documento " + std::to_string(number) + "?" + who +
-        " Hágalo sólo si esa pantalla ya no está abierta: dos personas podrían cambiarlo a la vez.";
+    std::string who;
+    for (const host::Tenencia& holder : host::LeeTenencias(office_.host.Conexion(), document)) {
+      who += " La tiene " + holder.usuario +
+             (holder.estacion.empty() ? "" : " en la estación " + holder.estacion) +
+             (holder.viva ? "; su programa sigue abierto." : "; su programa ya no está abierto.");
+    }
+    const std::string text = "¿Desea liberar " + host::LaDe(document) + "?" + who +
+                             " Quien la tenga en pantalla ya no podrá modificarla.";
     if (!office_.host.Plataforma().ShowBox(
             forms::BoxKind::Question, text,
             forms::kBoxYesNo + forms::kBoxQuestion + forms::kBoxSecondDefault)) {
       return;
     }
-    host::Libera(connection, type, number, office_.host.Ambiente().Usuario());
+    const auto motive = ask_text(QStringLiteral("Liberar documento"), QStringLiteral("Motivo"));
+    if (motive) office_.host.Libera(document.tipo, document.numero, motive->toStdString());
   });
   list.Refresh(number);
+}
+
+void MainWindow::AskFor(DocumentList& list, int number) {
+  if (number == 0) return;
+  const host::Retenido document{TypeOf(list.Kind()), number};
+  if (RaiseOwn(document)) return;
+  const auto message =
+      ask_text(QStringLiteral("Pedir documento"), QStringLiteral("Mensaje para quien lo tiene"));
+  if (!message) return;
+  Try(QStringLiteral("No se pudo pedir el documento"), [&] {
+    requests_->Ask(document, *message);
+    statusBar()->showMessage(QStringLiteral("Se pidió %1").arg(Own(host::LaDe(document))));
+  });
+}
+
+// What others ask of this program, above the screens; and what comes of asking.
+void MainWindow::MakeRequests(QBoxLayout& column) {
+  requests_ = new Requests(office_.host, this);
+  column.addWidget(requests_);
+  connect(requests_, &Requests::Granted, this,
+          [this](const host::Retenido& document) { OpenForChange(document); });
+  connect(requests_, &Requests::Refused, this, [this](const QString& text) {
+    office_.host.Plataforma().ShowBox(forms::BoxKind::Message, text.toStdString(), forms::kBoxInformation);
+  });
+  connect(requests_, &Requests::Failed, this, [this](const QString& reason) {
+    office_.host.Plataforma().ShowBox(forms::BoxKind::Error, reason.toStdString(), forms::kBoxStop);
+  });
+  ask_text = [this](const QString& title, const QString& label) -> std::optional<QString> {
+    bool accepted = false;
+    const QString text = QInputDialog::getText(this, title, label, QLineEdit::Normal, {}, &accepted);
+    return accepted ? std::optional(text) : std::nullopt;
+  };
 }
 
 void MainWindow::Try(const QString& what, const std::function<void()>& act) {
@@ -786,10 +816,10 @@ void MainWindow::UpdateActions() {
   const bool chosen = on_list && list->Selected() != 0;
   new_->setEnabled(on_list);
   for (auto* action : {open_, read_, delete_}) action->setEnabled(chosen);
-  release_->setEnabled(chosen && list->SelectedHeld());
+  for (auto* action : {release_, ask_}) action->setEnabled(chosen && list->SelectedHeld());
   const auto* screen = on_pages ? nullptr : qobject_cast<ScreenView*>(stack_->currentWidget());
-  const auto document = screen ? DocumentOf(screen->Screen()) : std::nullopt;
-  const auto* half = document ? half_->Of(*document) : nullptr;
+  const auto document = screen ? host::DocumentoDe(screen->Screen()) : std::nullopt;
+  const auto* half = document ? half_->Of(KeyOf(*document)) : nullptr;
   complete_->setEnabled((chosen && list->SelectedHalf()) || (half != nullptr && half->estado == "CO"));
   find_->setEnabled(on_pages);
   refresh_->setEnabled(on_pages);

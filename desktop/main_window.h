@@ -17,10 +17,11 @@
 #include "desktop/office.h"
 #include "desktop/rail.h"
 #include "desktop/reader.h"
-#include "host/retenciones.h"
+#include "host/documentos.h"
 
 class QAction;
 class QActionGroup;
+class QBoxLayout;
 class QLabel;
 class QStackedWidget;
 class QTabBar;
@@ -35,6 +36,7 @@ class DocumentList;
 class HalfPosted;
 class NoticeStrip;
 class Recovery;
+class Requests;
 class ScreenView;
 class StockView;
 
@@ -45,6 +47,9 @@ class MainWindow : public QMainWindow {
   // `office` and `door` outlive the window. The window sets office.host.Parent().al_llamar.
   MainWindow(Office& office, EntradasSalidas& door);
   ~MainWindow() override;
+
+  // Asks the operator for a line of text; nothing if he thinks better of it. A dialog, until set otherwise.
+  std::function<std::optional<QString>(const QString& title, const QString& label)> ask_text;
 
   // Shows a screen's view: as a tab, or as a window of its own if the operator chose so; a modal one
   // always as a window before which the others wait. The view belongs to this window from here on:
@@ -66,6 +71,7 @@ class MainWindow : public QMainWindow {
   // The cards above the lists, and which documents were posted in part.
   [[nodiscard]] NoticeStrip& Notices() const { return *notices_; }
   [[nodiscard]] HalfPosted& Half() const { return *half_; }
+  [[nodiscard]] Requests& Asked() const { return *requests_; }
   // The open screens, tabs first.
   [[nodiscard]] std::vector<ScreenView*> Open() const;
 
@@ -85,7 +91,6 @@ class MainWindow : public QMainWindow {
     ScreenView* view;
     bool window;
     std::optional<host::Retenido> held;
-    data::DateTime since = {};
     QPointer<QWidget> before = {};  // the window that a modal one came up over
   };
 
@@ -105,9 +110,8 @@ class MainWindow : public QMainWindow {
   void CloseOrLeave(ScreenView& view);
   void RemoveTab(ScreenView& view);
   void OnGone(ScreenView* view);
-  // Notes who holds the screen's document, and that it was let go.
+  // Which document the screen holds by now: the lists show it.
   void HoldFor(ScreenView* view);
-  void LetGo(const Screen& screen);
   Screen* Find(const ScreenView* view);
   [[nodiscard]] QString WindowSetting(const ScreenView& view) const;
 
@@ -119,6 +123,11 @@ class MainWindow : public QMainWindow {
   void DeleteDocument(DocumentList& list, int number);
   void Release(DocumentList& list, int number);
   void CompleteDocument();
+  void AskFor(DocumentList& list, int number);
+  void MakeRequests(QBoxLayout& column);
+  void OpenForChange(const host::Retenido& document);
+  // The own screen on the document comes to the front; false if there is none.
+  bool RaiseOwn(const host::Retenido& document);
   void SyncParent();
   void OnParentCall(std::string_view name, const std::vector<data::Value>& arguments);
   void RefreshLists();
@@ -141,6 +150,7 @@ class MainWindow : public QMainWindow {
   StockView* stock_ = nullptr;
   NoticeStrip* notices_ = nullptr;
   Recovery* recovery_ = nullptr;
+  Requests* requests_ = nullptr;
   std::vector<Screen> screens_;
   std::array<RailItem*, 5> rail_pages_{};
   Reader::TaskRef count_task_;
@@ -154,6 +164,7 @@ class MainWindow : public QMainWindow {
   QAction* delete_ = nullptr;
   QAction* release_ = nullptr;
   QAction* complete_ = nullptr;
+  QAction* ask_ = nullptr;
   QAction* refresh_ = nullptr;
   QAction* find_ = nullptr;
   QAction* close_screen_ = nullptr;

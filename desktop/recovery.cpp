@@ -39,6 +39,11 @@ QString StepName(const std::string& step) {
 
 DocumentKey KeyOf(const host::CierreInterrumpido& broken) { return {broken.tipo, broken.documento}; }
 
+// "la entrada 12"; with a capital where it begins a sentence.
+QString DocumentName(DocumentKey document, bool capital = false) {
+  return QString::fromStdString(host::LaDe({document.first, document.second}, capital));
+}
+
 }  // namespace
 
 Recovery::Recovery(Office& office, HalfPosted& half, NoticeStrip& notices, QObject* parent)
@@ -199,21 +204,6 @@ void Recovery::Forget(DocumentKey document) {
       tr("El documento está completo y guardado."),
       [&] { host::OlvidaCierre(office_.host.Conexion(), document.first, document.second); });
   half_.LookAt(document);
-}
-
-bool Recovery::MayDelete(DocumentKey document) {
-  int moved = 0;
-  try {
-    moved = host::Movimientos(office_.host.Conexion(), document.first, document.second);
-  } catch (const std::exception&) {
-    return true;  // the deletion itself will say what the base says
-  }
-  if (moved == 0) return true;
-  const QString movements = Count(moved, tr("movimiento"), tr("movimientos"));
-  return Ask(tr("%1 tiene %2 de existencias. Eliminarla no los deshace: quedan en el inventario sin su "
-                "documento.\n\n¿Desea seguir?")
-                 .arg(DocumentName(document, true), movements),
-             false);
 }
 
 void Recovery::Tell(const QString& text) {

@@ -24,8 +24,6 @@ class Recovery : public QObject {
   // Posts what is missing of a document, after asking; then offers what did not run behind it.
   void Complete(DocumentKey document);
   void CompleteAll();
-  // Whether a deletion may go on: a document whose lines have moved leaves those movements behind.
-  bool MayDelete(DocumentKey document);
 
  signals:
   void Completed(tarvik::host::Tipo type, int number);  // lists and screens show another state

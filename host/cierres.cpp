@@ -156,12 +156,9 @@ std::shared_ptr<forms::Form> EnConsulta(Anfitrion& host, Tipo tipo, std::int32_t
   }
   for (const auto& screen : host.Plataforma().Screens()) {
     if (std::find(before.begin(), before.end(), screen) != before.end()) continue;
-    const auto* in = dynamic_cast<const frmEntradasWizard*>(screen.get());
-    const auto* out = dynamic_cast<const frmSalidasWizard*>(screen.get());
-    if (in != nullptr ? in->Entrada == documento : out != nullptr && out->Salida == documento) return screen;
+    if (DocumentoDe(*screen) == Retenido{tipo, documento}) return screen;
   }
-  throw data::Error("No se pudo abrir " + std::string(tipo == Tipo::Entrada ? "la entrada " : "la salida ") +
-                    std::to_string(documento) + " para terminar su cierre");
+  throw data::Error("No se pudo abrir " + LaDe({tipo, documento}) + " para terminar su cierre");
 }
 
 void Corre(Anfitrion& host, forms::Form& screen, Tipo tipo, std::int32_t documento, const std::string& step) {
@@ -185,8 +182,8 @@ void TerminaCierre(Anfitrion& host, Tipo tipo, std::int32_t documento) {
   });
   if (broken == all.end()) return;
   if (LeeAMedias(connection, tipo, documento)) {
-    throw data::Error("El documento " + std::to_string(documento) +
-                      " está afectado a medias: complételo antes de terminar su cierre");
+    throw data::Error(LaDe({tipo, documento}, true) +
+                      " está afectada a medias: complétela antes de terminar su cierre");
   }
   const auto screen = EnConsulta(host, tipo, documento);
   std::optional<data::Error> failed;

@@ -21,7 +21,6 @@
 #include "desktop/document_list.h"
 #include "desktop/hooks_window.h"
 #include "desktop/printing.h"
-#include "host/retenciones.h"
 #include "python/ganchos.h"
 #include "tests/desktop/escritorio.h"
 
@@ -434,7 +433,7 @@ TEST_F(DiaDificil, ClosingTheProgramsWindowWithAnEditOpenKeepsWhatWasStored) {
   EXPECT_EQ(One("SELECT cantidad FROM entpart"), "3");
   EXPECT_EQ(One("SELECT estado FROM entradas"), "PE");
   EXPECT_EQ(One("SELECT ocupado FROM entradas"), "0");
-  EXPECT_EQ(One("SELECT COUNT(*) FROM retenciones"), "0");
+  EXPECT_EQ(One("SELECT COUNT(*) FROM tenencias"), "0");
   EXPECT_TRUE(boxes.empty()) << AllSaid();
 }
 
@@ -508,10 +507,10 @@ TEST_F(DiaDificil, AnotherHandReadsTheDocumentAndChangesItOnlyWhenItIsFree) {
   EXPECT_EQ(boxes.size(), 1u) << AllSaid();
   EXPECT_TRUE(program->Platform().Screens().empty());
   // The message goes by who made the document; who has it now stands beside it, for the list.
-  const auto holder = host::Lee(program->Host().Conexion(), host::Tipo::Entrada, number);
-  ASSERT_TRUE(holder);
-  EXPECT_EQ(holder->usuario, "BETO");
-  EXPECT_EQ(holder->estacion, "E2");
+  const auto held = program->Host().Tenencias();
+  ASSERT_EQ(held.size(), 1u);
+  EXPECT_EQ(held[0].usuario, "BETO");
+  EXPECT_EQ(held[0].estacion, "E2");
 }
 
 // ---- the base's file ----

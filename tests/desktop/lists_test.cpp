@@ -8,7 +8,6 @@
 #include "desktop/document_list.h"
 #include "desktop/list_cells.h"
 #include "desktop/stock_view.h"
-#include "host/retenciones.h"
 #include "tests/desktop/oficina.h"
 
 namespace tarvik::desktop {
@@ -97,20 +96,23 @@ TEST_F(ListasDePrueba, NewestFirstWithWhatAnOperatorReads) {
   EXPECT_EQ(modelo->TotalText().toStdString(), "1,244.50");
 }
 
-TEST_F(ListasDePrueba, TheHolderShowsOnlyWhileTheFlagIsSet) {
+TEST_F(ListasDePrueba, TheHolderIsWhoHasALeaseAndElseWhoseFlagItIs) {
   Entrada(1, "PE");
   Entrada(2, "PE");
   Entrada(3, "PE");
   Sql("UPDATE entradas SET ocupado = 1 WHERE entrada < 3");
-  host::Toma(anfitrion->Conexion(), host::Tipo::Entrada, 1, "ANA", "E1", {{2026, 11, 21}, {12, 31, 0}});
-  host::Toma(anfitrion->Conexion(), host::Tipo::Entrada, 3, "ANA", "E1", {{2026, 11, 21}, {12, 31, 0}});
+  Sql("INSERT INTO tenencias (tipo, documento, usuario, estacion, desde, vida) VALUES ('Entrada', 1, 'ANA', "
+      "'E1', '2026-11-21 12:31:00', 1)");
+  Sql("INSERT INTO tenencias (tipo, documento, usuario, estacion, desde, vida) VALUES ('Entrada', 1, 'EVA', "
+      "'E9', '2026-11-21 12:40:00', 2)");
   Abre();
   const auto holder = [&](int row) {
     return modelo->index(row, DocumentListModel::Holder).data().toString();
   };
   EXPECT_EQ(holder(0), QString());
   EXPECT_EQ(holder(1), QStringLiteral("BETO")) << "the last to save, where nothing else is known";
-  EXPECT_EQ(holder(2), QStringLiteral("ANA · E1 · 21/11 12:31"));
+  EXPECT_EQ(holder(2), QStringLiteral("EVA · E9 · 21/11 12:40")) << "of two the later; one row all the same";
+  EXPECT_EQ(modelo->rowCount(), 3);
   EXPECT_TRUE(modelo->index(2, 0).data(DocumentListModel::HeldRole).toBool());
   EXPECT_FALSE(modelo->index(0, 0).data(DocumentListModel::HeldRole).toBool());
 }

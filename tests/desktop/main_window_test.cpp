@@ -197,26 +197,24 @@ TEST_F(VentanaDePrueba, AModalScreenStandsBeforeTheOthers) {
   EXPECT_TRUE(ventana->Open().empty());
 }
 
-TEST_F(VentanaDePrueba, WhoHoldsADocumentIsNotedAndLetGo) {
+TEST_F(VentanaDePrueba, WhoHoldsADocumentIsShownAndOneThatIsReadIsHeldByNobody) {
   Abre();
   ScreenView* view = Pantalla(2);
-  const auto held = host::Lee(anfitrion->Conexion(), host::Tipo::Entrada, 2);
-  ASSERT_TRUE(held);
-  EXPECT_EQ(held->usuario, "ANA");
-  EXPECT_EQ(held->estacion, "E1");
-  EXPECT_EQ(held->desde.Iso(), "2026-11-21 12:31:00");
+  QCoreApplication::processEvents();
+  ASSERT_TRUE(Rests(Lista().Model()));
+  ASSERT_TRUE(Lista().Select(2));
+  EXPECT_TRUE(Lista().SelectedHeld());
   view->Screen().Unload();
-  EXPECT_FALSE(host::Lee(anfitrion->Conexion(), host::Tipo::Entrada, 2));
-
   Pantalla(1, true);
-  EXPECT_EQ(Dato("SELECT COUNT(*) FROM retenciones"), data::Value(0)) << "who only reads holds nothing";
+  EXPECT_EQ(Dato("SELECT COUNT(*) FROM tenencias"), data::Value(0)) << "who only reads holds nothing";
   Pantalla(0);
-  EXPECT_EQ(Dato("SELECT COUNT(*) FROM retenciones"), data::Value(0)) << "a new document has no row yet";
+  EXPECT_EQ(Dato("SELECT COUNT(*) FROM tenencias"), data::Value(0)) << "a new document has no row yet";
 }
 
-TEST_F(VentanaDePrueba, ADocumentLeftBehindIsFreedAfterAQuestion) {
+TEST_F(VentanaDePrueba, ADocumentLeftBehindIsFreedAfterAQuestionAndWithAMotive) {
   Sql("UPDATE entradas SET ocupado = 1 WHERE entrada = 3");
-  host::Toma(anfitrion->Conexion(), host::Tipo::Entrada, 3, "BETO", "E2", {{2026, 11, 20}, {9, 0, 0}});
+  Sql("INSERT INTO tenencias (tipo, documento, usuario, estacion, desde, vida) VALUES ('Entrada', 3, 'BETO', "
+      "'E2', '2026-11-20 09:00:00', 99)");
   Abre();
   ASSERT_TRUE(Lista().Select(2));
   auto* release = Accion(QStringLiteral("Liberar documento"));
@@ -225,14 +223,39 @@ TEST_F(VentanaDePrueba, ADocumentLeftBehindIsFreedAfterAQuestion) {
   ASSERT_TRUE(release->isEnabled());
   release->trigger();
   ASSERT_EQ(cajas.size(), 1u);
-  EXPECT_NE(cajas[0].find("BETO"), std::string::npos);
+  EXPECT_NE(cajas[0].find("La tiene BETO en la estación E2; su programa ya no está abierto."),
+            std::string::npos)
+      << cajas[0];
   EXPECT_EQ(Dato("SELECT ocupado FROM entradas WHERE entrada = 3"), data::Value(1));
   respuesta = true;
+  ventana->ask_text = [](const QString&, const QString&) { return std::nullopt; };
+  release->trigger();
+  EXPECT_EQ(Dato("SELECT ocupado FROM entradas WHERE entrada = 3"), data::Value(1)) << "thought better of it";
+  ventana->ask_text = [](const QString&, const QString&) { return QStringLiteral("se fue"); };
   release->trigger();
   EXPECT_EQ(Dato("SELECT ocupado FROM entradas WHERE entrada = 3"), data::Value(0));
-  EXPECT_FALSE(host::Lee(anfitrion->Conexion(), host::Tipo::Entrada, 3));
+  EXPECT_EQ(Dato("SELECT COUNT(*) FROM tenencias"), data::Value(0));
+  EXPECT_NE(anfitrion->Bitacora().at(0).texto.find("se fue"), std::string::npos);
   ASSERT_TRUE(Rests(Lista().Model()));
   EXPECT_FALSE(release->isEnabled());
+}
+
+TEST_F(VentanaDePrueba, BeforeADeletionTheWindowSaysWhatWouldStayBehind) {
+  Sql("INSERT INTO entpart (id_entrada, entrada, articulo, cantidad) VALUES (31, 2, 'MAR-16', 3)");
+  Sql("INSERT INTO movsinv (operacion, ent_sal, articulo, cantidad, almacen, id_entrada) VALUES ('EN', 'E', "
+      "'MAR-16', "
+      "3, 1, 31)");
+  Abre();
+  ASSERT_TRUE(Lista().Select(2));
+  Accion(QStringLiteral("Eliminar"))->trigger();
+  ASSERT_EQ(cajas.size(), 1u) << "declined: the class is not asked";
+  EXPECT_NE(cajas[0].find("1 movimiento en el inventario"), std::string::npos) << cajas[0];
+  EXPECT_EQ(Dato("SELECT COUNT(*) FROM entradas WHERE entrada = 2"), data::Value(1));
+  respuesta = true;
+  Accion(QStringLiteral("Eliminar"))->trigger();
+  EXPECT_EQ(cajas.size(), 3u) << "the class asks as it always does";
+  EXPECT_EQ(Dato("SELECT COUNT(*) FROM entradas WHERE entrada = 2"), data::Value(0));
+  EXPECT_EQ(anfitrion->Bitacora().at(0).acto, "elimina");
 }
 
 TEST_F(VentanaDePrueba, WhoMayNotFreeIsToldSoAndNothingChanges) {
@@ -241,6 +264,7 @@ TEST_F(VentanaDePrueba, WhoMayNotFreeIsToldSoAndNothingChanges) {
   Abre();
   ASSERT_TRUE(Lista().Select(3));
   respuesta = true;
+  ventana->ask_text = [](const QString&, const QString&) { return QString(); };
   Accion(QStringLiteral("Liberar documento"))->trigger();
   ASSERT_EQ(cajas.size(), 2u);
   EXPECT_NE(cajas[1].find("no tiene permiso"), std::string::npos);

@@ -1,0 +1,115 @@
+#include "desktop/requests.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <utility>
+
+#include "desktop/theme.h"
+
+namespace tarvik::desktop {
+namespace {
+
+constexpr int kLookEvery = 2000;  // milliseconds
+
+}  // namespace
+
+Requests::Requests(host::Anfitrion& host, QWidget* parent)
+    : QFrame(parent),
+      host_(host),
+      label_(new QLabel(this)),
+      give_(new QPushButton(tr("&Ceder"), this)),
+      keep_(new QPushButton(tr("N&o"), this)) {
+  setProperty("role", "band");
+  label_->setTextFormat(Qt::PlainText);
+  label_->setAccessibleName(tr("Petición de un documento"));
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(measure::kGrid, measure::kGrid / 2, measure::kGrid, measure::kGrid / 2);
+  row->addWidget(label_, 1);
+  for (auto* button : {give_, keep_}) {
+    button->setFocusPolicy(Qt::TabFocus);  // a click takes no field its hand
+    row->addWidget(button);
+  }
+  connect(give_, &QPushButton::clicked, this, [this] { Answer(true); });
+  connect(keep_, &QPushButton::clicked, this, [this] { Answer(false); });
+  hide();
+  auto* timer = new QTimer(this);
+  connect(timer, &QTimer::timeout, this, &Requests::LookIfWritten);
+  timer->start(kLookEvery);
+}
+
+void Requests::Ask(const host::Retenido& document, const QString& message) {
+  asked_by_us_.push_back(host_.Pide(document.tipo, document.numero, message.toStdString()));
+}
+
+QString Requests::Text() const { return isHidden() ? QString() : label_->text(); }
+
+void Requests::LookIfWritten() {
+  if (host_.Plataforma().Acting()) return;
+  try {
+    if (seen_ == host_.Conexion().Changes()) return;
+  } catch (const std::exception&) {
+    return;  // a base that is away asks for nothing
+  }
+  Look();
+}
+
+void Requests::Look() {
+  if (host_.Plataforma().Acting()) return;
+  try {
+    seen_ = host_.Conexion().Changes();
+    asked_of_us_ = host_.Peticiones();
+    Show();
+    LookAtOwn();
+  } catch (const std::exception&) {
+    seen_.reset();  // the next turn tries again
+  }
+}
+
+void Requests::Show() {
+  if (asked_of_us_.empty()) return hide();
+  const host::Peticion& first = asked_of_us_.front();
+  QString text = tr("%1 (%2) pide %3")
+                     .arg(QString::fromStdString(first.usuario), QString::fromStdString(first.estacion),
+                          QString::fromStdString(host::LaDe(first.documento)));
+  if (!first.mensaje.empty()) text += QStringLiteral(": ") + QString::fromStdString(first.mensaje);
+  label_->setText(text);
+  show();
+}
+
+void Requests::LookAtOwn() {
+  std::vector<host::Peticion> waiting;
+  std::vector<host::Peticion> answered;
+  for (host::Peticion& request : std::exchange(asked_by_us_, {})) {
+    (request.Estado() == "pedida" ? waiting : answered).push_back(std::move(request));
+  }
+  asked_by_us_ = std::move(waiting);
+  for (const host::Peticion& request : answered) {
+    if (request.Estado() == "cedida") {
+      emit Granted(request.documento);
+      continue;
+    }
+    const QString reason = QString::fromStdString(request.Motivo());
+    emit Refused(tr("No se cedió %1%2")
+                     .arg(QString::fromStdString(host::LaDe(request.documento)),
+                          reason.isEmpty() ? QString() : QStringLiteral(": ") + reason));
+  }
+}
+
+void Requests::Answer(bool yes) {
+  if (asked_of_us_.empty()) return;
+  host::Peticion request = asked_of_us_.front();
+  try {
+    if (yes) {
+      request.Cede();
+    } else {
+      request.Niega();
+    }
+  } catch (const std::exception& error) {
+    emit Failed(QString::fromUtf8(error.what()));
+  }
+  Look();
+}
+
+}  // namespace tarvik::desktop
