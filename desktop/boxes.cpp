@@ -292,8 +292,8 @@ std::unique_ptr<QDialog> MakeUnhandled(QWidget* parent, const QString& text, boo
       noted ? QStringLiteral("La pantalla sigue abierta con sus datos, y el error quedó anotado.")
             : QStringLiteral("La pantalla sigue abierta con sus datos. El error no se pudo anotar en el "
                              "registro del programa."),
-      QStringLiteral("Repita la operación. Si se repite el error, copie este texto y avise a quien "
-                     "atiende el sistema."));
+      QStringLiteral("Revise en la pantalla qué quedó guardado antes de seguir. Si se repite el error, copie "
+                     "este texto y avise a quien atiende el sistema."));
 }
 
 bool ShowBox(QWidget* parent, forms::BoxKind kind, const QString& text, int style) {

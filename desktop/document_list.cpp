@@ -44,7 +44,8 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
       empty_text_(new QLabel(empty_)),
       count_(new QLabel(this)),
       total_(new QLabel(this)),
-      reason_(new QLabel(this)) {
+      reason_(new QLabel(this)),
+      keys_(new KeyCaps) {
   constexpr int kGap = 2 * measure::kGrid;
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -78,7 +79,7 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
 
   table_->setModel(model_);
   DressTable(*table_, office.theme, TitleOf(kind), DocumentListModel::Remarks);
-  SetWidths(*table_, {8, 11, 24, 30, 16, 13, 11, 20});
+  SetWidths(*table_, {8, 11, 24, 30, 16, 13, 24, 20});
   LoadWidths(*table_, office.settings, SettingName(kind));
   body->addWidget(table_, 1);
 
@@ -102,13 +103,7 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   at_right->setSpacing(2 * measure::kGrid);
   at_right->addWidget(count_);
   at_right->addWidget(total_);
-  auto* keys = new KeyCaps;
-  keys->Show({{tr("Intro"), tr("abrir")},
-              {tr("Ctrl+Intro"), tr("consultar")},
-              {tr("Insert"), IsGoodsIn(kind) ? tr("nueva entrada") : tr("nueva salida")},
-              {tr("Supr"), tr("eliminar")},
-              {tr("F5"), tr("actualizar")}});
-  QWidget* foot = KeyLine(*keys, sums);
+  QWidget* foot = KeyLine(*keys_, sums);
   column->addWidget(foot);
 
   filter_->installEventFilter(this);
@@ -125,6 +120,7 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   });
   connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           &DocumentList::SelectionChanged);
+  connect(this, &DocumentList::SelectionChanged, this, &DocumentList::ShowKeys);
   connect(table_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
     if (value > table_->verticalScrollBar()->maximum() - kNearEnd) model_->fetchMore({});
   });
@@ -141,6 +137,29 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   });
   setFocusProxy(filter_);
   ShowSums();
+  ShowKeys();
+}
+
+void DocumentList::Use(const HalfPosted& half) {
+  model_->Use(half);
+  connect(&half, &HalfPosted::Changed, this, [this] {
+    ShowKeys();
+    if (model_->Filter().toLower() == kHalfFilter) Refresh();
+  });
+}
+
+void DocumentList::ShowKeys() {
+  Keys keys{{tr("Intro"), tr("abrir")}, {tr("Ctrl+Intro"), tr("consultar")}};
+  if (SelectedHalf()) keys += {QStringLiteral("F7"), tr("completar")};
+  keys += {tr("Insert"), IsGoodsIn(Kind()) ? tr("nueva entrada") : tr("nueva salida")};
+  keys += {tr("Supr"), tr("eliminar")};
+  keys += {QStringLiteral("F5"), tr("actualizar")};
+  keys_->Show(keys);
+}
+
+bool DocumentList::SelectedHalf() const {
+  const QModelIndex current = table_->currentIndex();
+  return current.isValid() && current.data(DocumentListModel::HalfRole).toBool();
 }
 
 int DocumentList::SelectedRow() const { return table_->currentIndex().row(); }
@@ -281,7 +300,17 @@ bool DocumentList::eventFilter(QObject* watched, QEvent* event) {
       }
       break;
     case Qt::Key_F5:
-      if (plain) return take([this] { Refresh(); });
+      if (plain) {
+        return take([this] {
+          Refresh();
+          emit RefreshRequested();
+        });
+      }
+      break;
+    case Qt::Key_F7:
+      if (plain && SelectedHalf()) {
+        return take([this] { emit CompleteRequested(Selected()); });
+      }
       break;
     case Qt::Key_Escape:
       if (plain && !filter_->text().isEmpty()) {

@@ -14,6 +14,8 @@ class QTableView;
 
 namespace tarvik::desktop {
 
+class KeyCaps;
+
 class DocumentList : public QWidget {
   Q_OBJECT
 
@@ -33,6 +35,10 @@ class DocumentList : public QWidget {
   bool Select(int number);
   // Reads again and stays on the chosen document, or on `number` if given.
   void Refresh(int number = 0);
+  // Says which documents are not whole; outlives the list.
+  void Use(const HalfPosted& half);
+  // True if the chosen document was posted in part.
+  [[nodiscard]] bool SelectedHalf() const;
   // What a click with the right button shows; the window owns the actions.
   void SetMenu(QMenu* menu) { menu_ = menu; }
   void SaveColumns();
@@ -42,6 +48,8 @@ class DocumentList : public QWidget {
   void OpenRequested(int number);
   void ReadRequested(int number);
   void DeleteRequested(int number);
+  void CompleteRequested(int number);
+  void RefreshRequested();  // by hand: what stands beside the list is to be read too
   void SelectionChanged();
 
  protected:
@@ -52,6 +60,7 @@ class DocumentList : public QWidget {
   void Ask(void (DocumentList::*what)(int));
   void (DocumentList::*asked_)(int) = nullptr;  // waits for the rows that were asked for
   void ShowSums();
+  void ShowKeys();
   void OnRested();
 
   Office& office_;
@@ -63,6 +72,7 @@ class DocumentList : public QWidget {
   QLabel* count_;
   QLabel* total_;
   QLabel* reason_;
+  KeyCaps* keys_;
   QMenu* menu_ = nullptr;
   int wanted_ = 0;   // to be chosen when it has been read
   int offset_ = -1;  // rows between the first one seen and the chosen one

@@ -204,6 +204,18 @@ DocumentListModel::DocumentListModel(Reader& reader, ListKind kind, std::string 
                                      QObject* parent)
     : PagedModel(reader, parent), kind_(kind), amount_pattern_(std::move(amount_pattern)) {}
 
+void DocumentListModel::Use(const HalfPosted& half) {
+  half_ = &half;
+  connect(&half, &HalfPosted::Changed, this, [this] {
+    if (rowCount() > 0) emit dataChanged(index(0, State), index(rowCount() - 1, State));
+  });
+}
+
+const host::DocumentoAMedias* DocumentListModel::Half(int number) const {
+  if (half_ == nullptr) return nullptr;
+  return half_->Of({IsGoodsIn(kind_) ? host::Tipo::Entrada : host::Tipo::Salida, number});
+}
+
 void DocumentListModel::SetFilter(const QString& typed) { SetFilterText(typed.simplified()); }
 
 Listing DocumentListModel::Wanted(data::Dialect dialect, const QString& typed) const {
@@ -222,6 +234,14 @@ Listing DocumentListModel::Wanted(data::Dialect dialect, const QString& typed) c
   listing.sum = "importe";
   if (IsPending(kind_)) listing.fixed = "estado = 'PE'";
 
+  if (half_ != nullptr && typed.toLower() == kHalfFilter) {
+    const host::Tipo type = goods_in ? host::Tipo::Entrada : host::Tipo::Salida;
+    for (const auto& [of, number] : half_->ToComplete()) {
+      if (of == type) listing.stretches.insert(listing.stretches.begin(), {number, number});
+    }
+    if (listing.stretches.empty()) listing.stretches.emplace_back(1, 0);
+    return listing;
+  }
   const DocumentFilter filter = UnderstandFilter(typed);
   if (filter.number) listing.stretches = NumbersBeginningWith(*filter.number);
   if (filter.dates) {
@@ -280,18 +300,25 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
   const bool chip = role == CellDelegate::ChipRole && index.column() == State;
   if (role == CellDelegate::SoftRole) return index.column() == Holder;
   const bool text = role == Qt::DisplayRole || role == Qt::ToolTipRole || role == Qt::AccessibleTextRole;
-  if (!text && !chip && role != NumberRole && role != StateRole && role != HeldRole) return {};
+  const bool own = role == NumberRole || role == StateRole || role == HeldRole || role == HalfRole;
+  if (!text && !chip && !own) return {};
   const Cells* row = Row(index.row());
   if (row == nullptr) return {};
   const Cells& cells = *row;
   const QString state = Text(cells[kState]);
   // A screen may hold it whose save has cleared the flag already.
   const bool held = data::IsNonZero(cells[kHeld]) || !cells[kHolder].IsNull();
+  const int number = static_cast<int>(data::ToNumber(cells[kNumber]));
+  const auto* half = index.column() == State || own ? Half(number) : nullptr;
+  const bool in_part = half != nullptr && half->estado == "CO" && state == QLatin1String("CO");
   switch (role) {
     case NumberRole:
-      return static_cast<int>(data::ToNumber(cells[kNumber]));
+      return number;
+    case HalfRole:
+      return in_part;
     case StateRole:
     case CellDelegate::ChipRole:
+      if (in_part) return QStringLiteral("medias");
       return state == QLatin1String("PE")   ? QStringLiteral("pendiente")
              : state == QLatin1String("CO") ? QStringLiteral("afectado")
                                             : QString();
@@ -327,6 +354,7 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
                  ? QString()
                  : QString::fromStdString(data::FormatNumber(data::ToNumber(cells[kTotal]), amount_pattern_));
     case State:
+      if (half != nullptr && Text(half->estado) == state) return StateText(*half);
       return state == QLatin1String("PE")   ? QStringLiteral("Pendiente")
              : state == QLatin1String("CO") ? QStringLiteral("Afectado")
                                             : state;

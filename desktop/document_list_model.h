@@ -6,6 +6,7 @@
 #include <optional>
 #include <string_view>
 
+#include "desktop/half_posted.h"
 #include "desktop/paged_model.h"
 
 namespace tarvik::desktop {
@@ -20,6 +21,9 @@ constexpr bool IsGoodsIn(ListKind kind) {
 constexpr bool IsPending(ListKind kind) {
   return kind == ListKind::EntradasPendientes || kind == ListKind::SalidasPendientes;
 }
+
+// Typed into the field it shows the documents that were posted in part.
+inline const QString kHalfFilter = QStringLiteral("a medias");
 
 // What was typed into the one field, understood. Digits alone are the beginning of a number;
 // "21/11/2026", "11/2026", "21/11", "2026-11-21", "2026-11" a date; anything else words, each of
@@ -45,12 +49,15 @@ class DocumentListModel : public PagedModel {
 
  public:
   enum Column { Number, IssueDate, Concept, Remarks, Warehouse, Amount, State, Holder, ColumnCount };
-  // StateRole: "pendiente", "afectado" or "lectura"; HeldRole: true while a screen holds it.
-  enum DataRole { NumberRole = Qt::UserRole, StateRole, HeldRole };
+  // StateRole: "pendiente", "afectado" or "medias"; HeldRole: true while a screen holds it; HalfRole: true
+  // for one that was posted in part.
+  enum DataRole { NumberRole = Qt::UserRole, StateRole, HeldRole, HalfRole };
 
   DocumentListModel(Reader& reader, ListKind kind, std::string amount_pattern, QObject* parent = nullptr);
 
   [[nodiscard]] ListKind Kind() const { return kind_; }
+  // Says which documents are not whole; outlives the model.
+  void Use(const HalfPosted& half);
   void SetFilter(const QString& typed);
   [[nodiscard]] QString Filter() const { return FilterText(); }
   [[nodiscard]] int NumberAt(int row) const;  // 0 for no row
@@ -66,8 +73,11 @@ class DocumentListModel : public PagedModel {
   Listing Wanted(data::Dialect dialect, const QString& filter) const override;
 
  private:
+  [[nodiscard]] const host::DocumentoAMedias* Half(int number) const;
+
   ListKind kind_;
   std::string amount_pattern_;
+  const HalfPosted* half_ = nullptr;
 };
 
 }  // namespace tarvik::desktop

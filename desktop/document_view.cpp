@@ -1,6 +1,7 @@
 #include "desktop/document_view.h"
 
 #include <QBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -130,6 +131,7 @@ QWidget* DocumentView::KeyLine() {
   progress_->setTextVisible(false);
   progress_->setAccessibleName(tr("Avance"));
   progress_left_ = Soft();
+  bar->addWidget(new LineWord(busy));
   bar->addWidget(progress_text_);
   bar->addWidget(progress_, 1);
   bar->addWidget(progress_left_);
@@ -140,7 +142,11 @@ QWidget* DocumentView::KeyLine() {
 Keys DocumentView::KeysNow() const {
   Keys keys;
   const forms::Control* active = Screen().ActiveControl();
-  if (!wizard_.txtFields(0).Enabled()) return {{QStringLiteral("F1"), tr("ayuda")}};  // only read
+  if (!wizard_.txtFields(0).Enabled()) {  // only read
+    if (InPart()) keys += {QStringLiteral("F7"), tr("completar")};
+    keys += {QStringLiteral("F1"), tr("ayuda")};
+    return keys;
+  }
   if (active == &wizard_.fg2) {
     keys = {
         {tr("Intro"), tr("corregir")}, {tr("Supr"), tr("quitar, en Artículo")}, {tr("Alt+↓"), tr("captura")}};
@@ -164,6 +170,37 @@ void DocumentView::ShowKeys() {
   if (keys_) keys_->Show(KeysNow());
 }
 
+bool DocumentView::InPart() const { return half_ && half_->estado == "CO"; }
+
+void DocumentView::LookAgain() {
+  looked_.reset();
+  Refresh();
+}
+
+void DocumentView::ReadWhole(const State& document, bool posted) {
+  const std::pair<int, bool> now{document.number, posted};
+  if (looked_ == now) return;
+  half_.reset();
+  if (const auto held = host::DocumentoDe(wizard_)) {
+    half_ = ReadHalf(office().host.Conexion(), KeyOf(*held));
+  }
+  looked_ = now;
+}
+
+bool DocumentView::Completes(QEvent& event) {
+  if (event.type() != QEvent::KeyPress || !InPart() || wizard_.txtFields(0).Enabled()) return false;
+  const auto& key = static_cast<QKeyEvent&>(event);
+  if (key.key() != Qt::Key_F7 || key.isAutoRepeat() || key.modifiers() != Qt::NoModifier) return false;
+  emit CompleteRequested();
+  return true;
+}
+
+bool DocumentView::eventFilter(QObject* watched, QEvent* event) {
+  return Completes(*event) || ScreenView::eventFilter(watched, event);
+}
+
+bool DocumentView::event(QEvent* event) { return Completes(*event) || ScreenView::event(event); }
+
 void DocumentView::ShowState() {
   if (!chip_) return;
   const State document = Document();
@@ -180,6 +217,8 @@ void DocumentView::ShowState() {
         const bool posted = data::ToText(rows.rows[0][0]) == "CO";
         state = posted ? QStringLiteral("afectado") : QStringLiteral("pendiente");
         text = posted ? tr("Afectado") : tr("Pendiente");
+        ReadWhole(document, posted);
+        if (half_) text = StateText(*half_);
         held = tr("%1 desde las %2")
                    .arg(QString::fromStdString(data::ToText(rows.rows[0][1])),
                         QString::fromStdString(data::ToText(rows.rows[0][2])).left(5));
@@ -196,9 +235,10 @@ void DocumentView::ShowState() {
   }
   const bool read_only = !wizard_.txtFields(0).Enabled();
   if (read_only) {
-    text = tr("Sólo lectura");
-    state = QStringLiteral("lectura");
-    held = tr("El documento se consulta; no se puede modificar aquí");
+    text = half_ ? StateText(*half_) : tr("Sólo lectura");
+    state = InPart() ? QStringLiteral("medias") : QStringLiteral("lectura");
+    held = InPart() ? tr("Faltan renglones por mover: F7 los completa")
+                    : tr("El documento se consulta; no se puede modificar aquí");
   }
   chip_->setText(text);
   SetProperty(*chip_, "state", state);

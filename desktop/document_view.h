@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 
+#include "desktop/half_posted.h"
 #include "desktop/screen_view.h"
 #include "wizard/document_wizard.h"
 
@@ -20,6 +21,11 @@ class DocumentView : public ScreenView {
   DocumentView(Office& office, DocumentWizard& wizard, QWidget* parent);
 
   [[nodiscard]] Keys KeysNow() const override;
+  // The document was completed, or changed by another hand: its state is read anew.
+  void LookAgain();
+
+ signals:
+  void CompleteRequested();
 
  protected:
   // What the document's row says now, for the chip: number 0 is a document that is not there yet.
@@ -45,9 +51,15 @@ class DocumentView : public ScreenView {
   void ControlChanged(forms::Control& control, forms::Aspect aspect) override;
   void FocusMoved(forms::Control* from, forms::Control* to) override;
   void CaptionChanged() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
   void ShowState();
+  // Whether it was posted in part, read once for each state of the document.
+  void ReadWhole(const State& document, bool posted);
+  [[nodiscard]] bool InPart() const;
+  bool Completes(QEvent& event);
   void ShowStored(const State& document);
   void ShowKeys();
   void ShowProgress(const QString& text);
@@ -68,6 +80,8 @@ class DocumentView : public ScreenView {
   QHash<const forms::Control*, QLabel*> reasons_;
   QSet<const forms::Control*> refused_;  // marked, until mended
   int messages_seen_ = 0;
+  std::optional<std::pair<int, bool>> looked_;  // number and whether posted, when it was last read
+  std::optional<host::DocumentoAMedias> half_;
 };
 
 }  // namespace tarvik::desktop

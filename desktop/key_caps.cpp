@@ -1,18 +1,49 @@
 #include "desktop/key_caps.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
-#include <QLabel>
 
 #include "desktop/theme.h"
 
 namespace tarvik::desktop {
 
-KeyCaps::KeyCaps(QWidget* parent) : QWidget(parent), row_(new QHBoxLayout(this)) {
+namespace {
+
+QString said;  // the word of now
+
+}  // namespace
+
+LineWord::LineWord(QWidget* parent) : QLabel(parent) {
+  setProperty("role", "chip");
+  setProperty("state", "pendiente");
+  setAccessibleName(tr("Aviso del programa"));
+  Say(said);
+}
+
+void LineWord::SayAll(const QString& words) {
+  said = words;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    for (auto* line : window->findChildren<LineWord*>()) line->Say(words);
+  }
+}
+
+// The line is laid out at once: in the middle of an act nobody else would.
+void LineWord::Say(const QString& words) {
+  setText(words);
+  setVisible(!words.isEmpty());
+  emit Changed();
+  QLayout* around = parentWidget() ? parentWidget()->layout() : nullptr;
+  if (around) around->activate();
+}
+
+KeyCaps::KeyCaps(QWidget* parent) : QWidget(parent), row_(new QHBoxLayout(this)), word_(new LineWord(this)) {
   row_->setContentsMargins(0, 0, 0, 0);
   row_->setSpacing(measure::kGrid);
   row_->setAlignment(Qt::AlignLeft);
   row_->setSizeConstraint(QLayout::SetNoConstraint);
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  row_->addWidget(word_, 0, Qt::AlignVCenter);
+  connect(word_, &LineWord::Changed, this, &KeyCaps::Fit);
 }
 
 void KeyCaps::Show(const Keys& keys) {
@@ -34,6 +65,7 @@ void KeyCaps::Show(const Keys& keys) {
 
 void KeyCaps::Fit() {
   int room = width();
+  if (!word_->isHidden()) room -= word_->sizeHint().width() + row_->spacing();
   bool fits = true;
   for (int item = 0; item < labels_.size(); item += 2) {
     if (item < used_) {

@@ -2,17 +2,34 @@
 // finds no room is left out, from the end; it never makes a window wider.
 #pragma once
 
+#include <QLabel>
 #include <QList>
 #include <QPair>
 #include <QString>
 #include <QWidget>
 
 class QHBoxLayout;
-class QLabel;
 
 namespace tarvik::desktop {
 
 using Keys = QList<QPair<QString, QString>>;  // key, what it does
+
+// What the operator is told in the line of keys while his act runs: that the base is waited for, how many
+// errors it met. It takes no room while there is nothing to say, and moves nothing but the line's own.
+class LineWord final : public QLabel {
+  Q_OBJECT
+
+ public:
+  explicit LineWord(QWidget* parent = nullptr);
+  // To all lines of all windows; an empty text takes the word away. What comes up later hears it too.
+  static void SayAll(const QString& words);
+
+ signals:
+  void Changed();
+
+ private:
+  void Say(const QString& words);
+};
 
 class KeyCaps final : public QWidget {
   Q_OBJECT
@@ -29,6 +46,7 @@ class KeyCaps final : public QWidget {
   void Fit();
 
   QHBoxLayout* row_;
+  LineWord* word_;  // in front of the keys
   QList<QLabel*> labels_;
   int used_ = 0;  // labels in use, two a key
 };

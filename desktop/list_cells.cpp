@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QSettings>
 #include <QTableView>
+#include <algorithm>
 
 #include "desktop/cell_text.h"
 #include "desktop/theme.h"
@@ -43,20 +44,28 @@ void CellDelegate::PaintChip(QPainter& painter, const QFont& cell, const QRect& 
   using Ink = tarvik::desktop::Role;
   const bool pending = state == QLatin1String("pendiente");
   const bool posted = state == QLatin1String("afectado");
+  const bool half = state == QLatin1String("medias");
   QFont font = cell;
   font.setPixelSize(measure::kCaption);
   font.setWeight(QFont::DemiBold);
   const QFontMetrics metrics(font);
-  QRect pill(area.left(), 0, metrics.horizontalAdvance(text) + 2 * kPadding, metrics.height() + kPadding / 2);
+  const QString fits = metrics.elidedText(text, Qt::ElideRight, std::max(0, area.width() - 2 * kPadding));
+  QRect pill(area.left(), 0, metrics.horizontalAdvance(fits) + 2 * kPadding, metrics.height() + kPadding / 2);
   pill.moveTop(area.center().y() - pill.height() / 2 + 1);
   painter.save();
   painter.setFont(font);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(theme_.Color(pending ? Ink::WarningTint : posted ? Ink::GoodTint : Ink::Quiet));
+  painter.setBrush(theme_.Color(half      ? Ink::RefusedTint
+                                : pending ? Ink::WarningTint
+                                : posted  ? Ink::GoodTint
+                                          : Ink::Quiet));
   painter.drawRoundedRect(pill, pill.height() / 2.0, pill.height() / 2.0);
-  painter.setPen(theme_.Color(pending ? Ink::Warning : posted ? Ink::Good : Ink::QuietInk));
-  DrawCellText(painter, pill.adjusted(kPadding, 0, 0, 0), text);
+  painter.setPen(theme_.Color(half      ? Ink::Refused
+                              : pending ? Ink::Warning
+                              : posted  ? Ink::Good
+                                        : Ink::QuietInk));
+  DrawCellText(painter, pill.adjusted(kPadding, 0, 0, 0), fits);
   painter.restore();
 }
 

@@ -24,7 +24,10 @@
 #include <limits>
 
 #include "desktop/document_list.h"
+#include "desktop/document_view.h"
+#include "desktop/notices.h"
 #include "desktop/qt_platform.h"
+#include "desktop/recovery.h"
 #include "desktop/requests.h"
 #include "desktop/screen_view.h"
 #include "desktop/stock_view.h"
@@ -77,6 +80,7 @@ host::Tipo TypeOf(ListKind kind) { return IsGoodsIn(kind) ? host::Tipo::Entrada 
 MainWindow::MainWindow(Office& office, EntradasSalidas& door)
     : office_(office),
       door_(door),
+      half_(std::make_unique<HalfPosted>(office.host)),
       reader_(std::make_unique<Reader>(office.host.Base(), office.host.Conexion().Kind())) {
   setWindowTitle(QStringLiteral("Movimientos de inventario"));
   auto* middle = new QWidget(this);
@@ -103,6 +107,7 @@ MainWindow::MainWindow(Office& office, EntradasSalidas& door)
   setCentralWidget(middle);
 
   MakePages();
+  MakeRecovery();
   MakeMenus();
   MakeRail();
   MakeStatus();
@@ -136,11 +141,19 @@ MainWindow::~MainWindow() {
   if (count_task_) count_task_->Drop();
   for (const Screen& screen : screens_) disconnect(screen.view, nullptr, this, nullptr);
   // The lists use the reader until they are gone.
+  delete recovery_;
   delete takeCentralWidget();
 }
 
 void MainWindow::MakePages() {
-  pages_ = new QStackedWidget(stack_);
+  auto* desk = new QWidget(stack_);
+  auto* column = new QVBoxLayout(desk);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  notices_ = new NoticeStrip(desk);
+  column->addWidget(notices_);
+  pages_ = new QStackedWidget(desk);
+  column->addWidget(pages_, 1);
   for (std::size_t i = 0; i < kKinds.size(); ++i) {
     auto* list = new DocumentList(office_, *reader_, kKinds[i], pages_);
     lists_[i] = list;
@@ -150,6 +163,9 @@ void MainWindow::MakePages() {
             [this, list](int number) { OpenDocument(*list, number, false); });
     connect(list, &DocumentList::ReadRequested, this,
             [this, list](int number) { OpenDocument(*list, number, true); });
+    list->Use(*half_);
+    connect(list, &DocumentList::RefreshRequested, half_.get(), &HalfPosted::LookAtAll);
+    connect(list, &DocumentList::CompleteRequested, this, &MainWindow::CompleteDocument);
     connect(list, &DocumentList::DeleteRequested, this,
             [this, list](int number) { DeleteDocument(*list, number); });
     connect(list, &DocumentList::SelectionChanged, this, [this, list] {
@@ -161,9 +177,40 @@ void MainWindow::MakePages() {
   }
   stock_ = new StockView(office_, *reader_, pages_);
   pages_->addWidget(stock_);
-  stack_->addWidget(pages_);
+  stack_->addWidget(desk);
   tabs_->addTab(QString());
   tabs_->setVisible(false);
+}
+
+void MainWindow::MakeRecovery() {
+  recovery_ = new Recovery(office_, *half_, *notices_, this);
+  connect(recovery_, &Recovery::Completed, this, [this](host::Tipo type, int number) {
+    RefreshLists();
+    if (stock_->isVisible()) stock_->Refresh();
+    for (ScreenView* view : Open()) {
+      auto* document = qobject_cast<DocumentView*>(view);
+      if (document && host::DocumentoDe(view->Screen()) == host::Retenido{type, number}) {
+        document->LookAgain();
+      }
+    }
+  });
+  connect(recovery_, &Recovery::ShowRequested, this, [this](host::Tipo type) {
+    const ListKind kind = type == host::Tipo::Entrada ? ListKind::Entradas : ListKind::Salidas;
+    ShowPage(NameOf(kind));
+    List(kind).FilterField().setText(kHalfFilter);
+    List(kind).Table().setFocus();
+  });
+  connect(half_.get(), &HalfPosted::Changed, this, &MainWindow::UpdateActions);
+  half_->LookAtAll();
+}
+
+// The one in the screen on show, or the chosen one of the list.
+void MainWindow::CompleteDocument() {
+  if (const auto* view = qobject_cast<ScreenView*>(stack_->currentWidget())) {
+    if (const auto document = host::DocumentoDe(view->Screen())) recovery_->Complete(KeyOf(*document));
+  } else if (const auto* list = ListOnShow(); list && list->SelectedHalf()) {
+    recovery_->Complete({TypeOf(list->Kind()), list->Selected()});
+  }
 }
 
 void MainWindow::MakeRail() {
@@ -234,6 +281,8 @@ void MainWindow::MakeMenus() {
                   [this](DocumentList& list) { OpenDocument(list, list.Selected(), true); });
   delete_ = of_list(QStringLiteral("E&liminar\tSupr"),
                     [this](DocumentList& list) { DeleteDocument(list, list.Selected()); });
+  complete_ = document.addAction(QStringLiteral("Co&mpletar\tF7"));
+  connect(complete_, &QAction::triggered, this, &MainWindow::CompleteDocument);
   release_ = Add(document, QStringLiteral("Li&berar documento"), {QKeySequence(QStringLiteral("Ctrl+L"))});
   connect(release_, &QAction::triggered, this, [this] {
     if (auto* list = ListOnShow()) Release(*list, list->Selected());
@@ -308,6 +357,7 @@ void MainWindow::MakeMenus() {
   connect(Add(view, QStringLiteral("Ga&nchos"), {QKeySequence(QStringLiteral("Ctrl+Shift+G"))}),
           &QAction::triggered, this, &MainWindow::HooksRequested);
 
+  views_ = &view;
   tools_ = menuBar()->addMenu(QStringLiteral("&Herramientas"));
   tools_->menuAction()->setVisible(false);
   help_ = menuBar()->addMenu(QStringLiteral("A&yuda"));
@@ -315,7 +365,7 @@ void MainWindow::MakeMenus() {
           this, &MainWindow::HelpRequested);
 
   auto* popup = new QMenu(this);
-  popup->addActions({new_, open_, read_, delete_, release_, ask_});
+  popup->addActions({new_, open_, read_, delete_, complete_, release_, ask_});
   popup->addSeparator();
   popup->addAction(refresh_);
   for (auto* list : lists_) list->SetMenu(popup);
@@ -331,6 +381,10 @@ QAction* MainWindow::AddTool(const QString& text, const QKeySequence& key, Glyph
   RailItem* item = rail_->AddTool(plain.remove(QLatin1Char('&')), glyph);
   connect(item, &QPushButton::clicked, action, &QAction::trigger);
   return action;
+}
+
+QAction* MainWindow::AddView(const QString& text, const QKeySequence& key) {
+  return Everywhere(Add(*views_, text, {key}));
 }
 
 QAction* MainWindow::AddHelp(const QString& text, const QKeySequence& key) {
@@ -451,6 +505,11 @@ void MainWindow::Adopt(ScreenView& view, bool modal) {
       // The screen is in the middle of its work: the document is looked at when it is done.
       QTimer::singleShot(0, view, [this, view] { HoldFor(view); });
     });
+    if (auto* document = qobject_cast<DocumentView*>(&view)) {
+      connect(document, &DocumentView::CompleteRequested, this, [this, document] {
+        if (const auto held = host::DocumentoDe(document->Screen())) recovery_->Complete(KeyOf(*held));
+      });
+    }
     connect(&view, &ScreenView::Gone, this, [this, view = &view] { OnGone(view); });
   }
   known->window = modal || as_windows_->isChecked();
@@ -523,6 +582,7 @@ void MainWindow::OnGone(ScreenView* view) {
   const Screen screen = *found;
   if (screen.window) office_.settings.setValue(WindowSetting(*view), view->saveGeometry());
   screens_.erase(screens_.begin() + (found - screens_.data()));
+  if (const auto document = host::DocumentoDe(view->Screen())) half_->LookAt(KeyOf(*document));
   RemoveTab(*view);
   view->hide();
   if (screen.before) screen.before->activateWindow();
@@ -757,6 +817,10 @@ void MainWindow::UpdateActions() {
   new_->setEnabled(on_list);
   for (auto* action : {open_, read_, delete_}) action->setEnabled(chosen);
   for (auto* action : {release_, ask_}) action->setEnabled(chosen && list->SelectedHeld());
+  const auto* screen = on_pages ? nullptr : qobject_cast<ScreenView*>(stack_->currentWidget());
+  const auto document = screen ? host::DocumentoDe(screen->Screen()) : std::nullopt;
+  const auto* half = document ? half_->Of(KeyOf(*document)) : nullptr;
+  complete_->setEnabled((chosen && list->SelectedHalf()) || (half != nullptr && half->estado == "CO"));
   find_->setEnabled(on_pages);
   refresh_->setEnabled(on_pages);
   close_screen_->setEnabled(!on_pages);

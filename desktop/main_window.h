@@ -33,6 +33,9 @@ class EntradasSalidas;
 namespace tarvik::desktop {
 
 class DocumentList;
+class HalfPosted;
+class NoticeStrip;
+class Recovery;
 class Requests;
 class ScreenView;
 class StockView;
@@ -56,6 +59,8 @@ class MainWindow : public QMainWindow {
   // A tool of the program beside the built-in ones: an item of the menu "Herramientas" and of the
   // rail. The caller connects triggered().
   QAction* AddTool(const QString& text, const QKeySequence& key, Glyph glyph);
+  // A further item of the menu "Ver", whose key works in every window of the program.
+  QAction* AddView(const QString& text, const QKeySequence& key);
   // A further item of the menu "Ayuda".
   QAction* AddHelp(const QString& text, const QKeySequence& key = {});
 
@@ -63,6 +68,9 @@ class MainWindow : public QMainWindow {
   bool ShowPage(std::string_view name);
   [[nodiscard]] DocumentList& List(ListKind kind) const;
   [[nodiscard]] StockView& Stock() const { return *stock_; }
+  // The cards above the lists, and which documents were posted in part.
+  [[nodiscard]] NoticeStrip& Notices() const { return *notices_; }
+  [[nodiscard]] HalfPosted& Half() const { return *half_; }
   [[nodiscard]] Requests& Asked() const { return *requests_; }
   // The open screens, tabs first.
   [[nodiscard]] std::vector<ScreenView*> Open() const;
@@ -87,6 +95,7 @@ class MainWindow : public QMainWindow {
   };
 
   void MakePages();
+  void MakeRecovery();
   void MakeRail();
   void MakeMenus();
   void MakeStatus();
@@ -113,6 +122,7 @@ class MainWindow : public QMainWindow {
   void OpenDocument(DocumentList& list, int number, bool read_only);
   void DeleteDocument(DocumentList& list, int number);
   void Release(DocumentList& list, int number);
+  void CompleteDocument();
   void AskFor(DocumentList& list, int number);
   void MakeRequests(QBoxLayout& column);
   void OpenForChange(const host::Retenido& document);
@@ -130,6 +140,7 @@ class MainWindow : public QMainWindow {
 
   Office& office_;
   EntradasSalidas& door_;
+  std::unique_ptr<HalfPosted> half_;
   std::unique_ptr<Reader> reader_;  // lists are children of the window and die before it is waited for
   Rail* rail_ = nullptr;
   QTabBar* tabs_ = nullptr;
@@ -137,11 +148,14 @@ class MainWindow : public QMainWindow {
   QStackedWidget* pages_ = nullptr;
   std::array<DocumentList*, 4> lists_{};
   StockView* stock_ = nullptr;
+  NoticeStrip* notices_ = nullptr;
+  Recovery* recovery_ = nullptr;
   Requests* requests_ = nullptr;
   std::vector<Screen> screens_;
   std::array<RailItem*, 5> rail_pages_{};
   Reader::TaskRef count_task_;
 
+  QMenu* views_ = nullptr;
   QMenu* tools_ = nullptr;
   QMenu* help_ = nullptr;
   QAction* new_ = nullptr;
@@ -149,6 +163,7 @@ class MainWindow : public QMainWindow {
   QAction* read_ = nullptr;
   QAction* delete_ = nullptr;
   QAction* release_ = nullptr;
+  QAction* complete_ = nullptr;
   QAction* ask_ = nullptr;
   QAction* refresh_ = nullptr;
   QAction* find_ = nullptr;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "desktop/boxes.h"
+#include "desktop/errors_window.h"
 #include "desktop/goods_in_view.h"
 #include "desktop/goods_out_view.h"
 #include "desktop/help.h"
@@ -124,6 +125,7 @@ Program::Program(Theme& theme, const ProgramOptions& options)
     hooks_->raise();
     hooks_->activateWindow();
   });
+  ListErrors();
   last_resort_->Begins();
   const auto failures = routines_->Carga(*host_, options.routines.toStdString());
   last_resort_->Ends();
@@ -144,8 +146,21 @@ Program::~Program() {
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (qobject_cast<PreviewWindow*>(window)) delete window;
   }
+  platform_->OnSeveralErrors({});
   window_.reset();
   routines_.reset();
+}
+
+// The errors of a step that met more than one, and the key that leads to them.
+void Program::ListErrors() {
+  errors_ = new ErrorsWindow(window_.get());
+  QAction* reach = window_->AddView(tr("A&visos de error"), QKeySequence(QStringLiteral("Ctrl+Shift+V")));
+  reach->setEnabled(false);
+  connect(reach, &QAction::triggered, errors_, &ErrorsWindow::Reach);
+  platform_->OnSeveralErrors([this, reach](const std::vector<Trouble>& troubles) {
+    errors_->List(troubles);
+    reach->setEnabled(errors_->Any());
+  });
 }
 
 ScreenView* Program::ViewOf(const forms::Form& form) const { return views_.value(&form); }

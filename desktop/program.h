@@ -25,6 +25,7 @@ namespace tarvik::desktop {
 
 class DesktopPrinter;
 class DesktopSelector;
+class ErrorsWindow;
 class HelpWindow;
 class HooksWindow;
 class LastResort;
@@ -55,6 +56,7 @@ class Program final : public QObject, public host::Testigo {
   [[nodiscard]] EntradasSalidas& Door() const { return *door_; }
   [[nodiscard]] host::Anfitrion& Host() const { return *host_; }
   [[nodiscard]] QtPlatform& Platform() const { return *platform_; }
+  [[nodiscard]] ErrorsWindow& Errors() const { return *errors_; }
   // The view of a screen; nullptr if it has none.
   [[nodiscard]] ScreenView* ViewOf(const forms::Form& form) const;
 
@@ -67,6 +69,7 @@ class Program final : public QObject, public host::Testigo {
   void ShowScreen(forms::Form& form, bool modal);
   void Help(const ScreenView* view);
   bool Unhandled(forms::Form* form, const std::exception& error);
+  void ListErrors();
 
   Theme& theme_;
   std::unique_ptr<ProgramLog> log_;
@@ -82,6 +85,7 @@ class Program final : public QObject, public host::Testigo {
   std::unique_ptr<python::Rutinas> routines_;
   std::unique_ptr<HelpWindow> help_;
   std::unique_ptr<MainWindow> window_;
+  ErrorsWindow* errors_ = nullptr;  // the main window's child
   QHash<const forms::Form*, QPointer<ScreenView>> views_;
   QSet<const forms::Form*> presented_;
 };

@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QDialog>
 #include <QEventLoop>
+#include <QThread>
 #include <QTimer>
 #include <QWidget>
 #include <atomic>
@@ -23,6 +24,12 @@ constexpr int kLookEvery = 200;   // milliseconds between two looks whether the 
 constexpr int kEndWithin = 5000;  // a window that is still open then has refused to close
 
 std::atomic<bool> end_requested = false;
+
+// An error's box, as the list of the step's errors keeps it.
+Trouble Kept(const std::string& text) {
+  return TakenApart(QString::fromStdString(text),
+                    QDateTime::currentDateTime().toString(QStringLiteral("HH:mm:ss")));
+}
 
 extern "C" void AskToEnd(int) { end_requested = true; }
 
@@ -76,6 +83,16 @@ bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& given, int styl
     ++messages_;
     message_of_ = ActiveForm();
   }
+  // A plain box is the suite's report of a failed step.
+  if (kind == forms::BoxKind::Plain) {
+    Trouble trouble = Kept(text);
+    if (!trouble.procedure.isEmpty()) troubles_.Add(std::move(trouble), Acting());
+  }
+  const Troubles::Standing box(troubles_);
+  return Answer(kind, text, style);
+}
+
+bool QtPlatform::Answer(forms::BoxKind kind, const std::string& text, int style) {
   if (on_box) return on_box(kind, text, style);
   // Nobody is there to answer any more: nothing is agreed to.
   if (end_requested) return kind != forms::BoxKind::Question && (style & kButtons) != forms::kBoxYesNo;
@@ -87,6 +104,7 @@ void QtPlatform::Beep() { QApplication::beep(); }
 // Painting, timers and posted functions. Keys and clicks wait in the queue: one let through here would
 // reach a screen that is in the middle of a step.
 void QtPlatform::ProcessEvents() {
+  troubles_.GoesOn();
   ++letting_through_;
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   --letting_through_;
@@ -144,6 +162,7 @@ void QtPlatform::RunModal(forms::Form& form) {
 }
 
 void QtPlatform::Repaint(forms::Form& form) {
+  troubles_.GoesOn();
   if (on_repaint) on_repaint(form);
 }
 
@@ -153,6 +172,8 @@ void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
     const bool noted = on_unhandled && on_unhandled(form, error);
     if (end_requested) return;
     const std::string text = error.what();
+    troubles_.Add(Kept(text), Acting());
+    const Troubles::Standing box(troubles_);
     if (on_box) {
       on_box(forms::BoxKind::Error, text, forms::kBoxStop);
     } else {
@@ -165,6 +186,12 @@ void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
 forms::Form* QtPlatform::ActiveForm() const {
   forms::Form* front = on_front ? on_front() : nullptr;
   return front ? front : Platform::ActiveForm();
+}
+
+bool QtPlatform::WaitTurn() {
+  if (end_requested) return false;
+  if (QThread::currentThread() == thread()) troubles_.Turn();
+  return true;
 }
 
 bool QtPlatform::EndRequested() { return end_requested; }

@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 
+#include "desktop/troubles.h"
 #include "forms/platform.h"
 
 class QTimer;
@@ -34,6 +35,11 @@ class QtPlatform final : public QObject, public forms::Platform {
   std::function<bool(forms::Form*, const std::exception&)> on_unhandled;
   std::function<bool(forms::BoxKind, const std::string&, int)> on_box;  // replaces the box: for tests
 
+  // An act in which several errors came up has ended: they are to be listed.
+  void OnSeveralErrors(std::function<void(const std::vector<Trouble>&)> list) {
+    troubles_.on_several = std::move(list);
+  }
+
   std::function<forms::Form*()> on_front;  // the screen that the operator works in
 
   // The last text that a message box of the host's showed, and how many were shown so far: a view
@@ -51,7 +57,11 @@ class QtPlatform final : public QObject, public forms::Platform {
   void Beep() override;
   void ProcessEvents() override;
   void Post(std::function<void()> function) override;
-  void Settle() override { RunPosted(); }
+  void Settle() override {
+    RunPosted();
+    troubles_.StepOver();
+  }
+  bool WaitTurn() override;
   void StartTimer(forms::Timer& timer) override;
   void StopTimer(forms::Timer& timer) override;
   void RunModal(forms::Form& form) override;
@@ -68,6 +78,7 @@ class QtPlatform final : public QObject, public forms::Platform {
 
  private:
   void RunPosted();
+  bool Answer(forms::BoxKind kind, const std::string& text, int style);
   void End();  // takes down what is open; called again and again once the process was told to end
 
   std::deque<std::function<void()>> posted_;
@@ -76,6 +87,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   int messages_ = 0;
   const forms::Form* message_of_ = nullptr;  // compared only
   int letting_through_ = 0;
+  Troubles troubles_;
   int unhandled_ = 0;
   QElapsedTimer ending_;  // since the end was first seen to
 };

@@ -56,7 +56,7 @@ constexpr std::array<Ink, static_cast<std::size_t>(Role::Count_)> kInks{{
 
 }  // namespace
 
-const std::array<Pair, 20> kTextOnGround{{
+const std::array<Pair, 21> kTextOnGround{{
     {Role::Ink, Role::Window},
     {Role::Ink, Role::Panel},
     {Role::SoftInk, Role::Window},
@@ -77,6 +77,7 @@ const std::array<Pair, 20> kTextOnGround{{
     {Role::QuietInk, Role::Quiet},
     {Role::Good, Role::Window},
     {Role::Refused, Role::Window},
+    {Role::Refused, Role::RefusedTint},
 }};
 
 QColor Theme::Color(Role role, bool dark) {
@@ -137,6 +138,9 @@ QToolTip { background: @Panel; color: @Ink; border: 1px solid @Border; padding: 
   background: @Quiet; color: @QuietInk; }
 [role="chip"][state="pendiente"] { background: @WarningTint; color: @Warning; }
 [role="chip"][state="afectado"] { background: @GoodTint; color: @Good; }
+[role="chip"][state="medias"] { background: @RefusedTint; color: @Refused; }
+[role="notice"] { background: @Panel; border: 1px solid @Border; border-left: 4px solid @Warning;
+  border-radius: 6px; }
 
 QLineEdit, QTextEdit, QPlainTextEdit, QDateEdit, QComboBox, QSpinBox { background: @Field; color: @Ink;
   border: 1px solid @FieldBorder; border-radius: 5px; padding: 0 8px; min-height: 30px;

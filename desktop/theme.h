@@ -2,9 +2,9 @@
 // colours: a widget says what it is by a dynamic property, and what it paints itself it asks for here.
 //
 //   widget->setProperty("role", "panel");     // panel, band, caption, title, total, soft, keycap,
-//                                             // keyline, rail, railTitle, railItem, reason, empty
+//                                             // keyline, rail, railTitle, railItem, reason, empty, notice
 //   button->setProperty("role", "primary");   // primary, outlined, quiet
-//   chip->setProperty("role", "chip");        // with "state": nuevo, pendiente, afectado, lectura
+//   chip->setProperty("role", "chip");        // with "state": nuevo, pendiente, afectado, medias, lectura
 //   field: "hand" (the field in hand), "refused", "blocked", each true or false
 //
 // Call Restyle(widget) after changing such a property.
@@ -60,7 +60,7 @@ struct Pair {
   Role text;
   Role ground;
 };
-extern const std::array<Pair, 20> kTextOnGround;
+extern const std::array<Pair, 21> kTextOnGround;
 
 namespace measure {
 inline constexpr int kGrid = 8;

@@ -194,6 +194,7 @@ void Anfitrion::Gancho(const std::string& key, Rutina routine) {
   interior_->catalogo.Gancho(key, std::move(routine));
 }
 
+bool Anfitrion::TieneGancho(const std::string& key) const { return interior_->catalogo.TieneGancho(key); }
 // ---- who holds what ----
 
 std::vector<Tenencia> Anfitrion::Tenencias() { return LeeTenencias(Conexion()); }

@@ -110,6 +110,7 @@ class Anfitrion : public service::Host {
 
   // A routine behind a catalogue key; an empty one takes it away. The last one put in wins.
   void Gancho(const std::string& key, Rutina routine);
+  [[nodiscard]] bool TieneGancho(const std::string& key) const;
 
   // ---- who holds what. All throw data::Error, in Spanish and with nothing changed, for a refusal ----
   // The documents open for change, from whatever door; two screens on one are two.

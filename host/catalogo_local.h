@@ -27,6 +27,7 @@ class CatalogoLocal : public service::ConsultasCatalogo {
 
   // An empty routine takes the key's away.
   void Gancho(const std::string& key, Anfitrion::Rutina routine);
+  [[nodiscard]] bool TieneGancho(const std::string& key) const { return routines_.contains(key); }
 
   void BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&,
                      const data::Value& value, void* object, bool flag1, bool flag2, const std::string& text1,

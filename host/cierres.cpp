@@ -5,8 +5,11 @@
 #include "data/error.h"
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
+#include "host/a_medias.h"
 #include "host/anfitrion.h"
 #include "host/tenencia_viva.h"
+#include "service/entradas_salidas.h"
+#include "service/pantalla.h"
 
 namespace tarvik::host {
 namespace {
@@ -136,6 +139,68 @@ std::vector<CierreInterrumpido> CierresInterrumpidos(data::EngineConnection& con
 
 void OlvidaCierre(data::EngineConnection& connection, Tipo tipo, std::int32_t documento) {
   connection.Run("DELETE FROM cierres WHERE tipo = ? AND documento = ?", {Nombre(tipo), documento});
+}
+
+namespace {
+
+// The screen that shows the document, opened by the door as an operator would.
+std::shared_ptr<forms::Form> EnConsulta(Anfitrion& host, Tipo tipo, std::int32_t documento) {
+  const auto before = host.Plataforma().Screens();
+  EntradasSalidas door(host);
+  door.Ambiente = &host.Ambiente();
+  door.Parent = &host.Parent();
+  if (tipo == Tipo::Entrada) {
+    door.ConsultaEntrada(documento);
+  } else {
+    door.ConsultaSalida(documento);
+  }
+  for (const auto& screen : host.Plataforma().Screens()) {
+    if (std::find(before.begin(), before.end(), screen) != before.end()) continue;
+    if (DocumentoDe(*screen) == Retenido{tipo, documento}) return screen;
+  }
+  throw data::Error("No se pudo abrir " + LaDe({tipo, documento}) + " para terminar su cierre");
+}
+
+void Corre(Anfitrion& host, forms::Form& screen, Tipo tipo, std::int32_t documento, const std::string& step) {
+  if (step != kImprime) {
+    return service::Dispara(host, step, screen, host.Ambiente());
+  }
+  const auto formats = host.Conexion().Run(
+      std::string("SELECT ") + (tipo == Tipo::Entrada ? "Entradas" : "Salidas") + " FROM defform", {});
+  if (formats.rows.empty()) throw data::Error("No hay formato de impresión definido");
+  host.ConsultasCatalogo().ImprimeDocumento(data::ToText(formats.rows[0][0]), documento, host.Ambiente(),
+                                            screen, false);
+}
+
+}  // namespace
+
+void TerminaCierre(Anfitrion& host, Tipo tipo, std::int32_t documento) {
+  data::EngineConnection& connection = host.Conexion();
+  const auto all = CierresInterrumpidos(connection);
+  const auto broken = std::find_if(all.begin(), all.end(), [&](const CierreInterrumpido& one) {
+    return one.tipo == tipo && one.documento == documento;
+  });
+  if (broken == all.end()) return;
+  if (LeeAMedias(connection, tipo, documento)) {
+    throw data::Error(LaDe({tipo, documento}, true) +
+                      " está afectada a medias: complétela antes de terminar su cierre");
+  }
+  const auto screen = EnConsulta(host, tipo, documento);
+  std::optional<data::Error> failed;
+  screen->Act([&] {
+    try {
+      for (const std::string& step : broken->faltan) {
+        Corre(host, *screen, tipo, documento, step);
+        connection.Run("UPDATE cierres SET hecho = hecho || ? WHERE tipo = ? AND documento = ?",
+                       {step + ",", Nombre(tipo), documento});
+      }
+      OlvidaCierre(connection, tipo, documento);
+    } catch (const data::Error& error) {
+      failed = error;
+    }
+  });
+  if (screen->Open()) screen->Act([&] { screen->Unload(); });
+  if (failed) throw data::Error(*failed);
 }
 
 }  // namespace tarvik::host

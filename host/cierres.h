@@ -17,6 +17,7 @@
 namespace tarvik::host {
 
 class AmbienteLocal;
+class Anfitrion;
 
 inline constexpr std::string_view kImprime = "Imprime";
 
@@ -67,5 +68,12 @@ class Cierres {
 std::vector<CierreInterrumpido> CierresInterrumpidos(data::EngineConnection& connection);
 // Forgets that of a document: what was missing has been made up for, or is not wanted.
 void OlvidaCierre(data::EngineConnection& connection, Tipo tipo, std::int32_t documento);
+
+// Makes up for it: opens the document in consultation, fires with its screen the keys that did not run, in
+// their order, prints if the page is missing, and closes the screen. Each step that ran is noted, so that
+// none runs twice; with the last one the finish is forgotten. Nothing, if nothing is missing.
+// Throws data::Error at the step that fails, or if the document is still posted in part or cannot be opened;
+// that step and those behind it stay missing.
+void TerminaCierre(Anfitrion& host, Tipo tipo, std::int32_t documento);
 
 }  // namespace tarvik::host

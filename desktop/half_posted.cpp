@@ -1,0 +1,113 @@
+#include "desktop/half_posted.h"
+
+#include <QTimer>
+
+#include "host/tenencia_viva.h"
+
+namespace tarvik::desktop {
+
+namespace {
+
+constexpr int kLookEvery = 5 * 60 * 1000;  // milliseconds
+
+bool Same(const host::DocumentoAMedias& one, const host::DocumentoAMedias& other) {
+  return one.estado == other.estado && one.renglones == other.renglones && one.faltan == other.faltan;
+}
+
+bool Same(const host::CierreInterrumpido& one, const host::CierreInterrumpido& other) {
+  return one.tipo == other.tipo && one.documento == other.documento && one.faltan == other.faltan;
+}
+
+}  // namespace
+
+int Moved(const host::DocumentoAMedias& half) {
+  return half.renglones - static_cast<int>(half.faltan.size());
+}
+
+QString StateText(const host::DocumentoAMedias& half) {
+  const int moved = Moved(half);
+  if (half.estado == "CO") {
+    return HalfPosted::tr("Afectado a medias · %1 de %2").arg(moved).arg(half.renglones);
+  }
+  if (moved == 0) return HalfPosted::tr("Pendiente · en parte movido");
+  return moved == 1 ? HalfPosted::tr("Pendiente · 1 ya movido")
+                    : HalfPosted::tr("Pendiente · %1 ya movidos").arg(moved);
+}
+
+std::optional<host::DocumentoAMedias> ReadHalf(data::EngineConnection& connection, DocumentKey document) {
+  auto half = host::LeeAMedias(connection, document.first, document.second);
+  if (half && half->estado == "CO" && host::TenenciaViva(connection, document.first, document.second)) {
+    return {};
+  }
+  return half;
+}
+
+HalfPosted::HalfPosted(host::Anfitrion& host, QObject* parent)
+    : QObject(parent),
+      reader_(std::make_unique<Reader>(host.Base(), host.Conexion().Kind())),
+      task_(std::make_shared<Reader::Task>()),
+      timer_(new QTimer(this)) {
+  connect(timer_, &QTimer::timeout, this, &HalfPosted::LookAtAll);
+  timer_->start(kLookEvery);
+}
+
+HalfPosted::~HalfPosted() { task_->Drop(); }
+
+// Without an answer what is shown stays as it was; the next look may have one.
+void HalfPosted::Run(Reader::Step step) {
+  reader_->Run(task_, Urgency::Page, std::move(step), [](const QString&) {});
+}
+
+void HalfPosted::LookAtAll() {
+  Run([this](data::EngineConnection& connection) {
+    Found found;
+    for (auto& half : host::LeeAMedias(connection)) {
+      const DocumentKey key{half.tipo, half.documento};
+      found.emplace(key, std::move(half));
+    }
+    reader_->Deliver(task_, [this, found = std::move(found),
+                             broken = host::CierresInterrumpidos(connection)] { Take(found, broken); });
+    return false;
+  });
+}
+
+void HalfPosted::LookAt(DocumentKey document) {
+  Run([this, document](data::EngineConnection& connection) {
+    reader_->Deliver(task_, [this, document, half = ReadHalf(connection, document),
+                             broken = host::CierresInterrumpidos(connection)] {
+      Found found = found_;
+      found.erase(document);
+      if (half) found.emplace(document, *half);
+      Take(std::move(found), broken);
+    });
+    return false;
+  });
+}
+
+void HalfPosted::Take(Found found, std::vector<host::CierreInterrumpido> broken) {
+  const auto alike = [](const auto& one, const auto& other) {
+    return one.first == other.first && Same(one.second, other.second);
+  };
+  const bool same = std::equal(found.begin(), found.end(), found_.begin(), found_.end(), alike) &&
+                    std::equal(broken.begin(), broken.end(), broken_.begin(), broken_.end(),
+                               [](const auto& one, const auto& other) { return Same(one, other); });
+  if (same) return;
+  found_ = std::move(found);
+  broken_ = std::move(broken);
+  emit Changed();
+}
+
+const host::DocumentoAMedias* HalfPosted::Of(DocumentKey document) const {
+  const auto found = found_.find(document);
+  return found == found_.end() ? nullptr : &found->second;
+}
+
+std::vector<DocumentKey> HalfPosted::ToComplete() const {
+  std::vector<DocumentKey> documents;
+  for (const auto& [key, half] : found_) {
+    if (half.estado == "CO") documents.push_back(key);
+  }
+  return documents;
+}
+
+}  // namespace tarvik::desktop

@@ -1,0 +1,66 @@
+// HalfPosted: which documents were posted in part, and which finishes broke off, as the windows show them. It
+// looks beside the window's thread: at all when asked and every few minutes, at one when its screen has
+// closed. It completes nothing.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <map>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "desktop/reader.h"
+#include "host/a_medias.h"
+#include "host/anfitrion.h"
+#include "host/cierres.h"
+#include "host/documentos.h"
+
+class QTimer;
+
+namespace tarvik::desktop {
+
+using DocumentKey = std::pair<host::Tipo, int>;
+
+inline DocumentKey KeyOf(const host::Retenido& document) { return {document.tipo, document.numero}; }
+// "Afectado a medias · 23 de 60", "Pendiente · 2 ya movidos".
+QString StateText(const host::DocumentoAMedias& half);
+// How many of its lines are whole.
+int Moved(const host::DocumentoAMedias& half);
+// That of one document, read now; nothing for one that is being posted elsewhere.
+std::optional<host::DocumentoAMedias> ReadHalf(data::EngineConnection& connection, DocumentKey document);
+
+class HalfPosted : public QObject {
+  Q_OBJECT
+
+ public:
+  // The host outlives it.
+  explicit HalfPosted(host::Anfitrion& host, QObject* parent = nullptr);
+  ~HalfPosted() override;
+
+  void LookAtAll();
+  void LookAt(DocumentKey document);
+
+  // nullptr for one that is not among them.
+  [[nodiscard]] const host::DocumentoAMedias* Of(DocumentKey document) const;
+  // Those that can be completed, goods-in first, by number.
+  [[nodiscard]] std::vector<DocumentKey> ToComplete() const;
+  [[nodiscard]] const std::vector<host::CierreInterrumpido>& Broken() const { return broken_; }
+
+ signals:
+  void Changed();
+
+ private:
+  using Found = std::map<DocumentKey, host::DocumentoAMedias>;
+  void Run(Reader::Step step);
+  void Take(Found found, std::vector<host::CierreInterrumpido> broken);
+
+  std::unique_ptr<Reader> reader_;  // its own: a look through the whole base keeps no list waiting
+  Reader::TaskRef task_;
+  QTimer* timer_;
+  Found found_;
+  std::vector<host::CierreInterrumpido> broken_;
+};
+
+}  // namespace tarvik::desktop
