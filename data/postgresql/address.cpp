@@ -80,8 +80,8 @@ std::string Joined(const std::vector<Host>& hosts, std::string Host::*part) {
 
 }  // namespace
 
-Address::Address(std::string_view text) : secret_(text) {
-  const Parts parts = PartsOf(secret_);
+Address::Address(std::string_view text) : secret_(PartsOf(std::string(text))) {
+  const Parts parts = secret_;
   Split(Take(parts, "host"), Take(parts, "hostaddr"), Take(parts, "port"));
   const std::string user = Take(parts, "user");
   const std::string base = Take(parts, "dbname");
@@ -109,6 +109,10 @@ Address::Address(std::string_view text) : secret_(text) {
   for (const char* name :
        {"application_name", "connect_timeout", "service", "sslmode", "target_session_attrs"}) {
     add(name, Take(parts, name));
+  }
+  // Where nothing is said of hosts the library finds them by itself: a service, the environment.
+  if (!Take(parts, "host").empty() || !Take(parts, "hostaddr").empty()) {
+    for (const char* name : {"host", "hostaddr", "port"}) secret_.erase(name);
   }
   shown_ = "postgresql://" + (user.empty() ? "" : RepairUtf8(user) + "@") + RepairUtf8(ShownHosts()) + "/" +
            RepairUtf8(base) + others;

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,8 +26,8 @@ class Address {
   // host or a base, a ":" in that of a user.
   explicit Address(std::string_view text);
 
-  // As it was given, with the password: for the library alone.
-  [[nodiscard]] const std::string& Secret() const { return secret_; }
+  // What it says beside its hosts, by the library's names, with the password: for the library alone.
+  [[nodiscard]] const std::map<std::string, std::string, std::less<>>& Secret() const { return secret_; }
   // For the status line and for messages: put together anew from what may be seen.
   [[nodiscard]] const std::string& Shown() const { return shown_; }
   // At least one; with all empty where the library finds it by itself (a service, the environment).
@@ -45,7 +47,7 @@ class Address {
   [[nodiscard]] std::string ShownHosts() const;  // those that stand before the base's name
   [[nodiscard]] bool OverSockets() const;
 
-  std::string secret_;
+  std::map<std::string, std::string, std::less<>> secret_;
   std::string shown_;
   std::vector<Host> hosts_;
   std::string wanted_;

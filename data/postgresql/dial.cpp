@@ -178,18 +178,16 @@ class Dialling {
     };
     const Address& address = place_.address;
     for (const auto& [name, value] : kWishes) put(name, value);
-    put("dbname", address.Secret().c_str());
+    for (const auto& [name, value] : address.Secret()) put(name.c_str(), value.c_str());
     put("client_encoding", "UTF8");
-    if (!host.name.empty() || !host.numeric.empty()) {
-      put("host", host.name.c_str());
-      put("hostaddr", host.numeric.c_str());
-      put("port", host.port.c_str());
-    }
+    if (!host.name.empty()) put("host", host.name.c_str());
+    if (!host.numeric.empty()) put("hostaddr", host.numeric.c_str());
+    if (!host.port.empty()) put("port", host.port.c_str());
     // With one host at a time nothing can be preferred: whatever comes first is taken.
     const bool prefers = address.Wanted() == "prefer-standby";
     if (!address.Wanted().empty()) put("target_session_attrs", prefers ? "any" : address.Wanted().c_str());
     put(nullptr, nullptr);
-    Handle session(PQconnectStartParams(names.data(), values.data(), 1));
+    Handle session(PQconnectStartParams(names.data(), values.data(), 0));
     if (session == nullptr) throw Error("No hay memoria suficiente");
     PQsetErrorVerbosity(session.get(), PQERRORS_VERBOSE);  // for the state in it
     PQsetNoticeProcessor(

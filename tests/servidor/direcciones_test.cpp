@@ -74,7 +74,7 @@ TEST(Direcciones, NoPieceOfAPasswordIsShownWhateverSignStandsInIt) {
 TEST(Direcciones, WhatIsNoneIsNotUnderstood) {
   for (const char* address :
        {"postgresql:", "postgresql:/", "postgresql://[::1", "postgresql://h:puerto/x",
-        "postgresql://h:123456/x", "postgresql://h:-1/x", "postgresql://h1,h2:1,2:3/x",
+        "postgresql://h:123456/x", "postgresql://h:-1/x", "postgresql://h1,h2:x/x",
         "postgresql://h1,h2/x?port=1,2,3", "postgresql://h1/x?hostaddr=127.0.0.1,127.0.0.2",
         "postgresql://h/x?nada=1", "postgresql://h/x?connect_timeout=pronto", "postgresql://a:b@c@d/x",
         "postgresql://a:b@c/x/y"}) {
@@ -106,6 +106,15 @@ TEST_F(Hosts, TheOneThatIsThereIsTaken) {
     EXPECT_EQ(base->Address(), address);
     EXPECT_EQ(base->Connect()->Run("SELECT ?::bigint", {7}).rows.at(0).at(0), Value(7));
   }
+}
+
+TEST_F(Hosts, EachHasItsOwnPortAndNumber) {
+  const std::string address =
+      "postgresql://tarvik@127.0.0.1:1,servidor.prueba/" + name + "?hostaddr=,127.0.0.2&connect_timeout=2";
+  const std::string error = ErrorOf([&] { OpenBase(address); });
+  EXPECT_TRUE(error.starts_with("No se puede abrir la base " + address + ": ")) << error;
+  EXPECT_NE(error.find("port 1 failed"), std::string::npos) << error;
+  EXPECT_NE(error.find("\"servidor.prueba\" (127.0.0.2), port 5432 failed"), std::string::npos) << error;
 }
 
 TEST_F(Hosts, OfNoneEachReasonIsTold) {

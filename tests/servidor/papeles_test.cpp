@@ -91,10 +91,11 @@ TEST_F(Papeles, AnOperatorEntersAndPostsGoodsInAndGoodsOut) {
   auto& s = dynamic_cast<frmSalidasWizard&>(*plataforma.Screens().back());
   Teclea(s, s.txtFields(0), "VTA");
   Tecla(s, "Enter");
+  s.Enter(s.txtFields(4));
   Teclea(s, s.txtFields(4), "A-100");
-  Tecla(s, "Enter");
-  Teclea(s, s.txtFields(7), "2");
-  Tecla(s, "Enter");
+  Tecla(s, "Enter", s.txtFields(4));
+  Teclea(s, s.txtFields(5), "2");
+  Tecla(s, "Enter", s.txtFields(5));
   Tecla(s, "Enter");
   EXPECT_EQ(Uno("SELECT SUM(cantidad) FROM salpart"), "2");
   bitacora.respuestas = {true, true};
@@ -130,7 +131,7 @@ TEST_F(Papeles, WhatAnOperatorMustNot) {
                            "CREATE TEMP TABLE mia (n BIGINT)",
                            "TRUNCATE movsinv",
                            "CREATE SCHEMA mio",
-                           "LOCK TABLE version_esquema IN EXCLUSIVE MODE",
+
                            "CREATE FUNCTION f() RETURNS INT LANGUAGE SQL AS 'SELECT 1'",
                            "SELECT setval('movsinv_id_seq', 1)",
                            "SELECT nextval('movsinv_id_seq')",
@@ -143,6 +144,10 @@ TEST_F(Papeles, WhatAnOperatorMustNot) {
       continue;
     }
     EXPECT_TRUE(error.starts_with("No hay permiso para usar la base: ")) << text << "\n" << error;
+  }
+  {
+    data::Transaction unit(*db);
+    Negado(*db, "LOCK TABLE version_esquema IN EXCLUSIVE MODE");
   }
   // Of the ledger only a mark goes.
   Dado(*db, "DELETE FROM movsinv");
@@ -176,6 +181,7 @@ TEST_F(Papeles, FunctionsThatReachBeyondAreNobodys) {
                              "query_to_xml('SELECT 1', true, true, '')",
                              "pg_reload_conf()"}) {
       Negado(*db, std::string("SELECT ") + call);
+      if (std::string(call).starts_with("pg_ls_dir")) continue;  // stands in no condition
       // As it would come from a field.
       Negado(*db,
              std::string("SELECT * FROM prods WHERE articulo = '' OR ") + call + " IS NULL OR 'a' = 'b'");

@@ -23,8 +23,9 @@ trap 'exit 130' INT TERM
 
 # In memory where there is room: nothing here outlives the run.
 haz_carpeta() {
-  local donde=${TMPDIR:-/tmp} libre
-  libre=$(df --output=avail -k /dev/shm 2>/dev/null | tail -1 || true)
+  local donde=${TMPDIR:-/tmp} libre=0
+  # ... unless what is measured is the disk.
+  [ -n "${TARVIK_DISK:-}" ] || libre=$(df --output=avail -k /dev/shm 2>/dev/null | tail -1 || true)
   if [ -w /dev/shm ] && [ "${libre:-0}" -gt 2000000 ]; then donde=/dev/shm; fi
   carpeta=$(mktemp -d "$donde/tarvik-servidor-XXXXXX")
   [ ${#como[@]} -eq 0 ] || chown postgres "$carpeta"
