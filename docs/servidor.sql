@@ -90,7 +90,7 @@ GRANT DELETE ON clavesadd, diremb, parametros TO tarvik_supervisor;
 
 -- ---- Funciones que ninguna pantalla usa ----
 -- Detienen a otros, duermen, leen archivos, cambian ajustes o dan un rodeo a todo lo anterior. El programa no
--- usa ninguna; el dueño conserva la que sus respaldos necesitan.
+-- usa ninguna mientras se trabaja; el dueño conserva las que sus respaldos y una versión nueva necesitan.
 DO $$
 DECLARE
   funcion record;
@@ -107,7 +107,8 @@ BEGIN
   LOOP
     EXECUTE format('REVOKE EXECUTE ON FUNCTION %s FROM PUBLIC', funcion.nombre);
   END LOOP;
-  EXECUTE format('GRANT EXECUTE ON FUNCTION pg_catalog.set_config(text, text, boolean) TO %I', dueno);
+  EXECUTE format('GRANT EXECUTE ON FUNCTION pg_catalog.set_config(text, text, boolean), '
+                 'pg_catalog.pg_advisory_lock(bigint), pg_catalog.pg_advisory_unlock(bigint) TO %I', dueno);
 END $$;
 
 COMMIT;

@@ -277,6 +277,23 @@ TEST_F(EnApuros, AQuestionOfAScreenIsStoppedInTimeAndTheSessionStays) {
   EXPECT_EQ(ErrorOf([&] { db->Select("SELECT COUNT(*) FROM t"); }), "no error");
 }
 
+TEST_F(EnApuros, WhatAFieldBringsReachesNoFunctionAndNoOtherTable) {
+  const Fence fence(*db, milliseconds(1000));
+  for (const char* typed :
+       {"' OR PG_ADVISORY_LOCK(1) IS NULL OR 'a'='b", "' OR PG_SLEEP(60) IS NULL OR 'a'='b",
+        "' OR EXISTS (SELECT 1 FROM pg_roles) OR 'a'='b", "' UNION SELECT rolname FROM pg_roles WHERE 'a'='a",
+        "' OR set_config('application_name', 'x #1', false) = '", "' OR pg_terminate_backend(1) OR 'a'='",
+        "' OR (WITH RECURSIVE r AS (SELECT 1 UNION ALL SELECT 1 FROM r) SELECT COUNT(*) FROM r) > 0 OR "
+        "'a'='"}) {
+    for (const std::string front : {"SELECT * FROM t WHERE '' = '", "UPDATE t SET r = 1 WHERE '' = '"}) {
+      const auto told = Try([&] { db->Execute(front + typed + "'"); });
+      EXPECT_NE(told.text, "no error") << typed;
+      EXPECT_LT(told.took, milliseconds(200)) << typed;
+    }
+  }
+  EXPECT_EQ(Single(*other, "SELECT COUNT(*) FROM pg_locks WHERE locktype = 'advisory'"), Value(0));
+}
+
 TEST_F(EnApuros, ARoutineAndAProcedureTakeAsLongAsTheyTake) {
   EXPECT_EQ(ErrorOf([&] { db->Execute("SELECT pg_sleep(0.6)"); }), "no error");
   db->Execute("CREATE FUNCTION lenta() RETURNS VOID LANGUAGE SQL AS 'SELECT pg_sleep(0.6)'");
