@@ -186,7 +186,7 @@ TEST_F(Peticiones, WhatElseWasOpenOnTheDocumentBecomesReadOnly) {
   eva.puerta->ModificaEntrada(f.Entrada);
   auto& g = dynamic_cast<frmEntradasWizard&>(*eva.plataforma.Screens().back());
   Pide(f);
-  EXPECT_EQ(Cede(), kCedida);
+  YLoSabe(eva, [&] { EXPECT_EQ(Cede(), kCedida); });
   EXPECT_NE(luis.anfitrion->Abre(Tipo::Entrada, g.Entrada), nullptr);
   Escenario::Tecla(g, "F2");
   EXPECT_EQ(g.Modo, "CONSULTA");

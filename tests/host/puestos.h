@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "data/error.h"
@@ -148,6 +150,16 @@ class DosPuestos : public ::testing::Test {
     const auto rows = Sql(text, std::move(values));
     if (rows.rows.empty()) return "(nada)";
     return rows.rows[0][0].IsNull() ? "(nulo)" : data::ToText(rows.rows[0][0]);
+  }
+  // Something that is written elsewhere, and the word of it: a server sends it a moment later.
+  template <class F>
+  void YLoSabe(Puesto& station, F&& act) {
+    auto& connection = station.anfitrion->Conexion();
+    const auto before = connection.Changes();
+    act();
+    for (int turn = 0; turn < 500 && connection.Changes() == before; ++turn) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
   }
   // A pending document that nobody has open, its lines of A-100.
   std::int32_t Dejada(std::initializer_list<const char*> cantidades = {"5"}) {

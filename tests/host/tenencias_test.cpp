@@ -15,6 +15,10 @@ class Tenencias : public DosPuestos {
   std::string Ocupado(const frmEntradasWizard& f) {
     return Uno("SELECT ocupado FROM entradas WHERE entrada = ?", {f.Entrada});
   }
+  // LUIS lets it go, and ANA's program hears of it.
+  void Libera(Tipo tipo, std::int32_t number, const std::string& motive = "") {
+    YLoSabe(ana, [&] { luis.anfitrion->Libera(tipo, number, motive); });
+  }
   frmEntradasWizard& AbiertaPor(Puesto& station, std::int32_t number) {
     return dynamic_cast<frmEntradasWizard&>(*station.anfitrion->Abre(Tipo::Entrada, number));
   }
@@ -150,7 +154,7 @@ TEST_F(Tenencias, TwoScreensOnOneDocumentAreTwoRows) {
 
 TEST_F(Tenencias, AScreenWhoseDocumentWasLetGoOfTellsAtTheNextActAndOnlyReads) {
   auto& f = ana.Entrada({"5"});
-  luis.anfitrion->Libera(Tipo::Entrada, f.Entrada, "se fue a comer");
+  Libera(Tipo::Entrada, f.Entrada, "se fue a comer");
   EXPECT_EQ(f.Modo, "MODIFICACION") << "nothing happens of itself";
   const auto sent = ana.testigo.sentencias.size();
   Escenario::Tecla(f, "F2");
@@ -177,7 +181,7 @@ TEST_F(Tenencias, AScreenWhoseDocumentWasLetGoOfTellsAtTheNextActAndOnlyReads) {
 
 TEST_F(Tenencias, GoodsOutBecomesReadOnlyLikewise) {
   auto& f = ana.Salida({"5"});
-  luis.anfitrion->Libera(Tipo::Salida, f.Salida);
+  Libera(Tipo::Salida, f.Salida);
   Puesto::RenglonDeSalida(f, "A-200", "1");
   EXPECT_EQ(f.Modo, "CONSULTA");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM salpart"), "1");
@@ -190,7 +194,7 @@ TEST_F(Tenencias, GoodsOutBecomesReadOnlyLikewise) {
 TEST_F(Tenencias, ATimerOfSuchAScreenIsAnActToo) {
   auto& f = ana.Entrada({"5"});
   f.Close();  // a tick of the timer will unload it
-  luis.anfitrion->Libera(Tipo::Entrada, f.Entrada);
+  Libera(Tipo::Entrada, f.Entrada);
   luis.puerta->ModificaEntrada(f.Entrada);
   ana.plataforma.Advance(10);
   EXPECT_EQ(f.Modo, "CONSULTA");
@@ -204,7 +208,7 @@ TEST_F(Tenencias, ATimerOfSuchAScreenIsAnActToo) {
 TEST_F(Tenencias, WhatARoutinePostedIsAnActToo) {
   auto& f = ana.Entrada({"5"});
   ana.anfitrion->Funciones().EnviaTeclas("A", false);
-  luis.anfitrion->Libera(Tipo::Entrada, f.Entrada);
+  Libera(Tipo::Entrada, f.Entrada);
   ana.plataforma.ProcessEvents();
   EXPECT_EQ(f.Modo, "CONSULTA");
   EXPECT_EQ(f.txtFields(4).Text(), "");
@@ -212,7 +216,7 @@ TEST_F(Tenencias, WhatARoutinePostedIsAnActToo) {
 
 TEST_F(Tenencias, AProcedureCalledOnSuchAScreenWritesNothing) {
   auto& f = ana.Entrada({"5", "6"});
-  luis.anfitrion->Libera(Tipo::Entrada, f.Entrada);
+  Libera(Tipo::Entrada, f.Entrada);
   luis.puerta->ModificaEntrada(f.Entrada);
   const auto books = [&] {
     std::string all;
@@ -244,7 +248,7 @@ TEST_F(Tenencias, AQuestionThatStoodWhileTheDocumentWasLetGoOfPostsNothing) {
   auto& f = ana.Entrada({"5"});
   ana.al_mostrar = [&] {
     ana.al_mostrar = nullptr;
-    luis.anfitrion->Libera(Tipo::Entrada, f.Entrada);
+    Libera(Tipo::Entrada, f.Entrada);
   };
   Escenario::Tecla(f, "F5");
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
@@ -272,7 +276,7 @@ TEST_F(Tenencias, TheSameStationMayOpenAnewWhatItHasLost) {
 
 TEST_F(Tenencias, WhatTheClassDeletesAndAnotherScreenTakesIsNobodysLoss) {
   auto& f = ana.Entrada({"5"});
-  luis.anfitrion->Libera(Tipo::Entrada, f.Entrada);
+  Libera(Tipo::Entrada, f.Entrada);
   ana.puerta->EliminaEntrada(f.Entrada);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
   EXPECT_TRUE(ana.no_atrapados.empty());
@@ -284,7 +288,7 @@ TEST_F(Tenencias, AsLongAsOthersCommitNothingAnActAsksTheBaseNothing) {
   ana.anfitrion->Conexion().Run("DELETE FROM tenencias", {});
   Escenario::Tecla(f, "F2");
   EXPECT_EQ(f.Modo, "MODIFICACION");
-  luis.anfitrion->Libera(Tipo::Entrada, f.Entrada);
+  Libera(Tipo::Entrada, f.Entrada);
   Escenario::Tecla(f, "F2");
   EXPECT_EQ(f.Modo, "CONSULTA");
 }
