@@ -24,6 +24,7 @@ class ConstructorSql : public service::Query {
   void Conexion(data::Connection& connection) override;
   void Limpia() override;
   void TipoSentencia(std::string_view kind) override;
+  // A statement is of one table: with the first column of another those before it are gone.
   void AgregaCampo(std::string_view tabla, std::string_view campo, const data::Value& valor) override;
   void Condicion(std::string_view text) override;
   void TextoSql(std::string& text) override;

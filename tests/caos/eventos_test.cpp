@@ -15,7 +15,8 @@ namespace {
 constexpr long kActosPorMundo = 1500;
 
 // One world from its seed. Gives how many acts were done; the test has failed if something was wrong.
-long Vive(unsigned semilla, bool provoca, long actos) {
+// `comparadas`: how often a screen was held against the base, added.
+long Vive(unsigned semilla, bool provoca, long actos, long& comparadas) {
   Mundo mundo(semilla, provoca);
   const long cada = Veces("TARVIK_CAOS_REVISA", 50);
   long hechos = 0;
@@ -35,6 +36,7 @@ long Vive(unsigned semilla, bool provoca, long actos) {
   if (!::testing::Test::HasFailure()) {
     for (const std::string& mal : mundo.Termina()) falla(mal);
   }
+  comparadas += mundo.Comparadas();
   return hechos;
 }
 
@@ -44,17 +46,19 @@ void Corre(bool provoca) {
       std::chrono::steady_clock::now() + std::chrono::seconds(Veces("TARVIK_CAOS_SEGUNDOS", 14) / 2);
   auto semilla = static_cast<unsigned>(Veces("TARVIK_CAOS_SEMILLA", 1));
   long hechos = 0;
+  long comparadas = 0;
   for (; !::testing::Test::HasFailure(); ++semilla) {
     if (pedidos > 0 ? hechos >= pedidos : std::chrono::steady_clock::now() >= limite) break;
     if (pedidos > 0) {  // a crash is to be found again
       std::printf("    semilla %u, %ld actos\n", semilla, hechos);
       std::fflush(stdout);
     }
-    hechos +=
-        Vive(semilla, provoca, pedidos > 0 ? std::min(kActosPorMundo, pedidos - hechos) : kActosPorMundo);
+    hechos += Vive(semilla, provoca,
+                   pedidos > 0 ? std::min(kActosPorMundo, pedidos - hechos) : kActosPorMundo, comparadas);
   }
-  std::printf("    actos: %ld\n", hechos);
+  std::printf("    actos: %ld\n    pantallas comparadas: %ld\n", hechos, comparadas);
   EXPECT_GT(hechos, 0);
+  EXPECT_TRUE(provoca || comparadas > 0);
 }
 
 TEST(Eventos, AnythingAtAllOnAllScreens) { Corre(false); }

@@ -85,6 +85,13 @@ Mundo::Mundo(unsigned semilla, bool provoca) : azar_(semilla), provoca_(provoca)
   plataforma.on_modal = [this](forms::Form& forma) { EnMallaModal(forma); };
   plataforma.on_box = [this](auto clase, const auto& texto, int estilo) {
     bitacora.respuestas.assign(1, Al(1, 4) != 1);
+    Apunta("  caja: " + texto);
+    // A statement that the base refused for what was typed: the screen goes on, and shows what it believes.
+    for (const char* donde : {"NuevaPartida", "CreaPartida", "CreaEntrada", "CreaSalida", "SalvaCambios",
+                              "MSFlexGridEdit", "fg2_KeyDown"}) {
+      if (texto.find(std::string("Function: ") + donde) == std::string::npos) continue;
+      if (const forms::Form* forma = plataforma.ActiveForm()) dudosas_.insert(forma);
+    }
     return bitacora.Caja(clase, texto, estilo);
   };
   bitacora.elige = [this](forms::TextBox&) -> std::optional<std::string> {
@@ -245,7 +252,6 @@ void Mundo::RenglonEntero(DocumentWizard& forma) {
   if (forma.Open()) forma.Press(*forms::KeyNamed("Enter"));
   if (forma.Open()) forma.Type(forma.txtFields(5), cantidad);
   for (int i = 0; i < 2 && forma.Open(); ++i) forma.Press(*forms::KeyNamed("Enter"));
-  ++renglones_;
 }
 
 // The matrix of colours and sizes, shown above the screen that asked for it.
@@ -312,7 +318,8 @@ void Mundo::Limpia() {
 void Mundo::RevisaPantallas(std::vector<std::string>& fallas) {
   for (const auto& forma : plataforma.Screens()) {
     const auto* f = dynamic_cast<const DocumentWizard*>(forma.get());
-    if (f == nullptr || f->Modo != "MODIFICACION") continue;
+    if (f == nullptr || f->Modo != "MODIFICACION" || dudosas_.contains(f)) continue;
+    ++comparadas_;
     const auto* entrada = dynamic_cast<const frmEntradasWizard*>(f);
     const auto* salida = dynamic_cast<const frmSalidasWizard*>(f);
     const int numero = entrada != nullptr ? entrada->Entrada : salida->Salida;

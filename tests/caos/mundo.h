@@ -26,7 +26,8 @@ class Mundo : public tests::EscenarioDeSalidas {
   std::vector<std::string> Termina();
   // The last acts, one a line.
   [[nodiscard]] std::string Huella() const;
-  [[nodiscard]] long Renglones() const { return renglones_; }
+  // Screens that were compared with the base, in all.
+  [[nodiscard]] long Comparadas() const { return comparadas_; }
 
  private:
   void TestBody() override {}
@@ -53,7 +54,8 @@ class Mundo : public tests::EscenarioDeSalidas {
   std::mt19937 azar_;
   bool provoca_;
   bool modal_ = false;
-  long renglones_ = 0;
+  long comparadas_ = 0;
+  std::set<const forms::Form*> dudosas_;
   std::vector<std::string> puestas_;  // routines
   std::deque<std::string> huella_;
 };

@@ -77,7 +77,6 @@ class Taller : public ::testing::Test {
   }
   // A figure of the run, for whoever reads the output.
   static void Dato(const std::string& nombre, long valor) {
-    RecordProperty(nombre, std::to_string(valor));
     std::printf("    %s: %ld\n", nombre.c_str(), valor);
   }
 

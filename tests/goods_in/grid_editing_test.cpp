@@ -32,6 +32,22 @@ TEST_F(EdicionDeCeldas, EnterOpensTheBoxWithTheWholeTextAndTheCaretAtItsEnd) {
   EXPECT_TRUE(bitacora.sentencias.empty());
 }
 
+// The headings have a row of their own, which a click reaches: what is typed there is told to be no line, and
+// the document that begins afterwards is whole.
+TEST_F(EdicionDeCeldas, AHeadingTypedOverBeforeTheFirstLineLeavesTheDocumentAlone) {
+  frmEntradasWizard& f = Nueva();
+  f.ClickCell(f.fg2, 0, 1);
+  Teclea(f, f.fg2, "3");
+  Tecla(f, "Enter");
+  EXPECT_EQ(Reportes().size(), 1u);
+  Olvida();
+  Teclea(f, f.txtFields(0), "COM");
+  Renglon(f, "A-100", "2");
+  EXPECT_TRUE(Reportes().empty());
+  EXPECT_EQ(Uno("SELECT cantidad FROM entpart INNER JOIN entradas ON entradas.entrada = entpart.entrada"),
+            "2");
+}
+
 TEST_F(EdicionDeCeldas, SpaceAndADoubleClickOpenItTheSameWay) {
   frmEntradasWizard& f = EnLaCelda(1, 2);
   Tecla(f, "Space");

@@ -44,6 +44,15 @@ TEST_F(ConstructorDePrueba, AnInsertPassesOverTheCondition) {
   EXPECT_EQ(Texto(), "INSERT INTO entradas (entrada) VALUES (1)");
 }
 
+TEST_F(ConstructorDePrueba, ColumnsOfAnotherTableThatNeverWentOutAreLeftBehind) {
+  query->TipoSentencia("UPDATE");
+  query->AgregaCampo("entpart", "cantidad", 3);
+  query->TipoSentencia("INSERT");
+  query->AgregaCampo("entradas", "entrada", 1);
+  query->AgregaCampo("ENTRADAS", "costo", 0);
+  EXPECT_EQ(Texto(), "INSERT INTO ENTRADAS (entrada, costo) VALUES (1, 0)");
+}
+
 TEST_F(ConstructorDePrueba, AQuoteInATextIsDoubled) {
   query->TipoSentencia("INSERT");
   query->AgregaCampo("entradas", "observ", "O'Hara");
