@@ -1,7 +1,5 @@
-// From the schema to statements, and from a base to one that has the schema. It fills no table
-// but the one of versions: texts, settings and catalogues are the host's.
+// From the schema to statements. They are carried out in upgrade.cpp.
 #include <algorithm>
-#include <set>
 
 #include "data/error.h"
 #include "data/schema.h"
@@ -9,8 +7,6 @@
 
 namespace tarvik::data {
 namespace {
-
-constexpr std::string_view kVersionTable = "version_esquema";
 
 bool IsKey(const Table& table, std::string_view column) {
   return std::find(table.key.begin(), table.key.end(), column) != table.key.end();
@@ -76,149 +72,70 @@ std::string TableText(const Table& table, Dialect dialect) {
   return text;
 }
 
-std::string OnceText(const Table& table, const Once& once) {
-  return "CREATE UNIQUE INDEX IF NOT EXISTS " + std::string(once.name) + " ON " + std::string(table.name) +
-         " (" + Joined(once.columns, ", ") + ") WHERE " + std::string(once.where);
+constexpr std::string_view kRefusal = "un documento no puede llevar un número menor que 1";
+
+}  // namespace
+
+std::string IndexName(const Table& table, const std::vector<std::string_view>& columns) {
+  return LowerAscii("idx_" + std::string(table.name) + "_" + Joined(columns, "_"));
 }
 
 std::vector<std::string> IndexTexts(const Table& table) {
   std::vector<std::string> texts;
-  for (const Once& once : table.once) texts.push_back(OnceText(table, once));
   for (const auto& columns : table.indexes) {
-    texts.push_back("CREATE INDEX IF NOT EXISTS " +
-                    LowerAscii("idx_" + std::string(table.name) + "_" + Joined(columns, "_")) + " ON " +
+    texts.push_back("CREATE INDEX IF NOT EXISTS " + IndexName(table, columns) + " ON " +
                     std::string(table.name) + " (" + Joined(columns, ", ") + ")");
   }
   return texts;
 }
 
-// Tables and views of a base, in lower case. On a server those of the schema where our tables are, or are
-// to be; what an extension has brought is nobody's table.
-std::set<std::string, std::less<>> TableNames(EngineConnection& connection) {
-  const std::string_view text =
-      connection.Kind() == Dialect::Sqlite
-          ? "SELECT name FROM sqlite_master WHERE type IN ('table', 'view') AND substr(name, 1, 7) <> "
-            "'sqlite_'"
-          : "SELECT c.relname FROM pg_catalog.pg_class c WHERE c.relkind IN ('r', 'p', 'v', 'm', 'f') AND "
-            "c.relnamespace = COALESCE((SELECT v.relnamespace FROM pg_catalog.pg_class v WHERE v.oid = "
-            "to_regclass('version_esquema')), (SELECT n.oid FROM pg_catalog.pg_namespace n WHERE n.nspname = "
-            "current_schema())) AND NOT EXISTS (SELECT 1 FROM pg_catalog.pg_depend d WHERE d.objid = c.oid "
-            "AND d.deptype = 'e')";
-  std::set<std::string, std::less<>> names;
-  const Rows rows = connection.Select(text);
-  for (const auto& row : rows.rows) names.insert(LowerAscii(ToText(row[0])));
-  return names;
+std::string OnceText(const Table& table, const Once& once, std::int64_t since) {
+  std::string text = "CREATE UNIQUE INDEX IF NOT EXISTS " + std::string(once.name) + " ON " +
+                     std::string(table.name) + " (" + Joined(once.columns, ", ") + ") WHERE " +
+                     std::string(once.where);
+  if (since > 0) text += " AND " + std::string(table.key.at(0)) + " > " + std::to_string(since);
+  return text;
 }
 
-struct Findings {
-  bool empty = false;
-  bool new_version = false;
-  std::vector<std::string> statements;  // that make what is missing
-};
-
-// Compares a base with the schema. Throws Error for one that must not be touched.
-Findings Inspect(EngineConnection& connection) {
-  Findings found;
-  const auto names = TableNames(connection);
-  found.empty = names.empty();
-  found.new_version = true;
-  if (!found.empty) {
-    if (names.count(kVersionTable) == 0) {
-      throw Error(connection.Kind() == Dialect::Sqlite ? "El archivo no es una base de este programa"
-                                                       : "La base no es de este programa");
-    }
-    const Rows rows = connection.Select("SELECT MAX(version) AS version FROM version_esquema");
-    const int version = static_cast<int>(ToNumber(rows.rows.at(0).at(0)));
-    if (version > kSchemaVersion) {
-      throw Error("La base es de una versión más nueva (" + std::to_string(version) +
-                  ") que este programa (" + std::to_string(kSchemaVersion) + ")");
-    }
-    found.new_version = version < kSchemaVersion;
-  }
-  for (const Table& table : Schema()) {
-    if (names.count(LowerAscii(table.name)) == 0) {
-      for (std::string& text : Ddl(table, connection.Kind())) found.statements.push_back(std::move(text));
-      continue;
-    }
-    const std::vector<std::string> columns = connection.Columns(table.name);
-    for (const Column& column : table.columns) {
-      if (std::find(columns.begin(), columns.end(), LowerAscii(column.name)) != columns.end()) continue;
-      found.statements.push_back("ALTER TABLE " + std::string(table.name) + " ADD COLUMN " +
-                                 ColumnText(table, column, connection.Kind()));
-    }
-    if (found.new_version) {
-      for (std::string& text : IndexTexts(table)) found.statements.push_back(std::move(text));
-    }
-  }
-  return found;
+std::string AddColumnText(const Table& table, const Column& column, Dialect dialect) {
+  return "ALTER TABLE " + std::string(table.name) + " ADD COLUMN " + ColumnText(table, column, dialect);
 }
-
-}  // namespace
 
 std::vector<std::string> Ddl(const Table& table, Dialect dialect) {
-  std::vector<std::string> texts = IndexTexts(table);
-  texts.insert(texts.begin(), TableText(table, dialect));
+  std::vector<std::string> texts = {TableText(table, dialect)};
+  for (const Once& once : table.once) texts.push_back(OnceText(table, once));
+  for (std::string& text : IndexTexts(table)) texts.push_back(std::move(text));
   return texts;
 }
 
-namespace {
-
-// Rows that were brought from elsewhere with their own numbers leave a server's counters behind them, and
-// the next row would be refused. Nothing is asked of counters that this role may not set.
-void AdvanceCounters(EngineConnection& connection) {
-  if (connection.Kind() == Dialect::Sqlite) return;
-  std::string names;
-  for (const Table& table : Schema()) {
-    if (table.counted_key) names += (names.empty() ? "('" : ", ('") + LowerAscii(table.name) + "')";
+std::vector<Guard> Guards(const Table& table, Dialect dialect) {
+  if (!table.positive_key) return {};
+  const std::string name = LowerAscii(table.name);
+  const std::string key{table.key.at(0)};
+  const std::string refusal{kRefusal};
+  const std::string below = "NEW." + key + " < 1";
+  Guard inserted{name + "_numero_nuevo", {}};
+  Guard changed{name + "_numero_cambiado", {}};
+  if (dialect == Dialect::Sqlite) {
+    const std::string refuse = " BEGIN SELECT RAISE(ABORT, '" + refusal + "'); END";
+    inserted.texts = {"CREATE TRIGGER " + inserted.name + " BEFORE INSERT ON " + name + " WHEN " + below +
+                      refuse};
+    // A row that has such a number from before may change in all else.
+    changed.texts = {"CREATE TRIGGER " + changed.name + " BEFORE UPDATE ON " + name + " WHEN " + below +
+                     " AND NEW." + key + " <> OLD." + key + refuse};
+  } else {
+    const std::string function =
+        "CREATE OR REPLACE FUNCTION tarvik_numero_minimo() RETURNS trigger LANGUAGE plpgsql AS $$BEGIN RAISE "
+        "EXCEPTION '" +
+        refusal + "' USING ERRCODE = 'check_violation'; END$$";
+    const std::string refuse = ") EXECUTE FUNCTION tarvik_numero_minimo()";
+    inserted.texts = {function, "CREATE TRIGGER " + inserted.name + " BEFORE INSERT ON " + name +
+                                    " FOR EACH ROW WHEN (" + below + refuse};
+    changed.texts = {function, "CREATE TRIGGER " + changed.name + " BEFORE UPDATE ON " + name +
+                                   " FOR EACH ROW WHEN (" + below + " AND NEW." + key + " <> OLD." + key +
+                                   refuse};
   }
-  const Rows counters = connection.Run(
-      "SELECT c.name, c.counter FROM (SELECT t.name, CASE WHEN to_regclass(t.name) IS NOT NULL THEN "
-      "pg_get_serial_sequence(t.name, 'id') END AS counter FROM (VALUES " +
-          names +
-          ") AS t (name)) AS c WHERE CASE WHEN c.counter IS NULL THEN FALSE ELSE "
-          "has_sequence_privilege(c.counter, 'UPDATE') AND has_table_privilege(c.name, 'SELECT') END",
-      {});
-  for (const auto& row : counters.rows) {
-    connection.Run("SELECT setval(?::text::regclass, m.n) FROM (SELECT MAX(id) AS n FROM " + ToText(row[0]) +
-                       ") m WHERE m.n > COALESCE(pg_sequence_last_value(?::text::regclass), 0)",
-                   {row[1], row[1]});
-  }
-}
-
-// Makes what is missing, and tells whether the base was empty. In a base of ours one station does it at a
-// time; in an empty one two may begin at once, and the second is refused at the first table (kDuplicate).
-bool MakeWhatIsMissing(EngineConnection& connection, bool ours) {
-  Transaction transaction(connection);
-  // No lock that an expression could take, and one that nobody who only reads has to wait for.
-  if (ours && connection.Kind() == Dialect::Postgresql) {
-    connection.Run("LOCK TABLE version_esquema IN EXCLUSIVE MODE", {});
-  }
-  // Looked at again: another station may have made the tables since.
-  const Findings found = Inspect(connection);
-  for (const std::string& text : found.statements) connection.Execute(text);
-  if (found.new_version) {
-    connection.Run("INSERT INTO version_esquema (version) VALUES (?)", {Value(kSchemaVersion)});
-  }
-  transaction.Commit();
-  return found.empty;
-}
-
-}  // namespace
-
-bool PrepareSchema(EngineConnection& connection) {
-  // A base that lacks nothing is not written to, so that one that can only be read opens too.
-  const Findings before = Inspect(connection);
-  AdvanceCounters(connection);
-  if (!before.new_version && before.statements.empty()) return false;
-
-  try {
-    return MakeWhatIsMissing(connection, !before.empty);
-  } catch (const Error& error) {
-    if (error.Kind() != Trouble::kDuplicate) throw;
-  }
-  const Findings now = Inspect(connection);  // another station was faster
-  if (now.new_version || !now.statements.empty()) MakeWhatIsMissing(connection, !now.empty);
-  return false;
+  return {inserted, changed};
 }
 
 }  // namespace tarvik::data

@@ -2,6 +2,7 @@
 // knowledge of column types, the tests' column names and docs/schema.md come.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,12 +53,39 @@ const std::vector<Table>& Schema();
 const Table* FindTable(std::string_view name);
 const Column* FindColumn(std::string_view table, std::string_view column);
 
-// The statements that make a table and its indexes on an engine.
+// The statements that make a table, its indexes and its rules on an engine; the table is new.
 std::vector<std::string> Ddl(const Table& table, Dialect dialect);
 
-// Creates what is missing, in one transaction, and records the version. Gives true if the base
-// was empty. Throws Error, with nothing written, if the base is of a newer version or holds other
-// tables than ours.
+// The indexes alone, and the name of one.
+std::vector<std::string> IndexTexts(const Table& table);
+std::string IndexName(const Table& table, const std::vector<std::string_view>& columns);
+// A rule's index; `since`: for the rows whose number is above it.
+std::string OnceText(const Table& table, const Once& once, std::int64_t since = 0);
+// The text that adds a column to a table that is there.
+std::string AddColumnText(const Table& table, const Column& column, Dialect dialect);
+
+// What keeps a key positive: a trigger, for EngineConnection::Define, behind what it needs.
+struct Guard {
+  std::string name;
+  std::vector<std::string> texts;
+};
+// None for a table whose key may be anything.
+std::vector<Guard> Guards(const Table& table, Dialect dialect);
+
+// Makes a base ready for this program: creates what an empty one lacks, and brings an older one to this
+// version, in one transaction, after a backup (see backup.h; a base in memory needs none). Gives true if the
+// base was empty. A base that lacks nothing is not written to. Of several stations that come at once one does
+// it, and the others wait and find it done.
+// Throws Error, with nothing changed, if the base is of a newer version or holds other tables than ours, if
+// the backup could not be made, and, naming who must open it first, if this user may not.
 bool PrepareSchema(EngineConnection& connection);
+
+// A rule that holds for rows behind a number only, since there were doubles when it came.
+struct RuleWithPast {
+  std::string name;
+  std::int64_t since;
+};
+// Those of this base; empty where every rule holds for all rows.
+std::vector<RuleWithPast> RulesWithPast(EngineConnection& connection);
 
 }  // namespace tarvik::data

@@ -302,12 +302,17 @@ class Operador:
 
     OPERACION = "NuevaEntrada"
 
-    def __init__(self, anf) -> None:
+    def __init__(self, anf, numero: int | None = None) -> None:
+        """A new document, or that pending one; one whose holder's program is gone is let go of first."""
         self.anf = anf
-        getattr(anf.EntradasSalidas(), self.OPERACION)()
-        if not anf.pantallas:
+        if numero is None:
+            getattr(anf.EntradasSalidas(), self.OPERACION)()
+            abierta = anf.pantallas[-1] if anf.pantallas else None
+        else:
+            abierta = anf.abre(self.OPERACION.removeprefix("Nueva"), numero)
+        if abierta is None:
             raise Fallo("No se pudo abrir la pantalla del documento. " + " ".join(self.novedades()))
-        self.forma = anf.pantallas[-1]
+        self.forma = abierta
 
     def campo(self, indice: int):
         return self.forma.txtFields[indice]

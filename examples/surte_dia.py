@@ -13,6 +13,7 @@ import re
 import signal
 import sys
 import time
+import zlib
 from collections import defaultdict
 from collections.abc import Iterable
 from dataclasses import dataclass, field
@@ -134,6 +135,42 @@ def registradas(anf, facturas: list[Factura]) -> dict[str, str]:
         "SELECT observ, 'entrada', entrada FROM entradas WHERE observ LIKE 'Factura %'")}
     return {factura.numero: observadas[observacion(factura.numero)] for factura in facturas
             if observacion(factura.numero) in observadas}
+
+
+@dataclass
+class EntregaPrevia:
+    """What an earlier run has made of the delivery."""
+
+    documentos: list[int]
+    pendientes: list[int]    # those of them that it left open
+    faltan: list[Renglon]    # the rows behind the last line that it made
+
+
+def marca_de_entrega(fuente: str, renglones: list[Renglon]) -> str:
+    """The remarks of a delivery's documents: where it comes from, and what it brings. By them it is known again."""
+    contenido = "\n".join(f"{renglon.articulo}\t{renglon.cantidad}\t{renglon.precio}" for renglon in renglones)
+    return f"Entrega {fuente}, suma {zlib.crc32(contenido.encode()):08x}"
+
+
+def entrega_previa(anf, marca: str, renglones: list[Renglon]) -> EntregaPrevia | None:
+    documentos = anf.sql("SELECT entrada, estado FROM entradas WHERE observ = ? ORDER BY entrada", marca)
+    if not documentos:
+        return None
+    hechas = anf.sql("SELECT articulo, claveadd FROM entradas INNER JOIN entpart ON entpart.entrada = entradas.entrada "
+                     "WHERE entradas.observ = ? ORDER BY id_entrada", marca)
+    lugar = 0
+    for partida in hechas:
+        claves = (partida["articulo"], partida["claveadd"] or partida["articulo"])
+        # A row that was refused made no line; behind the last row begins a delivery that was received again.
+        for n in [*range(lugar, len(renglones)), *range(lugar)]:
+            if renglones[n].articulo in claves:
+                lugar = n + 1
+                break
+        else:
+            raise Fallo(f"La entrada de la marca \"{marca}\" tiene {partida['articulo']}, que la entrega no trae: "
+                        "revísela antes de seguir.")
+    return EntregaPrevia([fila["entrada"] for fila in documentos],
+                         [fila["entrada"] for fila in documentos if fila["estado"] != "CO"], renglones[lugar:])
 
 
 # ---- recording ---------------------------------------------------------------------------------
@@ -361,8 +398,26 @@ class Entradas(Recepcion):
         if self.observaciones:
             self.operador.observa(self.observaciones)
 
+    def reanuda(self, origen: str, numero: int) -> None:
+        """Goes on with a pending document where it broke off."""
+        self.origen = origen
+        self.operador = self.OPERADOR(self.anf, numero)
+        self.operador.novedades()
+        documento = self.documento_nuevo()
+        documento.numero = numero
+        self.documentos.append(documento)
+        for fila in self.anf.sql("SELECT id_entrada, articulo, cantidad, precio FROM entpart WHERE entrada = ? "
+                                 "ORDER BY id_entrada", numero):
+            cantidad = comun.exacto(fila["cantidad"])
+            documento.partidas += 1
+            documento.suma += cantidad * comun.exacto(fila["precio"])
+            documento.por_articulo[fila["articulo"]] += cantidad
+            self.ultima_partida = fila["id_entrada"]
+
     def recibe(self, origen: str, observaciones: str, renglones: list[Renglon]) -> Iterable[Renglon]:
         self.origen, self.observaciones = origen, observaciones
+        if self.operador is not None and self.documentos[-1].partidas >= self.maximo:
+            self.termina()
         for renglon in renglones:
             self.registra(renglon)
             yield renglon
@@ -549,6 +604,7 @@ class Dia:
     devueltas: Entradas
     ventas: Ventas
     observaciones_de_la_entrega: str = ""
+    entrega_pendiente: list[int] = field(default_factory=list)  # documents of it that broke off, the last one last
     ultimo_movimiento: int = 0
     hechos: int = 0
 
@@ -558,7 +614,19 @@ class Dia:
     def renglones(self) -> int:
         return sum(len(factura.renglones) for factura in self.facturas)
 
+    def retoma_entrega(self, previa: EntregaPrevia) -> None:
+        """An earlier run's delivery is finished, and not received again."""
+        a_medias = {(documento.tipo, documento.documento) for documento in self.anf.a_medias()}
+        for numero in previa.documentos:
+            if numero not in previa.pendientes and ("Entrada", numero) in a_medias:
+                print(f"La entrada {numero} quedó afectada a medias: se completan "
+                      f"{self.anf.completa('Entrada', numero)} movimientos.")
+        self.entrega, self.entrega_pendiente = previa.faltan, previa.pendientes
+
     def juega(self, barra: Barra) -> None:
+        for numero in self.entrega_pendiente:
+            self.recibida.termina()  # only the last one may lack rows
+            self.recibida.reanuda("entrega", numero)
         for hechos, _ in enumerate(self.recibida.recibe("entrega", self.observaciones_de_la_entrega, self.entrega), 1):
             barra.avanza(hechos)
         for factura in self.facturas:
@@ -589,7 +657,7 @@ def motivo_general(motivo: str) -> str:
 
 def informa(dia: Dia, segundos: float) -> int:
     anf, ventas, devueltas, recibida = dia.anf, dia.ventas, dia.devueltas, dia.recibida
-    if dia.entrega:
+    if dia.entrega or recibida.documentos:
         partidas = sum(documento.partidas for documento in recibida.documentos)
         print(f"\nEntrega: {len(dia.entrega)} renglones, {partidas} partidas, {len(recibida.rechazados)} rechazados.")
         comun.informa_renglones(recibida.rechazados, recibida.avisos)
@@ -704,7 +772,8 @@ def principal() -> int:
               Entradas(anf, devolucion, opciones.almacen, opciones.pendiente, opciones.maximo),
               Ventas(anf, venta, opciones.almacen, opciones.pendiente, opciones.maximo,
                      opciones.continua_sin_existencia),
-              f"Entrega de {opciones.entrega.name}" if opciones.entrega else "Entrega del día")
+              marca_de_entrega(f"de {opciones.entrega.name}" if opciones.entrega else
+                               f"del día {opciones.ventas.name}", entrega))
     print("Altas en la base, antes de teclear nada:")
     if catalogo is not None:
         print(comun.importa_catalogo(anf, catalogo, [
@@ -721,12 +790,20 @@ def principal() -> int:
     if repetidas:
         print(f"{len(repetidas)} facturas ya tienen documento: "
               f"{'se omiten' if opciones.omite_registradas else 'se registran otra vez'}.")
+    previa = entrega_previa(anf, dia.observaciones_de_la_entrega, entrega) if entrega else None
     if opciones.omite_registradas:
         dia.facturas = [factura for factura in facturas if factura.numero not in repetidas]
-        if repetidas and dia.entrega:
+        if previa is not None and (previa.pendientes or not repetidas):
+            print(f"La entrega ya está en la entrada {', '.join(map(str, previa.documentos))}: " +
+                  (f"se termina, faltan {len(previa.faltan)} renglones." if previa.pendientes or previa.faltan else
+                   "no se recibe otra vez."))
+            dia.retoma_entrega(previa)
+        elif repetidas and dia.entrega:
             # It came before the first of them, for the whole day.
             print("La entrega se registró con esas facturas: no se recibe otra vez.")
             dia.entrega = []
+    elif previa is not None:
+        print(f"La entrega ya está en la entrada {', '.join(map(str, previa.documentos))}: se recibe otra vez.")
     dia.ultimo_movimiento = anf.sql("SELECT COALESCE(MAX(id), 0) AS id FROM movsinv")[0]["id"]
 
     barra = Barra(len(dia.entrega) + dia.renglones(), not opciones.sin_barra)

@@ -26,8 +26,9 @@ std::string Banderas(Tipo tipo, const std::string& cual) {
   const char* station = tipo == Tipo::Salida ? "d.estacion" : "NULL";
   return "SELECT '" + name + "' AS tipo, d." + tables.clave + " AS documento, d.usuario AS usuario, " +
          station + " AS estacion, NULL AS desde, 0 AS vida, 0 AS id FROM " + tables.encabezado +
-         " d WHERE d.ocupado <> 0" + cual + " AND NOT EXISTS (SELECT 1 FROM tenencias t WHERE t.tipo = '" +
-         name + "' AND t.documento = d." + tables.clave + ")";
+         " d WHERE (d.ocupado > 0 OR d.ocupado < 0)" + cual +
+         " AND NOT EXISTS (SELECT 1 FROM tenencias t WHERE t.tipo = '" + name + "' AND t.documento = d." +
+         tables.clave + ")";
 }
 
 bool SoloTarvik(data::EngineConnection& connection) {

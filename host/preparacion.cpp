@@ -26,13 +26,12 @@ void PonPrimerosContenidos(data::EngineConnection& connection) {
   SiembraMensajes(connection);
   connection.Run("INSERT INTO defform (Entradas, Salidas) VALUES (?, ?)", {"entrada", "salida"});
   connection.Run("INSERT INTO ControlProc (controlproc) VALUES (?)", {1});
-  for (const auto& [name, value] :
-       {std::pair{"Almacen", "1"},
-        {"Lector", "0"},
-        {"PorSurt", "0"},
-        {"EnVenta", "0"},
-        // Every program on this base keeps leases: a document that is held without one was left behind.
-        {"SoloTarvik", "1"}}) {
+  // SoloTarvik: no other program ever held a document here, so that a flag without a lease is nobody's.
+  for (const auto& [name, value] : {std::pair{"Almacen", "1"},
+                                    {"Lector", "0"},
+                                    {"PorSurt", "0"},
+                                    {"EnVenta", "0"},
+                                    {"SoloTarvik", "1"}}) {
     connection.Run("INSERT INTO parametros (nombre, valor) VALUES (?, ?)", {name, value});
   }
   all.Commit();

@@ -217,11 +217,12 @@ bool Custodia::Permite(const SentenciaDeDocumento& sentencia) {
   } catch (
       const std::exception&) {  // NOLINT(bugprone-empty-catch): nothing known, and the statement says why
   }
+  // Another screen of this program may have the document anew; what this one's act sends is still its own.
   const Tenida* lost = PerdidaDe(sentencia);
-  const bool held =
-      lost != nullptr && std::any_of(tenidas_.begin(), tenidas_.end(), [&](const Tenida& other) {
-        return other.documento == lost->documento && !other.perdida;
-      });
+  const bool held = lost != nullptr && lost->pantalla != en_acto_ &&
+                    std::any_of(tenidas_.begin(), tenidas_.end(), [&](const Tenida& other) {
+                      return other.documento == lost->documento && !other.perdida;
+                    });
   if (lost == nullptr || held) return true;
   if (sentencia.clase == Clase::Suelta) return false;  // whose flag it is now is not this screen's matter
   // Going on with the next step would store or post a part of what is no longer this screen's.
@@ -244,6 +245,7 @@ std::string Custodia::PorQue(const Tenida& lease) const {
 }
 
 bool Custodia::EmpiezaActo(forms::Form& screen) noexcept {
+  en_acto_ = &screen;
   try {
     Tenida* held = De(screen);
     if (held == nullptr || held->avisada) return true;
@@ -261,6 +263,7 @@ bool Custodia::EmpiezaActo(forms::Form& screen) noexcept {
 }
 
 void Custodia::TerminaActo() noexcept {
+  en_acto_ = nullptr;
   if (connection_.InTransaction()) return;
   for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
   for (Tenida& held : tenidas_) {

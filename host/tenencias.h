@@ -81,7 +81,8 @@ class Custodia final : public Guardia {
   const AmbienteLocal& ambiente_;
   Eliminaciones eliminaciones_;
   std::int64_t vida_ = 0;
-  bool limpia_ = false;  // others' lives that are over may be cleared away
+  const forms::Form* en_acto_ = nullptr;  // whose act is under way; compared only
+  bool limpia_ = false;                   // others' lives that are over may be cleared away
   std::optional<std::int64_t> vistos_;
   std::vector<Tenida> tenidas_;
   std::vector<std::int64_t> por_quitar_;

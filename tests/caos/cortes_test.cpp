@@ -19,6 +19,13 @@ class Cortes : public Taller {
                 const std::function<void(long)>& corta) {
     const auto uno = Obrero("1", "0", direccion);
     const auto dos = Obrero("2", "0", direccion);
+    // A program that can't even open the base is no station yet.
+    for (Proceso* obrero : {uno.get(), dos.get()}) {
+      while (const auto linea = obrero->Lee(20s)) {
+        Oye(*linea);
+        if (*linea == "paso\tempieza") break;
+      }
+    }
     for (long i = 0; i < veces; ++i) {
       const auto hasta = std::chrono::steady_clock::now() + std::chrono::milliseconds(Al(5, mas_tarde));
       while (std::chrono::steady_clock::now() < hasta) {

@@ -6,6 +6,7 @@
 #include "forms/keys.h"
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
+#include "host/liberacion.h"
 #include "tests/caos/tienda.h"
 
 namespace tarvik::caos {
@@ -14,11 +15,11 @@ using host::Tipo;
 
 namespace {
 
-Tipo TipoDe(const DocumentWizard& forma) {
+Tipo ClaseDe(const DocumentWizard& forma) {
   return dynamic_cast<const frmEntradasWizard*>(&forma) != nullptr ? Tipo::Entrada : Tipo::Salida;
 }
 
-int ColumnaDelNumero(const DocumentWizard& forma) { return TipoDe(forma) == Tipo::Entrada ? 5 : 6; }
+int ColumnaDelNumero(const DocumentWizard& forma) { return ClaseDe(forma) == Tipo::Entrada ? 5 : 6; }
 
 // Rows of the grid that hold a line.
 int Filas(const DocumentWizard& forma) {
@@ -37,7 +38,7 @@ std::string UnaLinea(std::string texto) {
 }
 
 std::string Documento(const DocumentWizard& forma) {
-  return std::string(NombreDe(TipoDe(forma))) + "\t" + std::to_string(Estacion::Numero(forma));
+  return std::string(NombreDe(ClaseDe(forma))) + "\t" + std::to_string(Estacion::Numero(forma));
 }
 
 }  // namespace
@@ -103,21 +104,6 @@ std::int32_t Estacion::Numero(const DocumentWizard& forma) {
   return dynamic_cast<const frmSalidasWizard&>(forma).Salida;
 }
 
-void Estacion::SueltaLosSuyos() {
-  for (const Tipo tipo : {Tipo::Entrada, Tipo::Salida}) {
-    anfitrion_->Conexion().Run("UPDATE " + std::string(TablasDe(tipo).encabezado) +
-                                   " SET ocupado = 0 WHERE ocupado <> 0 AND usuario = ?",
-                               {persona_.usuario});
-  }
-}
-
-void Estacion::Suelta(Tipo tipo, std::int32_t numero) {
-  const host::Tablas& tablas = TablasDe(tipo);
-  anfitrion_->Conexion().Run("UPDATE " + std::string(tablas.encabezado) + " SET ocupado = 0 WHERE " +
-                                 std::string(tablas.numero) + " = ?",
-                             {numero});
-}
-
 DocumentWizard* Estacion::Nueva(Tipo tipo, int renglones, int destino) {
   Di("paso\tcaptura");
   if (tipo == Tipo::Entrada) {
@@ -147,9 +133,19 @@ DocumentWizard* Estacion::Abre(Tipo tipo, std::int32_t numero) {
     movimientos_->ModificaSalida(numero);
   }
   if (plataforma_.Screens().size() == antes) return nullptr;
-  auto* forma = dynamic_cast<DocumentWizard*>(plataforma_.Screens().back().get());
   acusados_.clear();
-  return forma;
+  return dynamic_cast<DocumentWizard*>(plataforma_.Screens().back().get());
+}
+
+DocumentWizard* Estacion::Retoma(Tipo tipo, std::int32_t numero) {
+  acusados_.clear();
+  const auto pantalla = anfitrion_->Abre(tipo, numero);
+  for (const host::Tenencia& otra : pantalla ? std::vector<host::Tenencia>{} : anfitrion_->Tenencias()) {
+    Di("tenida\t" + std::string(NombreDe(otra.tipo)) + "\t" + std::to_string(otra.documento) + "\t" +
+       otra.usuario + "\t" + (otra.viva ? "viva" : "muerta") + "\t" +
+       (otra.desde ? otra.desde->Iso() : "sin renglón"));
+  }
+  return dynamic_cast<DocumentWizard*>(pantalla.get());
 }
 
 void Estacion::Acusa(DocumentWizard& forma, int fila, const std::string& articulo, int cantidad) {
@@ -163,7 +159,7 @@ void Estacion::Renglon(DocumentWizard& forma) {
   const int cantidad = Al(1, 9);
   const int antes = Filas(forma);
   int espera = cantidad;
-  const bool suma = TipoDe(forma) == Tipo::Salida && antes > 0 && forma.fg2.TextMatrix(antes, 0) == articulo;
+  const bool suma = ClaseDe(forma) == Tipo::Salida && antes > 0 && forma.fg2.TextMatrix(antes, 0) == articulo;
   if (suma) {
     // What is shown may be of a line that was never stored: only one that was acknowledged here is added to.
     if (!acusados_.contains(forma.fg2.TextMatrix(antes, ColumnaDelNumero(forma)))) return;
@@ -232,23 +228,22 @@ void Estacion::Cierra(DocumentWizard& forma) {
   if (forma.Open()) forma.Discard();
 }
 
-// One of the own documents that are pending and free.
+// One of the own documents that are pending, whether its last program ended or was killed.
 bool Estacion::Escogido(DocumentWizard*& forma) {
   const Tipo tipo = Al(0, 1) == 0 ? Tipo::Entrada : Tipo::Salida;
   const host::Tablas& tablas = TablasDe(tipo);
   data::Rows suyos;
   try {
-    suyos = anfitrion_->Conexion().Run("SELECT " + std::string(tablas.numero) + " FROM " +
-                                           std::string(tablas.encabezado) +
-                                           " WHERE estado = 'PE' AND ocupado = 0 AND usuario = ?",
-                                       {persona_.usuario});
+    suyos = anfitrion_->Conexion().Run(
+        "SELECT " + tablas.clave + " FROM " + tablas.encabezado + " WHERE estado = 'PE' AND usuario = ?",
+        {persona_.usuario});
   } catch (const data::Error&) {
     return false;
   }
   if (suyos.rows.empty()) return false;
   const int cual = Al(0, static_cast<int>(suyos.rows.size()) - 1);
   forma =
-      Abre(tipo, static_cast<std::int32_t>(data::ToNumber(suyos.rows[static_cast<std::size_t>(cual)][0])));
+      Retoma(tipo, static_cast<std::int32_t>(data::ToNumber(suyos.rows[static_cast<std::size_t>(cual)][0])));
   return forma != nullptr;
 }
 

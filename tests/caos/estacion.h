@@ -45,9 +45,6 @@ class Estacion {
   Estacion(const Estacion&) = delete;
   Estacion& operator=(const Estacion&) = delete;
 
-  // What an operator does after his program was gone: his own documents are let go of.
-  void SueltaLosSuyos();
-  void Suelta(host::Tipo tipo, std::int32_t numero);
   // One document from the first to the last key: new or reopened, left pending or finished.
   void HazDocumento();
   // So many lines at most; the default is 12.
@@ -58,6 +55,8 @@ class Estacion {
   DocumentWizard* Nueva(host::Tipo tipo, int renglones, int destino = 0);
   // nullptr: the class has opened none.
   DocumentWizard* Abre(host::Tipo tipo, std::int32_t numero);
+  // The same with the host's look before it: one whose holder is dead is let go of first.
+  DocumentWizard* Retoma(host::Tipo tipo, std::int32_t numero);
   // F5 and Yes. True if the screen closed and no box came.
   bool Finaliza(DocumentWizard& forma);
   void Cierra(DocumentWizard& forma);

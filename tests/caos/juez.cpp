@@ -47,14 +47,14 @@ void Faltas(data::EngineConnection& conexion, Fallas& fallas, const std::string&
 
 void Acuses::Oye(const std::string& linea) {
   const std::vector<std::string> p = Palabras(linea);
-  const auto tipo = p.size() > 2 ? host::TipoLlamado(p[1]) : std::nullopt;
-  if (!tipo) return;
+  if (p.size() < 3 || (p[1] != "Entrada" && p[1] != "Salida")) return;
+  const Tipo tipo = host::TipoDe(p[1]);
   if (p[0] == "afectado") {
-    afectados_.emplace(*tipo, Entero(p[2]));
+    afectados_.emplace(tipo, Entero(p[2]));
     return;
   }
   if (p.size() < 4) return;
-  Renglon& renglon = renglones_[{*tipo, Entero(p[3])}];
+  Renglon& renglon = renglones_[{tipo, Entero(p[3])}];
   if (p[0] == "renglon" && p.size() == 6) {
     renglon = {Entero(p[2]), p[4], std::atof(p[5].c_str()), {}};
   } else if (p[0] == "quitado") {
@@ -186,8 +186,7 @@ Fallas JuzgaAcuses(data::EngineConnection& conexion, const Acuses& acuses) {
   }
   std::set<Acuses::Clave> faltos;
   for (const auto& fila : conexion.Run(kFaltantes, {}).rows) {
-    faltos.emplace(*host::TipoLlamado(data::ToText(fila[0])),
-                   static_cast<std::int32_t>(data::ToNumber(fila[1])));
+    faltos.emplace(host::TipoDe(data::ToText(fila[0])), static_cast<std::int32_t>(data::ToNumber(fila[1])));
   }
   for (const auto& [tipo, documento] : acuses.Afectados()) {
     const std::string nombre = std::string(NombreDe(tipo)) + " " + std::to_string(documento);

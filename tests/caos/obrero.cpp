@@ -4,8 +4,10 @@
 // What its screens acknowledge goes to standard output, each line at once. It ends after DOCUMENTOS (0: none
 // is the last) or, with the document at hand, at SIGTERM. With "ordenes" it does what standard input says:
 //   abre TIPO NUMERO [NANOSEGUNDOS]    opens a document, at that moment of the steady clock
+//   retoma TIPO NUMERO                 the same with the host's look before it: a dead holder is let go of
 //   nueva TIPO RENGLONES [DESTINO]     a new one with so many lines
 //   finaliza [NANOSEGUNDOS]            F5 and Yes
+//   libera TIPO NUMERO                 lets a document go, by right
 //   cierra                             closes the screen
 // and answers "listo PALABRA" to each.
 #include <unistd.h>
@@ -53,16 +55,21 @@ int HazOrdenes(Estacion& estacion) {
     long long numero = 0;
     long long extra = 0;
     palabras >> orden;
-    if (orden == "abre" || orden == "nueva") {
+    if (orden == "abre" || orden == "retoma" || orden == "nueva") {
       palabras >> tipo >> numero >> extra;
-      const host::Tipo cual = host::TipoLlamado(tipo).value();
+      const host::Tipo cual = host::TipoDe(tipo);
       if (orden == "abre") EsperaHasta(extra);
-      toma(orden == "abre" ? estacion.Abre(cual, static_cast<std::int32_t>(numero))
-                           : estacion.Nueva(cual, static_cast<int>(numero), static_cast<int>(extra)));
+      toma(orden == "retoma" ? estacion.Retoma(cual, static_cast<std::int32_t>(numero))
+           : orden == "abre" ? estacion.Abre(cual, static_cast<std::int32_t>(numero))
+                             : estacion.Nueva(cual, static_cast<int>(numero), static_cast<int>(extra)));
     } else if (orden == "finaliza") {
       palabras >> extra;
       EsperaHasta(extra);
       Di(forma != nullptr && estacion.Finaliza(*forma) ? "listo\tsí" : "listo\tno");
+    } else if (orden == "libera") {
+      palabras >> tipo >> numero;
+      estacion.Anfitrion().Libera(host::TipoDe(tipo), static_cast<std::int32_t>(numero));
+      Di("listo\tsí");
     } else if (orden == "cierra") {
       if (forma != nullptr) estacion.Cierra(*forma);
       toma(nullptr);
@@ -85,7 +92,6 @@ int Corre(int cuantos, char** palabras) {
                      .semilla = static_cast<unsigned>(std::atol(palabras[5])),
                      .di = Di});
   if (cuantos > 6 && std::string(palabras[6]) == "ordenes") return HazOrdenes(estacion);
-  estacion.SueltaLosSuyos();
   const long documentos = cuantos > 6 ? std::atol(palabras[6]) : 0;
   if (cuantos > 7) estacion.Hasta(std::atoi(palabras[7]));
   Di("paso\tempieza");

@@ -19,8 +19,7 @@ Remediado Remedia(const std::string& direccion, const std::filesystem::path& car
       ++hecho.completados;
       continue;
     }
-    estacion.Suelta(tipo, documento);
-    DocumentWizard* forma = estacion.Abre(tipo, documento);
+    DocumentWizard* forma = estacion.Retoma(tipo, documento);
     if (forma == nullptr) continue;
     estacion.Finaliza(*forma);
     ++hecho.terminados;

@@ -34,8 +34,6 @@ void MontaTienda(const std::string& direccion) {
   data::Transaction todo(*conexion);
   pon("tipominv (tipo_movim, ent_sal, descrip) VALUES ('COM', 'E', 'Compra')", {});
   pon("tipominv (tipo_movim, ent_sal, descrip) VALUES ('VTA', 'S', 'Venta')", {});
-  // Nobody else's program works here: a flag whose holder is gone says nothing.
-  pon("parametros (nombre, valor) VALUES ('SoloTarvik', '1')", {});
   pon("impuestos (impuesto, valor) VALUES ('EXE', 0)", {});
   for (int almacen = 1; almacen <= kAlmacenes; ++almacen) {
     pon("ALMACEN (almacen) VALUES (?)", {almacen});

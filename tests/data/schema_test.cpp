@@ -44,7 +44,7 @@ TEST(SchemaTables, AreThoseOfTheSuiteAndOfTheHost) {
                          "monedas",           "usuarios",  "defform",     "ControlProc", "modelos",
                          "colores",           "tallas"}));
   EXPECT_EQ(host, (List{"mensajes", "series", "parametros", "version_esquema", "mallaparam", "mallacelda",
-                        "retenciones"}));
+                        "tenencias", "vidas", "peticiones", "bitacora", "cierres"}));
 }
 
 TEST(SchemaTables, GoodsIn) {
@@ -109,9 +109,9 @@ TEST(SchemaTables, LedgerAndPurchases) {
             (List{"operacion",        "movimiento", "articulo",   "cantidad",   "Precio",    "Observ",
                   "id_entrada",       "id_salida",  "PrDescrip",  "PrCantidad", "claveadd",  "f_movim",
                   "cerrado",          "ent_sal",    "almacen",    "tipo_doc",   "documento", "usuario",
-                  "estaciontraspaso", "importe",    "clavelocal", "usuhora",    "id"}));
+                  "estaciontraspaso", "importe",    "clavelocal", "usuhora",    "id",        "saldo"}));
   EXPECT_EQ(NamesOfType("movsinv", ColumnType::Number),
-            (List{"cantidad", "Precio", "PrCantidad", "almacen", "importe"}));
+            (List{"cantidad", "Precio", "PrCantidad", "almacen", "importe", "saldo"}));
   EXPECT_EQ(Names("compras2sucursal"), (List{"id_partida", "cantidad", "sucursal", "tipo", "id"}));
   EXPECT_EQ(Names("compra2"), List{"id"});
   EXPECT_EQ(Names("compra2part"), (List{"Id", "articulo", "compra"}));
@@ -158,12 +158,18 @@ TEST(SchemaTables, Keys) {
   EXPECT_EQ(key("prods"), List{"articulo"});
   EXPECT_EQ(key("clavesadd"), List{"clave"});
   EXPECT_EQ(key("mallaparam"), (List{"documento", "origen"}));
-  EXPECT_EQ(key("retenciones"), (List{"tipo", "numero"}));
+  EXPECT_EQ(key("cierres"), (List{"tipo", "documento"}));
   List counted;
   for (const Table& table : Schema()) {
     if (table.counted_key) counted.emplace_back(table.name);
   }
-  EXPECT_EQ(counted, (List{"movsinv", "compras2sucursal", "defform", "ControlProc", "mallacelda"}));
+  EXPECT_EQ(counted, (List{"movsinv", "compras2sucursal", "defform", "ControlProc", "mallacelda", "tenencias",
+                           "vidas", "peticiones", "bitacora"}));
+  List positive;
+  for (const Table& table : Schema()) {
+    if (table.positive_key) positive.emplace_back(table.name);
+  }
+  EXPECT_EQ(positive, (List{"entradas", "salidas"}));
 }
 
 TEST(SchemaTables, AreSoundInThemselves) {
@@ -191,6 +197,11 @@ TEST(SchemaTables, AreSoundInThemselves) {
       EXPECT_EQ(FindTable(foreign.table)->key, std::vector<std::string_view>{foreign.column});
     }
     EXPECT_TRUE(!table.counted_key || table.key.size() == 1) << table.name;
+    for (const Once& once : table.once) {
+      for (const auto name : once.columns) EXPECT_TRUE(has(name)) << table.name << '.' << name;
+      EXPECT_TRUE(table.counted_key) << "so that the rule can hold for rows behind one: " << table.name;
+    }
+    EXPECT_TRUE(!table.positive_key || table.key.size() == 1) << table.name;
   }
 }
 
@@ -216,6 +227,18 @@ TEST(SchemaDdl, OnTheEmbeddedEngine) {
             "CREATE INDEX IF NOT EXISTS idx_compra2part_articulo_compra ON compra2part (articulo, compra)"}));
   EXPECT_EQ(Ddl(*FindTable("ControlProc"), Dialect::Sqlite),
             List{"CREATE TABLE IF NOT EXISTS ControlProc (controlproc INTEGER, id INTEGER PRIMARY KEY)"});
+}
+
+TEST(SchemaDdl, ARuleHoldsForAllRowsOrForThoseBehindOne) {
+  const Table& ledger = *FindTable("movsinv");
+  const std::string rule =
+      "CREATE UNIQUE INDEX IF NOT EXISTS una_vez_entrada ON movsinv (id_entrada, operacion) WHERE id_entrada "
+      ">= "
+      "1 AND operacion = 'EN' AND (claveadd IS NULL OR claveadd <> '999' OR almacen IS NOT NULL)";
+  EXPECT_EQ(OnceText(ledger, ledger.once.at(0)), rule);
+  EXPECT_EQ(OnceText(ledger, ledger.once.at(0), 41), rule + " AND id > 41");
+  EXPECT_EQ(Ddl(ledger, Dialect::Sqlite).at(1), rule);
+  EXPECT_TRUE(Guards(ledger, Dialect::Sqlite).empty());
 }
 
 TEST(SchemaDdl, OnTheServer) {

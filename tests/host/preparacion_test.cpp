@@ -2,6 +2,7 @@
 #include "host/preparacion.h"
 
 #include "data/schema.h"
+#include "host/mensajes.h"
 #include "tests/host/apoyo.h"
 
 namespace tarvik::host {
@@ -26,12 +27,27 @@ TEST_F(Preparacion, ANewBaseHasTextsFormatsSignalSettingsAndNothingElse) {
   }
 }
 
-TEST_F(Preparacion, TheSettingsStartWithWarehouseOneAndNobodyElseOnTheBase) {
+TEST_F(Preparacion, TheSettingsStartWithWarehouseOneAndAllElseOff) {
   EXPECT_EQ(Ambiente().NombresDeParametros(),
             (std::vector<std::string>{"Almacen", "EnVenta", "Lector", "PorSurt", "SoloTarvik"}));
-  for (const char* name : {"Almacen", "SoloTarvik"}) EXPECT_EQ(Ambiente().Parametro(name), data::Value(1));
+  EXPECT_EQ(Ambiente().Parametro("Almacen"), data::Value(1));
   for (const char* name : {"EnVenta", "Lector", "PorSurt"})
     EXPECT_EQ(Ambiente().Parametro(name), data::Value(0));
+  EXPECT_EQ(Ambiente().Parametro("SoloTarvik"), data::Value(1)) << "no other program has worked here";
+}
+
+TEST_F(Preparacion, ABaseThatWasThereBeforeIsNotTakenForOnesOwnAlone) {
+  Sql("DELETE FROM parametros WHERE nombre = 'SoloTarvik'");
+  PonPrimerosContenidos(anfitrion->Conexion());
+  EXPECT_TRUE(Ambiente().Parametro("SoloTarvik").IsNull());
+}
+
+TEST_F(Preparacion, ATextThatTheBaseHasIsNeverOverwritten) {
+  Sql("UPDATE mensajes SET texto = 'Texto propio' WHERE numero = 234");
+  Sql("DELETE FROM mensajes WHERE numero = 341");
+  SiembraMensajes(anfitrion->Conexion());
+  EXPECT_EQ(Dato("SELECT texto FROM mensajes WHERE numero = 234"), data::Value("Texto propio"));
+  EXPECT_EQ(data::ToNumber(Dato("SELECT COUNT(*) FROM mensajes WHERE numero = 341")), 1);
 }
 
 TEST_F(Preparacion, ABaseInUseIsLeftAsItIs) {

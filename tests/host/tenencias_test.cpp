@@ -262,6 +262,9 @@ TEST_F(Tenencias, TheSameStationMayOpenAnewWhatItHasLost) {
   Escenario::Tecla(f, "F2");
   EXPECT_EQ(f.Modo, "CONSULTA");
   EXPECT_EQ(g.Modo, "MODIFICACION");
+  for (const auto& [field, text] : {std::pair{4, "A-100"}, {5, "9"}, {6, "1"}}) f.txtFields(field).Text(text);
+  Escenario::Tecla(f, "F9");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "2") << "what the lost screen's own act sends is kept back";
   f.Unload();
   EXPECT_EQ(Ocupado(g), "1");
   EXPECT_EQ(Filas(), "1");

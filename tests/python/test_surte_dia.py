@@ -171,8 +171,9 @@ class SurteDia(Caso):
         self.rechazado(hecho, 3, "No hay existencia suficiente")
         self.assertEqual(self.lineas(1), [("MAR-16", 3, 200)])
         self.assertEqual(self.existencia("MAR-16"), 0)
-        self.assertEqual(self.abre().sql("SELECT tipo_doc, observ, estado FROM entradas"),
-                         [{"tipo_doc": "COM", "observ": "Entrega de entrega.csv", "estado": "CO"}])
+        entradas = self.abre().sql("SELECT tipo_doc, observ, estado FROM entradas")
+        self.assertEqual([(fila["tipo_doc"], fila["estado"]) for fila in entradas], [("COM", "CO")])
+        self.assertRegex(entradas[0]["observ"], "^Entrega de entrega.csv, suma [0-9a-f]{8}$")
 
     def test_two_lines_of_a_document_may_take_more_than_there_is_and_that_is_told(self):
         self.tienda(MAR_16=10, MAR_20=1)
@@ -370,6 +371,72 @@ class SurteDia(Caso):
         self.assertNotIn(dicho, hecho.stdout)
         self.assertEqual(self.existencia("A2"), 0)
 
+    def muere(self, clase, vez, *argumentos, renglones="1,A1,2,5,\n2,A2,1,5,\n3,A1,1,5,\n4,A3,1,5,\n"):
+        """The day, its program gone just before the nth row that this class records."""
+        programa = self.archivo("muere.py", (
+            "import os, sys\n"
+            f"sys.path.insert(0, {str(EJEMPLOS)!r})\n"
+            "import surte_dia\n"
+            f"clase, veces = surte_dia.{clase}, 0\n"
+            "propia = clase.registra\n"
+            "def registra(self, renglon):\n"
+            "    global veces\n"
+            "    veces += 1\n"
+            f"    if veces == {vez}:\n"
+            "        os._exit(9)\n"
+            "    propia(self, renglon)\n"
+            "clase.registra = registra\n"
+            "surte_dia.comun.corre(surte_dia.principal)\n"))
+        catalogo = self.archivo("catalogo.csv", "clave,precio\nA1,5\nA2,5\nA3,5\n")
+        dia = self.archivo("dia.csv", TITULOS + renglones)
+        hecho = self.corre(programa, dia, "--importa-catalogo", catalogo, *argumentos)
+        self.assertEqual(hecho.returncode, 9, hecho.stdout + hecho.stderr)
+        return renglones
+
+    def otra_base(self):
+        self.bases = getattr(self, "bases", 0) + 1
+        self.base = f"sqlite:{self.carpeta / f'almacen{self.bases}.db'}"
+
+    def entregado(self):
+        return [(f["articulo"], f["cantidad"]) for f in self.abre().sql(
+            "SELECT articulo, cantidad FROM entpart ORDER BY id_entrada")]
+
+    def test_a_day_that_broke_off_behind_its_delivery_does_not_receive_it_again(self):
+        for opcion in ["--entrega-del-dia", "--entrega"]:
+            with self.subTest(opcion):
+                self.otra_base()
+                entrega = self.archivo("entrega.csv", "clave,cantidad,precio\nA1,3,5\nNOHAY,1,1\nA2,1,5\nA3,1,5\n")
+                argumentos = [opcion] + ([entrega] if opcion == "--entrega" else [])
+                dia = self.muere("Ventas", 1, *argumentos)
+                self.assertEqual(self.entregado(), [("A1", 3), ("A2", 1), ("A3", 1)])
+                hecho = self.surte(dia, *argumentos, "--omite-registradas")
+                self.assertIn("La entrega ya está en la entrada 1: no se recibe otra vez.", hecho.stdout)
+                self.assertEqual(self.entregado(), [("A1", 3), ("A2", 1), ("A3", 1)])
+                self.assertEqual([self.existencia(clave) for clave in ("A1", "A2", "A3")], [0, 0, 0])
+                self.assertEqual(self.abre().a_medias(), [])
+
+    def test_a_delivery_that_broke_off_half_way_is_finished(self):
+        for vez in (2, 3):
+            for maximo in ("5", "1"):
+                with self.subTest(vez=vez, maximo=maximo):
+                    self.otra_base()
+                    dia = self.muere("Entradas", vez, "--entrega-del-dia", "--maximo", maximo)
+                    self.assertEqual(len(self.entregado()), vez - 1)
+                    hecho = self.surte(dia, "--entrega-del-dia", "--omite-registradas", "--maximo", maximo)
+                    self.assertIn(f"se termina, faltan {4 - vez} renglones.", hecho.stdout)
+                    self.assertEqual(self.entregado(), [("A1", 3), ("A2", 1), ("A3", 1)])
+                    self.assertEqual(self.abre().sql("SELECT DISTINCT estado, ocupado FROM entradas"),
+                                     [{"estado": "CO", "ocupado": 0}])
+                    self.assertEqual([self.existencia(clave) for clave in ("A1", "A2", "A3")], [0, 0, 0])
+
+    def test_another_day_of_the_same_name_brings_its_own_delivery(self):
+        self.muere("Ventas", 1, "--entrega-del-dia")
+        hecho = self.surte("9,A1,7,5,\n", "--entrega-del-dia", "--omite-registradas")
+        self.assertNotIn("La entrega ya está", hecho.stdout)
+        self.assertEqual(self.existencia("A1"), 3)
+        hecho = self.surte("9,A1,7,5,\n", "--entrega-del-dia")
+        self.assertIn("La entrega ya está en la entrada 2: se recibe otra vez.", hecho.stdout)
+
     def test_pending_moves_nothing_but_the_delivery(self):
         self.tienda()
         hecho = self.surte("1,MAR-16,2,5,C001\nC2,MAR-16,-1,5,\n", "--pendiente", "--entrega-del-dia")
@@ -518,6 +585,9 @@ class SurteDia(Caso):
         self.tienda(MAR_16=50, MAR_20=50)
         for nombre, disparador, espera in casos:
             with self.subTest(nombre):
+                if "twice" in nombre:  # the base itself would refuse it
+                    with sqlite3.connect(self.carpeta / "almacen.db") as conexion:
+                        conexion.execute("DROP INDEX una_vez_salida")
                 self.mano(disparador)
                 hecho = self.surte("1,MAR-20,1,5,C001\n" * 2 if "line that" in nombre else "1,MAR-16,1,5,C001\n",
                                    codigo=1)
