@@ -300,7 +300,7 @@ std::unique_ptr<QDialog> MakeNotOpened(const QString& reason) {
   auto box = std::make_unique<Box>(nullptr, reason);
   box->setWindowTitle(QStringLiteral("Movimientos de inventario"));
   box->SetMark(Mark::Stop);
-  box->AddText(QStringLiteral("No se pudo abrir la base de datos"), QStringLiteral("title"));
+  box->AddText(QStringLiteral("El programa no se pudo abrir"), QStringLiteral("title"));
   QString text = reason;
   box->AddText(text.remove(QLatin1Char('\r')).trimmed());
   box->AddCopy();

@@ -58,7 +58,7 @@ TEST_F(Boxes, ABaseThatDoesNotOpenIsToldWithItsReasonToBeReadAndCopied) {
   EXPECT_EQ(Default(*box), "Cerrar");
   QStringList words;
   for (const auto* label : box->findChildren<QLabel*>()) words << label->text();
-  EXPECT_TRUE(words.contains("No se pudo abrir la base de datos"));
+  EXPECT_TRUE(words.contains("El programa no se pudo abrir"));
   EXPECT_TRUE(words.contains("La base está dañada.\nRestaure el respaldo de ayer."));
 }
 
