@@ -296,6 +296,20 @@ std::unique_ptr<QDialog> MakeUnhandled(QWidget* parent, const QString& text, boo
                      "este texto y avise a quien atiende el sistema."));
 }
 
+std::unique_ptr<QDialog> MakeNotOpened(const QString& reason) {
+  auto box = std::make_unique<Box>(nullptr, reason);
+  box->setWindowTitle(QStringLiteral("Movimientos de inventario"));
+  box->SetMark(Mark::Stop);
+  box->AddText(QStringLiteral("El programa no se pudo abrir"), QStringLiteral("title"));
+  QString text = reason;
+  box->AddText(text.remove(QLatin1Char('\r')).trimmed());
+  box->AddCopy();
+  box->MakeDefault(box->AddButton(QStringLiteral("&Cerrar"), QStringLiteral("Cerrar"), QDialog::Accepted));
+  return box;
+}
+
+void ShowNotOpened(const QString& reason) { MakeNotOpened(reason)->exec(); }
+
 bool ShowBox(QWidget* parent, forms::BoxKind kind, const QString& text, int style) {
   return MakeBox(parent, kind, text, style)->exec() == QDialog::Accepted;
 }

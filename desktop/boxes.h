@@ -23,8 +23,12 @@ bool ShowBox(QWidget* parent, forms::BoxKind kind, const QString& text, int styl
 // written it to the program's log before.
 void ShowUnhandled(QWidget* parent, const QString& text, bool noted);
 
+// The program could not open its base: what happened, and what to do as the reason itself says it.
+void ShowNotOpened(const QString& reason);
+
 // The same boxes, not yet shown: exec() gives QDialog::Accepted for true.
 std::unique_ptr<QDialog> MakeBox(QWidget* parent, forms::BoxKind kind, const QString& text, int style);
 std::unique_ptr<QDialog> MakeUnhandled(QWidget* parent, const QString& text, bool noted);
+std::unique_ptr<QDialog> MakeNotOpened(const QString& reason);
 
 }  // namespace tarvik::desktop

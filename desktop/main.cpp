@@ -58,8 +58,7 @@ int main(int argc, char** argv) {
     std::cerr << error.what() << '\n';
     // Started from a menu, nobody reads the other. Where there is no screen, nobody could answer.
     if (QApplication::platformName() != QStringLiteral("offscreen"))
-      ShowBox(nullptr, tarvik::forms::BoxKind::Error, QString::fromUtf8(error.what()),
-              tarvik::forms::kBoxStop);
+      ShowNotOpened(QString::fromUtf8(error.what()));
     return 2;
   }
 }

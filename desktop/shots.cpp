@@ -10,7 +10,10 @@
 #include <functional>
 #include <iostream>
 
+#include "desktop/errors_window.h"
+#include "desktop/half_posted.h"
 #include "desktop/main_window.h"
+#include "desktop/notices.h"
 #include "desktop/program.h"
 #include "desktop/qt_platform.h"
 #include "desktop/screen_view.h"
@@ -68,6 +71,26 @@ void Matrix(Program& program, const std::function<void()>& look) {
   program.Platform().on_modal = nullptr;
   wizard.Unload();
   QTest::qWait(0);
+}
+
+// A document that a program left behind in the middle of its posting, and errors of a step in one list.
+void LeftBehind(Program& program, const QDir& folder, const QString& name) {
+  program.Host().Conexion().Run("DELETE FROM movsinv WHERE operacion = 'EN' AND id_entrada > 2", {});
+  MainWindow& window = program.Window();
+  window.ShowPage("Entradas");
+  window.Half().LookAtAll();
+  (void)QTest::qWaitFor([&] { return window.Notices().isVisible(); });
+  Save(window, folder.filePath(QStringLiteral("a-medias-") + name));
+  program.Door().ConsultaEntrada(1);
+  QTest::qWait(50);
+  Save(window, folder.filePath(QStringLiteral("a-medias-consulta-") + name));
+  const auto trouble = [](const char* time, const char* procedure) {
+    const QString text = QStringLiteral("La base está ocupada por otra estación; no se guardó nada");
+    return Trouble{QString::fromLatin1(time), QString::fromLatin1(procedure), text, text};
+  };
+  program.Errors().List({trouble("14:03:22", "SalvaEntrada"), trouble("14:03:27", "AfectaPartidas"),
+                         trouble("14:03:27", "AfectaPartidas")});
+  Save(program.Errors(), folder.filePath(QStringLiteral("avisos-") + name));
 }
 
 void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, const QString& name) {
@@ -149,6 +172,7 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   Save(window, folder.filePath(QStringLiteral("lista-") + name));
   window.ShowPage("Existencias");
   Save(window, folder.filePath(QStringLiteral("existencias-") + name));
+  LeftBehind(program, folder, name);
 }
 
 }  // namespace

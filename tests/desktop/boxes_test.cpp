@@ -52,6 +52,16 @@ class Boxes : public ::testing::Test {
       "Description: La base está ocupada código duro: 0\r\n";
 };
 
+TEST_F(Boxes, ABaseThatDoesNotOpenIsToldWithItsReasonToBeReadAndCopied) {
+  const auto box = MakeNotOpened(QStringLiteral("La base está dañada.\nRestaure el respaldo de ayer."));
+  EXPECT_EQ(Buttons(*box), (QStringList{"Cerrar", "Copiar"}));
+  EXPECT_EQ(Default(*box), "Cerrar");
+  QStringList words;
+  for (const auto* label : box->findChildren<QLabel*>()) words << label->text();
+  EXPECT_TRUE(words.contains("El programa no se pudo abrir"));
+  EXPECT_TRUE(words.contains("La base está dañada.\nRestaure el respaldo de ayer."));
+}
+
 TEST_F(Boxes, AMessageHasOneButtonWhateverItsIcon) {
   for (const int style : {forms::kBoxPlain, forms::kBoxStop, forms::kBoxInformation}) {
     const auto box = MakeBox(nullptr, BoxKind::Message, QStringLiteral("Texto"), style);
