@@ -46,6 +46,17 @@ TEST_F(Tenencias, ANewDocumentIsHeldFromItsFirstLineToItsClosing) {
   EXPECT_TRUE(luis.anfitrion->Tenencias().empty());
 }
 
+TEST_F(Tenencias, AScreenThatClosedWhileItsLeaseCouldNotBeTakenAwayHoldsNothingForLong) {
+  auto& f = ana.Entrada({"5"});
+  const std::int32_t number = f.Entrada;
+  Sql("ALTER TABLE tenencias RENAME TO apartadas");
+  f.Unload();
+  Sql("ALTER TABLE apartadas RENAME TO tenencias");
+  EXPECT_EQ(Filas(), "1");
+  EXPECT_EQ(AbiertaPor(ana, number).Modo, "MODIFICACION") << "it opens again, and the row is its own";
+  EXPECT_EQ(Filas(), "1");
+}
+
 TEST_F(Tenencias, GoodsOutLikewise) {
   auto& f = ana.Salida({"5"});
   const auto held = luis.anfitrion->Tenencias();
