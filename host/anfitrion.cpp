@@ -48,8 +48,10 @@ class CarpetaNueva {
     for (const auto& part : path) {
       made /= part;
       if (fs::is_directory(made, reason)) continue;
-      if (!fs::create_directory(made, reason) && !fs::is_directory(made)) {
-        const std::string text = reason ? reason.message() : "existe un archivo con ese nombre";
+      reason = forms::MakeFolders(made.string());
+      if (reason) {
+        const bool file = reason == std::errc::not_a_directory;
+        const std::string text = file ? "existe un archivo con ese nombre" : reason.message();
         Quita();
         throw data::Error("No se puede crear la carpeta " + folder + ": " + text);
       }
