@@ -197,10 +197,14 @@ void Anfitrion::Gancho(const std::string& key, Rutina routine) {
 bool Anfitrion::TieneGancho(const std::string& key) const { return interior_->catalogo.TieneGancho(key); }
 // ---- who holds what ----
 
-std::vector<Tenencia> Anfitrion::Tenencias() { return LeeTenencias(Conexion()); }
+std::vector<Tenencia> Anfitrion::Tenencias() {
+  interior_->custodia.QuitaPendientes();
+  return LeeTenencias(Conexion());
+}
 
 std::shared_ptr<forms::Form> Anfitrion::Abre(Tipo tipo, std::int32_t numero) {
   const Retenido wanted{tipo, numero};
+  interior_->custodia.QuitaPendientes();
   if (const auto told = SueltaDeMuertos(Conexion(), interior_->custodia.Firma("libera"), wanted)) {
     interior_->custodia.MiraDeNuevo();
     Plataforma().ShowBox(forms::BoxKind::Message, *told, forms::kBoxInformation);
