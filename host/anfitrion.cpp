@@ -217,14 +217,13 @@ bool Anfitrion::TieneGancho(const std::string& key) const { return interior_->ca
 // ---- who holds what ----
 
 std::vector<Tenencia> Anfitrion::Tenencias() {
-  // What this program let go of while the base was busy is still on its list.
-  if (!Plataforma().Acting()) interior_->custodia.TerminaActo();
+  interior_->custodia.QuitaPendientes();
   return LeeTenencias(Conexion());
 }
 
 std::shared_ptr<forms::Form> Anfitrion::Abre(Tipo tipo, std::int32_t numero) {
   const Retenido wanted{tipo, numero};
-  if (!Plataforma().Acting()) interior_->custodia.TerminaActo();
+  interior_->custodia.QuitaPendientes();
   if (const auto told = SueltaDeMuertos(Conexion(), interior_->custodia.Firma("libera"), wanted)) {
     interior_->custodia.MiraDeNuevo();
     Plataforma().ShowBox(forms::BoxKind::Message, *told, forms::kBoxInformation);
