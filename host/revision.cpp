@@ -120,7 +120,7 @@ std::string De(Tipo tipo, std::string text) {
   for (const auto& [mark, value] :
        {std::pair<std::string_view, std::string_view>{"{encabezado}", tables.encabezado},
         {"{renglones}", tables.partidas},
-        {"{numero}", tables.numero},
+        {"{numero}", tables.clave},
         {"{id}", tables.renglon},
         {"{operaciones}", tipo == Tipo::Entrada ? "'EN'" : "'SA', 'T+'"}}) {
     for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at)) {
@@ -131,12 +131,13 @@ std::string De(Tipo tipo, std::string text) {
 }
 
 void AnotaReparacion(const Revisor& revisor, const Observacion& which, const std::string& text) {
+  std::optional<Retenido> document;
+  if (which.tipo && which.documento) document = Retenido{TipoDe(*which.tipo), *which.documento};
   Anota(revisor.conexion, {.cuando = revisor.ahora,
                            .usuario = revisor.usuario,
                            .estacion = revisor.estacion,
                            .acto = "repara",
-                           .tipo = which.tipo ? TipoLlamado(*which.tipo) : std::nullopt,
-                           .documento = which.documento,
+                           .documento = document,
                            .texto = text});
 }
 

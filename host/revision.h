@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "data/engine.h"
-#include "host/tipo.h"
+#include "host/documentos.h"
 
 namespace tarvik::host {
 

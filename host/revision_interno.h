@@ -9,7 +9,7 @@
 #include "data/number.h"
 #include "data/text.h"
 #include "host/revision.h"
-#include "host/tipo.h"
+#include "host/documentos.h"
 
 namespace tarvik::host::revision {
 
