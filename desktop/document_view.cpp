@@ -275,8 +275,8 @@ void DocumentView::ShowStored(const State& document) {
 
 void DocumentView::AtRest() {
   if (line_ && line_->currentIndex() == 1) line_->setCurrentIndex(0);
-  ShowKeys();
   ShowState();
+  ShowKeys();
   auto* platform = dynamic_cast<QtPlatform*>(&Screen().GetPlatform());
   if (!platform || platform->MessagesShown() == messages_seen_) return;
   messages_seen_ = platform->MessagesShown();

@@ -57,6 +57,7 @@ QTableWidget* Lines(QWidget* parent) {
   table->setHorizontalHeaderLabels(
       {ErrorsWindow::tr("Hora"), ErrorsWindow::tr("Procedimiento"), ErrorsWindow::tr("Qué pasó")});
   table->setAccessibleName(ErrorsWindow::tr("Avisos de error del paso"));
+  table->setProperty("role", "report");
   table->setSelectionBehavior(QAbstractItemView::SelectRows);
   table->setSelectionMode(QAbstractItemView::SingleSelection);
   table->setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -189,6 +189,7 @@ QCalendarWidget QAbstractItemView { selection-background-color: @Accent; selecti
 QTableView, QListView, QTreeView { background: @Row; alternate-background-color: @RowOther; color: @Ink;
   border: 1px solid @Border; border-radius: 8px; gridline-color: transparent;
   selection-background-color: @Selection; selection-color: @SelectionInk; }
+QTableView[role="report"]::item { padding: 4px 4px; }
 QTableView:focus, QListView:focus { border-color: @Accent; }
 QHeaderView { background: @Header; border: none; }
 QHeaderView::section { background: @Header; color: @SoftInk; border: none; border-bottom: 1px solid @Border;

@@ -33,11 +33,11 @@ class FinDeCierre : public EscenarioDeSalidas {
     }
     return "";
   }
-  // Keys that fired, without those of loading and closing the screen.
+  // Keys of a finish that fired.
   Textos Corridas() {
     Textos keys;
     for (const std::string& key : Claves()) {
-      if (key != "SALIDAS001" && key != "SALIDAS006" && key != "SALIDAS007") keys.push_back(key);
+      if (key == "SALIDAS017" || key == "SALIDAS005") keys.push_back(key);
     }
     return keys;
   }
