@@ -94,7 +94,7 @@ class SqliteConnection final : public EngineConnection {
 
   void Define(const std::string& text) override {
     RequireOpen();
-    Plain(text.c_str(), true);
+    Plain(text.c_str(), !InTransaction());
   }
 
   std::int64_t Changes() override {

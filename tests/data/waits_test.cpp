@@ -201,6 +201,31 @@ TEST(WaitsInLine, WhoDiesInLineIsOutOfIt) {
   EXPECT_EQ(connection->Select("SELECT who FROM t").rows.size(), 1U);
 }
 
+// Whoever has the base already does not stand in line behind those who wait for him.
+TEST(WaitsInLine, WhoHoldsTheBaseGoesOn) {
+  const TempFolder folder;
+  const std::string address = "sqlite:" + folder.File("a.db");
+  OpenBase(address)->Connect()->Execute("CREATE TABLE t (who INTEGER)");
+  OtherProgram later([&](const OtherProgram::Say& say) {
+    std::this_thread::sleep_for(milliseconds(300));
+    const auto connection = OpenBase(address)->Connect();
+    say("comes");
+    connection->Execute("INSERT INTO t VALUES (1)");
+    say("written");
+  });
+  const auto connection = OpenBase(address)->Connect();
+  connection->Begin();
+  ASSERT_EQ(later.Hear(), "comes");
+  std::this_thread::sleep_for(milliseconds(200));
+  const auto began = Clock::now();
+  connection->Define("CREATE INDEX i ON t (who)");
+  connection->Execute("INSERT INTO t VALUES (2)");
+  connection->Run("INSERT INTO t VALUES (?)", {3});
+  connection->Commit();
+  EXPECT_LT(Since(began), milliseconds(1000));
+  EXPECT_EQ(later.Hear(), "written");
+}
+
 // A program that was stopped in line, by a debugger or a full terminal, holds the others up for one patience
 // at most, and refuses nobody.
 TEST(WaitsInLine, WhoIsStoppedInLineRefusesNobody) {

@@ -47,8 +47,8 @@ class PowerCut : public testing::Test {
     {
       Shop shop(path_, folder_);
       commits.Begin(path_);
-      shop.Receives(12);
-      shop.Sends(9);
+      shop.Receives(All() ? 60 : 12);
+      shop.Sends(All() ? 40 : 9);
       EXPECT_TRUE(shop.Reports().empty()) << testing::PrintToString(shop.Reports());
     }
     day.acts = disk.Acts();
@@ -84,7 +84,7 @@ TEST_F(PowerCut, WhileDocumentsAreEnteredAndPostedLosesNothingAndLeavesNothingHa
   ASSERT_GT(day.commits.size(), 20U);
   ASSERT_GT(day.acts.size(), 500U);
   const std::size_t step = All() ? 1 : day.acts.size() / 150 + 1;
-  const std::uint32_t fates = All() ? 3 : 1;
+  const std::uint32_t fates = All() ? 5 : 1;
   Cut cut(day.beginning);
   int bad = 0;
   int looked_at = 0;
