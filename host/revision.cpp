@@ -118,7 +118,7 @@ namespace revision {
 std::string De(Tipo tipo, std::string text) {
   const Tablas& tables = TablasDe(tipo);
   for (const auto& [mark, value] :
-       {std::pair<std::string_view, std::string_view>{"{encabezado}", tables.encabezado},
+       {std::pair<std::string_view, std::string>{"{encabezado}", tables.encabezado},
         {"{renglones}", tables.partidas},
         {"{numero}", tables.clave},
         {"{id}", tables.renglon},
@@ -130,14 +130,17 @@ std::string De(Tipo tipo, std::string text) {
   return text;
 }
 
+std::optional<Retenido> RetenidoDe(const Observacion& which) {
+  if (!which.tipo || !which.documento) return {};
+  return Retenido{TipoDe(*which.tipo), *which.documento};
+}
+
 void AnotaReparacion(const Revisor& revisor, const Observacion& which, const std::string& text) {
-  std::optional<Retenido> document;
-  if (which.tipo && which.documento) document = Retenido{TipoDe(*which.tipo), *which.documento};
   Anota(revisor.conexion, {.cuando = revisor.ahora,
                            .usuario = revisor.usuario,
                            .estacion = revisor.estacion,
                            .acto = "repara",
-                           .documento = document,
+                           .documento = RetenidoDe(which),
                            .texto = text});
 }
 

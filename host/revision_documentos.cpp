@@ -67,11 +67,10 @@ void AMedias(const Revisor& revisor, Observaciones& found) {
 
 void ReparaAMedias(const Revisor& revisor, const Observacion& which) {
   if (!revisor.completa) throw data::Error("Aquí no se pueden completar documentos");
-  const Tipo tipo = *TipoLlamado(*which.tipo);
-  const int made = revisor.completa(tipo, *which.documento);
-  AnotaReparacion(
-      revisor, which,
-      "Se completó la " + Llamado(tipo, *which.documento) + " con " + std::to_string(made) + " movimientos");
+  const Retenido document = *RetenidoDe(which);
+  const int made = revisor.completa(document.tipo, document.numero);
+  AnotaReparacion(revisor, which,
+                  "Se completó " + LaDe(document) + " con " + std::to_string(made) + " movimientos");
 }
 
 void Dobles(const Revisor& revisor, Observaciones& found) {

@@ -2,14 +2,14 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "data/number.h"
-#include "data/text.h"
-#include "host/revision.h"
 #include "host/documentos.h"
+#include "host/revision.h"
 
 namespace tarvik::host::revision {
 
@@ -25,10 +25,9 @@ inline constexpr std::array kTipos = {Tipo::Entrada, Tipo::Salida};
 // {numero}, {id} the columns of document and line, {operaciones} a list of the movements' own.
 std::string De(Tipo tipo, std::string text);
 
-// "entrada 5", "salida 5".
-inline std::string Llamado(Tipo tipo, std::int64_t number) {
-  return data::LowerAscii(NombreDe(tipo)) + " " + std::to_string(number);
-}
+// The document of a finding; nothing where it is about none.
+std::optional<Retenido> RetenidoDe(const Observacion& which);
+
 inline std::string Cifra(double number) { return data::PlainNumber(number); }
 inline std::int32_t Documento(const data::Value& value) {
   return static_cast<std::int32_t>(data::ToNumber(value));

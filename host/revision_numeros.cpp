@@ -15,14 +15,14 @@ void FueraDeSerie(const Revisor& revisor, Tipo tipo, Observaciones& found) {
                                                   "numero, s.ultimo FROM {encabezado} d CROSS JOIN s WHERE "
                                                   "d.{numero} < 1 OR d.{numero} > s.ultimo ORDER BY "
                                                   "d.{numero}"),
-                                               {std::string(TablasDe(tipo).serie)});
+                                               {TablasDe(tipo).serie});
   for (const auto& row : rows.rows) {
     Observacion which{.clase = "numero", .tipo = std::string(NombreDe(tipo)), .documento = Documento(row[0])};
     which.texto =
         Nombre(tipo, row[0]) +
         (data::ToNumber(row[0]) < 1
              ? ": un documento no puede llevar un número menor que 1. Es de un número que no se pudo dar"
-             : ": su número es mayor que el último de la serie " + std::string(TablasDe(tipo).serie) + " (" +
+             : ": su número es mayor que el último de la serie " + TablasDe(tipo).serie + " (" +
                    data::ToText(row[1]) + "). La serie volverá a darlo");
     found.push_back(std::move(which));
   }
@@ -76,7 +76,7 @@ void Numeros(const Revisor& revisor, bool huecos, Observaciones& found) {
   FoliosRepetidos(revisor, found);
   if (!huecos) return;
   for (const Tipo tipo : kTipos) {
-    const std::string name = "'" + std::string(TablasDe(tipo).serie) + "'";
+    const std::string name = "'" + TablasDe(tipo).serie + "'";
     Huecos(revisor, tipo, tipo == Tipo::Entrada ? "el número de entrada" : "el número de salida",
            De(tipo, "SELECT " + name + " AS serie, {numero} AS numero FROM {encabezado}"),
            "SELECT nombre AS serie, valor AS ultimo FROM series WHERE nombre = " + name, true, found);

@@ -60,10 +60,10 @@ TEST_F(RevisaBase, WhatTheDeadHoldIsFoundAndLetGoOf) {
       "'2024-03-05 09:00:00', 4712)");
   const host::Observacion one = Una();
   EXPECT_EQ(Ficha(one), "tenencia|Entrada|2|-|-|-");
-  EXPECT_EQ(
-      one.texto,
-      "Entrada 2: la tomó BETO en la estación E2 desde 2024-03-05 09:00:00, y ese programa ya no está. Puede "
-      "liberarse");
+  EXPECT_EQ(one.texto,
+            "La entrada 2 la tomó BETO en la estación E2 desde el 05/03/2024 a las 09:00, y ese programa ya "
+            "no está. Puede "
+            "liberarse");
   EXPECT_EQ(Fichas(host::Rapida(Quien())), Textos{"tenencia|Entrada|2|-|-|-"});
   EXPECT_TRUE(Una(true).reparado);
   EXPECT_EQ(Uno("SELECT ocupado FROM entradas WHERE entrada = 2"), "0");
@@ -72,7 +72,7 @@ TEST_F(RevisaBase, WhatTheDeadHoldIsFoundAndLetGoOf) {
   EXPECT_EQ(Dichas(Revisa()), "");
 }
 
-TEST_F(RevisaBase, WhatALivingScreenHoldsTooKeepsItsFlag) {
+TEST_F(RevisaBase, WhatALivingScreenHoldsTooIsNotFree) {
   Dia();
   const auto other = anfitrion->Base().Connect();
   other->Live(4713);
@@ -82,9 +82,20 @@ TEST_F(RevisaBase, WhatALivingScreenHoldsTooKeepsItsFlag) {
   EXPECT_EQ(Dichas(Revisa()), "");
   Sql("INSERT INTO tenencias (tipo, documento, usuario, estacion, vida) VALUES ('Entrada', 2, 'BETO', 'E2', "
       "4714)");
-  EXPECT_TRUE(Una(true).reparado);
-  EXPECT_EQ(Uno("SELECT usuario FROM tenencias"), "CARLA");
+  EXPECT_EQ(Dichas(Revisa(true)), "");
   EXPECT_EQ(Uno("SELECT ocupado FROM entradas WHERE entrada = 2"), "1");
+  other->Close();
+  EXPECT_TRUE(Una(true).reparado);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM tenencias"), "0");
+  EXPECT_EQ(Uno("SELECT ocupado FROM entradas WHERE entrada = 2"), "0");
+}
+
+TEST_F(RevisaBase, ALeaseOfADocumentThatIsGoneIsTakenAway) {
+  Dia();
+  Sql("INSERT INTO tenencias (tipo, documento, usuario, estacion, vida) VALUES ('Salida', 99, 'BETO', 'E2', "
+      "4715)");
+  EXPECT_EQ(Ficha(Una(true)), "tenencia|Salida|99|-|-|-");
+  EXPECT_EQ(Dichas(Revisa()), "");
 }
 
 TEST_F(RevisaBase, AFlagWithoutALeaseIsNobodysOnlyWhereNoOtherProgramWorks) {
