@@ -92,25 +92,36 @@ void JuzgaRenglon(data::EngineConnection& conexion, const Acuses::Clave& clave, 
   }
 }
 
+// The lines that have moved, by their operation.
+std::string Movidos(const std::string& columna, const std::string& operacion) {
+  return "(SELECT " + columna + " FROM movsinv WHERE operacion = '" + operacion + "' AND " + columna +
+         " IS NOT NULL)";
+}
+
 // Lines of posted documents without their movement: kind, document, line, operation that is missing.
-constexpr const char* kFaltantes =
-    "SELECT 'Entrada' AS tipo, e.entrada AS documento, p.id_entrada AS renglon, 'EN' AS operacion FROM "
-    "entradas e INNER JOIN entpart p ON p.entrada = e.entrada LEFT JOIN movsinv m ON m.id_entrada = "
-    "p.id_entrada AND m.operacion = 'EN' WHERE e.estado = 'CO' AND m.id IS NULL UNION ALL "
-    "SELECT 'Salida', s.salida, p.id_salida, 'SA' FROM salidas s INNER JOIN salpart p ON p.salida = s.salida "
-    "LEFT JOIN movsinv m ON m.id_salida = p.id_salida AND m.operacion = 'SA' WHERE s.estado = 'CO' AND m.id "
-    "IS NULL UNION ALL "
-    "SELECT 'Salida', s.salida, p.id_salida, 'T+' FROM salidas s INNER JOIN salpart p ON p.salida = s.salida "
-    "LEFT JOIN movsinv m ON m.id_salida = p.id_salida AND m.operacion = 'T+' WHERE s.estado = 'CO' AND "
-    "s.estraspaso = 1 AND m.id IS NULL";
+std::string Faltantes() {
+  const auto salidas = [](const std::string& operacion, const std::string& cuales) {
+    return " UNION ALL SELECT 'Salida', s.salida, p.id_salida, '" + operacion +
+           "' FROM salidas s INNER JOIN salpart p ON p.salida = s.salida WHERE s.estado = 'CO'" + cuales +
+           " AND p.id_salida NOT IN " + Movidos("id_salida", operacion);
+  };
+  return "SELECT 'Entrada' AS tipo, e.entrada AS documento, p.id_entrada AS renglon, 'EN' AS operacion FROM "
+         "entradas "
+         "e INNER JOIN entpart p ON p.entrada = e.entrada WHERE e.estado = 'CO' AND p.id_entrada NOT IN " +
+         Movidos("id_entrada", "EN") + salidas("SA", "") + salidas("T+", " AND s.estraspaso = 1");
+}
 
 // Pending documents with a line that has moved.
-constexpr const char* kAdelantados =
-    "SELECT DISTINCT 'Entrada' AS tipo, e.entrada AS documento FROM entradas e INNER JOIN entpart p ON "
-    "p.entrada = e.entrada INNER JOIN movsinv m ON m.id_entrada = p.id_entrada AND m.operacion = 'EN' WHERE "
-    "e.estado <> 'CO' UNION ALL SELECT DISTINCT 'Salida', s.salida FROM salidas s INNER JOIN salpart p ON "
-    "p.salida = s.salida INNER JOIN movsinv m ON m.id_salida = p.id_salida AND m.operacion IN ('SA', 'T+') "
-    "WHERE s.estado <> 'CO'";
+std::string Adelantados() {
+  return "SELECT DISTINCT 'Entrada' AS tipo, e.entrada AS documento FROM entradas e INNER JOIN entpart p ON "
+         "p.entrada "
+         "= e.entrada WHERE e.estado <> 'CO' AND p.id_entrada IN " +
+         Movidos("id_entrada", "EN") +
+         " UNION ALL SELECT DISTINCT 'Salida', s.salida FROM salidas s INNER JOIN salpart p ON p.salida = "
+         "s.salida "
+         "WHERE s.estado <> 'CO' AND (p.id_salida IN " +
+         Movidos("id_salida", "SA") + " OR p.id_salida IN " + Movidos("id_salida", "T+") + ")";
+}
 
 void JuzgaExistencias(data::EngineConnection& conexion, Fallas& fallas) {
   const std::string libro =
@@ -185,7 +196,7 @@ Fallas JuzgaAcuses(data::EngineConnection& conexion, const Acuses& acuses) {
     JuzgaRenglon(conexion, clave, dicho, fallas);
   }
   std::set<Acuses::Clave> faltos;
-  for (const auto& fila : conexion.Run(kFaltantes, {}).rows) {
+  for (const auto& fila : conexion.Run(Faltantes(), {}).rows) {
     faltos.emplace(host::TipoDe(data::ToText(fila[0])), static_cast<std::int32_t>(data::ToNumber(fila[1])));
   }
   for (const auto& [tipo, documento] : acuses.Afectados()) {
@@ -229,27 +240,19 @@ Fallas JuzgaLibros(data::EngineConnection& conexion) {
 
 Fallas JuzgaEnteros(data::EngineConnection& conexion) {
   Fallas fallas;
-  Faltas(conexion, fallas, "A un documento afectado le falta un movimiento", kFaltantes);
-  Faltas(conexion, fallas, "Un documento pendiente tiene renglones movidos", kAdelantados);
-  Faltas(
-      conexion, fallas, "Lo que salió de un traspaso no es lo que llegó",
-      "SELECT s.salida, SUM(CASE WHEN m.operacion = 'SA' THEN m.cantidad ELSE 0 END) AS salio, "
-      "SUM(CASE WHEN m.operacion = 'T+' THEN m.cantidad ELSE 0 END) AS llego FROM salidas s INNER JOIN "
-      "salpart p ON p.salida = s.salida INNER JOIN movsinv m ON m.id_salida = p.id_salida AND m.operacion IN "
-      "('SA', 'T+') WHERE s.estraspaso = 1 GROUP BY s.salida HAVING ABS(SUM(CASE WHEN m.operacion = 'SA' "
-      "THEN m.cantidad ELSE -m.cantidad END)) > 0.000001");
+  Faltas(conexion, fallas, "A un documento afectado le falta un movimiento", Faltantes());
+  Faltas(conexion, fallas, "Un documento pendiente tiene renglones movidos", Adelantados());
+  Faltas(conexion, fallas, "Lo que salió de un traspaso no es lo que llegó",
+         "SELECT s.salida, SUM(m.salio), SUM(m.llego) FROM (SELECT id_salida, SUM(CASE WHEN operacion = 'SA' "
+         "THEN "
+         "cantidad ELSE 0 END) AS salio, SUM(CASE WHEN operacion = 'T+' THEN cantidad ELSE 0 END) AS llego "
+         "FROM movsinv "
+         "WHERE operacion IN ('SA', 'T+') GROUP BY id_salida) m INNER JOIN salpart p ON p.id_salida = "
+         "m.id_salida INNER "
+         "JOIN salidas s ON s.salida = p.salida WHERE s.estraspaso = 1 GROUP BY s.salida HAVING "
+         "ABS(SUM(m.salio) - "
+         "SUM(m.llego)) > 0.000001");
   return fallas;
-}
-
-PorCompletar CuentaPorCompletar(data::EngineConnection& conexion) {
-  const auto cuenta = [&](const std::string& sentencia) {
-    return static_cast<int>(data::ToNumber(
-        conexion
-            .Run("SELECT COUNT(*) FROM (SELECT DISTINCT tipo, documento FROM (" + sentencia + ") q) r", {})
-            .rows.at(0)
-            .at(0)));
-  };
-  return {cuenta(kFaltantes), cuenta(kAdelantados)};
 }
 
 }  // namespace tarvik::caos

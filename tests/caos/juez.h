@@ -51,11 +51,4 @@ Fallas JuzgaLibros(data::EngineConnection& conexion);
 // transfer, no pending document with a line that has moved.
 Fallas JuzgaEnteros(data::EngineConnection& conexion);
 
-// How many posted documents lack a movement, how many pending ones have some, as the judge counts them.
-struct PorCompletar {
-  int afectados = 0;
-  int pendientes = 0;
-};
-PorCompletar CuentaPorCompletar(data::EngineConnection& conexion);
-
 }  // namespace tarvik::caos

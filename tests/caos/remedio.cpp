@@ -1,5 +1,6 @@
 #include "tests/caos/remedio.h"
 
+#include "host/revision.h"
 #include "tests/caos/estacion.h"
 
 namespace tarvik::caos {
@@ -24,6 +25,9 @@ Remediado Remedia(const std::string& direccion, const std::filesystem::path& car
     estacion.Finaliza(*forma);
     ++hecho.terminados;
   }
+  for (const host::Observacion& observada : anfitrion.Revisa()) {
+    if (observada.clase != "tenencia") hecho.observadas.push_back(observada.clase + ": " + observada.texto);
+  }
   return hecho;
 }
 
@@ -43,6 +47,7 @@ Fallas Prueba(const std::string& direccion, const std::filesystem::path& carpeta
     hecho->movimientos += ahora.movimientos;
     hecho->terminados += ahora.terminados;
   }
+  junta(ahora.observadas);
   const auto conexion = base->Connect();
   junta(JuzgaLibros(*conexion));
   junta(JuzgaEnteros(*conexion));
