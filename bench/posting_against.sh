@@ -21,8 +21,8 @@ cat >>"$antes/CMakeLists.txt" <<FIN
 add_executable(bench_posting bench/posting.cpp)
 target_link_libraries(bench_posting PRIVATE tarvik_host)
 FIN
-(cd "$antes" && cmake -S . -B build -DCMAKE_BUILD_TYPE=Release -DTARVIK_TESTS=OFF -DTARVIK_BENCH=OFF \
-  -DTARVIK_PYTHON=OFF -DTARVIK_DESKTOP=OFF >/dev/null && cmake --build build --target bench_posting >compila.txt 2>&1) ||
+(cd "$antes" && cmake --preset release -DTARVIK_TESTS=OFF -DTARVIK_BENCH=OFF -DTARVIK_PYTHON=OFF \
+  -DTARVIK_DESKTOP=OFF >/dev/null && cmake --build --preset release --target bench_posting >compila.txt 2>&1) ||
   { tail "$antes/compila.txt" >&2; exit 1; }
 
 haz_base base
@@ -37,7 +37,7 @@ corre() {
 }
 de_antes=() de_ahora=()
 for ((i = 1; i <= vueltas; i++)); do
-  de_antes+=("$(corre "$antes/build/bench_posting" "antes_$i")")
+  de_antes+=("$(corre "$antes/build/release/bench_posting" "antes_$i")")
   de_ahora+=("$(corre "$nuevo" "ahora_$i")")
 done
 mediana() { printf '%s\n' "$@" | sort -n | sed -n "$((($# + 1) / 2))p"; }

@@ -67,7 +67,7 @@ void LookThrough(const std::string& file, int version) {
   const auto copy = OpenBase("sqlite:" + file)->Connect();
   const std::string found = One(*copy, "PRAGMA quick_check(1)");
   if (found != "ok") throw Error("la copia no está sana: " + found);
-  if (One(*copy, "SELECT MAX(version) FROM version_esquema") != std::to_string(version)) {
+  if (One(*copy, "SELECT COALESCE(MAX(version), 0) FROM version_esquema") != std::to_string(version)) {
     throw Error("la copia no es de la versión " + std::to_string(version));
   }
 }

@@ -1,4 +1,6 @@
 // The desktop program. Reads the command line, opens the base and shows the main window.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QDir>
@@ -8,12 +10,27 @@
 #include <QLocale>
 #include <QTranslator>
 #include <iostream>
+#include <string>
 
 #include "data/error.h"
 #include "desktop/boxes.h"
 #include "desktop/main_window.h"
 #include "desktop/program.h"
 #include "desktop/theme.h"
+#include "host/ordenes.h"
+
+namespace {
+
+// Nobody at the terminal is no.
+bool AskOnTheTerminal(const std::string& question) {
+  if (isatty(STDIN_FILENO) == 0) return false;
+  std::cerr << question << " (s/n) " << std::flush;
+  std::string answer;
+  std::getline(std::cin, answer);
+  return answer == "s" || answer == "S" || answer == "sí" || answer == "si";
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
   using namespace tarvik::desktop;
@@ -33,7 +50,16 @@ int main(int argc, char** argv) {
   options.add_option("--tema", theme_name, "sistema, claro u oscuro")
       ->check(CLI::IsMember({"sistema", "claro", "oscuro"}));
   options.add_flag("--demo", demo, "Llena una base vacía con el catálogo de demostración");
+  tarvik::host::Ordenes orders(options);
   CLI11_PARSE(options, argc, argv);
+  if (orders.Pedida()) {
+    tarvik::host::Opciones made;
+    made.base = base;
+    made.usuario = user;
+    made.estacion = station;
+    made.ruta = folder;
+    return orders.Corre(made, {std::cout, std::cerr, AskOnTheTerminal});
+  }
 
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("Tarvik"));

@@ -2,6 +2,7 @@
 #include "forms/platform.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +16,10 @@
 namespace tarvik::forms {
 
 namespace {
+
+// The owner and the group, as far as the user's own mask lets them.
+constexpr mode_t kPrivateFile = 0660;
+constexpr mode_t kPrivateFolder = 0770;
 
 std::string Reason(int code) {
   switch (code) {
@@ -75,14 +80,32 @@ std::string NativePath(std::string_view path) {
   return native;
 }
 
+std::error_code MakeFolders(const std::string& path) {
+  std::filesystem::path made;
+  for (const auto& part : std::filesystem::path(NativePath(path))) {
+    made /= part;
+    std::error_code ignored;
+    if (std::filesystem::is_directory(made, ignored) || ::mkdir(made.c_str(), kPrivateFolder) == 0) continue;
+    const int code = errno == EEXIST ? ENOTDIR : errno;
+    if (std::filesystem::is_directory(made, ignored)) continue;  // another has made it meanwhile
+    return {code, std::generic_category()};
+  }
+  return {};
+}
+
+void MakePrivateFile(const std::string& path) {
+  const Descriptor file(
+      ::open(NativePath(path).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kPrivateFile));
+}
+
 void Platform::AppendFile(const std::string& path, std::string_view text) {
   std::filesystem::path native = NativePath(path);
   if (native.has_parent_path()) {
-    std::error_code failed;
-    std::filesystem::create_directories(native.parent_path(), failed);
-    if (failed) throw FileError("crear", native.string(), failed.value());
+    if (const auto failed = MakeFolders(native.parent_path().string())) {
+      throw FileError("crear", native.string(), failed.value());
+    }
   }
-  Descriptor file(::open(native.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666));
+  Descriptor file(::open(native.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kPrivateFile));
   if (file.Get() < 0) throw FileError("abrir", native.string(), errno);
   while (!text.empty()) {
     ssize_t written = ::write(file.Get(), text.data(), text.size());

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "data/datetime.h"
@@ -116,5 +117,11 @@ class Platform {
 
 // The path with this machine's separators.
 std::string NativePath(std::string_view path);
+
+// What the program makes belongs to its user and his group alone, or to less than these by the user's mask.
+// A folder with all that lead to it; what is there stays as it is. Gives what stood against it, if anything.
+std::error_code MakeFolders(const std::string& path);
+// An empty file, before somebody writes it; nothing where one is there or can't be.
+void MakePrivateFile(const std::string& path);
 
 }  // namespace tarvik::forms

@@ -48,8 +48,10 @@ class CarpetaNueva {
     for (const auto& part : path) {
       made /= part;
       if (fs::is_directory(made, reason)) continue;
-      if (!fs::create_directory(made, reason) && !fs::is_directory(made)) {
-        const std::string text = reason ? reason.message() : "existe un archivo con ese nombre";
+      reason = forms::MakeFolders(made.string());
+      if (reason) {
+        const bool file = reason == std::errc::not_a_directory;
+        const std::string text = file ? "existe un archivo con ese nombre" : reason.message();
         Quita();
         throw data::Error("No se puede crear la carpeta " + folder + ": " + text);
       }
@@ -147,6 +149,15 @@ struct Anfitrion::Interior {
     plataforma.ShowBox(forms::BoxKind::Message, text, forms::kBoxInformation);
   }
 
+  Revisor Revision(Anfitrion& host) {
+    const Acto now = custodia.Firma("");
+    return {.conexion = *conexion,
+            .ahora = now.cuando,
+            .usuario = now.usuario,
+            .estacion = now.estacion,
+            .completa = [&host](Tipo tipo, std::int32_t number) { return host.Completa(tipo, number); }};
+  }
+
   forms::Platform& plataforma;
   CarpetaNueva carpeta;
   Testigo sin_testigo;
@@ -186,6 +197,14 @@ int Anfitrion::Completa(Tipo tipo, std::int32_t documento) {
       tipo, documento);
 }
 
+std::vector<Observacion> Anfitrion::Revisa(bool repara, bool huecos) {
+  return host::Revisa(interior_->Revision(*this), repara, huecos);
+}
+
+int Anfitrion::AbreSaldos() { return static_cast<int>(host::AbreSaldos(interior_->Revision(*this)).size()); }
+
+std::vector<Observacion> Anfitrion::RevisaRapido() { return Rapida(interior_->Revision(*this)); }
+
 std::vector<CierreInterrumpido> Anfitrion::CierresInterrumpidos() {
   return host::CierresInterrumpidos(*interior_->conexion);
 }
@@ -197,10 +216,14 @@ void Anfitrion::Gancho(const std::string& key, Rutina routine) {
 bool Anfitrion::TieneGancho(const std::string& key) const { return interior_->catalogo.TieneGancho(key); }
 // ---- who holds what ----
 
-std::vector<Tenencia> Anfitrion::Tenencias() { return LeeTenencias(Conexion()); }
+std::vector<Tenencia> Anfitrion::Tenencias() {
+  interior_->custodia.QuitaPendientes();
+  return LeeTenencias(Conexion());
+}
 
 std::shared_ptr<forms::Form> Anfitrion::Abre(Tipo tipo, std::int32_t numero) {
   const Retenido wanted{tipo, numero};
+  interior_->custodia.QuitaPendientes();
   if (const auto told = SueltaDeMuertos(Conexion(), interior_->custodia.Firma("libera"), wanted)) {
     interior_->custodia.MiraDeNuevo();
     Plataforma().ShowBox(forms::BoxKind::Message, *told, forms::kBoxInformation);

@@ -16,6 +16,7 @@
 #include "host/cierres.h"
 #include "host/documentos.h"
 #include "host/liberacion.h"
+#include "host/revision.h"
 #include "host/testigo.h"
 #include "service/host_services.h"
 
@@ -107,6 +108,13 @@ class Anfitrion : public service::Host {
   int Completa(Tipo tipo, std::int32_t documento);
   // Finishes that broke off, with what did not run of them: see cierres.h.
   std::vector<CierreInterrumpido> CierresInterrumpidos();
+
+  // Proves the base, and mends what can be mended without a doubt if told to: see revision.h.
+  std::vector<Observacion> Revisa(bool repara = false, bool huecos = false);
+  // The stock that does not come from the ledger becomes opening movements there; gives how many.
+  int AbreSaldos();
+  // The quick look at a base that was not closed cleanly.
+  std::vector<Observacion> RevisaRapido();
 
   // A routine behind a catalogue key; an empty one takes it away. The last one put in wins.
   void Gancho(const std::string& key, Rutina routine);

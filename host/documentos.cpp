@@ -10,10 +10,15 @@ namespace tarvik::host {
 
 std::string_view NombreDe(Tipo tipo) { return tipo == Tipo::Entrada ? "Entrada" : "Salida"; }
 
-Tipo TipoDe(std::string_view nombre) {
+std::optional<Tipo> TipoLlamado(std::string_view nombre) {
   for (const Tipo tipo : {Tipo::Entrada, Tipo::Salida}) {
     if (data::EqualsNoCase(nombre, NombreDe(tipo))) return tipo;
   }
+  return {};
+}
+
+Tipo TipoDe(std::string_view nombre) {
+  if (const auto tipo = TipoLlamado(nombre)) return *tipo;
   throw data::Error("No hay documentos del tipo \"" + data::RepairUtf8(nombre) +
                     "\"; son \"Entrada\" y \"Salida\"");
 }
@@ -24,8 +29,8 @@ std::string LaDe(const Retenido& documento, bool capital) {
 }
 
 const Tablas& TablasDe(Tipo tipo) {
-  static const Tablas in{"entradas", "entrada", "entpart", "id_entrada", "operacion = 'EN'"};
-  static const Tablas out{"salidas", "salida", "salpart", "id_salida", "operacion IN ('SA', 'T+')"};
+  static const Tablas in{"entradas", "entrada", "entpart", "id_entrada", "MovEnt", "operacion = 'EN'"};
+  static const Tablas out{"salidas", "salida", "salpart", "id_salida", "Salida", "operacion IN ('SA', 'T+')"};
   return tipo == Tipo::Entrada ? in : out;
 }
 

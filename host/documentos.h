@@ -29,6 +29,8 @@ struct Retenido {
 std::string_view NombreDe(Tipo tipo);
 // The kind by that name, without regard to case. Throws data::Error for another.
 Tipo TipoDe(std::string_view nombre);
+// The same; nothing for another name.
+std::optional<Tipo> TipoLlamado(std::string_view nombre);
 // "la entrada 12"; with a capital where it begins a sentence.
 std::string LaDe(const Retenido& documento, bool capital = false);
 
@@ -38,6 +40,7 @@ struct Tablas {
   std::string clave;       // its key, and the lines' column of that name
   std::string partidas;    // table of the lines
   std::string renglon;     // key of a line; the ledger's column of that name too
+  std::string serie;       // of the documents' numbers
   std::string movidos;     // condition on the ledger: the movements of such a line
 };
 const Tablas& TablasDe(Tipo tipo);

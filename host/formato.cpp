@@ -188,7 +188,8 @@ void ExigeNombreDeArchivo(const std::string& format) {
 std::string LeePlantilla(const fs::path& path) {
   std::error_code ignored;
   if (!fs::exists(path, ignored)) {
-    fs::create_directories(path.parent_path(), ignored);
+    forms::MakeFolders(path.parent_path().string());
+    forms::MakePrivateFile(path.string());
     std::ofstream copy(path, std::ios::binary);
     copy << PlantillaDeFabrica();
     return std::string(PlantillaDeFabrica());
@@ -203,8 +204,8 @@ std::string LeePlantilla(const fs::path& path) {
 }
 
 void Escribe(const fs::path& path, const std::string& page) {
-  std::error_code reason;
-  fs::create_directories(path.parent_path(), reason);
+  const std::error_code reason = forms::MakeFolders(path.parent_path().string());
+  forms::MakePrivateFile(path.string());
   errno = 0;
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file << page;

@@ -37,9 +37,7 @@ Custodia::Custodia(data::EngineConnection& connection, forms::Platform& platform
       ambiente_(ambiente),
       eliminaciones_(connection, [this](const std::string& acto) { return Firma(acto); }) {}
 
-Custodia::~Custodia() {
-  for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
-}
+Custodia::~Custodia() { QuitaPendientes(); }
 
 Acto Custodia::Firma(const std::string& acto) const {
   return {platform_.Now(),
@@ -265,7 +263,7 @@ bool Custodia::EmpiezaActo(forms::Form& screen) noexcept {
 void Custodia::TerminaActo() noexcept {
   en_acto_ = nullptr;
   if (connection_.InTransaction()) return;
-  for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
+  QuitaPendientes();
   for (Tenida& held : tenidas_) {
     if (held.id == 0 && RetenidoPor(*held.pantalla) == held.documento) Escribe(held);
   }
@@ -273,6 +271,10 @@ void Custodia::TerminaActo() noexcept {
     if (std::exchange(limpia_, false)) LimpiaVidas();
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): another run will do it
   }
+}
+
+void Custodia::QuitaPendientes() noexcept {
+  for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
 }
 
 void Custodia::SeFue(forms::Form& screen) noexcept { Termina(screen); }

@@ -39,6 +39,9 @@ class Custodia final : public Guardia {
   void SeFue(forms::Form& screen) noexcept;
 
   // ---- for the host's services ----
+  // The leases of closed screens that the base would not let go of when they closed are tried again: before
+  // anybody is told who holds what. At the end of each act too.
+  void QuitaPendientes() noexcept;
   // The life of this run, begun at its first use. Throws data::Error if the base refuses.
   std::int64_t Vida();
   [[nodiscard]] std::int64_t VidaDeAhora() const { return vida_; }  // 0: none yet

@@ -151,6 +151,30 @@ void BindPeticiones(py::module_& module, GuionType& type) {
       });
 }
 
+void BindRevision(py::module_& module, GuionType& type) {
+  using host::Observacion;
+  const auto text_or_none = [](const std::optional<std::string>& text) {
+    return text ? py::object(StrOf(*text)) : py::object(py::none());
+  };
+  py::class_<Observacion>(module, "Observacion")
+      .def_property_readonly("clase", [](const Observacion& self) { return StrOf(self.clase); })
+      .def_property_readonly("tipo", [=](const Observacion& self) { return text_or_none(self.tipo); })
+      .def_readonly("documento", &Observacion::documento)
+      .def_readonly("renglon", &Observacion::renglon)
+      .def_property_readonly("articulo", [=](const Observacion& self) { return text_or_none(self.articulo); })
+      .def_readonly("almacen", &Observacion::almacen)
+      .def_property_readonly("texto", [](const Observacion& self) { return StrOf(self.texto); })
+      .def_readonly("reparable", &Observacion::reparable)
+      .def_readonly("reparado", &Observacion::reparado)
+      .def("__repr__", [](const Observacion& self) { return "<" + self.clase + ": " + self.texto + ">"; });
+  type.def(
+      "revisa",
+      [](Guion& self, bool repara, bool huecos) {
+        return Called([&] { return self.nucleo->Host().Revisa(repara, huecos); });
+      },
+      py::arg("repara") = false, py::arg("huecos") = false);
+}
+
 }  // namespace
 
 void BindAlrededor(py::module_& module, GuionType& type) {
@@ -158,6 +182,7 @@ void BindAlrededor(py::module_& module, GuionType& type) {
   BindTenencias(module, type);
   BindPeticiones(module, type);
   BindBitacora(module, type);
+  BindRevision(module, type);
 }
 
 }  // namespace tarvik::python

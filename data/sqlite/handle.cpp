@@ -64,6 +64,7 @@ std::string_view Reason(int code, std::string_view engine_text) {
     default:
       break;
   }
+  if (engine_text.starts_with("not authorized")) return "La sentencia pide algo que aquí no se permite";
   if (engine_text.find("no such table") != std::string_view::npos) return "La tabla no existe";
   if (engine_text.find("no such column") != std::string_view::npos ||
       engine_text.find("has no column named") != std::string_view::npos) {
@@ -153,6 +154,7 @@ std::string WhatNow(const Place& place) {
         .With("motor", engine_text);
   }
   std::string reason = engine_text;
+  if ((code & 0xFF) == SQLITE_FULL) reason = "el disco está lleno";
   if ((code & 0xFF) == SQLITE_CANTOPEN) {
     const fs::path path(place.file);
     std::error_code failed;

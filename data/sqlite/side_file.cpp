@@ -37,9 +37,10 @@ bool SideFile::OpenToLock() {
   Close();
   constexpr mode_t kPrivate = 0660;
   const int made = ::open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kPrivate);
+  const int code = errno;
   fd_ = made >= 0 ? made : ::open(path_.c_str(), O_RDWR | O_CLOEXEC);
   if (fd_ < 0) {
-    reason_ = ReasonOf(errno);
+    reason_ = ReasonOf(errno == ENOENT ? code : errno);
     return false;
   }
   struct stat base {};

@@ -14,6 +14,7 @@ using std::chrono::microseconds;
 constexpr microseconds kOften{250};
 constexpr microseconds kSeldom{1000};
 constexpr std::chrono::milliseconds kSoon{20};
+constexpr microseconds kLongestPause{100'000};
 // Nobody waits longer than an act's patience. Who still stands in line then does not run any more: he is
 // stopped, not dead.
 constexpr std::chrono::seconds kStopped{6};
@@ -75,7 +76,8 @@ bool Waits::Pause(microseconds time) {
   const auto before = Clock::now();
   std::this_thread::sleep_for(time);
   waited_ = true;
-  owed_ += std::chrono::duration_cast<microseconds>(Clock::now() - before);
+  // Whoever was stopped meanwhile, with a closed lid or by a debugger, has not waited all that time.
+  owed_ += std::min(std::chrono::duration_cast<microseconds>(Clock::now() - before), kLongestPause);
   if (owed_ < Patience::kTurn) return true;
   const auto told = std::chrono::duration_cast<std::chrono::milliseconds>(owed_);
   owed_ -= told;

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "data/number.h"
+#include "host/documentos.h"
 #include "matrix/frm_malla_modelos.h"
 #include "service/claves.h"
 #include "stations/frm_mov_estaciones.h"
@@ -148,10 +149,27 @@ void Mundo::Acto() {
   auto pantallas = plataforma.Screens();
   std::erase_if(pantallas, [](const auto& forma) { return !forma->Visible(); });
   if (provoca_ && Uno(25)) Provoca();
-  if (pantallas.empty() || (pantallas.size() < 3 && Uno(60))) return Abre();
+  if (pantallas.empty() || (pantallas.size() < 3 && Uno(60))) {
+    Abre();
+    return MarcaDobles();
+  }
   const auto forma = pantallas[static_cast<std::size_t>(Al(0, static_cast<int>(pantallas.size()) - 1))];
   ActoEn(*forma);
+  MarcaDobles();
   if (Uno(50)) Limpia();
+}
+
+// The flag of a document is let go of while its screen saves it for the other program's matrix: a second
+// screen may then open, and neither shows what the other enters.
+void Mundo::MarcaDobles() {
+  const auto& pantallas = plataforma.Screens();
+  for (const auto& una : pantallas) {
+    const auto documento = host::DocumentoDe(*una);
+    if (!documento) continue;
+    for (const auto& otra : pantallas) {
+      if (otra != una && host::DocumentoDe(*otra) == documento) dudosas_.insert(una.get());
+    }
+  }
 }
 
 void Mundo::ActoEn(forms::Form& forma) {
@@ -375,16 +393,24 @@ std::vector<std::string> Mundo::Termina() {
   for (const auto& forma : abiertas) forma->Discard();
   Limpia();
   Sql("DELETE FROM tenencias");
+  // A line that a failure left without its article can never move, and holds up its whole document: a person
+  // takes it out.
+  for (const char* tabla : {"entpart", "salpart"}) {
+    if (provoca_) Sql(std::string("DELETE FROM ") + tabla + " WHERE COALESCE(articulo, '') = ''");
+  }
   for (const auto& documento : anfitrion->AMedias()) {
     // Failures that were provoked and never met anything meet this.
+    std::string por_que = "nada";
     for (int vez = 0; documento.estado == "CO" && vez < 200; ++vez) {
       try {
         anfitrion->Completa(documento.tipo, documento.documento);
+        por_que.clear();
         break;
-      } catch (const data::Error&) {
-        if (!provoca_) throw;
+      } catch (const data::Error& error) {
+        por_que = error.what();
       }
     }
+    if (documento.estado == "CO" && !por_que.empty()) Apunta("no se completa: " + por_que);
   }
   std::vector<std::string> fallas = Revisa();
   for (const std::string& falla : JuzgaEnteros(*anfitrion->Base().Connect())) {

@@ -40,6 +40,7 @@ class Mundo : public tests::EscenarioDeSalidas {
   void Provoca();
   void EnMallaModal(forms::Form& forma);
   void Limpia();
+  void MarcaDobles();
   void RevisaPantallas(std::vector<std::string>& fallas);
   void Apunta(const std::string& acto);
 

@@ -102,7 +102,7 @@ TEST(Harmless, AFunctionThatIsNotOnTheListIsRefused) {
 
 TEST(Harmless, QuotesThatEnginesReadDifferentlyAreRefused) {
   const std::string reason = "La sentencia contiene comillas que aquí no se permiten";
-  EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE a = E'\\' OR b = '"), reason);
+  EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE a = E'\\' OR b = ''"), reason);
   EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE a = e'x'"), reason);
   EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE a = U&'\\0027'"), reason);
   EXPECT_EQ(Refusal("SELECT U&\"d\\0061t\" FROM t"), reason);

@@ -32,8 +32,9 @@ class Waits : public testing::TestWithParam<const char*> {
       : base_(OpenBase(std::string(GetParam()) == "file" ? "sqlite:" + folder_.File("a.db")
                                                          : "sqlite::memory:")) {
     holder_ = base_->Connect();
-    connection_ = base_->Connect();
     holder_->Execute("CREATE TABLE t (a)");
+    connection_ = base_->Connect();
+    connection_->Select("SELECT * FROM t");
   }
   void Insert() { connection_->Execute("INSERT INTO t VALUES (1)"); }
   // What an insert throws, and how long it took.
@@ -42,6 +43,7 @@ class Waits : public testing::TestWithParam<const char*> {
     try {
       Insert();
     } catch (const Error& error) {
+      EXPECT_EQ(std::string(error.what()), "La base está ocupada por otro proceso: database is locked");
       return {error.Kind(), Since(began)};
     }
     return {Trouble::kOther, Since(began)};

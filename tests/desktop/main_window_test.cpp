@@ -200,7 +200,8 @@ TEST_F(VentanaDePrueba, AModalScreenStandsBeforeTheOthers) {
 TEST_F(VentanaDePrueba, WhoHoldsADocumentIsShownAndOneThatIsReadIsHeldByNobody) {
   Abre();
   ScreenView* view = Pantalla(2);
-  QCoreApplication::processEvents();
+  Pestanas().setCurrentIndex(0);
+  Lista().Refresh();
   ASSERT_TRUE(Rests(Lista().Model()));
   ASSERT_TRUE(Lista().Select(2));
   EXPECT_TRUE(Lista().SelectedHeld());

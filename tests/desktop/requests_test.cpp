@@ -13,7 +13,17 @@ namespace {
 
 class Peticiones : public Escritorio {
  protected:
-  Peticiones() {
+  frmEntradasWizard& Receiving() {
+    frmEntradasWizard& form = New();
+    Type(QStringLiteral("COM"));
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Return);
+    Line(QString::fromStdString(Article(0)), QStringLiteral("3"));
+    Settle();
+    return form;
+  }
+  // The second program comes up when the first has its document: keys go to the window in front.
+  void Second() {
     second = std::make_unique<Program>(
         theme2,
         ProgramOptions{Address(), QStringLiteral("BETO"), QStringLiteral("E2"), other.path(), {}, false});
@@ -24,15 +34,6 @@ class Peticiones : public Escritorio {
     second->Window().ask_text = [](const QString&, const QString&) { return QStringLiteral("urge"); };
     second->Window().show();
   }
-  frmEntradasWizard& Receiving() {
-    frmEntradasWizard& form = New();
-    Type(QStringLiteral("COM"));
-    Press(Qt::Key_Return);
-    Press(Qt::Key_Return);
-    Line(QString::fromStdString(Article(0)), QStringLiteral("3"));
-    Settle();
-    return form;
-  }
   QAction* Action(const QString& name) {
     for (auto* action : second->Window().findChildren<QAction*>()) {
       if (action->text().section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('&')) == name) return action;
@@ -41,6 +42,7 @@ class Peticiones : public Escritorio {
   }
   // Chooses the document in the list of the second program and asks for it.
   void Ask(int number) {
+    Second();
     second->Window().ShowPage("Entradas");
     auto& list = second->Window().List(ListKind::Entradas);
     list.Refresh();

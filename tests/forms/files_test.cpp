@@ -1,5 +1,6 @@
 // The platform's files: appending, asking, deleting; what a failure says.
 #include <stdlib.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -49,6 +50,33 @@ class Files : public ::testing::Test {
   HeadlessPlatform platform;
   fs::path folder;
 };
+
+TEST_F(Files, WhatIsMadeBelongsToItsUserAndGroup) {
+  const auto mode = [](const fs::path& path) { return static_cast<int>(fs::status(path).permissions()); };
+  const fs::path outer = folder / "web";
+  const mode_t before = ::umask(0);
+  platform.AppendFile((outer / "dentro" / "dia.Log").string(), "x");
+  MakePrivateFile((folder / "hoja").string());
+  ::umask(before);
+  EXPECT_EQ(mode(outer), 0770);
+  EXPECT_EQ(mode(outer / "dentro"), 0770);
+  EXPECT_EQ(mode(outer / "dentro" / "dia.Log"), 0660);
+  EXPECT_EQ(mode(folder / "hoja"), 0660);
+}
+
+TEST_F(Files, WhatIsThereKeepsItsRights) {
+  fs::create_directory(folder / "web");
+  fs::permissions(folder / "web", fs::perms::all);
+  std::ofstream(folder / "web" / "dia.Log") << "a";
+  fs::permissions(folder / "web" / "dia.Log", fs::perms(0644));
+  platform.AppendFile((folder / "web" / "dia.Log").string(), "b");
+  MakePrivateFile((folder / "web" / "dia.Log").string());
+  EXPECT_EQ(Read(folder / "web" / "dia.Log"), "ab");
+  EXPECT_EQ(static_cast<int>(fs::status(folder / "web").permissions()), 0777);
+  EXPECT_EQ(static_cast<int>(fs::status(folder / "web" / "dia.Log").permissions()), 0644);
+  EXPECT_FALSE(MakeFolders((folder / "web").string()));
+  EXPECT_EQ(MakeFolders((folder / "web" / "dia.Log" / "x").string()), std::errc::not_a_directory);
+}
 
 TEST_F(Files, AppendingCreatesTheFileAndItsFolderAndThenAdds) {
   const std::string path = (folder / "web" / "dia" / "a.Log").string();

@@ -1,6 +1,7 @@
 // The demonstration catalogue: whole enough for every screen, and never over a shop's own data.
 #include "host/demo.h"
 
+#include "host/revision.h"
 #include "tests/host/apoyo.h"
 
 namespace tarvik::host {
@@ -57,6 +58,12 @@ TEST_F(Demostracion, TheShirtComesInEachColourAndSizeAndTheBootLacksOneColour) {
 TEST_F(Demostracion, NoDocumentAndNoStockComesWithIt) {
   for (const char* table : {"entradas", "salidas", "movsinv", "existenciaalmacen"})
     EXPECT_EQ(Cuenta(table), 0);
+}
+
+TEST_F(Demostracion, ItsBooksAreSound) {
+  const auto found =
+      Revisa({.conexion = anfitrion->Conexion(), .ahora = ahora, .usuario = "ANA", .estacion = "E1"});
+  EXPECT_TRUE(found.empty()) << found.front().texto;
 }
 
 TEST_F(Demostracion, ASecondRunAddsNothing) {

@@ -46,6 +46,17 @@ TEST_F(Tenencias, ANewDocumentIsHeldFromItsFirstLineToItsClosing) {
   EXPECT_TRUE(luis.anfitrion->Tenencias().empty());
 }
 
+TEST_F(Tenencias, AScreenThatClosedWhileItsLeaseCouldNotBeTakenAwayHoldsNothingForLong) {
+  auto& f = ana.Entrada({"5"});
+  const std::int32_t number = f.Entrada;
+  Sql("ALTER TABLE tenencias RENAME TO apartadas");
+  f.Unload();
+  Sql("ALTER TABLE apartadas RENAME TO tenencias");
+  EXPECT_EQ(Filas(), "1");
+  EXPECT_EQ(AbiertaPor(ana, number).Modo, "MODIFICACION") << "it opens again, and the row is its own";
+  EXPECT_EQ(Filas(), "1");
+}
+
 TEST_F(Tenencias, GoodsOutLikewise) {
   auto& f = ana.Salida({"5"});
   const auto held = luis.anfitrion->Tenencias();
@@ -67,6 +78,29 @@ TEST_F(Tenencias, ADocumentThatIsLoadedForChangeIsHeldAndOneThatIsReadIsNot) {
   EXPECT_EQ(Filas(), "1");
   ana.plataforma.Screens().back()->Discard();
   EXPECT_EQ(Filas(), "0") << "however the screen ended";
+}
+
+// Somebody has the base while the screen closes, so that neither its flag nor its lease can be let go of.
+// Once the base is free nobody is left holding the document.
+TEST_F(Tenencias, AScreenThatClosedWhileAnotherHadTheBaseHoldsNothing) {
+  auto& f = ana.Entrada({"5"});
+  const auto alive = f.shared_from_this();
+  const auto number = f.Entrada;
+  const auto other = luis.anfitrion->Base().Connect();
+  other->Begin();
+  other->Run("UPDATE entradas SET ocupado = ocupado", {});
+  other->Run("UPDATE tenencias SET vida = vida", {});
+  ana.plataforma.on_wait = [] { return true; };  // no wait is worth its time
+  f.Unload();
+  ana.plataforma.on_wait = nullptr;
+  other->Rollback();
+  EXPECT_FALSE(f.Open());
+  EXPECT_EQ(Filas(), "1") << "the base would not let it go";
+  const auto again = ana.anfitrion->Abre(Tipo::Entrada, number);
+  ASSERT_NE(again, nullptr);
+  EXPECT_EQ(ana.anfitrion->Tenencias().size(), 1U);
+  again->Unload();
+  EXPECT_TRUE(ana.anfitrion->Tenencias().empty());
 }
 
 TEST_F(Tenencias, LeasesAreNotAmongTheStatementsOfTheScreens) {

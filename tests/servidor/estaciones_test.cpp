@@ -97,8 +97,8 @@ TEST_F(EnElServidor, StationsNeverDrawTheSameNumber) {
 }
 
 TEST_F(EnElServidor, StationsThatPostAtOnceLeaveTheBooksInAgreement) {
-  constexpr int kStations = 3;
-  constexpr int kMovements = 15;
+  constexpr int kStations = 16;
+  constexpr int kMovements = 30;
   std::vector<std::thread> stations;
   std::vector<std::string> errors(kStations);
   for (int number = 0; number < kStations; ++number) {
@@ -116,7 +116,7 @@ TEST_F(EnElServidor, StationsThatPostAtOnceLeaveTheBooksInAgreement) {
           const auto movement = station.NuevoMovimiento();
           movement->Ambiente(station.Ambiente());
           movement->EntSal(i % 3 == 2 ? "S" : "E");
-          movement->Articulo("A-100");
+          movement->Articulo((i / 3 + number) % 2 == 0 ? "A-100" : "A-200");
           movement->Almacen(1);
           movement->Cantidad(2);
           movement->Precio(10);
@@ -130,11 +130,18 @@ TEST_F(EnElServidor, StationsThatPostAtOnceLeaveTheBooksInAgreement) {
   }
   for (std::thread& station : stations) station.join();
   for (const std::string& error : errors) EXPECT_EQ(error, "");
-  const std::string expected = std::to_string(kStations * kMovements / 3 * 2);
-  EXPECT_EQ(Uno("SELECT SUM(CASE ent_sal WHEN 'E' THEN cantidad ELSE -cantidad END) FROM movsinv"), expected);
-  EXPECT_EQ(Uno("SELECT existencia FROM existenciaalmacen WHERE articulo = 'A-100' AND almacen = 1"),
-            expected);
-  EXPECT_EQ(Uno("SELECT ALM1 FROM prods WHERE articulo = 'A-100'"), expected);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), std::to_string(kStations * kMovements));
+  for (const std::string article : {"A-100", "A-200"}) {
+    // Of each three movements two come in and one goes out.
+    const std::string expected = std::to_string(kStations * kMovements / 3);
+    EXPECT_EQ(Uno("SELECT SUM(CASE ent_sal WHEN 'E' THEN cantidad ELSE -cantidad END) FROM movsinv WHERE "
+                  "articulo = ?",
+                  {article}),
+              expected);
+    EXPECT_EQ(Uno("SELECT existencia FROM existenciaalmacen WHERE articulo = ? AND almacen = 1", {article}),
+              expected);
+    EXPECT_EQ(Uno("SELECT ALM1 FROM prods WHERE articulo = ?", {article}), expected);
+  }
 }
 
 }  // namespace

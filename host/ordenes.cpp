@@ -1,0 +1,295 @@
+#include "host/ordenes.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <vector>
+
+#include "data/error.h"
+#include "data/number.h"
+#include "data/text.h"
+#include "forms/headless_platform.h"
+#include "host/peticiones.h"
+#include "host/registro.h"
+#include "service/entradas_salidas.h"
+
+namespace tarvik::host {
+namespace {
+
+using Fila = std::vector<std::string>;
+
+// Columns as wide as their widest cell, two blanks between them.
+void Escribe(std::ostream& out, const Fila& titulos, const std::vector<Fila>& filas) {
+  std::vector<std::size_t> widths;
+  for (const std::string& title : titulos) widths.push_back(data::Length(title));
+  for (const Fila& row : filas) {
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], data::Length(row[i]));
+  }
+  const auto line = [&](const Fila& row) {
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      out << row[i];
+      if (i + 1 < row.size()) out << std::string(widths[i] - data::Length(row[i]) + 2, ' ');
+    }
+    out << '\n';
+  };
+  line(titulos);
+  for (const Fila& row : filas) line(row);
+}
+
+std::string Numero(const auto& value) { return value ? std::to_string(*value) : std::string(); }
+
+}  // namespace
+
+// The host, and the console before which its boxes come.
+class Sesion final : public Registro {
+ public:
+  Sesion(Opciones opciones, const Consola& consola) : consola_(consola) {
+    plataforma_.on_box = [this](forms::BoxKind kind, const std::string& text, int) {
+      if (kind == forms::BoxKind::Question) return consola_.confirma && consola_.confirma(text);
+      consola_.errores << text << '\n';
+      return true;
+    };
+    plataforma_.on_unhandled = [this](forms::Form*, const std::string& text) {
+      consola_.errores << text << '\n';
+    };
+    opciones.plataforma = &plataforma_;
+    anfitrion_ = std::make_unique<Anfitrion>(opciones);
+  }
+  Anfitrion& Host() { return *anfitrion_; }
+  [[nodiscard]] const Consola& Donde() const { return consola_; }
+
+ protected:
+  void AnotaSentencia(std::string_view) override {}
+  void AnotaMensaje(const MensajeVisto&) override {}
+  bool SiguienteRespuesta() override { return false; }
+
+ private:
+  const Consola& consola_;
+  forms::HeadlessPlatform plataforma_;
+  std::unique_ptr<Anfitrion> anfitrion_;
+};
+
+namespace {
+
+int OrdenAMedias(Sesion& sesion) {
+  std::vector<Fila> rows;
+  for (const DocumentoAMedias& document : sesion.Host().AMedias()) {
+    std::string missing;
+    for (const std::int32_t line : document.faltan)
+      missing += (missing.empty() ? "" : ",") + std::to_string(line);
+    rows.push_back({std::string(NombreDe(document.tipo)), std::to_string(document.documento), document.estado,
+                    std::to_string(document.renglones), missing});
+  }
+  if (rows.empty()) {
+    sesion.Donde().salida << "Todos los documentos están enteros.\n";
+    return kBien;
+  }
+  Escribe(sesion.Donde().salida, {"Tipo", "Documento", "Estado", "Renglones", "Faltan"}, rows);
+  return kHayFaltas;
+}
+
+int OrdenCompleta(Sesion& sesion, const std::string& tipo, std::int32_t numero) {
+  const int made = sesion.Host().Completa(TipoDe(tipo), numero);
+  sesion.Donde().salida << (made == 0
+                                ? "El documento estaba entero.\n"
+                                : "Se hicieron " + std::to_string(made) + " movimientos que faltaban.\n");
+  return kBien;
+}
+
+int OrdenCompletaTodos(Sesion& sesion) {
+  int code = kBien;
+  for (const DocumentoAMedias& document : sesion.Host().AMedias()) {
+    const std::string name = std::string(NombreDe(document.tipo)) + " " + std::to_string(document.documento);
+    if (document.estado != "CO") {
+      sesion.Donde().salida << name
+                            << ": está pendiente con renglones ya movidos; finalícela en su pantalla.\n";
+      code = kHayFaltas;
+      continue;
+    }
+    try {
+      const int made = sesion.Host().Completa(document.tipo, document.documento);
+      sesion.Donde().salida << name << ": " << made << " movimientos que faltaban.\n";
+    } catch (const data::Error& error) {
+      sesion.Donde().errores << name << ": " << error.what() << '\n';
+      code = kHayFaltas;
+    }
+  }
+  if (code == kBien) sesion.Donde().salida << "Todos los documentos están enteros.\n";
+  return code;
+}
+
+int OrdenTenencias(Sesion& sesion) {
+  std::vector<Fila> rows;
+  for (const Tenencia& lease : sesion.Host().Tenencias()) {
+    rows.push_back({std::string(NombreDe(lease.tipo)), std::to_string(lease.documento), lease.usuario,
+                    lease.estacion, lease.desde ? lease.desde->Iso() : "", lease.viva ? "sí" : "no"});
+  }
+  if (rows.empty()) {
+    sesion.Donde().salida << "Nadie tiene documentos abiertos.\n";
+  } else {
+    Escribe(sesion.Donde().salida, {"Tipo", "Documento", "Usuario", "Estación", "Desde", "Viva"}, rows);
+  }
+  return kBien;
+}
+
+int OrdenBitacora(Sesion& sesion, const std::string& desde) {
+  std::optional<data::DateTime> since = data::DateTime::Parse(desde);
+  if (!since && !desde.empty()) {
+    const auto day = data::Date::Parse(desde);
+    if (!day) throw data::Error("\"" + desde + "\" no es una fecha; por ejemplo, 2024-03-05");
+    since = data::DateTime{*day, {}};
+  }
+  std::vector<Fila> rows;
+  for (const Acto& act : sesion.Host().Bitacora(since)) {
+    rows.push_back({act.cuando.Iso(), act.usuario, act.estacion, act.acto,
+                    act.documento ? std::string(NombreDe(act.documento->tipo)) : "",
+                    act.documento ? std::to_string(act.documento->numero) : "", act.texto});
+  }
+  Escribe(sesion.Donde().salida, {"Cuándo", "Usuario", "Estación", "Acto", "Tipo", "Documento", "Texto"},
+          rows);
+  return kBien;
+}
+
+int OrdenRevisar(Sesion& sesion, bool repara, bool huecos) {
+  bool sound = true;
+  std::vector<Fila> rows;
+  for (const Observacion& finding : sesion.Host().Revisa(repara, huecos)) {
+    if (!finding.reparado) sound = false;
+    rows.push_back({finding.clase, finding.tipo.value_or(""), Numero(finding.documento),
+                    Numero(finding.renglon), finding.articulo.value_or(""),
+                    finding.almacen ? data::PlainNumber(*finding.almacen) : std::string(),
+                    finding.reparado    ? "reparado"
+                    : finding.reparable ? "reparable"
+                                        : "",
+                    finding.texto});
+  }
+  if (rows.empty()) {
+    sesion.Donde().salida << "La base está sana.\n";
+  } else {
+    Escribe(sesion.Donde().salida,
+            {"Clase", "Tipo", "Documento", "Renglón", "Artículo", "Almacén", "Reparación", "Qué se encontró"},
+            rows);
+  }
+  return sound ? kBien : kHayFaltas;
+}
+
+int OrdenAbreSaldos(Sesion& sesion) {
+  const int made = sesion.Host().AbreSaldos();
+  sesion.Donde().salida << "Se asentaron " << made << " movimientos de apertura.\n";
+  return kBien;
+}
+
+int OrdenLibera(Sesion& sesion, const std::string& tipo, std::int32_t numero, const std::string& motivo) {
+  sesion.Host().Libera(TipoDe(tipo), numero, motivo);
+  sesion.Donde().salida << "El documento está libre.\n";
+  return kBien;
+}
+
+int OrdenPide(Sesion& sesion, const std::string& tipo, std::int32_t numero, const std::string& mensaje) {
+  sesion.Host().Pide(TipoDe(tipo), numero, mensaje);
+  sesion.Donde().salida << "Se pidió el documento a quien lo tiene.\n";
+  return kBien;
+}
+
+int OrdenElimina(Sesion& sesion, const std::string& tipo, std::int32_t numero, bool sin_preguntar) {
+  const Tipo kind = TipoDe(tipo);
+  const std::string left = sesion.Host().AvisoDeEliminacion(kind, numero);
+  if (!left.empty()) {
+    sesion.Donde().errores << left << '\n';
+    const bool goes_on =
+        sin_preguntar || (sesion.Donde().confirma && sesion.Donde().confirma("¿Eliminarlo de todos modos?"));
+    if (!goes_on) return kError;
+  }
+  EntradasSalidas door(sesion.Host());
+  door.Ambiente = &sesion.Host().Ambiente();
+  if (kind == Tipo::Entrada) {
+    door.EliminaEntrada(numero);
+  } else {
+    door.EliminaSalida(numero);
+  }
+  return kBien;
+}
+
+}  // namespace
+
+struct Ordenes::Interior {
+  std::function<int(Sesion&)> orden;
+  std::string tipo;
+  std::int32_t numero = 0;
+  std::string texto;
+  bool todos = false, repara = false, huecos = false, abre_saldos = false, si = false;
+};
+
+Ordenes::Ordenes(CLI::App& programa) : interior_(std::make_unique<Interior>()) {
+  Interior& own = *interior_;
+  programa.require_subcommand(0, 1);
+  const auto add = [&](const char* name, const char* alias, const char* help,
+                       std::function<int(Sesion&)> act) {
+    CLI::App* order = programa.add_subcommand(name, help);
+    if (alias != nullptr) order->alias(alias);
+    order->fallthrough();
+    order->callback([&own, act = std::move(act)] { own.orden = act; });
+    return order;
+  };
+  const auto with_document = [&](CLI::App* order, bool required = true) {
+    auto* kind = order->add_option("tipo", own.tipo, "entrada o salida");
+    auto* number = order->add_option("numero", own.numero, "Número del documento");
+    kind->required(required);
+    number->required(required);
+    return order;
+  };
+  add("a_medias", "a-medias", "Dice qué documentos quedaron afectados a medias",
+      [](Sesion& sesion) { return OrdenAMedias(sesion); });
+  auto* complete = with_document(
+      add("completa", nullptr, "Afecta los renglones que le faltan a un documento afectado a medias",
+          [&own](Sesion& sesion) {
+            if (own.todos) return OrdenCompletaTodos(sesion);
+            if (own.tipo.empty())
+              throw data::Error("Diga qué documento, por ejemplo: completa entrada 12; o --todos");
+            return OrdenCompleta(sesion, own.tipo, own.numero);
+          }),
+      false);
+  complete->add_flag("--todos", own.todos, "Todos los que quedaron a medias");
+  auto* review = add("revisa", nullptr, "Prueba la base entera: existencias, documentos, números, tenencias",
+                     [&own](Sesion& sesion) {
+                       if (own.abre_saldos) return OrdenAbreSaldos(sesion);
+                       return OrdenRevisar(sesion, own.repara, own.huecos);
+                     });
+  review->add_flag("--repara", own.repara, "Repara lo que se puede reparar sin riesgo y lo anota");
+  review->add_flag("--huecos", own.huecos, "Dice también los números que faltan en las series");
+  review->add_flag("--abre-saldos", own.abre_saldos,
+                   "Asienta como apertura la existencia que no viene del libro de movimientos");
+  add("tenencias", nullptr, "Dice quién tiene abierto cada documento",
+      [](Sesion& sesion) { return OrdenTenencias(sesion); });
+  with_document(add("libera", nullptr, "Libera un documento que otro tiene abierto", [&own](Sesion& sesion) {
+    return OrdenLibera(sesion, own.tipo, own.numero, own.texto);
+  }))->add_option("--motivo", own.texto, "Por qué");
+  with_document(add("pide", nullptr, "Pide un documento a quien lo tiene abierto", [&own](Sesion& sesion) {
+    return OrdenPide(sesion, own.tipo, own.numero, own.texto);
+  }))->add_option("--mensaje", own.texto, "Qué se le dice");
+  with_document(add("elimina", nullptr, "Elimina un documento; dice antes qué dejaría detrás",
+                    [&own](Sesion& sesion) { return OrdenElimina(sesion, own.tipo, own.numero, own.si); }))
+      ->add_flag("--si", own.si, "No pregunta");
+  add("bitacora", nullptr, "Dice qué se hizo por derecho o sobre una negativa", [&own](Sesion& sesion) {
+    return OrdenBitacora(sesion, own.texto);
+  })->add_option("--desde", own.texto, "Desde cuándo: 2024-03-05 o 2024-03-05T14:00:00");
+}
+
+Ordenes::~Ordenes() = default;
+
+bool Ordenes::Pedida() const { return interior_->orden != nullptr; }
+
+int Ordenes::Corre(Opciones opciones, const Consola& consola) {
+  try {
+    Consola answered = consola;
+    if (interior_->si) answered.confirma = [](const std::string&) { return true; };
+    Sesion sesion(std::move(opciones), answered);
+    return interior_->orden(sesion);
+  } catch (const std::exception& error) {
+    consola.errores << error.what() << '\n';
+    return kError;
+  }
+}
+
+}  // namespace tarvik::host
