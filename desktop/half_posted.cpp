@@ -1,7 +1,9 @@
 #include "desktop/half_posted.h"
 
 #include <QTimer>
+#include <algorithm>
 
+#include "host/liberacion.h"
 #include "host/tenencia_viva.h"
 
 namespace tarvik::desktop {
@@ -16,6 +18,13 @@ bool Same(const host::DocumentoAMedias& one, const host::DocumentoAMedias& other
 
 bool Same(const host::CierreInterrumpido& one, const host::CierreInterrumpido& other) {
   return one.tipo == other.tipo && one.documento == other.documento && one.faltan == other.faltan;
+}
+
+// Whether a program went away with something in hand: a lease of nobody alive, or a finish that broke off.
+bool WasLeft(data::EngineConnection& connection) {
+  const auto leases = host::LeeTenencias(connection);
+  return std::any_of(leases.begin(), leases.end(), [](const host::Tenencia& lease) { return !lease.viva; }) ||
+         !host::CierresInterrumpidos(connection).empty();
 }
 
 }  // namespace
@@ -45,6 +54,7 @@ std::optional<host::DocumentoAMedias> ReadHalf(data::EngineConnection& connectio
 HalfPosted::HalfPosted(host::Anfitrion& host, QObject* parent)
     : QObject(parent),
       reader_(std::make_unique<Reader>(host.Base(), host.Conexion().Kind())),
+      host_(host),
       task_(std::make_shared<Reader::Task>()),
       timer_(new QTimer(this)) {
   connect(timer_, &QTimer::timeout, this, &HalfPosted::LookAtAll);
@@ -69,6 +79,22 @@ void HalfPosted::LookAtAll() {
                              broken = host::CierresInterrumpidos(connection)] { Take(found, broken); });
     return false;
   });
+}
+
+void HalfPosted::LookAtOpening() {
+  const data::DateTime now = host_.Plataforma().Now();
+  Run([this, now](data::EngineConnection& connection) {
+    if (!WasLeft(connection)) return false;
+    auto found = host::Rapida({.conexion = connection, .ahora = now, .usuario = {}, .estacion = {}});
+    std::erase_if(found, [](const host::Observacion& one) { return one.clase != "motor"; });
+    if (found.empty()) return false;
+    reader_->Deliver(task_, [this, found = std::move(found)] {
+      damage_ = found;
+      emit Changed();
+    });
+    return false;
+  });
+  LookAtAll();
 }
 
 void HalfPosted::LookAt(DocumentKey document) {

@@ -16,6 +16,7 @@
 #include "host/anfitrion.h"
 #include "host/cierres.h"
 #include "host/documentos.h"
+#include "host/revision.h"
 
 class QTimer;
 
@@ -40,6 +41,9 @@ class HalfPosted : public QObject {
   ~HalfPosted() override;
 
   void LookAtAll();
+  // Once, at the opening: as LookAtAll; and where a program has left the base in the middle of something,
+  // the quick look of the engine and the host too.
+  void LookAtOpening();
   void LookAt(DocumentKey document);
 
   // nullptr for one that is not among them.
@@ -47,6 +51,8 @@ class HalfPosted : public QObject {
   // Those that can be completed, goods-in first, by number.
   [[nodiscard]] std::vector<DocumentKey> ToComplete() const;
   [[nodiscard]] const std::vector<host::CierreInterrumpido>& Broken() const { return broken_; }
+  // What the quick look found beyond documents: damage of the base itself.
+  [[nodiscard]] const std::vector<host::Observacion>& Damage() const { return damage_; }
 
  signals:
   void Changed();
@@ -57,10 +63,12 @@ class HalfPosted : public QObject {
   void Take(Found found, std::vector<host::CierreInterrumpido> broken);
 
   std::unique_ptr<Reader> reader_;  // its own: a look through the whole base keeps no list waiting
+  host::Anfitrion& host_;
   Reader::TaskRef task_;
   QTimer* timer_;
   Found found_;
   std::vector<host::CierreInterrumpido> broken_;
+  std::vector<host::Observacion> damage_;
 };
 
 }  // namespace tarvik::desktop

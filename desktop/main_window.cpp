@@ -29,6 +29,7 @@
 #include "desktop/qt_platform.h"
 #include "desktop/recovery.h"
 #include "desktop/requests.h"
+#include "desktop/revision_window.h"
 #include "desktop/screen_view.h"
 #include "desktop/stock_view.h"
 #include "desktop/theme.h"
@@ -110,6 +111,9 @@ MainWindow::MainWindow(Office& office, EntradasSalidas& door)
   MakeRecovery();
   MakeMenus();
   MakeRail();
+  connect(AddTool(QStringLiteral("Re&visar la base"), QKeySequence(QStringLiteral("Ctrl+Shift+R")),
+                  Glyph::Review),
+          &QAction::triggered, this, [this] { Revision().Reach(); });
   MakeStatus();
 
   office.host.Parent().al_llamar = [this](std::string_view name, const std::vector<data::Value>& arguments) {
@@ -142,6 +146,7 @@ MainWindow::~MainWindow() {
   for (const Screen& screen : screens_) disconnect(screen.view, nullptr, this, nullptr);
   // The lists use the reader until they are gone.
   delete recovery_;
+  delete revision_;
   delete takeCentralWidget();
 }
 
@@ -201,7 +206,27 @@ void MainWindow::MakeRecovery() {
     List(kind).Table().setFocus();
   });
   connect(half_.get(), &HalfPosted::Changed, this, &MainWindow::UpdateActions);
-  half_->LookAtAll();
+  connect(recovery_, &Recovery::ReviseRequested, this, [this] { Revision().Reach(); });
+  half_->LookAtOpening();
+}
+
+RevisionWindow& MainWindow::Revision() {
+  if (revision_ != nullptr) return *revision_;
+  revision_ = new RevisionWindow(office_, this);
+  connect(revision_, &RevisionWindow::OpenRequested, this, [this](const host::Retenido& document) {
+    if (document.tipo == host::Tipo::Entrada) {
+      door_.ConsultaEntrada(document.numero);
+    } else {
+      door_.ConsultaSalida(document.numero);
+    }
+    activateWindow();
+  });
+  connect(revision_, &RevisionWindow::Mended, this, [this] {
+    half_->LookAtAll();
+    RefreshLists();
+    if (stock_->isVisible()) stock_->Refresh();
+  });
+  return *revision_;
 }
 
 // The one in the screen on show, or the chosen one of the list.

@@ -37,6 +37,7 @@ class HalfPosted;
 class NoticeStrip;
 class Recovery;
 class Requests;
+class RevisionWindow;
 class ScreenView;
 class StockView;
 
@@ -71,6 +72,8 @@ class MainWindow : public QMainWindow {
   // The cards above the lists, and which documents were posted in part.
   [[nodiscard]] NoticeStrip& Notices() const { return *notices_; }
   [[nodiscard]] HalfPosted& Half() const { return *half_; }
+  // The window that proves the base, made at its first use.
+  RevisionWindow& Revision();
   [[nodiscard]] Requests& Asked() const { return *requests_; }
   // The open screens, tabs first.
   [[nodiscard]] std::vector<ScreenView*> Open() const;
@@ -150,6 +153,7 @@ class MainWindow : public QMainWindow {
   StockView* stock_ = nullptr;
   NoticeStrip* notices_ = nullptr;
   Recovery* recovery_ = nullptr;
+  RevisionWindow* revision_ = nullptr;
   Requests* requests_ = nullptr;
   std::vector<Screen> screens_;
   std::array<RailItem*, 5> rail_pages_{};

@@ -12,6 +12,7 @@ namespace tarvik::desktop {
 namespace {
 
 const QString kHalf = QStringLiteral("a medias");
+const QString kDamage = QStringLiteral("daño");
 const QString kBroken = QStringLiteral("cierre");
 
 QString Count(int count, const QString& one, const QString& many) {
@@ -54,8 +55,18 @@ Recovery::Recovery(Office& office, HalfPosted& half, NoticeStrip& notices, QObje
 // ---- the cards ----
 
 void Recovery::ShowNotices() {
+  ShowDamage();
   ShowHalf();
   ShowBroken();
+}
+
+// What the quick look at the opening found in the base itself.
+void Recovery::ShowDamage() {
+  if (half_.Damage().empty()) return notices_.Remove(kDamage);
+  notices_.Put(kDamage,
+               tr("La base no se cerró bien la última vez, y al revisarla se encontró un daño: %1")
+                   .arg(QString::fromStdString(half_.Damage().front().texto).simplified()),
+               {{tr("&Revisar la base"), [this] { emit ReviseRequested(); }, true}});
 }
 
 void Recovery::ShowHalf() {

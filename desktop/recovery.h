@@ -28,11 +28,13 @@ class Recovery : public QObject {
  signals:
   void Completed(tarvik::host::Tipo type, int number);  // lists and screens show another state
   void ShowRequested(tarvik::host::Tipo type);          // the list, with those posted in part
+  void ReviseRequested();                               // the base is to be proved
 
  private:
   void ShowNotices();
   void ShowHalf();
   void ShowBroken();
+  void ShowDamage();
   void Finish(DocumentKey document);
   void Forget(DocumentKey document);
   // The steps that would do something here; nothing if the finish is whole.

@@ -316,14 +316,14 @@ TEST_F(VentanaDePrueba, TheRailCountsWhatWaitsAndIsNarrowInANarrowWindow) {
 
 TEST_F(VentanaDePrueba, AToolStandsInMenuAndRail) {
   Abre();
-  auto* action = ventana->AddTool(QStringLiteral("&Revisar"), QKeySequence(QStringLiteral("Ctrl+Shift+R")),
+  auto* action = ventana->AddTool(QStringLiteral("&Otra cosa"), QKeySequence(QStringLiteral("Ctrl+Shift+O")),
                                   Glyph::Review);
   QSignalSpy triggered(action, &QAction::triggered);
   auto* item = ventana->findChild<Rail*>()->Items().last();
-  EXPECT_EQ(item->accessibleName(), QStringLiteral("Revisar"));
+  EXPECT_EQ(item->accessibleName(), QStringLiteral("Otra cosa"));
   item->click();
   EXPECT_EQ(triggered.size(), 1);
-  QTest::keyClick(ventana.get(), Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
+  QTest::keyClick(ventana.get(), Qt::Key_O, Qt::ControlModifier | Qt::ShiftModifier);
   EXPECT_EQ(triggered.size(), 2);
 }
 
