@@ -6,7 +6,7 @@
 # TARVIK_BUILD is this tree's build folder (build/release); TARVIK_DISK=1 lets each commit reach the disk.
 set -euo pipefail
 raiz=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-commit=$1 procesos=${2:-16} movimientos=${3:-500} vueltas=${4:-3}
+commit=$1 estaciones=${2:-16} movimientos=${3:-500} vueltas=${4:-3}
 nuevo=${TARVIK_BUILD:-$raiz/build/release}/bench/bench_posting
 [ -x "$nuevo" ] || { echo "Falta $nuevo" >&2; exit 1; }
 . "$raiz/tests/servidor/servidores.sh"
@@ -33,7 +33,7 @@ else
 fi
 corre() {
   "$programas/createdb" -h "$carpeta/base.s" -U tarvik "$2"
-  "$1" "postgresql://tarvik@/$2?host=$carpeta/base.s" "$procesos" "$movimientos"
+  "$1" "postgresql://tarvik@/$2?host=$carpeta/base.s" "$estaciones" "$movimientos"
 }
 de_antes=() de_ahora=()
 for ((i = 1; i <= vueltas; i++)); do
@@ -42,5 +42,5 @@ for ((i = 1; i <= vueltas; i++)); do
 done
 mediana() { printf '%s\n' "$@" | sort -n | sed -n "$((($# + 1) / 2))p"; }
 a=$(mediana "${de_antes[@]}") b=$(mediana "${de_ahora[@]}")
-echo "$procesos procesos, movimientos por segundo: antes ${de_antes[*]} (mediana $a); ahora ${de_ahora[*]} (mediana $b)"
+echo "$estaciones procesos, movimientos por segundo: antes ${de_antes[*]} (mediana $a); ahora ${de_ahora[*]} (mediana $b)"
 [ "$b" -gt "$a" ]

@@ -26,7 +26,7 @@ ignore_startup_parameters = extra_float_digits
 FIN
 [ ${#como[@]} -eq 0 ] || chown -R postgres "$carpeta/pooler.s" "$carpeta/pooler.ini"
 (cd "$carpeta" && exec "${como[@]}" "$pooler" -q "$carpeta/pooler.ini" >"$carpeta/pooler.txt" 2>&1) &
-procesos+=($!)
+arrancados+=($!)
 for _ in $(seq 100); do
   "$programas/pg_isready" -q -h "$carpeta/pooler.s" -p 6432 -U tarvik -d postgres && break
   sleep 0.1

@@ -8,7 +8,7 @@ set -euo pipefail
 haz_carpeta
 haz_base uno
 arranca uno -c listen_addresses= -c dynamic_shared_memory_type=mmap -c synchronous_standby_names='*'
-primario=${procesos[0]}
+primario=${arrancados[0]}
 "${como[@]}" "$programas/pg_basebackup" -h "$carpeta/uno.s" -U tarvik -D "$carpeta/dos" -R -c fast --no-sync \
   >"$carpeta/copia.txt" 2>&1 || { cat "$carpeta/copia.txt" >&2; exit 1; }
 arranca dos -c listen_addresses=

@@ -9,12 +9,12 @@ como=()
 if [ "$(id -u)" -eq 0 ]; then como=(setpriv --reuid=postgres --regid=postgres --clear-groups); fi
 
 carpeta=
-procesos=()  # in the order of their beginning
+arrancados=()  # in the order of their beginning
 
 termina() {
-  for ((i = ${#procesos[@]} - 1; i >= 0; i--)); do
-    kill -INT "${procesos[i]}" 2>/dev/null || true
-    wait "${procesos[i]}" 2>/dev/null || true
+  for ((i = ${#arrancados[@]} - 1; i >= 0; i--)); do
+    kill -INT "${arrancados[i]}" 2>/dev/null || true
+    wait "${arrancados[i]}" 2>/dev/null || true
   done
   if [ -n "$carpeta" ]; then rm -rf "$carpeta"; fi
 }
@@ -47,7 +47,7 @@ arranca() {
   (cd "$carpeta" && exec "${como[@]}" "$programas/postgres" -D "$carpeta/$nombre" -k "$carpeta/$nombre.s" \
     -c fsync=off -c full_page_writes=off -c max_connections=200 -c autovacuum=off "$@" \
     >"$carpeta/$nombre.txt" 2>&1) &
-  procesos+=($!)
+  arrancados+=($!)
   espera "$nombre" $!
 }
 
