@@ -145,7 +145,10 @@ void ErrorsWindow::List(const std::vector<Trouble>& troubles) {
   }
   title_->setText(tr("%1 avisos de error").arg(listed_.size()));
   if (table_->currentRow() < 0) table_->setCurrentCell(0, 0);
+  // Some platforms put every new window in front of the hand, whatever it asks for.
+  QWidget* in_hand = QApplication::activeWindow();
   show();
+  if (in_hand != nullptr && in_hand != this) in_hand->activateWindow();
   table_->resizeRowsToContents();
 }
 

@@ -86,6 +86,7 @@ void Numeros(const Revisor& revisor, bool huecos, Observaciones& found) {
          "IS NOT "
          "NULL",
          "SELECT nombre AS serie, valor AS ultimo FROM series WHERE nombre LIKE '%salida' AND nombre <> "
+         "'Salida' AND nombre <> "
          "'salida'",
          false, found);
 }

@@ -118,7 +118,7 @@ TEST_F(Revision, WhoCancelsWaitsNoLonger) {
   Ventana().Reach();
   ASSERT_TRUE(Ventana().Busy());
   EXPECT_TRUE(Dice().contains("Revisando la base")) << Dice().toStdString();
-  QTest::keyClick(&Ventana(), Qt::Key_Escape);
+  Ventana().Cancel();
   EXPECT_FALSE(Ventana().Busy());
   EXPECT_TRUE(Ventana().isVisible());
   QTest::qWait(500);

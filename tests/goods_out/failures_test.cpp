@@ -422,7 +422,13 @@ const Caso kLineas[] = {
 };
 
 const Caso kEscritura[] = {
-    {"HeaderNumber", "NuevoId", 1, {"CreaSalida"}, Fila, Crea, Base("SELECT salida FROM salidas", "0")},
+    {"HeaderNumber",
+     "NuevoId",
+     1,
+     {"CreaSalida", "CreaSalida*"},
+     Fila,
+     Crea,
+     Base("SELECT salida FROM salidas", "(nada)")},
     {"HeaderProofOfNumber",
      ":SELECT salida FROM",
      1,
