@@ -79,6 +79,10 @@ std::unique_ptr<Backup> CopyFile(EngineConnection& connection, const std::string
   MakePrivate(backup->Where(), file);
   {
     const auto reader = OpenBase("sqlite:" + file)->Connect();
+    // It only reads, but does not look like it: without patience it stands in no line of writers, who would
+    // all wait for the caller's lock.
+    reader->Waiting().ActBegins();
+    reader->Waiting().Vain();
     reader->Run("VACUUM INTO ?", {backup->Where()});
   }
   LookThrough(backup->Where(), version);
