@@ -259,6 +259,8 @@ TEST_F(Avisos, WhatAScannerSendsDoesNotCloseTheWindow) {
     EXPECT_TRUE(button->text().contains(QLatin1Char('&'))) << button->text().toStdString();
   }
   EXPECT_FALSE(Ventana().Table().accessibleName().isEmpty());
+  Ventana().Reach();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Ventana().isActiveWindow(); }, 2000));
   QTest::keyClick(&Ventana().Table(), Qt::Key_Escape);
   EXPECT_FALSE(Ventana().isVisible());
 }
