@@ -607,7 +607,10 @@ void MainWindow::OnGone(ScreenView* view) {
   const Screen screen = *found;
   if (screen.window) office_.settings.setValue(WindowSetting(*view), view->saveGeometry());
   screens_.erase(screens_.begin() + (found - screens_.data()));
-  if (const auto document = host::DocumentoDe(view->Screen())) half_->LookAt(KeyOf(*document));
+  if (const auto document = host::DocumentoDe(view->Screen())) {
+    // Once the screen is gone for good: until then its lease stands, and the document is being posted.
+    QTimer::singleShot(0, half_.get(), [half = half_.get(), key = KeyOf(*document)] { half->LookAt(key); });
+  }
   RemoveTab(*view);
   view->hide();
   if (screen.before) screen.before->activateWindow();
