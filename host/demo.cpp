@@ -2,6 +2,8 @@
 // for. Its documents and its stock come from whoever tries the screens.
 #include "host/demo.h"
 
+#include "host/preparacion.h"
+
 #include <string>
 #include <vector>
 
@@ -214,6 +216,7 @@ void PonDemostracion(data::EngineConnection& connection) {
   const auto empty = [&] { return connection.Run("SELECT 1 FROM prods LIMIT 1", {}).rows.empty(); };
   if (!empty()) return;
   data::Transaction whole(connection);
+  UnaALaVez(connection);
   if (!empty()) return;  // another station was faster
   PonCatalogos(connection);
   PonArticulos(connection);

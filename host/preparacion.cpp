@@ -19,9 +19,16 @@ bool Intacta(data::EngineConnection& connection) {
 
 }  // namespace
 
+void UnaALaVez(data::EngineConnection& connection) {
+  if (connection.Kind() == data::Dialect::Postgresql) {
+    connection.Run("LOCK TABLE parametros IN EXCLUSIVE MODE", {});
+  }
+}
+
 void PonPrimerosContenidos(data::EngineConnection& connection) {
   if (!Intacta(connection)) return;
   data::Transaction all(connection);
+  UnaALaVez(connection);
   if (!Intacta(connection)) return;  // another station was faster
   SiembraMensajes(connection);
   connection.Run("INSERT INTO defform (Entradas, Salidas) VALUES (?, ?)", {"entrada", "salida"});

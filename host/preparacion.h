@@ -11,4 +11,7 @@ namespace tarvik::host {
 // of two stations that start together only one writes.
 void PonPrimerosContenidos(data::EngineConnection& connection);
 
+// Inside a unit: from here to its end no other station fills this base. In a file the unit alone does that.
+void UnaALaVez(data::EngineConnection& connection);
+
 }  // namespace tarvik::host
