@@ -99,7 +99,7 @@ class OchoEstaciones(unittest.TestCase):
         self.assertEqual(len(ocho.sql("SELECT id FROM movsinv WHERE operacion = ?", "SA")),
                          len(ocho.sql("SELECT id_salida FROM salpart")))
         self.assertEqual(ocho.a_medias(), [])
-        # REVISA
+        self.assertEqual(ocho.revisa(), [])
 
 
 if __name__ == "__main__":
