@@ -11,6 +11,7 @@ namespace tarvik::desktop {
 namespace {
 
 constexpr int kLookEvery = 5 * 60 * 1000;  // milliseconds
+constexpr int kAgain = 3000;               // behind a look that the base refused
 
 bool Same(const host::DocumentoAMedias& one, const host::DocumentoAMedias& other) {
   return one.estado == other.estado && one.renglones == other.renglones && one.faltan == other.faltan;
@@ -56,39 +57,45 @@ HalfPosted::HalfPosted(host::Anfitrion& host, QObject* parent)
       reader_(std::make_unique<Reader>(host.Base(), host.Conexion().Kind())),
       host_(host),
       task_(std::make_shared<Reader::Task>()),
-      timer_(new QTimer(this)) {
+      timer_(new QTimer(this)),
+      again_(new QTimer(this)) {
   connect(timer_, &QTimer::timeout, this, &HalfPosted::LookAtAll);
   timer_->start(kLookEvery);
+  again_->setSingleShot(true);
+  again_->setInterval(kAgain);
+  connect(again_, &QTimer::timeout, this, &HalfPosted::LookAtAll);
 }
 
 HalfPosted::~HalfPosted() { task_->Drop(); }
 
-// Without an answer what is shown stays as it was; the next look may have one.
+// Without an answer what is shown stays as it was, and all is looked at again in a moment.
 void HalfPosted::Run(Reader::Step step) {
-  reader_->Run(task_, Urgency::Page, std::move(step), [](const QString&) {});
+  reader_->Run(task_, Urgency::Page, std::move(step), [this](const QString&) { again_->start(); });
 }
 
 void HalfPosted::LookAtAll() {
-  Run([this](data::EngineConnection& connection) {
+  // A step may still run while this goes: it holds by itself what it uses.
+  Run([this, reader = reader_.get(), task = task_](data::EngineConnection& connection) {
     Found found;
     for (auto& half : host::LeeAMedias(connection)) {
       const DocumentKey key{half.tipo, half.documento};
       found.emplace(key, std::move(half));
     }
-    reader_->Deliver(task_, [this, found = std::move(found),
-                             broken = host::CierresInterrumpidos(connection)] { Take(found, broken); });
+    reader->Deliver(task, [this, found = std::move(found), broken = host::CierresInterrumpidos(connection)] {
+      Take(found, broken);
+    });
     return false;
   });
 }
 
 void HalfPosted::LookAtOpening() {
   const data::DateTime now = host_.Plataforma().Now();
-  Run([this, now](data::EngineConnection& connection) {
+  Run([this, reader = reader_.get(), task = task_, now](data::EngineConnection& connection) {
     if (!WasLeft(connection)) return false;
     auto found = host::Rapida({.conexion = connection, .ahora = now, .usuario = {}, .estacion = {}});
     std::erase_if(found, [](const host::Observacion& one) { return one.clase != "motor"; });
     if (found.empty()) return false;
-    reader_->Deliver(task_, [this, found = std::move(found)] {
+    reader->Deliver(task, [this, found = std::move(found)] {
       damage_ = found;
       emit Changed();
     });
@@ -98,9 +105,9 @@ void HalfPosted::LookAtOpening() {
 }
 
 void HalfPosted::LookAt(DocumentKey document) {
-  Run([this, document](data::EngineConnection& connection) {
-    reader_->Deliver(task_, [this, document, half = ReadHalf(connection, document),
-                             broken = host::CierresInterrumpidos(connection)] {
+  Run([this, reader = reader_.get(), task = task_, document](data::EngineConnection& connection) {
+    reader->Deliver(task, [this, document, half = ReadHalf(connection, document),
+                           broken = host::CierresInterrumpidos(connection)] {
       Found found = found_;
       found.erase(document);
       if (half) found.emplace(document, *half);

@@ -66,6 +66,7 @@ class HalfPosted : public QObject {
   host::Anfitrion& host_;
   Reader::TaskRef task_;
   QTimer* timer_;
+  QTimer* again_;
   Found found_;
   std::vector<host::CierreInterrumpido> broken_;
   std::vector<host::Observacion> damage_;

@@ -274,7 +274,7 @@ void RevisionWindow::Run(bool mends) {
   const std::string station = text("Estacion");
   const std::string local = text("ClaveLocal");
   forms::Platform& platform = office_.host.Plataforma();  // its clock alone is asked from the other thread
-  auto step = [this, task = task_, mends, user, station, local,
+  auto step = [this, reader = reader_.get(), task = task_, mends, user, station, local,
                &platform](data::EngineConnection& connection) {
     host::Testigo nobody;
     const host::Completador who{connection, platform, nobody, local, user, station};
@@ -282,7 +282,7 @@ void RevisionWindow::Run(bool mends) {
         connection, platform.Now(), user, station,
         [&](host::Tipo type, std::int32_t number) { return host::Completa(who, type, number); }};
     auto found = host::Revisa(reviser, mends);
-    reader_->Deliver(task, [this, found = std::move(found), mends] { Take(found, mends); });
+    reader->Deliver(task, [this, found = std::move(found), mends] { Take(found, mends); });
     return false;
   };
   reader_->Run(task_, Urgency::Page, std::move(step), [this](const QString& reason) {
