@@ -152,7 +152,7 @@ TEST_F(Mitades, TheScreenThatReadsItShowsItAndCompletesItToo) {
     }
     return QString();
   };
-  EXPECT_EQ(chip(), "Afectado a medias · 1 de 3");
+  ASSERT_TRUE(Until([&] { return chip() == "Afectado a medias · 1 de 3"; })) << chip().toStdString();
   EXPECT_TRUE(view->KeysNow().contains({"F7", "completar"}));
   QTest::keyClick(view, Qt::Key_F7);
   ASSERT_EQ(boxes.size(), 2U);
