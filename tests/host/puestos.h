@@ -68,6 +68,9 @@ struct Puesto {
       return kind != forms::BoxKind::Question || respuesta;
     };
     plataforma.on_unhandled = [this](forms::Form*, const std::string& text) { no_atrapados.push_back(text); };
+    plataforma.on_screen_loaded = [this](forms::Form& screen) {
+      vivas_.push_back(screen.shared_from_this());
+    };
     Opciones opciones;
     opciones.base = base;
     opciones.usuario = usuario;
@@ -131,6 +134,9 @@ struct Puesto {
   TestigoDePrueba testigo;
   std::unique_ptr<Anfitrion> anfitrion;
   std::unique_ptr<EntradasSalidas> puerta;
+
+ private:
+  std::vector<std::shared_ptr<forms::Form>> vivas_;  // one that was closed can still be read
 };
 
 class DosPuestos : public ::testing::Test {
