@@ -85,6 +85,7 @@ TEST_F(Instantes, F5AgainOnAScreenThatAnUnwritableLogLeftOpen) {
     DocumentWizard& f =
         entrada ? static_cast<DocumentWizard&>(ConRenglones({{"A-100", "2"}, {"A-200", "1"}, {"A-100", "1"}}))
                 : Salida({{"A-100", "2"}, {"A-200", "1"}, {"A-100", "1"}});
+    const auto viva = f.shared_from_this();  // read once it has closed
     bitacora.respuestas = {true};
     // The second movement fails, and the report of it too.
     std::size_t hechos = 0;
