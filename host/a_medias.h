@@ -20,10 +20,12 @@ struct DocumentoAMedias {
   std::string estado;  // "CO": lines without their movement; "PE": lines that have moved already
   int renglones;       // lines of the document
   // Numbers of the lines without movement, ascending; of a transfer also of those that left and did not
-  // arrive. Line numbers below 1 are those that could not be drawn: nobody can tell which of them moved.
+  // arrive. A line 0 is one whose number could not be drawn.
   std::vector<std::int32_t> faltan;
 };
 
+// Numbers of the documents of one kind that are neither whole nor untouched, ascending, whoever holds them.
+std::vector<std::int32_t> Parciales(data::EngineConnection& connection, Tipo tipo);
 // All of them, goods-in first, by number. A document that somebody alive holds is being posted: it is none.
 std::vector<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection);
 // That of one document, whoever holds it; nothing for a whole one, an untouched pending one and one that is

@@ -34,6 +34,22 @@ const Tablas& TablasDe(Tipo tipo) {
   return tipo == Tipo::Entrada ? in : out;
 }
 
+std::string ConTablas(Tipo tipo, std::string text) {
+  const Tablas& tables = TablasDe(tipo);
+  for (const auto& [mark, value] :
+       {std::pair<std::string_view, std::string>{"{encabezado}", tables.encabezado},
+        {"{renglones}", tables.partidas},
+        {"{numero}", tables.clave},
+        {"{id}", tables.renglon},
+        {"{folio}", tipo == Tipo::Entrada ? "entrada" : "folio"},
+        {"{operaciones}", tipo == Tipo::Entrada ? "'EN'" : "'SA', 'T+'"}}) {
+    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at)) {
+      text.replace(at, mark.size(), value);
+    }
+  }
+  return text;
+}
+
 DocumentWizard* AsistenteDe(forms::Form& screen) { return dynamic_cast<DocumentWizard*>(&screen); }
 
 std::optional<Retenido> DocumentoDe(const forms::Form& screen) {

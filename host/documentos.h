@@ -44,6 +44,10 @@ struct Tablas {
   std::string movidos;     // condition on the ledger: the movements of such a line
 };
 const Tablas& TablasDe(Tipo tipo);
+// The text with each mark replaced by what stands for it on one side: {encabezado}, {renglones} the tables,
+// {numero}, {id} the columns of document and line, {folio} the header's number as a movement bears it,
+// {operaciones} a list of the movements' own.
+std::string ConTablas(Tipo tipo, std::string text);
 
 // The document that a screen works on, whatever its mode; nothing for another screen, and for a new document
 // that has no number yet.

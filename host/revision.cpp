@@ -115,21 +115,6 @@ std::string AvisoDeDobles(data::EngineConnection& connection) {
 
 namespace revision {
 
-std::string De(Tipo tipo, std::string text) {
-  const Tablas& tables = TablasDe(tipo);
-  for (const auto& [mark, value] :
-       {std::pair<std::string_view, std::string>{"{encabezado}", tables.encabezado},
-        {"{renglones}", tables.partidas},
-        {"{numero}", tables.clave},
-        {"{id}", tables.renglon},
-        {"{operaciones}", tipo == Tipo::Entrada ? "'EN'" : "'SA', 'T+'"}}) {
-    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at)) {
-      text.replace(at, mark.size(), value);
-    }
-  }
-  return text;
-}
-
 std::optional<Retenido> RetenidoDe(const Observacion& which) {
   if (!which.tipo || !which.documento) return {};
   return Retenido{TipoDe(*which.tipo), *which.documento};

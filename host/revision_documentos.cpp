@@ -1,38 +1,11 @@
 // Documents against the ledger: what is missing of one, what moved twice, otherwise, or for nobody. A line
-// and its movement are tied by the line's number and the operation; lines below 1 could not be numbered and
-// count as none.
+// and its movement are tied by the line's number and the operation.
 #include "data/error.h"
 #include "host/a_medias.h"
 #include "host/revision_interno.h"
-#include "host/tenencia_viva.h"
 
 namespace tarvik::host::revision {
 namespace {
-
-// That a line of `p` has its movement in `m`, in the words of the base's own rule, so that its index serves.
-std::string Movido(Tipo tipo, const std::string& m, const std::string& operacion) {
-  const std::string rule = tipo == Tipo::Entrada ? "" : " AND " + m + ".operacion IN ('SA', 'T+')";
-  return m + ".{id} = p.{id} AND " + m + ".{id} >= 1 AND " + m + ".operacion = '" + operacion + "'" + rule +
-         " AND (" + m + ".claveadd IS NULL OR " + m + ".claveadd <> '999' OR " + m + ".almacen IS NOT NULL)";
-}
-
-// Documents that are neither whole nor untouched. A line of a transfer has moved when it has arrived too.
-std::vector<std::int32_t> Parciales(data::EngineConnection& connection, Tipo tipo) {
-  const bool issue = tipo == Tipo::Salida;
-  std::string text =
-      "SELECT DISTINCT d.{numero} AS numero FROM {encabezado} d INNER JOIN {renglones} p ON p.{numero} = "
-      "d.{numero} LEFT "
-      "JOIN movsinv v ON " +
-      Movido(tipo, "v", issue ? "SA" : "EN");
-  if (issue) text += " LEFT JOIN movsinv a ON " + Movido(tipo, "a", "T+");
-  text += " WHERE p.{id} >= 1 AND ((d.estado = 'CO' AND (v.id IS NULL" +
-          std::string(issue ? " OR (COALESCE(d.estraspaso, 0) <> 0 AND a.id IS NULL)" : "") +
-          ")) OR ((d.estado IS NULL OR d.estado <> 'CO') AND (v.id IS NOT NULL" +
-          (issue ? " OR a.id IS NOT NULL" : "") + "))) ORDER BY 1";
-  std::vector<std::int32_t> found;
-  for (const auto& row : connection.Run(De(tipo, text), {}).rows) found.push_back(Documento(row[0]));
-  return found;
-}
 
 void Di(const DocumentoAMedias& partial, Observaciones& found) {
   const std::string document = std::string(NombreDe(partial.tipo)) + " " + std::to_string(partial.documento);
@@ -56,13 +29,7 @@ void Di(const DocumentoAMedias& partial, Observaciones& found) {
 }  // namespace
 
 void AMedias(const Revisor& revisor, Observaciones& found) {
-  for (const Tipo tipo : kTipos) {
-    for (const std::int32_t number : Parciales(revisor.conexion, tipo)) {
-      if (TenenciaViva(revisor.conexion, tipo, number)) continue;
-      // Looked at again behind that question: who has just finished posting has left a whole one.
-      if (const auto partial = LeeAMedias(revisor.conexion, tipo, number)) Di(*partial, found);
-    }
-  }
+  for (const DocumentoAMedias& partial : LeeAMedias(revisor.conexion)) Di(partial, found);
 }
 
 void ReparaAMedias(const Revisor& revisor, const Observacion& which) {
@@ -76,15 +43,17 @@ void ReparaAMedias(const Revisor& revisor, const Observacion& which) {
 void Dobles(const Revisor& revisor, Observaciones& found) {
   for (const Tipo tipo : kTipos) {
     const data::Rows rows = revisor.conexion.Run(
-        De(tipo,
-           "SELECT t.linea, t.operacion, t.veces, t.primero, t.ultimo, m.articulo, m.almacen, p.{numero} AS "
-           "documento "
-           "FROM (SELECT {id} AS linea, operacion, COUNT(*) AS veces, MIN(id) AS primero, MAX(id) AS ultimo "
-           "FROM "
-           "movsinv WHERE {id} >= 1 AND operacion IN ({operaciones}) AND " +
-               std::string(kSinMarcas) +
-               " GROUP BY {id}, operacion HAVING COUNT(*) > 1) t JOIN movsinv m ON m.id = t.ultimo LEFT JOIN "
-               "{renglones} p ON p.{id} = t.linea ORDER BY t.linea, t.operacion"),
+        ConTablas(
+            tipo,
+            "SELECT t.linea, t.operacion, t.veces, t.primero, t.ultimo, m.articulo, m.almacen, p.{numero} AS "
+            "documento "
+            "FROM (SELECT {id} AS linea, operacion, COUNT(*) AS veces, MIN(id) AS primero, MAX(id) AS ultimo "
+            "FROM "
+            "movsinv WHERE {id} >= 1 AND operacion IN ({operaciones}) AND " +
+                std::string(kSinMarcas) +
+                " GROUP BY {id}, operacion HAVING COUNT(*) > 1) t JOIN movsinv m ON m.id = t.ultimo LEFT "
+                "JOIN "
+                "{renglones} p ON p.{id} = t.linea ORDER BY t.linea, t.operacion"),
         {});
     for (const auto& row : rows.rows) {
       Observacion which{.clase = "doble",
@@ -159,27 +128,27 @@ void Distintos(const Revisor& revisor, Observaciones& found) {
     const bool issue = tipo == Tipo::Salida;
     const std::string warehouse =
         issue ? "CASE WHEN m.operacion = 'T+' THEN d.almt ELSE d.almacen END" : "d.almacen";
-    const data::Rows rows =
-        revisor.conexion.Run(De(tipo,
-                                "WITH m AS (SELECT id, operacion, {id} AS linea, movimiento, articulo, "
-                                "cantidad, almacen FROM movsinv WHERE "
-                                "{id} >= 1 AND operacion IN ({operaciones}) AND " +
-                                    std::string(kSinMarcas) +
-                                    ") SELECT m.id, m.operacion, m.linea, m.movimiento, m.articulo, "
-                                    "m.cantidad, m.almacen, p.{id} AS "
-                                    "renglon, p.{numero} AS documento, p.articulo AS suyo, p.cantidad AS "
-                                    "suya, d.{numero} AS encabezado, " +
-                                    warehouse +
-                                    " AS su_almacen FROM m LEFT JOIN {renglones} p ON p.{id} = m.linea LEFT "
-                                    "JOIN {encabezado} d ON "
-                                    "d.{numero} = p.{numero} WHERE p.{id} IS NULL OR d.{numero} IS NULL OR "
-                                    "COALESCE(m.articulo, '') <> "
-                                    "COALESCE(p.articulo, '') OR ABS(COALESCE(m.cantidad, 0) - "
-                                    "COALESCE(p.cantidad, 0)) > 0.000000001 * "
-                                    "CASE WHEN ABS(p.cantidad) > 1 THEN ABS(p.cantidad) ELSE 1 END OR "
-                                    "COALESCE(m.almacen, 0) <> COALESCE(" +
-                                    warehouse + ", 0) ORDER BY m.id"),
-                             {});
+    const data::Rows rows = revisor.conexion.Run(
+        ConTablas(tipo,
+                  "WITH m AS (SELECT id, operacion, {id} AS linea, movimiento, articulo, "
+                  "cantidad, almacen FROM movsinv WHERE "
+                  "{id} >= 1 AND operacion IN ({operaciones}) AND " +
+                      std::string(kSinMarcas) +
+                      ") SELECT m.id, m.operacion, m.linea, m.movimiento, m.articulo, "
+                      "m.cantidad, m.almacen, p.{id} AS "
+                      "renglon, p.{numero} AS documento, p.articulo AS suyo, p.cantidad AS "
+                      "suya, d.{numero} AS encabezado, " +
+                      warehouse +
+                      " AS su_almacen FROM m LEFT JOIN {renglones} p ON p.{id} = m.linea LEFT "
+                      "JOIN {encabezado} d ON "
+                      "d.{numero} = p.{numero} WHERE p.{id} IS NULL OR d.{numero} IS NULL OR "
+                      "COALESCE(m.articulo, '') <> "
+                      "COALESCE(p.articulo, '') OR ABS(COALESCE(m.cantidad, 0) - "
+                      "COALESCE(p.cantidad, 0)) > 0.000000001 * "
+                      "CASE WHEN ABS(p.cantidad) > 1 THEN ABS(p.cantidad) ELSE 1 END OR "
+                      "COALESCE(m.almacen, 0) <> COALESCE(" +
+                      warehouse + ", 0) ORDER BY m.id"),
+        {});
     for (const auto& row : rows.rows) found.push_back(Desdicho(tipo, row));
   }
 }
@@ -187,10 +156,10 @@ void Distintos(const Revisor& revisor, Observaciones& found) {
 void Sueltos(const Revisor& revisor, Observaciones& found) {
   for (const Tipo tipo : kTipos) {
     const data::Rows rows =
-        revisor.conexion.Run(De(tipo,
-                                "SELECT p.{id} AS linea, p.{numero} AS documento, p.articulo FROM "
-                                "{renglones} p LEFT JOIN {encabezado} d ON "
-                                "d.{numero} = p.{numero} WHERE d.{numero} IS NULL ORDER BY p.{id}"),
+        revisor.conexion.Run(ConTablas(tipo,
+                                       "SELECT p.{id} AS linea, p.{numero} AS documento, p.articulo FROM "
+                                       "{renglones} p LEFT JOIN {encabezado} d ON "
+                                       "d.{numero} = p.{numero} WHERE d.{numero} IS NULL ORDER BY p.{id}"),
                              {});
     for (const auto& row : rows.rows) {
       Observacion which{.clase = "suelto",

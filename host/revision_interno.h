@@ -21,10 +21,6 @@ inline constexpr std::string_view kSinMarcas =
 
 inline constexpr std::array kTipos = {Tipo::Entrada, Tipo::Salida};
 
-// The text with each mark replaced by what stands for it on one side: {encabezado}, {renglones} the tables,
-// {numero}, {id} the columns of document and line, {operaciones} a list of the movements' own.
-std::string De(Tipo tipo, std::string text);
-
 // The document of a finding; nothing where it is about none.
 std::optional<Retenido> RetenidoDe(const Observacion& which);
 

@@ -9,13 +9,14 @@ std::string Nombre(Tipo tipo, const data::Value& number) {
 }
 
 void FueraDeSerie(const Revisor& revisor, Tipo tipo, Observaciones& found) {
-  const data::Rows rows = revisor.conexion.Run(De(tipo,
-                                                  "WITH s AS (SELECT COALESCE(MAX(valor), 0) AS ultimo FROM "
-                                                  "series WHERE nombre = ?) SELECT d.{numero} AS "
-                                                  "numero, s.ultimo FROM {encabezado} d CROSS JOIN s WHERE "
-                                                  "d.{numero} < 1 OR d.{numero} > s.ultimo ORDER BY "
-                                                  "d.{numero}"),
-                                               {TablasDe(tipo).serie});
+  const data::Rows rows =
+      revisor.conexion.Run(ConTablas(tipo,
+                                     "WITH s AS (SELECT COALESCE(MAX(valor), 0) AS ultimo FROM "
+                                     "series WHERE nombre = ?) SELECT d.{numero} AS "
+                                     "numero, s.ultimo FROM {encabezado} d CROSS JOIN s WHERE "
+                                     "d.{numero} < 1 OR d.{numero} > s.ultimo ORDER BY "
+                                     "d.{numero}"),
+                           {TablasDe(tipo).serie});
   for (const auto& row : rows.rows) {
     Observacion which{.clase = "numero", .tipo = std::string(NombreDe(tipo)), .documento = Documento(row[0])};
     which.texto =
@@ -62,9 +63,8 @@ void Huecos(const Revisor& revisor, Tipo tipo, const std::string& what, const st
     Observacion which{.clase = "numero", .tipo = std::string(NombreDe(tipo))};
     if (documents) which.documento = Documento(row[1]);
     const bool one = data::ToNumber(row[1]) == data::ToNumber(row[2]);
-    which.texto = (one ? "Falta " : "Faltan ") + what +
-                  (documents ? "" : " de la serie " + data::ToText(row[0])) + ": " + data::ToText(row[1]) +
-                  (one ? "" : " a " + data::ToText(row[2]));
+    which.texto = std::string("Falta ") + what + (documents ? "" : " de la serie " + data::ToText(row[0])) +
+                  ": " + data::ToText(row[1]) + (one ? "" : " a " + data::ToText(row[2]));
     found.push_back(std::move(which));
   }
 }
@@ -78,16 +78,14 @@ void Numeros(const Revisor& revisor, bool huecos, Observaciones& found) {
   for (const Tipo tipo : kTipos) {
     const std::string name = "'" + TablasDe(tipo).serie + "'";
     Huecos(revisor, tipo, tipo == Tipo::Entrada ? "el número de entrada" : "el número de salida",
-           De(tipo, "SELECT " + name + " AS serie, {numero} AS numero FROM {encabezado}"),
+           ConTablas(tipo, "SELECT " + name + " AS serie, {numero} AS numero FROM {encabezado}"),
            "SELECT nombre AS serie, valor AS ultimo FROM series WHERE nombre = " + name, true, found);
   }
   Huecos(revisor, Tipo::Salida, "el folio",
          "SELECT TRIM(COALESCE(estacion, '')) || 'salida' AS serie, folio AS numero FROM salidas WHERE folio "
-         "IS NOT "
-         "NULL",
-         "SELECT nombre AS serie, valor AS ultimo FROM series WHERE nombre LIKE '%salida' AND nombre <> "
-         "'Salida' AND nombre <> "
-         "'salida'",
+         "IS NOT NULL",
+         "SELECT nombre AS serie, valor AS ultimo FROM series WHERE length(nombre) > 6 AND "
+         "substr(nombre, length(nombre) - 5) = 'salida'",
          false, found);
 }
 

@@ -98,16 +98,18 @@ std::string Movidos(const std::string& columna, const std::string& operacion) {
          " IS NOT NULL)";
 }
 
-// Lines of posted documents without their movement: kind, document, line, operation that is missing.
+// Lines of posted documents without their movement: kind, document, line, operation that is missing. A line
+// without an article has nothing to move.
 std::string Faltantes() {
   const auto salidas = [](const std::string& operacion, const std::string& cuales) {
     return " UNION ALL SELECT 'Salida', s.salida, p.id_salida, '" + operacion +
            "' FROM salidas s INNER JOIN salpart p ON p.salida = s.salida WHERE s.estado = 'CO'" + cuales +
-           " AND p.id_salida NOT IN " + Movidos("id_salida", operacion);
+           " AND COALESCE(p.articulo, '') <> '' AND p.id_salida NOT IN " + Movidos("id_salida", operacion);
   };
   return "SELECT 'Entrada' AS tipo, e.entrada AS documento, p.id_entrada AS renglon, 'EN' AS operacion FROM "
-         "entradas "
-         "e INNER JOIN entpart p ON p.entrada = e.entrada WHERE e.estado = 'CO' AND p.id_entrada NOT IN " +
+         "entradas e INNER JOIN entpart p ON p.entrada = e.entrada WHERE e.estado = 'CO' AND "
+         "COALESCE(p.articulo, "
+         "'') <> '' AND p.id_entrada NOT IN " +
          Movidos("id_entrada", "EN") + salidas("SA", "") + salidas("T+", " AND s.estraspaso = 1");
 }
 

@@ -393,11 +393,6 @@ std::vector<std::string> Mundo::Termina() {
   for (const auto& forma : abiertas) forma->Discard();
   Limpia();
   Sql("DELETE FROM tenencias");
-  // A line that a failure left without its article can never move, and holds up its whole document: a person
-  // takes it out.
-  for (const char* tabla : {"entpart", "salpart"}) {
-    if (provoca_) Sql(std::string("DELETE FROM ") + tabla + " WHERE COALESCE(articulo, '') = ''");
-  }
   for (const auto& documento : anfitrion->AMedias()) {
     // Failures that were provoked and never met anything meet this.
     std::string por_que = "nada";

@@ -28,9 +28,13 @@ class Ocupada {
           const auto base = data::OpenBase(address);
           const auto connection = base->Connect();
           connection->Begin();
-          for (const char* rows : {"UPDATE series SET valor = valor", "UPDATE entradas SET ocupado = ocupado",
-                                   "UPDATE existenciaalmacen SET existencia = existencia",
-                                   "UPDATE prods SET costo_u = costo_u"}) {
+          // A series that has not given a number yet is held by its name.
+          for (const char* rows :
+               {"INSERT INTO series (nombre, valor) VALUES ('MovEnt', 0), ('entpart', 0) ON "
+                "CONFLICT (nombre) DO UPDATE SET valor = series.valor",
+                "UPDATE entradas SET ocupado = ocupado",
+                "UPDATE existenciaalmacen SET existencia = existencia",
+                "UPDATE prods SET costo_u = costo_u"}) {
             connection->Run(rows, {});
           }
           held_ = true;

@@ -221,12 +221,32 @@ TEST_F(AMedias, ItBearsTheUserOfTheHeaderAndTheCostOfNow) {
   EXPECT_EQ(Uno("SELECT importe FROM movsinv"), "140");
 }
 
-TEST_F(AMedias, ALineWhoseNumberCouldNotBeDrawnCannotBeTold) {
+TEST_F(AMedias, ALineWhoseNumberCouldNotBeDrawnIsCompletedLikeTheOthers) {
   DocumentoGuardado(1, "CO");
   Sql("INSERT INTO salpart (id_salida, salida, articulo, cantidad) VALUES (0, 7, 'A-100', 1)");
+  // Older lines 0, of another document and of another article.
+  Sql("INSERT INTO movsinv (operacion, id_salida, movimiento, articulo, ent_sal) VALUES ('SA', 0, 5, "
+      "'A-100', 'S'), "
+      "('SA', 0, 7, 'A-200', 'S')");
+  Sql("UPDATE salidas SET folio = 7 WHERE salida = 7");
+  const auto half = anfitrion->AMedias();
+  ASSERT_EQ(half.size(), 1U);
+  EXPECT_EQ(half[0].faltan, (Ids{0, 71}));
+  EXPECT_EQ(anfitrion->Completa(Tipo::Salida, 7), 2);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv WHERE id_salida = 0 AND articulo = 'A-100' AND movimiento = 7"),
+            "1");
+  EXPECT_EQ(anfitrion->Completa(Tipo::Salida, 7), 0);
+  EXPECT_TRUE(anfitrion->AMedias().empty());
+}
+
+TEST_F(AMedias, ALineWithoutAnArticleHasNothingToMoveAndHoldsUpNobody) {
+  DocumentoGuardado(1, "CO");
+  Sql("INSERT INTO salpart (id_salida, salida, cantidad) VALUES (72, 7, 1)");
   const auto half = anfitrion->AMedias();
   ASSERT_EQ(half.size(), 1U);
   EXPECT_EQ(half[0].faltan, Ids{71});
+  EXPECT_EQ(anfitrion->Completa(Tipo::Salida, 7), 1);
+  EXPECT_TRUE(anfitrion->AMedias().empty());
 }
 
 TEST_F(AMedias, TheMarksOfTheOtherMatrixAreNoMovement) {

@@ -47,7 +47,7 @@ TEST_F(RevisaBase, GapsAreListedOnDemand) {
   ASSERT_EQ(Fichas(found),
             (Textos{"numero|Entrada|3|-|-|-", "numero|Entrada|6|-|-|-", "numero|Salida|-|-|-|-"}))
       << Dichas(found);
-  EXPECT_EQ(found[0].texto, "Faltan el número de entrada: 3 a 4");
+  EXPECT_EQ(found[0].texto, "Falta el número de entrada: 3 a 4");
   EXPECT_EQ(found[1].texto, "Falta el número de entrada: 6");
   EXPECT_EQ(found[2].texto, "Falta el folio de la serie E1salida: 3");
 }

@@ -54,12 +54,11 @@ TEST_F(RevisaExistencias, WhatARoutineMovesCountsAndIsOtherwiseSound) {
   EXPECT_EQ(Dichas(Revisa()), "");
 }
 
-TEST_F(RevisaExistencias, MarksAndLinesThatCouldNotBeNumberedAreOutside) {
+TEST_F(RevisaExistencias, MarksOfTheOtherMatrixAreOutside) {
   Dia();
   Sql("INSERT INTO movsinv (operacion, movimiento, articulo, cantidad, id_entrada, claveadd) VALUES ('EN', "
       "1, "
       "'A-100', 99, 1, '999'), ('SA', 1, 'A-100', 99, NULL, '999')");
-  Sql("INSERT INTO entpart (id_entrada, entrada, articulo, cantidad) VALUES (0, 1, 'A-100', 7)");
   EXPECT_EQ(Dichas(Revisa()), "");
 }
 
