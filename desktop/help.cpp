@@ -38,7 +38,8 @@ constexpr Known kPages[] = {{"indice", "Inicio"},
                             {"listas", "Listas de documentos"},
                             {"existencias", "Existencias"},
                             {"ajustes", "Ajustes"},
-                            {"problemas", "Si algo no sale como espera"}};
+                            {"problemas", "Si algo no sale como espera"},
+                            {"servidor", "Varias estaciones"}};
 
 // Without accents and in small letters: as people type when they look for something. One character
 // stays one character, so that a place found here is a place in the text.

@@ -19,7 +19,7 @@ class QVBoxLayout;
 namespace tarvik::desktop {
 
 // Names of the pages in their order: "indice", "entradas", "salidas", "listas", "existencias",
-// "ajustes", "problemas".
+// "ajustes", "problemas", "servidor".
 QStringList ManualPages();
 // The text of a page as Markdown; empty for another name.
 QString ManualPage(const QString& name);

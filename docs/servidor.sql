@@ -71,13 +71,12 @@ GRANT INSERT ON compras2sucursal, bitacora TO tarvik_operador;
 GRANT UPDATE ON controlproc TO tarvik_operador;
 GRANT INSERT, DELETE ON mallacelda TO tarvik_operador;
 GRANT INSERT, UPDATE, DELETE ON tenencias, vidas, peticiones, cierres TO tarvik_operador;
--- Del artículo, las existencias por almacén y ninguna otra cosa; completar un documento toca además el costo,
--- sin cambiarlo.
+-- Del artículo, las existencias por almacén y ninguna otra cosa.
 DO $$
 DECLARE columnas text := (SELECT string_agg(quote_ident(attname), ', ') FROM pg_attribute
                           WHERE attrelid = 'prods'::regclass AND attname ~ '^alm[0-9]+$' AND NOT attisdropped);
 BEGIN
-  EXECUTE format('GRANT UPDATE (costo_u, %s) ON prods TO tarvik_operador', columnas);
+  EXECUTE format('GRANT UPDATE (%s) ON prods TO tarvik_operador', columnas);
 END $$;
 
 -- ---- Supervisor: además catálogos, ajustes y la eliminación de documentos ----

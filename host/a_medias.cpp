@@ -222,7 +222,7 @@ void TomaEnOrden(data::EngineConnection& connection, const std::vector<Asiento>&
         {warehouse, article});
   }
   for (const std::string& article : articles) {
-    connection.Run("UPDATE prods SET costo_u = costo_u WHERE articulo = ?", {article});
+    connection.Run("UPDATE prods SET alm1 = alm1 WHERE articulo = ?", {article});
   }
 }
 

@@ -273,6 +273,9 @@ service::ConsultasCatalogo& Anfitrion::ConsultasCatalogo() { return interior_->c
 std::unique_ptr<service::MovimientoInventario> Anfitrion::NuevoMovimiento() {
   return std::make_unique<MovimientoLocal>(
       interior_->plataforma, interior_->testigo, &interior_->cierres,
+      [interior = interior_.get()](Tipo tipo, std::int32_t line) {
+        interior->custodia.ExigeRenglon(tipo, line);
+      },
       [interior = interior_.get()](const std::string& text) { interior->avisos.push_back(text + "."); });
 }
 

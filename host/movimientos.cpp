@@ -23,6 +23,10 @@ void MovimientoLocal::Afecta(bool, double& amount) {
 
 double MovimientoLocal::Mueve(data::EngineConnection& connection, Libro& libro) {
   const bool of_a_line = asiento_.ColumnaDelRenglon() != nullptr;
+  if (of_a_line && permiso_) {
+    permiso_(data::ToText(asiento_.operacion) == "EN" ? Tipo::Entrada : Tipo::Salida,
+             static_cast<std::int32_t>(data::ToNumber(asiento_.Renglon())));
+  }
   return ConPaciencia(connection, [&] {
     try {
       data::Transaction whole(connection);

@@ -12,6 +12,7 @@
 #include "forms/platform.h"
 #include "host/asiento.h"
 #include "host/cierres.h"
+#include "host/documentos.h"
 #include "host/testigo.h"
 #include "service/host_services.h"
 
@@ -22,9 +23,16 @@ class MovimientoLocal : public service::MovimientoInventario {
   // Told of what the operator should know once the act is over: a line that had moved with another quantity.
   using Aviso = std::function<void(const std::string&)>;
 
+  // Asked before a document's line is moved; throws where it may not be: its screen has lost the document.
+  using Permiso = std::function<void(Tipo, std::int32_t renglon)>;
+
   // All outlive this; `cierres` may be nullptr: how far a finish came is then not kept.
-  MovimientoLocal(forms::Platform& platform, Testigo& testigo, Cierres* cierres, Aviso aviso)
-      : platform_(platform), testigo_(testigo), cierres_(cierres), aviso_(std::move(aviso)) {}
+  MovimientoLocal(forms::Platform& platform, Testigo& testigo, Cierres* cierres, Permiso permiso, Aviso aviso)
+      : platform_(platform),
+        testigo_(testigo),
+        cierres_(cierres),
+        permiso_(std::move(permiso)),
+        aviso_(std::move(aviso)) {}
 
   void Ambiente(service::Ambiente& ambiente) override { ambiente_ = &ambiente; }
   void EntSal(const std::string& value) override { asiento_.ent_sal = value; }
@@ -52,7 +60,8 @@ class MovimientoLocal : public service::MovimientoInventario {
   // then. A base that is busy, or a session that is being made anew, is tried again as long as the
   // connection's patience lasts; a movement of no line is not, once its session was lost on the way.
   // Throws data::Error, with nothing written, if the context, the article or the direction is not set, if
-  // the line has moved with another article or in another warehouse, or the base refuses any of the steps.
+  // the line has moved with another article or in another warehouse, or the base refuses any of the steps;
+  // data::Unrecoverable if the line's screen may not move it any more.
   void Afecta(bool flag, double& amount) override;
 
  private:
@@ -62,6 +71,7 @@ class MovimientoLocal : public service::MovimientoInventario {
   forms::Platform& platform_;
   Testigo& testigo_;
   Cierres* cierres_;
+  Permiso permiso_;
   Aviso aviso_;
   service::Ambiente* ambiente_ = nullptr;
   Asiento asiento_;

@@ -208,20 +208,34 @@ const Custodia::Tenida* Custodia::PerdidaDe(const SentenciaDeDocumento& sentenci
   return found == tenidas_.end() ? nullptr : &*found;
 }
 
-bool Custodia::Permite(const SentenciaDeDocumento& sentencia) {
-  if (tenidas_.empty()) return true;
+void Custodia::MiraSiPuede() noexcept {
   try {
     Mira();
   } catch (
       const std::exception&) {  // NOLINT(bugprone-empty-catch): nothing known, and the statement says why
   }
+}
+
+bool Custodia::OtraLaTiene(const Tenida& lost) const {
+  return std::any_of(tenidas_.begin(), tenidas_.end(), [&](const Tenida& other) {
+    return other.documento == lost.documento && !other.perdida;
+  });
+}
+
+void Custodia::ExigeRenglon(Tipo tipo, std::int32_t renglon) {
+  if (tenidas_.empty()) return;
+  MiraSiPuede();
+  const Tenida* lost = PerdidaDe({.clase = Clase::Corrige, .documento = {tipo, 0}, .renglon = renglon});
+  if (lost == nullptr || lost->pantalla == en_acto_ || OtraLaTiene(*lost)) return;
+  throw data::Unrecoverable(PorQue(*lost) + " No se movió nada más desde esta pantalla.");
+}
+
+bool Custodia::Permite(const SentenciaDeDocumento& sentencia) {
+  if (tenidas_.empty()) return true;
+  MiraSiPuede();
   // Another screen of this program may have the document anew; what this one's act sends is still its own.
   const Tenida* lost = PerdidaDe(sentencia);
-  const bool held = lost != nullptr && lost->pantalla != en_acto_ &&
-                    std::any_of(tenidas_.begin(), tenidas_.end(), [&](const Tenida& other) {
-                      return other.documento == lost->documento && !other.perdida;
-                    });
-  if (lost == nullptr || held) return true;
+  if (lost == nullptr || (lost->pantalla != en_acto_ && OtraLaTiene(*lost))) return true;
   if (sentencia.clase == Clase::Suelta) return false;  // whose flag it is now is not this screen's matter
   // Going on with the next step would store or post a part of what is no longer this screen's.
   throw data::Unrecoverable(PorQue(*lost) + " No se guardó nada más desde esta pantalla.");

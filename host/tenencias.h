@@ -39,6 +39,9 @@ class Custodia final : public Guardia {
   void SeFue(forms::Form& screen) noexcept;
 
   // ---- for the host's services ----
+  // Throws data::Unrecoverable if the line stands on a screen that has lost its document, and moving it is
+  // not part of an act that began before: what was begun is posted to its end.
+  void ExigeRenglon(Tipo tipo, std::int32_t renglon);
   // The leases of closed screens that the base would not let go of when they closed are tried again: before
   // anybody is told who holds what. At the end of each act too.
   void QuitaPendientes() noexcept;
@@ -68,6 +71,9 @@ class Custodia final : public Guardia {
   // Whether the statement may be sent: false keeps it back unseen. Throws for a write that must be noticed.
   bool Permite(const SentenciaDeDocumento& sentencia);
   [[nodiscard]] forms::Form* PantallaPara(const SentenciaDeDocumento& sentencia) const;
+  void MiraSiPuede() noexcept;
+  // Another screen of this program has the document of the lost lease anew.
+  [[nodiscard]] bool OtraLaTiene(const Tenida& lost) const;
   [[nodiscard]] const Tenida* PerdidaDe(const SentenciaDeDocumento& sentencia) const;
   Tenida* De(const forms::Form& screen);
   void Empieza(forms::Form& screen, const Retenido& documento);

@@ -268,6 +268,9 @@ TEST_F(Tenencias, AProcedureCalledOnSuchAScreenWritesNothing) {
             std::string::npos);
   EXPECT_NE(SaleDe([&] { f.SalvaEntrada("CO"); }), "");
   EXPECT_NE(SaleDe([&] { f.Command5_Click(); }), "") << "nothing is posted either";
+  f.rstPartidas = std::make_shared<data::Recordset>(Sql("SELECT * FROM entpart ORDER BY id_entrada"));
+  EXPECT_NE(SaleDe([&] { f.AfectaPartidas(); }).find("No se movió nada más desde esta pantalla"),
+            std::string::npos);
   f.fg2.Row(1);
   f.fg2.Col(1);
   f.fg2.Text("99");

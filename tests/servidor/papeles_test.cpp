@@ -106,6 +106,15 @@ TEST_F(Papeles, AnOperatorEntersAndPostsGoodsInAndGoodsOut) {
   EXPECT_EQ(Uno("SELECT ALM1 FROM prods WHERE articulo = 'A-100'"), "3");
 }
 
+TEST_F(Papeles, AnOperatorCompletesWhatWasPostedInPart) {
+  ConRenglones({{"A-100", "5"}, {"A-200", "2"}}).Unload();
+  Sql("UPDATE entradas SET estado = 'CO'");
+  Trabaja("operador");
+  ASSERT_EQ(anfitrion->AMedias().size(), 1U);
+  EXPECT_EQ(anfitrion->Completa(host::Tipo::Entrada, 1), 2);
+  EXPECT_TRUE(anfitrion->AMedias().empty());
+}
+
 TEST_F(Papeles, WhatAnOperatorMustNot) {
   const auto db = Como("operador");
   db->Execute("INSERT INTO movsinv (operacion, claveadd) VALUES ('EN', '999')");
@@ -116,6 +125,7 @@ TEST_F(Papeles, WhatAnOperatorMustNot) {
                            "DELETE FROM prods",
                            "UPDATE prods SET precio1 = 1",
                            "UPDATE prods SET invent = 0",
+                           "UPDATE prods SET costo_u = 0",
                            "INSERT INTO prods (articulo) VALUES ('X')",
                            "DELETE FROM existenciaalmacen",
                            "UPDATE usuarios SET nombre = 'x'",
