@@ -16,6 +16,7 @@
 #include "desktop/notices.h"
 #include "desktop/program.h"
 #include "desktop/qt_platform.h"
+#include "desktop/revision_window.h"
 #include "desktop/screen_view.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
@@ -91,6 +92,10 @@ void LeftBehind(Program& program, const QDir& folder, const QString& name) {
   program.Errors().List({trouble("14:03:22", "SalvaEntrada"), trouble("14:03:27", "AfectaPartidas"),
                          trouble("14:03:27", "AfectaPartidas")});
   Save(program.Errors(), folder.filePath(QStringLiteral("avisos-") + name));
+  program.Host().Conexion().Run("UPDATE prods SET alm1 = 77 WHERE articulo = 'MAR-16'", {});
+  window.Revision().Reach();
+  (void)QTest::qWaitFor([&] { return !window.Revision().Busy(); });
+  Save(window.Revision(), folder.filePath(QStringLiteral("revision-") + name));
 }
 
 void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, const QString& name) {
