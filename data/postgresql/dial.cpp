@@ -293,7 +293,7 @@ Handle DialAgain(Place& place, Patience& patience, std::int64_t life, std::strin
     if (session != nullptr) return session;
     reason = refusal.reason;
     if (quick || refusal.ended || !dialling.Pause(until)) break;
-    slice *= 2;
+    slice = std::min<milliseconds>(2 * slice, Patience::kWhole);
   }
   if (!quick) patience.Vain();
   // The next one is asked first, where the time was not enough for all.
