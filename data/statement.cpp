@@ -44,13 +44,12 @@ using Parts = std::vector<Part>;
 
 bool IsNamed(const Part& part) { return part.kind == PartKind::kWord || part.kind == PartKind::kName; }
 
-// Quotes that the engines do not read alike: what is a text for one is a statement for another.
+// Quotes that the engines do not read alike: what is a text for one is a statement for another. A bracket is
+// a quote for one and the place in a list for the other, and behind it nobody knows any more what is text.
 bool OddQuotes(const Parts& parts, std::size_t at) {
   const Part& part = parts[at];
   if (part.Is('$')) return true;
-  if (part.kind == PartKind::kName && part.text[0] != '"') {
-    return part.text.find_first_of("('\"") != std::string_view::npos;
-  }
+  if (part.kind == PartKind::kName && part.text[0] != '"') return true;
   if ((part.kind != PartKind::kName && part.kind != PartKind::kText) || at == 0) return false;
   const Part& before = parts[at - 1];
   if (!Touch(before, part)) return false;

@@ -299,7 +299,10 @@ void GrantLikeBefore(EngineConnection& connection, const std::vector<std::string
       {like});
   for (const std::string& table : tables) {
     for (const auto& right : rights.rows) {
-      connection.Execute("GRANT " + ToText(right[0]) + " ON " + table + " TO " + ToText(right[1]));
+      std::string may = ToText(right[0]);
+      // Nobody takes a series away, but whoever begins a lease must be able to end it.
+      if (may == "INSERT" && !EqualsNoCase(table, "bitacora")) may += ", DELETE";
+      connection.Execute("GRANT " + may + " ON " + table + " TO " + ToText(right[1]));
     }
   }
 }

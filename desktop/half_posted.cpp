@@ -2,7 +2,9 @@
 
 #include <QTimer>
 #include <algorithm>
+#include <utility>
 
+#include "data/error.h"
 #include "host/liberacion.h"
 #include "host/tenencia_viva.h"
 
@@ -26,6 +28,18 @@ bool WasLeft(data::EngineConnection& connection) {
   const auto leases = host::LeeTenencias(connection);
   return std::any_of(leases.begin(), leases.end(), [](const host::Tenencia& lease) { return !lease.viva; }) ||
          !host::CierresInterrumpidos(connection).empty();
+}
+
+// What the base can't give though it is there is damage, and no reason to look again.
+template <class Look>
+void Unless(std::vector<host::Observacion>& damage, Look look) {
+  try {
+    look();
+  } catch (const data::Error& error) {
+    if (error.Passing()) throw;
+    damage.push_back(
+        {.clase = "motor", .texto = std::string("No se pudieron revisar los documentos: ") + error.what()});
+  }
 }
 
 }  // namespace
@@ -63,27 +77,42 @@ HalfPosted::HalfPosted(host::Anfitrion& host, QObject* parent)
   timer_->start(kLookEvery);
   again_->setSingleShot(true);
   again_->setInterval(kAgain);
-  connect(again_, &QTimer::timeout, this, &HalfPosted::LookAtAll);
+  connect(again_, &QTimer::timeout, this, &HalfPosted::TryAgain);
 }
 
 HalfPosted::~HalfPosted() { task_->Drop(); }
 
-// Without an answer what is shown stays as it was, and all is looked at again in a moment.
+// Without an answer what is shown stays as it was, and the look is taken again in a moment.
 void HalfPosted::Run(Reader::Step step) {
-  reader_->Run(task_, Urgency::Page, std::move(step), [this](const QString&) { again_->start(); });
+  reader_->Run(task_, Urgency::Page, step, [this, step](const QString&) {
+    refused_.push_back(step);
+    again_->start();
+  });
+}
+
+void HalfPosted::TryAgain() {
+  again_->setInterval(std::min(2 * again_->interval(), kLookEvery));
+  for (Reader::Step& step : std::exchange(refused_, {})) Run(std::move(step));
 }
 
 void HalfPosted::LookAtAll() {
   // A step may still run while this goes: it holds by itself what it uses.
   Run([this, reader = reader_.get(), task = task_](data::EngineConnection& connection) {
     Found found;
-    for (auto& half : host::LeeAMedias(connection)) {
-      const DocumentKey key{half.tipo, half.documento};
-      found.emplace(key, std::move(half));
-    }
-    reader->Deliver(task, [this, found = std::move(found), broken = host::CierresInterrumpidos(connection)] {
-      Take(found, broken);
+    std::vector<host::CierreInterrumpido> broken;
+    std::vector<host::Observacion> damage;
+    Unless(damage, [&] {
+      for (auto& half : host::LeeAMedias(connection)) {
+        const DocumentKey key{half.tipo, half.documento};
+        found.emplace(key, std::move(half));
+      }
+      broken = host::CierresInterrumpidos(connection);
     });
+    reader->Deliver(task,
+                    [this, found = std::move(found), broken = std::move(broken), damage = std::move(damage)] {
+                      if (damage.empty()) return Take(found, broken);
+                      Tell(damage);
+                    });
     return false;
   });
 }
@@ -91,17 +120,24 @@ void HalfPosted::LookAtAll() {
 void HalfPosted::LookAtOpening() {
   const data::DateTime now = host_.Plataforma().Now();
   Run([this, reader = reader_.get(), task = task_, now](data::EngineConnection& connection) {
-    if (!WasLeft(connection)) return false;
-    auto found = host::Rapida({.conexion = connection, .ahora = now, .usuario = {}, .estacion = {}});
-    std::erase_if(found, [](const host::Observacion& one) { return one.clase != "motor"; });
+    bool left = true;
+    std::vector<host::Observacion> found;
+    Unless(found, [&] { left = WasLeft(connection); });
+    if (!left) return false;
+    for (auto& one : host::Rapida({.conexion = connection, .ahora = now, .usuario = {}, .estacion = {}})) {
+      if (one.clase == "motor") found.push_back(std::move(one));
+    }
     if (found.empty()) return false;
-    reader->Deliver(task, [this, found = std::move(found)] {
-      damage_ = found;
-      emit Changed();
-    });
+    reader->Deliver(task, [this, found = std::move(found)] { Tell(found); });
     return false;
   });
   LookAtAll();
+}
+
+void HalfPosted::Tell(std::vector<host::Observacion> damage) {
+  if (!damage_.empty()) return;
+  damage_ = std::move(damage);
+  emit Changed();
 }
 
 void HalfPosted::LookAt(DocumentKey document) {
@@ -118,6 +154,7 @@ void HalfPosted::LookAt(DocumentKey document) {
 }
 
 void HalfPosted::Take(Found found, std::vector<host::CierreInterrumpido> broken) {
+  again_->setInterval(kAgain);
   const auto alike = [](const auto& one, const auto& other) {
     return one.first == other.first && Same(one.second, other.second);
   };

@@ -60,6 +60,9 @@ class HalfPosted : public QObject {
  private:
   using Found = std::map<DocumentKey, host::DocumentoAMedias>;
   void Run(Reader::Step step);
+  void TryAgain();
+  // Damage that a look has met, told once.
+  void Tell(std::vector<host::Observacion> damage);
   void Take(Found found, std::vector<host::CierreInterrumpido> broken);
 
   std::unique_ptr<Reader> reader_;  // its own: a look through the whole base keeps no list waiting
@@ -67,6 +70,7 @@ class HalfPosted : public QObject {
   Reader::TaskRef task_;
   QTimer* timer_;
   QTimer* again_;
+  std::vector<Reader::Step> refused_;  // tried again in a moment, and then less and less often
   Found found_;
   std::vector<host::CierreInterrumpido> broken_;
   std::vector<host::Observacion> damage_;

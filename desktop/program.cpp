@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QPointer>
 #include <QSettings>
 #include <csignal>
 #include <cstdlib>
@@ -142,10 +143,13 @@ Program::~Program() {
     screen->Act([&] { screen->Unload(); });
     screen->Discard();
   }
-  // A preview still open writes its paper and place into settings that end here.
+  // A preview still open writes its paper and place into settings that end here. With it go the windows that
+  // stand on it.
+  QList<QPointer<PreviewWindow>> previews;
   for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (qobject_cast<PreviewWindow*>(window)) delete window;
+    if (auto* preview = qobject_cast<PreviewWindow*>(window)) previews.append(preview);
   }
+  for (const QPointer<PreviewWindow>& preview : previews) delete preview.data();
   platform_->OnSeveralErrors({});
   window_.reset();
   routines_.reset();

@@ -1,6 +1,6 @@
 // Reader: reads for the lists in the background, on a connection of its own, so that no typing ever
 // waits for the base. Work is done in short steps; what is urgent goes between the steps of what is
-// not. It writes nothing.
+// not. What a step writes is its own matter; the lists' steps write nothing.
 #pragma once
 
 #include <QObject>

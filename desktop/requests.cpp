@@ -13,6 +13,21 @@ namespace {
 
 constexpr int kLookEvery = 2000;  // milliseconds
 
+// A look that nobody asked for waits for nothing: a base that is away would hold the keys up at each turn.
+class Impatient {
+ public:
+  explicit Impatient(data::Patience& patience) : patience_(patience) {
+    patience_.ActBegins();
+    patience_.Vain();
+  }
+  ~Impatient() { patience_.ActEnds(); }
+  Impatient(const Impatient&) = delete;
+  Impatient& operator=(const Impatient&) = delete;
+
+ private:
+  data::Patience& patience_;
+};
+
 }  // namespace
 
 Requests::Requests(host::Anfitrion& host, QWidget* parent)
@@ -47,6 +62,11 @@ QString Requests::Text() const { return isHidden() ? QString() : label_->text();
 
 void Requests::LookIfWritten() {
   if (host_.Plataforma().Acting()) return;
+  host_.SueltaPendientes();
+  if (const std::string unseen = host_.AvisoDeTenencias(); unseen != unseen_) {
+    unseen_ = unseen;
+    if (!unseen.empty()) emit Failed(QString::fromStdString(unseen));
+  }
   try {
     if (seen_ == host_.Conexion().Changes()) return;
   } catch (const std::exception&) {
@@ -57,6 +77,7 @@ void Requests::LookIfWritten() {
 
 void Requests::Look() {
   if (host_.Plataforma().Acting()) return;
+  const Impatient look(host_.Conexion().Waiting());
   try {
     seen_ = host_.Conexion().Changes();
     asked_of_us_ = host_.Peticiones();
@@ -81,8 +102,8 @@ void Requests::Show() {
 void Requests::LookAtOwn() {
   std::vector<host::Peticion> waiting;
   std::vector<host::Peticion> answered;
-  for (host::Peticion& request : std::exchange(asked_by_us_, {})) {
-    (request.Estado() == "pedida" ? waiting : answered).push_back(std::move(request));
+  for (const host::Peticion& request : asked_by_us_) {
+    (request.Estado() == "pedida" ? waiting : answered).push_back(request);
   }
   asked_by_us_ = std::move(waiting);
   for (const host::Peticion& request : answered) {

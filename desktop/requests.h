@@ -50,6 +50,7 @@ class Requests : public QFrame {
   QPushButton* give_;
   QPushButton* keep_;
   std::optional<std::int64_t> seen_;
+  std::string unseen_;  // why others can't see what is open here; told once
   std::vector<host::Peticion> asked_of_us_;
   std::vector<host::Peticion> asked_by_us_;
 };

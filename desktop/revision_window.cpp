@@ -216,11 +216,11 @@ QWidget* RevisionWindow::Foot() {
   bar->setRange(0, 0);  // how long it takes nobody knows beforehand
   bar->setTextVisible(false);
   bar->setAccessibleName(tr("Avance"));
-  auto* leave = new QLabel(tr("Esc cancela"), busy);
-  leave->setProperty("role", "soft");
+  leave_ = new QLabel(tr("Esc cancela"), busy);
+  leave_->setProperty("role", "soft");
   row->addWidget(progress_text_);
   row->addWidget(bar, 1);
-  row->addWidget(leave);
+  row->addWidget(leave_);
   line_->addWidget(busy);
   return line_;
 }
@@ -265,6 +265,7 @@ void RevisionWindow::Mend() {
 }
 
 void RevisionWindow::Run(bool mends) {
+  mends_ = mends;
   task_ = std::make_shared<Reader::Task>();
   trouble_.clear();
   SetBusy(true);
@@ -292,7 +293,7 @@ void RevisionWindow::Run(bool mends) {
 }
 
 void RevisionWindow::Cancel() {
-  if (!busy_) return;
+  if (!busy_ || mends_) return;  // a repair goes to its end, and its end is told
   task_->Drop();
   SetBusy(false);
 }
@@ -384,7 +385,9 @@ void RevisionWindow::SetBusy(bool busy) {
 
 void RevisionWindow::ShowWords() {
   line_->setCurrentIndex(busy_ ? 1 : 0);
-  progress_text_->setText(tr("Revisando la base: %1 s").arg(busy_ ? since_.elapsed() / 1000 : 0));
+  leave_->setVisible(!mends_);
+  progress_text_->setText((mends_ ? tr("Reparando: %1 s") : tr("Revisando la base: %1 s"))
+                              .arg(busy_ ? since_.elapsed() / 1000 : 0));
   check_->setEnabled(!busy_);
   mend_->setEnabled(!busy_ && Mendable() > 0);
   for (auto* button : {copy_, save_}) button->setEnabled(!found_.empty());

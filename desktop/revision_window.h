@@ -38,7 +38,7 @@ class RevisionWindow : public QWidget {
   void Check();
   // Mends what the host says can be mended, after asking.
   void Mend();
-  // Waits no longer for the answer; what was there stays on show.
+  // Waits no longer for the answer; what was there stays on show. A repair is waited for.
   void Cancel();
   void Copy();
   void Save();
@@ -72,10 +72,12 @@ class RevisionWindow : public QWidget {
   QString when_;  // of the last proof; empty: there was none
   QString trouble_;
   bool busy_ = false;
+  bool mends_ = false;  // what it is busy with
   QElapsedTimer since_;
   QTimer* ticking_;
 
   QLabel* words_ = nullptr;
+  QLabel* leave_ = nullptr;  // the key that cancels
   QPushButton* check_ = nullptr;
   QPushButton* mend_ = nullptr;
   QPushButton* copy_ = nullptr;

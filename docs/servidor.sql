@@ -66,6 +66,10 @@ CREATE POLICY tarvik_ve ON movsinv FOR SELECT TO tarvik_lector USING (true);
 CREATE POLICY tarvik_anota ON movsinv FOR INSERT TO tarvik_operador WITH CHECK (true);
 CREATE POLICY tarvik_marcas ON movsinv FOR DELETE TO tarvik_operador
   USING (claveadd = '999' AND almacen IS NULL AND importe IS NULL);
+-- Una reparación pone el saldo que cada movimiento guarda; el movimiento mismo no lo cambia nadie.
+DROP POLICY IF EXISTS tarvik_saldos ON movsinv;
+CREATE POLICY tarvik_saldos ON movsinv FOR UPDATE TO tarvik_supervisor USING (true) WITH CHECK (true);
+GRANT UPDATE (saldo) ON movsinv TO tarvik_supervisor;
 GRANT INSERT, UPDATE ON existenciaalmacen, series, mallaparam TO tarvik_operador;
 GRANT INSERT ON compras2sucursal, bitacora TO tarvik_operador;
 GRANT UPDATE ON controlproc TO tarvik_operador;

@@ -74,7 +74,9 @@ void Form::Show(bool modal) {
     MoveFocus(*control, true);
     break;
   }
-  if (modal && visible_) platform_.RunModal(*this);
+  if (!modal || !visible_) return;
+  const Platform::Modal above(platform_);
+  platform_.RunModal(*this);
 }
 
 void Form::Hide() {

@@ -62,6 +62,8 @@ class Platform {
   // Told when a form is no longer open, however it ended. For the host, too; it doesn't throw.
   std::function<void(Form&)> on_form_gone;
   [[nodiscard]] bool Acting() const { return acts_ > 0; }
+  // How many screens are being shown that somebody waits for, one above the other.
+  [[nodiscard]] int Modals() const { return modals_; }
 
   // One turn of a wait of the host's for its base: paints, lets no event of a screen run and takes no key.
   // False once the process has been asked to end. About a hundred times a second.
@@ -108,6 +110,19 @@ class Platform {
 
  private:
   friend class Form;
+  // While it lives one screen more is waited for.
+  class Modal {
+   public:
+    explicit Modal(Platform& platform) : platform_(platform) { ++platform_.modals_; }
+    ~Modal() { --platform_.modals_; }
+    Modal(const Modal&) = delete;
+    Modal& operator=(const Modal&) = delete;
+
+   private:
+    Platform& platform_;
+  };
+
+  int modals_ = 0;
   int acts_ = 0;  // of all forms: an operator's act may set off another's
   void Add(const std::shared_ptr<Form>& form);
   void Remove(Form& form);

@@ -263,7 +263,7 @@ int Completa(const Completador& who, Tipo tipo, std::int32_t documento) {
                            .estacion = who.estacion,
                            .acto = "completa",
                            .documento = Retenido{tipo, documento},
-                           .texto = std::to_string(missing.size()) + " movimientos que faltaban"});
+                           .texto = Movimientos(missing.size()) + " que faltaban"});
     whole.Commit();
     return done;
   });

@@ -110,7 +110,7 @@ struct Anfitrion::Interior {
         impresora(opciones.impresora != nullptr ? *opciones.impresora : sin_impresora),
         base(data::OpenBase(opciones.base)),
         conexion(Prepara(*base, opciones)),
-        observada(*conexion, testigo),
+        observada(*conexion, testigo, plataforma),
         ambiente(host, observada, *conexion, testigo, opciones),
         maestra(testigo),
         cierres(*conexion, plataforma, ambiente),
@@ -128,6 +128,7 @@ struct Anfitrion::Interior {
     plataforma.on_act_ends = [this] {
       custodia.TerminaActo();
       conexion->Waiting().ActEnds();
+      SueltaLoCerrado();
       DiAvisos();
     };
     plataforma.on_form_gone = [this](forms::Form& screen) { custodia.SeFue(screen); };
@@ -140,6 +141,17 @@ struct Anfitrion::Interior {
   }
   Interior(const Interior&) = delete;
   Interior& operator=(const Interior&) = delete;
+
+  // A document that was closed while the base was busy is not to stay taken until the next act: it is waited
+  // for once more, for a second.
+  void SueltaLoCerrado() {
+    if (!custodia.HayPendientes()) return;
+    data::Patience& patience = conexion->Waiting();
+    patience.ActBegins();
+    patience.Waited(data::Patience::kWhole - std::chrono::seconds(1));
+    custodia.QuitaPendientes();
+    patience.ActEnds();
+  }
 
   // What came up while an act ran, in one box behind it.
   void DiAvisos() {
@@ -260,6 +272,24 @@ std::vector<Peticion> Anfitrion::Peticiones() { return interior_->peticiones.Ped
 
 std::vector<Acto> Anfitrion::Bitacora(const std::optional<data::DateTime>& desde) {
   return LeeBitacora(Conexion(), desde);
+}
+
+void Anfitrion::SueltaPendientes() {
+  if (interior_->plataforma.Acting()) return;
+  data::Patience& patience = Conexion().Waiting();
+  patience.ActBegins();
+  patience.Vain();
+  interior_->custodia.QuitaPendientes();
+  patience.ActEnds();
+}
+
+std::string Anfitrion::AvisoDeTenencias() const {
+  const std::string& reason = interior_->custodia.SinEscribir();
+  if (reason.empty()) return "";
+  return "Este programa no puede anotar qué documentos tiene abiertos, y otra estación podría abrirlos "
+         "también. "
+         "Avise a quien atiende el sistema: " +
+         reason;
 }
 
 std::string Anfitrion::AvisoDeEliminacion(Tipo tipo, std::int32_t numero) {

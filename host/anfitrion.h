@@ -133,6 +133,12 @@ class Anfitrion : public service::Host {
   std::vector<Peticion> Peticiones();
   // What was done by right or over a refusal, oldest first.
   std::vector<Acto> Bitacora(const std::optional<data::DateTime>& desde = {});
+  // For whoever is idle, now and then: what screens that have closed could not let go of is tried again,
+  // without a wait.
+  void SueltaPendientes();
+  // What an operator should know while leases can't be written: others can't see what is open here. Empty as
+  // long as they can.
+  [[nodiscard]] std::string AvisoDeTenencias() const;
   // What an operator should know before this document is deleted; empty if nothing.
   std::string AvisoDeEliminacion(Tipo tipo, std::int32_t numero);
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "data/error.h"
+#include "data/schema.h"
 #include "data/text.h"
 
 namespace tarvik::host {
@@ -129,9 +130,18 @@ double Libro::Asienta(const Asiento& asiento, const std::string& hora) {
   const double quantity = data::ToNumber(asiento.cantidad);
   const double change = data::ToText(asiento.ent_sal) == "E" ? quantity : -quantity;
   const data::Value balance = SumaExistencia(asiento, change);
+  // Where the base's rule looks only at what came after it, a line that moved before it is looked for here.
+  if (asiento.ColumnaDelRenglon() != nullptr && ReglaConPasado() && Anterior(asiento)) {
+    throw data::Error("El renglón ya se había movido", data::Trouble::kDuplicate);
+  }
   const double worth = EscribeRenglon(asiento, hora, balance);
   SumaEnElArticulo(asiento, change);
   return worth;
+}
+
+bool Libro::ReglaConPasado() {
+  if (!with_past_) with_past_ = !data::RulesWithPast(connection_).empty();
+  return *with_past_;
 }
 
 std::optional<AsientoDeAntes> Libro::Anterior(const Asiento& asiento) {

@@ -63,10 +63,13 @@ class Libro {
  private:
   data::Value SumaExistencia(const Asiento& asiento, double cambio);
   double EscribeRenglon(const Asiento& asiento, const std::string& hora, const data::Value& saldo);
+  // The base held doubles when its rule came, and the rule holds for the rows behind them.
+  bool ReglaConPasado();
   void SumaEnElArticulo(const Asiento& asiento, double cambio);
 
   data::EngineConnection& connection_;
   std::optional<std::vector<std::string>> prods_columns_;  // asked for once a run
+  std::optional<bool> with_past_;                          // so is this
 };
 
 }  // namespace tarvik::host

@@ -71,10 +71,27 @@ std::optional<Cierres::Cierre> Cierres::QuienAfecta(const Asiento& asiento) cons
   return {};
 }
 
+std::vector<Cierres::Cierre>::iterator Cierres::De(const forms::Form& screen) {
+  return std::find_if(under_way_.begin(), under_way_.end(),
+                      [&](const Cierre& one) { return one.screen == &screen; });
+}
+
 void Cierres::Empieza(const Asiento& asiento) {
-  if (noted_) return;
-  current_ = QuienAfecta(asiento);
-  if (current_) Escribe(*current_);
+  beginning_ = QuienAfecta(asiento);
+  if (!beginning_) return;
+  const auto known = De(*beginning_->screen);
+  if (known != under_way_.end() && known->documento == beginning_->documento) {
+    beginning_.reset();
+  } else {
+    Escribe(*beginning_);
+  }
+}
+
+void Cierres::Empezado() {
+  if (!beginning_) return;
+  if (const auto before = De(*beginning_->screen); before != under_way_.end()) under_way_.erase(before);
+  under_way_.push_back(*beginning_);
+  beginning_.reset();
 }
 
 void Cierres::Escribe(const Cierre& cierre) {
@@ -89,19 +106,20 @@ void Cierres::Escribe(const Cierre& cierre) {
 }
 
 void Cierres::Corrio(const forms::Form& screen, std::string_view step) {
-  if (!noted_ || !current_ || current_->screen != &screen) return;
+  const auto one = De(screen);
+  if (one == under_way_.end()) return;
   try {
     connection_.Run("UPDATE cierres SET hecho = hecho || ? WHERE tipo = ? AND documento = ?",
-                    {std::string(step) + ",", Nombre(current_->tipo), current_->documento});
+                    {std::string(step) + ",", Nombre(one->tipo), one->documento});
   } catch (const data::Error&) {  // it would be offered once more: whoever looks decides
   }
 }
 
 void Cierres::Termina(const forms::Form& screen) {
-  if (!current_ || current_->screen != &screen) return;
-  const Cierre finished = *current_;
-  current_.reset();
-  if (!std::exchange(noted_, false)) return;
+  const auto one = De(screen);
+  if (one == under_way_.end()) return;
+  const Cierre finished = *one;
+  under_way_.erase(one);
   try {
     OlvidaCierre(connection_, finished.tipo, finished.documento);
   } catch (const data::Error&) {  // whole all the same: whoever looks finds nothing missing
@@ -128,10 +146,14 @@ std::vector<CierreInterrumpido> CierresInterrumpidos(data::EngineConnection& con
     for (std::string& step : Pasos(connection, tipo, documento, data::IsNonZero(row[5]))) {
       if (std::find(done.begin(), done.end(), step) == done.end()) broken.faltan.push_back(std::move(step));
     }
-    if (broken.faltan.empty()) {
-      OlvidaCierre(connection, tipo, documento);
-    } else {
+    if (!broken.faltan.empty()) {
       found.push_back(std::move(broken));
+      continue;
+    }
+    try {
+      OlvidaCierre(connection, tipo, documento);
+    } catch (const data::Error& error) {  // who only reads leaves it to others
+      if (error.Passing()) throw;
     }
   }
   return found;
@@ -172,6 +194,40 @@ void Corre(Anfitrion& host, forms::Form& screen, Tipo tipo, std::int32_t documen
                                             screen, false);
 }
 
+// The steps of one finish, each noted before it runs: it belongs to whoever noted it first.
+class Turno {
+ public:
+  Turno(data::EngineConnection& connection, Tipo tipo, std::int32_t documento)
+      : connection_(connection), tipo_(tipo), documento_(documento) {
+    const auto rows = connection_.Run("SELECT hecho FROM cierres WHERE tipo = ? AND documento = ?",
+                                      {Nombre(tipo_), documento_});
+    if (!rows.rows.empty()) done_ = data::ToText(rows.rows[0][0]);
+  }
+  // False: another station has run a step meanwhile.
+  bool Toma(const std::string& step) { return Cambia(done_, done_ + step + ","); }
+  void Devuelve(const std::string& step) {
+    try {
+      Cambia(done_, done_.substr(0, done_.size() - step.size() - 1));
+    } catch (const data::Error&) {  // it counts as run: rather once too few than twice
+    }
+  }
+
+ private:
+  bool Cambia(const std::string& from, const std::string& to) {
+    const auto changed = connection_.Run(
+        "UPDATE cierres SET hecho = ? WHERE tipo = ? AND documento = ? AND hecho = ? RETURNING documento",
+        {to, Nombre(tipo_), documento_, from});
+    if (changed.rows.empty()) return false;
+    done_ = to;
+    return true;
+  }
+
+  data::EngineConnection& connection_;
+  Tipo tipo_;
+  std::int32_t documento_;
+  std::string done_;
+};
+
 }  // namespace
 
 void TerminaCierre(Anfitrion& host, Tipo tipo, std::int32_t documento) {
@@ -188,15 +244,19 @@ void TerminaCierre(Anfitrion& host, Tipo tipo, std::int32_t documento) {
   const auto screen = EnConsulta(host, tipo, documento);
   std::optional<data::Error> failed;
   screen->Act([&] {
+    Turno turn(connection, tipo, documento);
+    std::string running;
     try {
       for (const std::string& step : broken->faltan) {
+        if (!turn.Toma(step)) return;
+        running = step;
         Corre(host, *screen, tipo, documento, step);
-        connection.Run("UPDATE cierres SET hecho = hecho || ? WHERE tipo = ? AND documento = ?",
-                       {step + ",", Nombre(tipo), documento});
+        running.clear();
       }
       OlvidaCierre(connection, tipo, documento);
     } catch (const data::Error& error) {
       failed = error;
+      if (!running.empty()) turn.Devuelve(running);
     }
   });
   if (screen->Open()) screen->Act([&] { screen->Unload(); });

@@ -1,6 +1,7 @@
 // Cierres: how far the finish of each document has come, kept in the base while it is under way, so that
 // what did not run of a finish that broke off (catalogue keys, the page) can be said and made up for. It
-// posts nothing and fails no step of a screen.
+// posts nothing. A finish is noted in the unit of its first movement: where that can't be written, neither is
+// the movement.
 #pragma once
 
 #include <cstdint>
@@ -40,7 +41,7 @@ class Cierres {
   // A movement is about to be written, in the unit of the caller: if it is the first one of a finish that a
   // screen has under way, the finish is noted with it. Empezado: the unit was committed.
   void Empieza(const Asiento& asiento);
-  void Empezado() { noted_ = current_.has_value(); }
+  void Empezado();
   // A key has fired for that screen, and its routine has come back; the page was handed over.
   void Corrio(const forms::Form& screen, std::string_view step);
   // The screen has closed: its finish is whole.
@@ -53,27 +54,28 @@ class Cierres {
     std::int32_t documento;
     bool imprime;
   };
+  std::vector<Cierre>::iterator De(const forms::Form& screen);
   [[nodiscard]] std::optional<Cierre> QuienAfecta(const Asiento& asiento) const;
   void Escribe(const Cierre& cierre);
 
   data::EngineConnection& connection_;
   forms::Platform& platform_;
   AmbienteLocal& ambiente_;
-  std::optional<Cierre> current_;
-  bool noted_ = false;
+  std::optional<Cierre> beginning_;  // noted in a unit that was not committed yet
+  std::vector<Cierre> under_way_;    // one a screen: a routine of one finish may finish another document
 };
 
 // The finishes that broke off, oldest first; those of documents that a living screen holds are under way.
-// A row without anything left to run is taken away on the way.
+// A row without anything left to run is taken away on the way, by whoever may.
 std::vector<CierreInterrumpido> CierresInterrumpidos(data::EngineConnection& connection);
 // Forgets that of a document: what was missing has been made up for, or is not wanted.
 void OlvidaCierre(data::EngineConnection& connection, Tipo tipo, std::int32_t documento);
 
 // Makes up for it: opens the document in consultation, fires with its screen the keys that did not run, in
-// their order, prints if the page is missing, and closes the screen. Each step that ran is noted, so that
-// none runs twice; with the last one the finish is forgotten. Nothing, if nothing is missing.
-// Throws data::Error at the step that fails, or if the document is still posted in part or cannot be opened;
-// that step and those behind it stay missing.
+// their order, prints if the page is missing, and closes the screen. Each step is noted before it runs, so
+// that of two stations one runs it, and taken back if it fails; with the last one the finish is forgotten.
+// Nothing, if nothing is missing or another station is at it. Throws data::Error at the step that fails, or
+// if the document is still posted in part or cannot be opened; that step and those behind it stay missing.
 void TerminaCierre(Anfitrion& host, Tipo tipo, std::int32_t documento);
 
 }  // namespace tarvik::host

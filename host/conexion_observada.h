@@ -1,15 +1,17 @@
 // The connection that the module is given: it tells the witness of each statement, then hands it to
 // the engine, inside a fence: what a screen has joined together from typed text may read for so long and
 // no longer, and calls no function but the harmless ones. While a routine of the deployer's runs the fence
-// is open: what it sends is its own. What the host's services send for themselves goes past this, by
-// Engine().
+// is open: what it sends is its own. On a screen that the routine shows and waits for an operator types
+// again, and the fence is closed. What the host's services send for themselves goes past this, by Engine().
 #pragma once
 
 #include <chrono>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 #include "data/engine.h"
+#include "forms/platform.h"
 #include "host/testigo.h"
 
 namespace tarvik::host {
@@ -23,10 +25,11 @@ class Guardia {
   virtual data::Rows Ejecuta(std::string_view text, const std::function<data::Rows()>& envia) = 0;
 };
 
-// Both references must outlive it.
+// All references must outlive it.
 class ConexionObservada : public data::Connection {
  public:
-  ConexionObservada(data::EngineConnection& inner, Testigo& testigo) : inner_(inner), testigo_(testigo) {}
+  ConexionObservada(data::EngineConnection& inner, Testigo& testigo, const forms::Platform& platform)
+      : inner_(inner), testigo_(testigo), platform_(platform) {}
 
   data::Rows Select(std::string_view text) override;
   data::Rows Execute(std::string_view text) override;
@@ -39,26 +42,30 @@ class ConexionObservada : public data::Connection {
   // While it lives a routine runs, and what comes is sent as it is.
   class Rutina {
    public:
-    explicit Rutina(ConexionObservada& connection) : connection_(connection) { ++connection_.routines_; }
-    ~Rutina() { --connection_.routines_; }
+    explicit Rutina(ConexionObservada& connection)
+        : connection_(connection),
+          before_(std::exchange(connection.open_below_, connection.platform_.Modals() + 1)) {}
+    ~Rutina() { connection_.open_below_ = before_; }
     Rutina(const Rutina&) = delete;
     Rutina& operator=(const Rutina&) = delete;
 
    private:
     ConexionObservada& connection_;
+    int before_;
   };
 
  private:
   template <class Send>
   data::Rows Fenced(Send send) {
-    if (routines_ > 0) return send();
+    if (platform_.Modals() < open_below_) return send();
     const data::Fence fence(inner_, kLimite);
     return send();
   }
 
-  int routines_ = 0;
+  int open_below_ = 0;  // so many modal screens close the fence; 0: no routine runs
   data::EngineConnection& inner_;
   Testigo& testigo_;
+  const forms::Platform& platform_;
   Guardia* guardia_ = nullptr;
 };
 

@@ -28,6 +28,10 @@ std::string LaDe(const Retenido& documento, bool capital) {
          std::to_string(documento.numero);
 }
 
+std::string Movimientos(std::int64_t cuantos) {
+  return std::to_string(cuantos) + (cuantos == 1 ? " movimiento" : " movimientos");
+}
+
 const Tablas& TablasDe(Tipo tipo) {
   static const Tablas in{"entradas", "entrada", "entpart", "id_entrada", "MovEnt", "operacion = 'EN'"};
   static const Tablas out{"salidas", "salida", "salpart", "id_salida", "Salida", "operacion IN ('SA', 'T+')"};

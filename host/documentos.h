@@ -34,6 +34,9 @@ std::optional<Tipo> TipoLlamado(std::string_view nombre);
 // "la entrada 12"; with a capital where it begins a sentence.
 std::string LaDe(const Retenido& documento, bool capital = false);
 
+// "1 movimiento", "3 movimientos".
+std::string Movimientos(std::int64_t cuantos);
+
 // Where a kind's documents stand.
 struct Tablas {
   std::string encabezado;  // table of the headers

@@ -6,12 +6,9 @@
 namespace tarvik::host {
 namespace {
 
-std::string Cuenta(std::int64_t number, const char* one, const char* many) {
-  return std::to_string(number) + " " + (number == 1 ? one : many);
+std::string Renglones(std::int64_t number) {
+  return std::to_string(number) + (number == 1 ? " renglón" : " renglones");
 }
-
-std::string Renglones(std::int64_t number) { return Cuenta(number, "renglón", "renglones"); }
-std::string Movimientos(std::int64_t number) { return Cuenta(number, "movimiento", "movimientos"); }
 
 }  // namespace
 
@@ -62,10 +59,28 @@ data::Rows Eliminaciones::QuitaDocumento(const Retenido& documento,
     return rows;
   };
   if (connection_.InTransaction()) return both();
-  data::Transaction whole(connection_);
-  data::Rows rows = both();
-  whole.Commit();
-  return rows;
+  try {
+    data::Transaction whole(connection_);
+    data::Rows rows = both();
+    whole.Commit();
+    return rows;
+  } catch (const data::Error& error) {
+    AnotaLaMitad(std::move(act), *stored, error.what());
+    throw;
+  }
+}
+
+// The lines go first, by themselves: of a document that stayed they may be gone.
+void Eliminaciones::AnotaLaMitad(Acto act, const Contenido& before, const std::string& reason) {
+  try {
+    const auto now = ContenidoDe(connection_, *act.documento);
+    if (!now || now->renglones >= before.renglones) return;
+    act.texto = "Se eliminaron sus renglones (" + Renglones(before.renglones - now->renglones) +
+                ") y el documento no se pudo eliminar: " + reason;
+    Anota(connection_, act);
+  } catch (
+      const std::exception&) {  // NOLINT(bugprone-empty-catch): the deletion's own failure is what is told
+  }
 }
 
 }  // namespace tarvik::host

@@ -28,6 +28,7 @@ class Eliminaciones {
 
  private:
   data::Rows QuitaDocumento(const Retenido& documento, const std::function<data::Rows()>& envia);
+  void AnotaLaMitad(Acto act, const Contenido& before, const std::string& reason);
   std::optional<Contenido> Lee(const Retenido& documento);
 
   data::EngineConnection& connection_;

@@ -101,7 +101,9 @@ void Suelta(data::EngineConnection& connection, const Retenido& documento, const
   connection.Run("UPDATE " + tables.encabezado + " SET ocupado = 0 WHERE " + tables.clave + " = ?",
                  {documento.numero});
   for (const Fila& row : rows) {
-    if (row.id != 0) connection.Run("DELETE FROM tenencias WHERE id = ?", {row.id});
+    if (row.id == 0) continue;
+    connection.Run("DELETE FROM tenencias WHERE id = ? AND tipo = ? AND documento = ?",
+                   {row.id, std::string(NombreDe(documento.tipo)), documento.numero});
   }
 }
 
@@ -139,12 +141,27 @@ bool PuedeLiberar(data::EngineConnection& connection, const std::string& usuario
   return false;
 }
 
+bool QuitaFantasmas(data::EngineConnection& connection, const Retenido& documento) {
+  const auto rows = FilasDe(connection, documento);
+  bool any = false;
+  for (const Fila& row : rows) {
+    if (Viva(row) || row.id == 0) continue;
+    connection.Run("DELETE FROM tenencias WHERE id = ? AND tipo = ? AND documento = ?",
+                   {row.id, std::string(NombreDe(documento.tipo)), documento.numero});
+    any = true;
+  }
+  return any;
+}
+
 bool Libera(data::EngineConnection& connection, Acto firma, const Retenido& documento,
             const std::string& motivo) {
   if (!PuedeLiberar(connection, firma.usuario)) {
     throw data::Error("El usuario " + firma.usuario + " no tiene permiso para liberar documentos");
   }
-  if (!ContenidoDe(connection, documento)) throw data::Error("No existe " + LaDe(documento));
+  if (!ContenidoDe(connection, documento)) {
+    if (!QuitaFantasmas(connection, documento)) throw data::Error("No existe " + LaDe(documento));
+    return true;
+  }
   if (FilasDe(connection, documento).empty()) return false;
   data::Transaction whole(connection);
   if (!Sujeta(connection, documento)) throw data::Error("No existe " + LaDe(documento));
@@ -170,14 +187,18 @@ std::optional<std::string> SueltaDeMuertos(data::EngineConnection& connection, A
     return std::any_of(rows.begin(), rows.end(), Viva) ? std::vector<Fila>{} : rows;
   };
   if (dead().empty()) return {};
+  if (!ContenidoDe(connection, documento)) {
+    QuitaFantasmas(connection, documento);
+    return {};
+  }
   data::Transaction whole(connection);
   if (!Sujeta(connection, documento)) return {};
   const auto gone = dead();
   if (gone.empty()) return {};
   Suelta(connection, documento, gone);
-  firma.acto = "libera";
   firma.documento = documento;
-  firma.texto = "La tenía " + Quienes(gone) + ", cuyo programa ya no estaba abierto. Se liberó al abrirla.";
+  firma.texto = "La tenía " + Quienes(gone) + ", cuyo programa ya no estaba abierto. " +
+                (firma.acto == "repara" ? "Se liberó al reparar la base." : "Se liberó al abrirla.");
   Anota(connection, firma);
   connection.Notify();
   whole.Commit();

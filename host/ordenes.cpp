@@ -2,14 +2,18 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <chrono>
+#include <filesystem>
 #include <optional>
 #include <ostream>
+#include <thread>
 #include <vector>
 
 #include "data/error.h"
 #include "data/number.h"
 #include "data/text.h"
 #include "forms/headless_platform.h"
+#include "host/documentos.h"
 #include "host/peticiones.h"
 #include "host/registro.h"
 #include "service/entradas_salidas.h"
@@ -39,12 +43,23 @@ void Escribe(std::ostream& out, const Fila& titulos, const std::vector<Fila>& fi
 
 std::string Numero(const auto& value) { return value ? std::to_string(*value) : std::string(); }
 
+// A command works on a base that is there: of a name mistyped it makes none.
+void RequiereBase(const std::string& address) {
+  constexpr std::string_view kFile = "sqlite:";
+  if (!address.starts_with(kFile)) return;
+  const std::string file = address.substr(kFile.size());
+  std::error_code failed;
+  if (file == ":memory:" || std::filesystem::exists(file, failed)) return;
+  throw data::Error("No existe la base " + file);
+}
+
 }  // namespace
 
 // The host, and the console before which its boxes come.
 class Sesion final : public Registro {
  public:
   Sesion(Opciones opciones, const Consola& consola) : consola_(consola) {
+    RequiereBase(opciones.base);
     plataforma_.on_box = [this](forms::BoxKind kind, const std::string& text, int) {
       if (kind == forms::BoxKind::Question) return consola_.confirma && consola_.confirma(text);
       consola_.errores << text << '\n';
@@ -91,9 +106,9 @@ int OrdenAMedias(Sesion& sesion) {
 
 int OrdenCompleta(Sesion& sesion, const std::string& tipo, std::int32_t numero) {
   const int made = sesion.Host().Completa(TipoDe(tipo), numero);
-  sesion.Donde().salida << (made == 0
-                                ? "El documento estaba entero.\n"
-                                : "Se hicieron " + std::to_string(made) + " movimientos que faltaban.\n");
+  sesion.Donde().salida << (made == 0 ? "El documento estaba entero.\n"
+                                      : (made == 1 ? "Se hizo " : "Se hicieron ") + Movimientos(made) +
+                                            " que faltaban.\n");
   return kBien;
 }
 
@@ -109,7 +124,7 @@ int OrdenCompletaTodos(Sesion& sesion) {
     }
     try {
       const int made = sesion.Host().Completa(document.tipo, document.documento);
-      sesion.Donde().salida << name << ": " << made << " movimientos que faltaban.\n";
+      sesion.Donde().salida << name << ": " << Movimientos(made) << " que faltaban.\n";
     } catch (const data::Error& error) {
       sesion.Donde().errores << name << ": " << error.what() << '\n';
       code = kHayFaltas;
@@ -176,7 +191,8 @@ int OrdenRevisar(Sesion& sesion, bool repara, bool huecos) {
 
 int OrdenAbreSaldos(Sesion& sesion) {
   const int made = sesion.Host().AbreSaldos();
-  sesion.Donde().salida << "Se asentaron " << made << " movimientos de apertura.\n";
+  sesion.Donde().salida << (made == 1 ? "Se asentó " : "Se asentaron ") << Movimientos(made)
+                        << " de apertura.\n";
   return kBien;
 }
 
@@ -186,10 +202,23 @@ int OrdenLibera(Sesion& sesion, const std::string& tipo, std::int32_t numero, co
   return kBien;
 }
 
-int OrdenPide(Sesion& sesion, const std::string& tipo, std::int32_t numero, const std::string& mensaje) {
-  sesion.Host().Pide(TipoDe(tipo), numero, mensaje);
-  sesion.Donde().salida << "Se pidió el documento a quien lo tiene.\n";
-  return kBien;
+// A request lives as long as whoever asked: the command stays until it is answered.
+int OrdenPide(Sesion& sesion, const std::string& tipo, std::int32_t numero, const std::string& mensaje,
+              int segundos) {
+  Peticion request = sesion.Host().Pide(TipoDe(tipo), numero, mensaje);
+  const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(segundos);
+  while (request.Estado() == "pedida" && std::chrono::steady_clock::now() < until) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  }
+  const std::string state = request.Estado();
+  if (state == "cedida") {
+    sesion.Donde().salida << "Se cedió: " << LaDe(request.documento) << " está libre.\n";
+    return kBien;
+  }
+  const std::string reason = state == "negada" ? request.Motivo() : std::string();
+  sesion.Donde().errores << (state == "negada" ? "No se cedió " : "Nadie contestó por ")
+                         << LaDe(request.documento) << (reason.empty() ? "" : ": " + reason) << ".\n";
+  return kError;
 }
 
 int OrdenElimina(Sesion& sesion, const std::string& tipo, std::int32_t numero, bool sin_preguntar) {
@@ -201,13 +230,22 @@ int OrdenElimina(Sesion& sesion, const std::string& tipo, std::int32_t numero, b
         sin_preguntar || (sesion.Donde().confirma && sesion.Donde().confirma("¿Eliminarlo de todos modos?"));
     if (!goes_on) return kError;
   }
+  const Retenido document{kind, numero};
+  if (!ContenidoDe(sesion.Host().Conexion(), document)) {
+    throw data::Error("No existe " + LaDe(document));
+  }
   EntradasSalidas door(sesion.Host());
   door.Ambiente = &sesion.Host().Ambiente();
+  door.Parent = &sesion.Host().Parent();
   if (kind == Tipo::Entrada) {
     door.EliminaEntrada(numero);
   } else {
     door.EliminaSalida(numero);
   }
+  if (ContenidoDe(sesion.Host().Conexion(), document)) {
+    throw data::Error(LaDe(document, true) + " no se eliminó");
+  }
+  sesion.Donde().salida << "Se eliminó " << LaDe(document) << ".\n";
   return kBien;
 }
 
@@ -218,6 +256,7 @@ struct Ordenes::Interior {
   std::string tipo;
   std::int32_t numero = 0;
   std::string texto;
+  int segundos = 60;
   bool todos = false, repara = false, huecos = false, abre_saldos = false, si = false;
 };
 
@@ -245,7 +284,7 @@ Ordenes::Ordenes(CLI::App& programa) : interior_(std::make_unique<Interior>()) {
       add("completa", nullptr, "Afecta los renglones que le faltan a un documento afectado a medias",
           [&own](Sesion& sesion) {
             if (own.todos) return OrdenCompletaTodos(sesion);
-            if (own.tipo.empty())
+            if (own.tipo.empty() || own.numero == 0)
               throw data::Error("Diga qué documento, por ejemplo: completa entrada 12; o --todos");
             return OrdenCompleta(sesion, own.tipo, own.numero);
           }),
@@ -265,9 +304,12 @@ Ordenes::Ordenes(CLI::App& programa) : interior_(std::make_unique<Interior>()) {
   with_document(add("libera", nullptr, "Libera un documento que otro tiene abierto", [&own](Sesion& sesion) {
     return OrdenLibera(sesion, own.tipo, own.numero, own.texto);
   }))->add_option("--motivo", own.texto, "Por qué");
-  with_document(add("pide", nullptr, "Pide un documento a quien lo tiene abierto", [&own](Sesion& sesion) {
-    return OrdenPide(sesion, own.tipo, own.numero, own.texto);
-  }))->add_option("--mensaje", own.texto, "Qué se le dice");
+  auto* ask = with_document(add(
+      "pide", nullptr, "Pide un documento a quien lo tiene abierto y espera la respuesta",
+      [&own](Sesion& sesion) { return OrdenPide(sesion, own.tipo, own.numero, own.texto, own.segundos); }));
+  ask->add_option("--mensaje", own.texto, "Qué se le dice");
+  ask->add_option("--espera", own.segundos, "Cuántos segundos se espera la respuesta (60)")
+      ->check(CLI::Range(0, 86400));
   with_document(add("elimina", nullptr, "Elimina un documento; dice antes qué dejaría detrás",
                     [&own](Sesion& sesion) { return OrdenElimina(sesion, own.tipo, own.numero, own.si); }))
       ->add_flag("--si", own.si, "No pregunta");

@@ -114,6 +114,10 @@ std::vector<Peticion> ServicioDePeticiones::Pedidas() {
   return waiting;
 }
 
+void ServicioDePeticiones::YaNoLaTiene(const Retenido& documento) {
+  throw data::Error("Este programa ya no tiene abierta " + LaDe(documento));
+}
+
 void ServicioDePeticiones::RequierePedida(const Peticion& peticion) const {
   if (Lee(peticion).estado != "pedida") {
     throw data::Error("La petición de " + LaDe(peticion.documento) + " ya se contestó");
@@ -122,6 +126,7 @@ void ServicioDePeticiones::RequierePedida(const Peticion& peticion) const {
 
 void ServicioDePeticiones::Niega(const Peticion& peticion, const std::string& motivo) {
   RequierePedida(peticion);
+  if (custodia_.PantallasDe(peticion.documento).empty()) YaNoLaTiene(peticion.documento);
   data::Transaction whole(connection_);
   connection_.Run("UPDATE peticiones SET estado = 'negada', motivo = ? WHERE id = ? AND estado = 'pedida'",
                   {motivo, peticion.id});
@@ -136,20 +141,19 @@ void ServicioDePeticiones::Cede(const Peticion& peticion) {
     throw data::Error("Hay una operación en curso. Ceda " + LaDe(document) + " cuando termine");
   }
   const auto screens = custodia_.PantallasDe(document);
-  if (screens.empty()) throw data::Error("Este programa ya no tiene abierta " + LaDe(document));
+  if (screens.empty()) YaNoLaTiene(document);
+  const data::Rows asker = connection_.Run("SELECT vida FROM peticiones WHERE id = ?", {peticion.id});
+  if (asker.rows.empty() || !connection_.Lives(Entero(asker.rows[0][0]))) {
+    throw data::Error("El programa de quien pidió " + LaDe(document) + " ya no está abierto; no se cedió");
+  }
   // Of two screens the one in front: it is what the operator has before his eyes.
   auto chosen = std::find_if(screens.begin(), screens.end(),
                              [&](const auto& screen) { return screen.get() == platform_.ActiveForm(); });
   const std::shared_ptr<forms::Form> screen = chosen != screens.end() ? *chosen : screens.back();
   DocumentWizard& wizard = dynamic_cast<DocumentWizard&>(*screen);
 
-  std::vector<std::int64_t> leases;
-  for (const auto& row : connection_
-                             .Run("SELECT id FROM tenencias WHERE tipo = ? AND documento = ?",
-                                  {Clave(document.tipo), document.numero})
-                             .rows) {
-    leases.push_back(Entero(row[0]));
-  }
+  const data::Rows leases = connection_.Run("SELECT id, vida FROM tenencias WHERE tipo = ? AND documento = ?",
+                                            {Clave(document.tipo), document.numero});
   const data::Value flag = Ocupado(connection_, document);
   const std::string row = TomaRenglonEnCurso(wizard, document.tipo);
   const int reported = wizard.Reportes();
@@ -169,7 +173,7 @@ void ServicioDePeticiones::Cede(const Peticion& peticion) {
 
 // The screen is gone by now. Whatever else was open on the document loses it too; whoever took it since the
 // flag was cleared keeps it.
-void ServicioDePeticiones::Entrega(const Peticion& peticion, const std::vector<std::int64_t>& leases,
+void ServicioDePeticiones::Entrega(const Peticion& peticion, const data::Rows& leases,
                                    const std::string& row) {
   const Retenido& document = peticion.documento;
   Acto act = custodia_.Firma("cede");
@@ -177,7 +181,11 @@ void ServicioDePeticiones::Entrega(const Peticion& peticion, const std::vector<s
   act.texto = "A " + peticion.usuario + " en la estación " + peticion.estacion + "; la tenía " + act.usuario +
               " en la estación " + act.estacion + ".";
   data::Transaction whole(connection_);
-  for (const std::int64_t id : leases) connection_.Run("DELETE FROM tenencias WHERE id = ?", {id});
+  // The embedded engine gives the number of a row that is gone to the next one: to another's lease, perhaps.
+  for (const auto& lease : leases.rows) {
+    connection_.Run("DELETE FROM tenencias WHERE id = ? AND vida = ? AND tipo = ? AND documento = ?",
+                    {lease[0], lease[1], Clave(document.tipo), document.numero});
+  }
   const Tablas& tables = TablasDe(document.tipo);
   connection_.Run("UPDATE " + tables.encabezado + " SET ocupado = 0 WHERE " + tables.clave +
                       " = ? AND NOT EXISTS (SELECT 1 FROM tenencias WHERE tipo = ? AND documento = ?)",

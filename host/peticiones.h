@@ -66,9 +66,10 @@ class ServicioDePeticiones {
     std::string motivo;
   };
   [[nodiscard]] Respuesta Lee(const Peticion& peticion) const;
+  [[noreturn]] static void YaNoLaTiene(const Retenido& documento);
   void RequierePedida(const Peticion& peticion) const;
   void Cede(const Peticion& peticion);
-  void Entrega(const Peticion& peticion, const std::vector<std::int64_t>& leases, const std::string& row);
+  void Entrega(const Peticion& peticion, const data::Rows& leases, const std::string& row);
   void Niega(const Peticion& peticion, const std::string& motivo);
   Peticion De(const std::vector<data::Value>& row);
 

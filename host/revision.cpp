@@ -81,6 +81,8 @@ void ReparaTodo(const Revisor& revisor, Observaciones& found) {
 }  // namespace
 
 std::vector<Observacion> Revisa(const Revisor& revisor, bool repara, bool huecos) {
+  // A base that is closed or away is no finding.
+  revisor.conexion.Run("SELECT 1", {});
   const Holgura room(revisor.conexion);
   Observaciones found;
   Prueba("las existencias", found, [&] { Existencias(revisor, found); });
@@ -88,6 +90,7 @@ std::vector<Observacion> Revisa(const Revisor& revisor, bool repara, bool huecos
   Prueba("los documentos a medias", found, [&] { AMedias(revisor, found); });
   Prueba("los movimientos dobles", found, [&] { Dobles(revisor, found); });
   Prueba("los movimientos y sus renglones", found, [&] { Distintos(revisor, found); });
+  Prueba("los movimientos y sus documentos", found, [&] { SinDocumento(revisor, found); });
   Prueba("los renglones sin documento", found, [&] { Sueltos(revisor, found); });
   Prueba("los números", found, [&] { Numeros(revisor, huecos, found); });
   Prueba("los documentos ocupados", found, [&] { Tenencias(revisor, found); });

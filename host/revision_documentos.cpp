@@ -36,8 +36,7 @@ void ReparaAMedias(const Revisor& revisor, const Observacion& which) {
   if (!revisor.completa) throw data::Error("Aquí no se pueden completar documentos");
   const Retenido document = *RetenidoDe(which);
   const int made = revisor.completa(document.tipo, document.numero);
-  AnotaReparacion(revisor, which,
-                  "Se completó " + LaDe(document) + " con " + std::to_string(made) + " movimientos");
+  AnotaReparacion(revisor, which, "Se completó " + LaDe(document) + " con " + Movimientos(made));
 }
 
 void Dobles(const Revisor& revisor, Observaciones& found) {
@@ -150,6 +149,32 @@ void Distintos(const Revisor& revisor, Observaciones& found) {
                       warehouse + ", 0) ORDER BY m.id"),
         {});
     for (const auto& row : rows.rows) found.push_back(Desdicho(tipo, row));
+  }
+}
+
+// Movements that name a document that is gone, and no line.
+void SinDocumento(const Revisor& revisor, Observaciones& found) {
+  for (const Tipo tipo : kTipos) {
+    const data::Rows rows = revisor.conexion.Run(
+        ConTablas(
+            tipo,
+            "SELECT m.id, m.operacion, m.movimiento, m.articulo, m.cantidad, m.almacen FROM movsinv m LEFT "
+            "JOIN {encabezado} d ON d.{folio} = m.movimiento WHERE (m.{id} IS NULL OR m.{id} < 1) AND "
+            "m.operacion IN ({operaciones}) AND m.movimiento >= 1 AND d.{numero} IS NULL AND (m.claveadd "
+            "IS NULL OR m.claveadd <> '999' OR m.almacen IS NOT NULL) ORDER BY m.id"),
+        {});
+    for (const auto& row : rows.rows) {
+      Observacion which{.clase = "huerfano",
+                        .tipo = std::string(NombreDe(tipo)),
+                        .articulo = data::ToText(row[3]),
+                        .almacen = data::ToNumber(row[5])};
+      if (tipo == Tipo::Entrada) which.documento = Documento(row[2]);
+      which.texto = "El movimiento " + std::to_string(Entero(row[0])) + " (" + data::ToText(row[1]) + ", " +
+                    *which.articulo + ", " + Cifra(data::ToNumber(row[4])) +
+                    ") es de un documento que no existe: " + (tipo == Tipo::Entrada ? "entrada " : "folio ") +
+                    data::ToText(row[2]) + ". La bitácora dice si el documento se eliminó";
+      found.push_back(std::move(which));
+    }
   }
 }
 

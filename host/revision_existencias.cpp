@@ -162,6 +162,24 @@ std::optional<double> Existencia(data::EngineConnection& connection, const Obser
   return data::ToNumber(rows.rows[0][0]);
 }
 
+// The balances that the movements keep, as they add up: the next damage is then named where it is, and not
+// where this one was.
+void PonSaldos(data::EngineConnection& connection, const Observacion& which) {
+  const data::Rows rows = connection.Run(
+      "WITH " + kLibro + " SELECT id, saldo, SUM(cambio) OVER (ORDER BY CASE WHEN operacion = '" +
+          std::string(kApertura) +
+          "' THEN 1 - apertura ELSE 1 END, id) AS acumulado FROM libro WHERE articulo = ? AND almacen = ? "
+          "ORDER "
+          "BY id",
+      {*which.articulo, *which.almacen});
+  for (const auto& row : rows.rows) {
+    if (row[1].IsNull()) continue;
+    const double sum = data::ParseNumber(Cifra(data::ToNumber(row[2]))).value_or(0);
+    if (data::ToNumber(row[1]) == sum) continue;
+    connection.Run("UPDATE movsinv SET saldo = ? WHERE id = ?", {sum, row[0]});
+  }
+}
+
 void PonColumna(data::EngineConnection& connection, const Observacion& which, double stock) {
   const std::string column = ColumnaDe(connection.Columns("prods"), *which.almacen);
   if (column.empty()) return;
@@ -199,6 +217,7 @@ void ReparaExistencia(const Revisor& revisor, const Observacion& which) {
   connection.Run("UPDATE existenciaalmacen SET existencia = ? WHERE almacen = ? AND articulo = ?",
                  {sum, *which.almacen, *which.articulo});
   PonColumna(connection, which, sum);
+  PonSaldos(connection, which);
   AnotaReparacion(revisor, which,
                   "La existencia de " + *which.articulo + " en el almacén " + Cifra(*which.almacen) +
                       " pasó de " + Cifra(before) + " a " + Cifra(sum));
@@ -255,6 +274,11 @@ std::vector<Observacion> AbreSaldos(const Revisor& revisor) {
   data::EngineConnection& connection = revisor.conexion;
   Observaciones entered;
   data::Transaction whole(connection);
+  // Of two who do it at once the second one sees what the first has entered.
+  connection.Run(
+      "INSERT INTO series (nombre, valor) VALUES ('Apertura', 0) ON CONFLICT (nombre) DO UPDATE SET valor = "
+      "series.valor",
+      {});
   const std::vector<Diferencia> differences = Diferencias(connection);
   const std::map<Par, Historia> stories =
       differences.empty() ? std::map<Par, Historia>{} : Historias(connection);

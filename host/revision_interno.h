@@ -39,6 +39,7 @@ void Columnas(const Revisor& revisor, Observaciones& found);
 void AMedias(const Revisor& revisor, Observaciones& found);  // and those in advance
 void Dobles(const Revisor& revisor, Observaciones& found);
 void Distintos(const Revisor& revisor, Observaciones& found);  // and movements without a line
+void SinDocumento(const Revisor& revisor, Observaciones& found);
 void Sueltos(const Revisor& revisor, Observaciones& found);
 void Numeros(const Revisor& revisor, bool huecos, Observaciones& found);
 void Tenencias(const Revisor& revisor, Observaciones& found);

@@ -41,14 +41,10 @@ void ReparaTenencia(const Revisor& revisor, const Observacion& which) {
                  .acto = "repara",
                  .documento = document,
                  .texto = ""};
-  if (!SueltaDeMuertos(revisor.conexion, act, document)) {
-    if (ContenidoDe(revisor.conexion, document))
-      throw data::Error("Alguien la tomó mientras tanto, o quedó libre");
-    // Leases of a document that is gone: there is no flag to take back.
-    revisor.conexion.Run("DELETE FROM tenencias WHERE tipo = ? AND documento = ?",
-                         {std::string(NombreDe(document.tipo)), document.numero});
-  }
-  AnotaReparacion(revisor, which, "Se liberó " + LaDe(document) + ": su programa ya no estaba");
+  if (SueltaDeMuertos(revisor.conexion, act, document)) return;
+  if (ContenidoDe(revisor.conexion, document))
+    throw data::Error("Alguien la tomó mientras tanto, o quedó libre");
+  AnotaReparacion(revisor, which, "Se quitaron las tenencias de " + LaDe(document) + ", que no existe");
 }
 
 }  // namespace tarvik::host::revision

@@ -59,6 +59,13 @@ data::Rows Custodia::Ejecuta(std::string_view text, const std::function<data::Ro
     case Clase::QuitaPartidas:
     case Clase::QuitaDocumento:
       return eliminaciones_.Ejecuta(sentencia, envia);
+    case Clase::Suelta:
+      try {
+        return Permite(sentencia) ? envia() : data::Rows{};
+      } catch (const data::Error& error) {
+        if (error.Passing()) por_soltar_.push_back(sentencia.documento);
+        throw;
+      }
     default:
       return Permite(sentencia) ? envia() : data::Rows{};
   }
@@ -117,13 +124,15 @@ void Custodia::Termina(forms::Form& screen) {
 
 std::int64_t Custodia::Vida() {
   if (vida_ != 0) return vida_;
-  const Acto now = Firma("");
-  const auto drawn =
-      connection_.Run("INSERT INTO vidas (usuario, estacion, desde) VALUES (?, ?, ?) RETURNING id",
-                      {now.usuario, now.estacion, now.cuando.Iso()});
-  const std::int64_t number = Entero(drawn.rows.at(0).at(0));
-  connection_.Live(number);
-  vida_ = number;
+  if (por_vivir_ == 0) {
+    const Acto now = Firma("");
+    const auto drawn =
+        connection_.Run("INSERT INTO vidas (usuario, estacion, desde) VALUES (?, ?, ?) RETURNING id",
+                        {now.usuario, now.estacion, now.cuando.Iso()});
+    por_vivir_ = Entero(drawn.rows.at(0).at(0));
+  }
+  connection_.Live(por_vivir_);
+  vida_ = std::exchange(por_vivir_, 0);
   limpia_ = true;
   return vida_;
 }
@@ -157,7 +166,10 @@ void Custodia::Escribe(Tenida& lease) noexcept {
     }
     std::erase(por_quitar_, id);
     lease.id = id;
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): tried again when the act has ended
+    sin_escribir_.clear();
+  } catch (const data::Error& error) {  // tried again when the act has ended
+    if (!error.Passing()) sin_escribir_ = error.what();
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): likewise
   }
 }
 
@@ -289,12 +301,41 @@ void Custodia::TerminaActo() noexcept {
 
 void Custodia::QuitaPendientes() noexcept {
   for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
+  for (const Retenido& document : std::exchange(por_soltar_, {})) SueltaBandera(document);
+}
+
+// The flag that a closing screen could not take back. One that somebody has set since has a lease behind it.
+void Custodia::SueltaBandera(const Retenido& documento) noexcept {
+  const Tablas& tables = TablasDe(documento.tipo);
+  try {
+    connection_.Run("UPDATE " + tables.encabezado + " SET ocupado = 0 WHERE " + tables.clave +
+                        " = ? AND NOT EXISTS (SELECT 1 FROM tenencias WHERE tipo = ? AND documento = ?)",
+                    {documento.numero, std::string(NombreDe(documento.tipo)), documento.numero});
+  } catch (const data::Error& error) {
+    if (error.Passing()) por_soltar_.push_back(documento);
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): it stays, and is nobody's
+  }
 }
 
 void Custodia::SeFue(forms::Form& screen) noexcept { Termina(screen); }
 
-// The last row of all stays, so that its number is not drawn again.
+// The last row of all stays, so that its number is not drawn again. What a dead program held of a document
+// that it never came to store goes first.
 void Custodia::LimpiaVidas() {
+  constexpr const char* kDeNada =
+      "SELECT DISTINCT t.vida FROM tenencias t WHERE t.vida < ? AND CASE WHEN t.tipo = 'Entrada' THEN NOT "
+      "EXISTS "
+      "(SELECT 1 FROM entradas e WHERE e.entrada = t.documento) ELSE NOT EXISTS (SELECT 1 FROM salidas s "
+      "WHERE "
+      "s.salida = t.documento) END ORDER BY 1 LIMIT 50";
+  for (const auto& row : connection_.Run(kDeNada, {vida_}).rows) {
+    if (connection_.Lives(Entero(row[0]))) continue;
+    connection_.Run(
+        "DELETE FROM tenencias WHERE vida = ? AND CASE WHEN tipo = 'Entrada' THEN NOT EXISTS (SELECT 1 FROM "
+        "entradas e WHERE e.entrada = documento) ELSE NOT EXISTS (SELECT 1 FROM salidas s WHERE s.salida = "
+        "documento) END",
+        {row[0]});
+  }
   constexpr const char* kSinTenencia =
       "SELECT id FROM vidas WHERE id < ? AND NOT EXISTS (SELECT 1 FROM tenencias WHERE tenencias.vida = "
       "vidas.id) ORDER BY id LIMIT 50";

@@ -39,12 +39,17 @@ class Custodia final : public Guardia {
   void SeFue(forms::Form& screen) noexcept;
 
   // ---- for the host's services ----
+  // Why leases can't be written though the base is there; empty where they can. It fails no step, but others
+  // can't see what is open here.
+  [[nodiscard]] const std::string& SinEscribir() const { return sin_escribir_; }
   // Throws data::Unrecoverable if the line stands on a screen that has lost its document, and moving it is
   // not part of an act that began before: what was begun is posted to its end.
   void ExigeRenglon(Tipo tipo, std::int32_t renglon);
   // The leases of closed screens that the base would not let go of when they closed are tried again: before
-  // anybody is told who holds what. At the end of each act too.
+  // anybody is told who holds what. At the end of each act too. So are their flags, where the base was busy
+  // or away.
   void QuitaPendientes() noexcept;
+  [[nodiscard]] bool HayPendientes() const { return !por_quitar_.empty() || !por_soltar_.empty(); }
   // The life of this run, begun at its first use. Throws data::Error if the base refuses.
   std::int64_t Vida();
   [[nodiscard]] std::int64_t VidaDeAhora() const { return vida_; }  // 0: none yet
@@ -80,6 +85,7 @@ class Custodia final : public Guardia {
   void Termina(forms::Form& screen);
   void Escribe(Tenida& lease) noexcept;
   void Quita(std::int64_t id) noexcept;
+  void SueltaBandera(const Retenido& documento) noexcept;
   // Looks which leases still stand, if anything was committed since the last look.
   void Mira();
   [[nodiscard]] std::string PorQue(const Tenida& lease) const;
@@ -90,11 +96,14 @@ class Custodia final : public Guardia {
   const AmbienteLocal& ambiente_;
   Eliminaciones eliminaciones_;
   std::int64_t vida_ = 0;
+  std::int64_t por_vivir_ = 0;            // a life that was drawn and could not begin
   const forms::Form* en_acto_ = nullptr;  // whose act is under way; compared only
-  bool limpia_ = false;                   // others' lives that are over may be cleared away
+  std::string sin_escribir_;
+  bool limpia_ = false;  // others' lives that are over may be cleared away
   std::optional<std::int64_t> vistos_;
   std::vector<Tenida> tenidas_;
   std::vector<std::int64_t> por_quitar_;
+  std::vector<Retenido> por_soltar_;
 };
 
 }  // namespace tarvik::host

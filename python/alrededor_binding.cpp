@@ -3,6 +3,7 @@
 // where one has no sense.
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
+#include <limits>
 
 #include "data/error.h"
 #include "host/a_medias.h"
@@ -13,6 +14,15 @@
 namespace tarvik::python {
 
 namespace {
+
+// No document has a number that the base's tables can't hold.
+std::int32_t NumberOf(std::int64_t number) {
+  if (number < std::numeric_limits<std::int32_t>::min() ||
+      number > std::numeric_limits<std::int32_t>::max()) {
+    throw data::Error("No hay documentos con el número " + std::to_string(number));
+  }
+  return static_cast<std::int32_t>(number);
+}
 
 host::Tipo KindOf(const py::object& name) { return host::TipoDe(TextOf(name)); }
 
@@ -40,8 +50,8 @@ void BindAMedias(py::module_& module, GuionType& type) {
   type.def("a_medias", [](Guion& self) { return Called([&] { return self.nucleo->Host().AMedias(); }); })
       .def(
           "completa",
-          [](Guion& self, const py::object& tipo, std::int32_t numero) {
-            return Called([&] { return self.nucleo->Host().Completa(KindOf(tipo), numero); });
+          [](Guion& self, const py::object& tipo, std::int64_t numero) {
+            return Called([&] { return self.nucleo->Host().Completa(KindOf(tipo), NumberOf(numero)); });
           },
           py::arg("tipo"), py::arg("n"));
 }
@@ -98,15 +108,16 @@ void BindTenencias(py::module_& module, GuionType& type) {
   type.def("tenencias", [](Guion& self) { return Called([&] { return self.nucleo->Host().Tenencias(); }); })
       .def(
           "abre",
-          [](Guion& self, const py::object& tipo, std::int32_t numero) -> py::object {
-            const auto screen = Called([&] { return self.nucleo->Host().Abre(KindOf(tipo), numero); });
+          [](Guion& self, const py::object& tipo, std::int64_t numero) -> py::object {
+            const auto screen =
+                Called([&] { return self.nucleo->Host().Abre(KindOf(tipo), NumberOf(numero)); });
             return screen ? FormObject(*screen) : py::object(py::none());
           },
           py::arg("tipo"), py::arg("n"))
       .def(
           "libera",
-          [](Guion& self, const py::object& tipo, std::int32_t numero, const py::object& motivo) {
-            Called([&] { self.nucleo->Host().Libera(KindOf(tipo), numero, TextOf(motivo)); });
+          [](Guion& self, const py::object& tipo, std::int64_t numero, const py::object& motivo) {
+            Called([&] { self.nucleo->Host().Libera(KindOf(tipo), NumberOf(numero), TextOf(motivo)); });
           },
           py::arg("tipo"), py::arg("n"), py::arg("motivo") = "");
 }
@@ -137,8 +148,10 @@ void BindPeticiones(py::module_& module, GuionType& type) {
           py::arg("motivo") = "");
   type.def(
           "pide",
-          [](Guion& self, const py::object& tipo, std::int32_t numero, const py::object& mensaje) {
-            return P{Called([&] { return self.nucleo->Host().Pide(KindOf(tipo), numero, TextOf(mensaje)); }),
+          [](Guion& self, const py::object& tipo, std::int64_t numero, const py::object& mensaje) {
+            return P{Called([&] {
+                       return self.nucleo->Host().Pide(KindOf(tipo), NumberOf(numero), TextOf(mensaje));
+                     }),
                      self.nucleo};
           },
           py::arg("tipo"), py::arg("n"), py::arg("mensaje") = "")

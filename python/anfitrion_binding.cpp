@@ -136,7 +136,12 @@ void BindAnfitrion(py::module_& module) {
           py::arg("name"), py::arg("veces") = 1, py::arg("texto") = "falla provocada")
       .def(
           "procesa_eventos",
-          [](Guion& self, long ms) { Called([&] { self.nucleo->Plataforma().Advance(ms); }); },
+          [](Guion& self, long ms) {
+            Called([&] {
+              self.nucleo->Plataforma().Advance(ms);
+              self.nucleo->Descansa();
+            });
+          },
           py::arg("ms") = 0)
       .def("cierra", [](Guion& self) { Called([&] { self.nucleo->Cierra(); }); });
   BindAlrededor(module, type);

@@ -100,6 +100,15 @@ void Nucleo::Cierra() {
   anfitrion_->Conexion().Close();
 }
 
+void Nucleo::Descansa() {
+  if (cerrado_) return;
+  anfitrion_->SueltaPendientes();
+  try {
+    anfitrion_->Conexion().Changes();  // a session that was lost is made anew, and its life goes on
+  } catch (const data::Error&) {       // what is done next tells
+  }
+}
+
 void Nucleo::Gancho(const std::string& key, const data::Value& value) {
   Note([&](Cuaderno& notes) { notes.ganchos_disparados.append(py::make_tuple(key, ToPython(value))); });
 }

@@ -47,6 +47,8 @@ class Nucleo final : public host::Registro,
   data::Rows Sql(const std::string& text, const std::vector<data::Value>& values);
   // Closes what is open, refusals or not, and lets go of the base.
   void Cierra();
+  // Nothing is to be done for a while: what an idle program owes to the others of its base.
+  void Descansa();
   void ForgetNotebook() { notebook_ = nullptr; }
 
   // ---- host::Testigo ----

@@ -23,7 +23,10 @@ using std::chrono::milliseconds;
 constexpr milliseconds kAnswer{30'000};
 constexpr milliseconds kReport{120'000};
 constexpr milliseconds kUndo{2000};  // then the session is left, which undoes as well
+// Of a station that does nothing: how long a try for a new session may take, and the pauses between tries.
+constexpr std::chrono::milliseconds kIdleTry{400};
 constexpr std::chrono::seconds kLookAgain{1};
+constexpr std::chrono::seconds kLookAgainAtMost{8};
 
 constexpr const char* kUndone = "La base deshizo la transacción: una de sus sentencias falló";
 
@@ -255,7 +258,8 @@ Result PostgresqlConnection::Check(Sent sent, std::string_view text, const Terms
   if (sent.answer.stopped != Answer::Stopped::kNo) CheckStopped(sent, text, terms, in_unit);
   const auto status = PQresultStatus(sent.answer.result.get());
   if (!sent.carried || (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)) Fail(sent, text, in_unit);
-  Waiting().Well();
+  // A change that stands: inside a unit the next statement may meet the same trouble as the last unit's.
+  if (BeginsWith(text, "COMMIT") || (!in_unit && !IsSelect(text))) Waiting().Well();
   // The answer to the COMMIT of a transaction of which a statement failed.
   if (std::string_view(PQcmdStatus(sent.answer.result.get())) == "ROLLBACK" &&
       !BeginsWith(text, "ROLLBACK") && !BeginsWith(text, "ABORT")) {
@@ -309,8 +313,6 @@ void PostgresqlConnection::Fail(const Sent& sent, std::string_view text, bool in
   }
   if (trouble == Trouble::kBusy) {
     Waiting().Waited(sent.answer.took);
-  } else if (trouble != Trouble::kAway) {
-    Waiting().Well();
   }
   fail(std::string(Reason(state)) + ": " + words, trouble);
   std::abort();
@@ -401,13 +403,15 @@ std::int64_t PostgresqlConnection::Changes() {
   if (session_.Asking()) return changes_;
   if (!session_.Sound() && unit_ == Unit::kNone && Patience::Clock::now() >= look_again_) {
     // A station that does nothing would otherwise be dead for the others until its next key.
-    look_again_ = Patience::Clock::now() + kLookAgain;
-    Patience spent;
-    spent.Vain();
+    Patience little;
+    little.Waited(Patience::kWhole - kIdleTry);
     try {
-      Renew(spent);
+      Renew(little);
+      look_pause_ = kLookAgain;
     } catch (const Error&) {  // the next statement tells
+      look_pause_ = std::min(2 * look_pause_, kLookAgainAtMost);
     }
+    look_again_ = Patience::Clock::now() + look_pause_;
   }
   while (PGnotify* told = session_.Lost() ? nullptr : PQnotifies(session_.Get())) {
     ++changes_;

@@ -97,6 +97,7 @@ class PostgresqlConnection final : public EngineConnection {
   int procedures_ = 0;  // that are running
   std::int64_t changes_ = 0;
   Patience::Clock::time_point look_again_;
+  std::chrono::seconds look_pause_{1};
 };
 
 }  // namespace tarvik::data

@@ -106,8 +106,8 @@ std::string Seconds(milliseconds time) {
 
 class Dialling {
  public:
-  Dialling(Place& place, Patience& patience, std::int64_t life, bool spends)
-      : place_(place), waiting_(patience, spends), life_(life) {}
+  Dialling(Place& place, Patience& patience, std::int64_t life, bool spends, bool by_number)
+      : place_(place), waiting_(patience, spends), life_(life), by_number_(by_number) {}
 
   // One try with each host, the one that was there last first. `each`: the time for one of them; `until`:
   // for all.
@@ -120,8 +120,9 @@ class Dialling {
     for (std::size_t i = 0; i < hosts.size(); ++i) {
       const std::size_t which = (first + i) % hosts.size();
       const auto end = std::min(until, Clock::now() + each);
-      if (Handle session = One(hosts[which], end, refusal)) {
+      if (Handle session = One(which, end, refusal)) {
         place_.latest = which;
+        place_.numbers.Note(which, PQhostaddr(session.get()));
         return session;
       }
       passing = passing || refusal.passing;
@@ -144,9 +145,9 @@ class Dialling {
   [[nodiscard]] Clock::duration Lasted() const { return waiting_.Lasted(); }
 
  private:
-  Handle One(const Host& host, Clock::time_point until, Refusal& refusal) {
+  Handle One(std::size_t which, Clock::time_point until, Refusal& refusal) {
     const auto begun = Clock::now();
-    Handle session = Start(host);
+    Handle session = Start(which);
     PostgresPollingStatusType wants = PGRES_POLLING_WRITING;
     while (PQstatus(session.get()) != CONNECTION_BAD && wants != PGRES_POLLING_OK) {
       const short events = wants == PGRES_POLLING_READING ? POLLIN : POLLOUT;
@@ -164,7 +165,9 @@ class Dialling {
     return session;
   }
 
-  Handle Start(const Host& host) {
+  Handle Start(std::size_t which) {
+    const Host& host = place_.address.Hosts()[which];
+    const std::string number = host.numeric.empty() && by_number_ ? place_.numbers.Of(which) : host.numeric;
     // What stands in the address comes behind our wishes, and before what we cannot do without.
     static constexpr std::array<std::pair<const char*, const char*>, 4> kWishes = {
         {{"application_name", "tarvik"},
@@ -181,7 +184,7 @@ class Dialling {
     for (const auto& [name, value] : address.Secret()) put(name.c_str(), value.c_str());
     put("client_encoding", "UTF8");
     if (!host.name.empty()) put("host", host.name.c_str());
-    if (!host.numeric.empty()) put("hostaddr", host.numeric.c_str());
+    if (!number.empty()) put("hostaddr", number.c_str());
     if (!host.port.empty()) put("port", host.port.c_str());
     // With one host at a time nothing can be preferred: whatever comes first is taken.
     const bool prefers = address.Wanted() == "prefer-standby";
@@ -241,9 +244,27 @@ class Dialling {
   Place& place_;
   Waiting waiting_;
   std::int64_t life_;
+  bool by_number_;
 };
 
 }  // namespace
+
+void Numbers::Note(std::size_t host, const char* number) {
+  if (number == nullptr || *number == '\0') return;
+  const std::lock_guard lock(guard_);
+  if (known_.size() <= host) known_.resize(host + 1);
+  known_[host] = number;
+}
+
+std::string Numbers::Of(std::size_t host) {
+  const std::lock_guard lock(guard_);
+  return host < known_.size() ? known_[host] : std::string();
+}
+
+void Numbers::Forget() {
+  const std::lock_guard lock(guard_);
+  known_.clear();
+}
 
 std::string SessionName(const Address& address, std::int64_t life) {
   std::string name = address.Application();
@@ -269,7 +290,7 @@ Handle DialFirst(Place& place) {
   const milliseconds each = address.Timeout().value_or(
       std::chrono::duration_cast<std::chrono::seconds>(address.Several() ? kOneOfSeveral : kOneHost));
   Patience patience;  // nobody watches yet
-  Dialling dialling(place, patience, 0, false);
+  Dialling dialling(place, patience, 0, false, false);
   const auto until = Clock::now() + each * static_cast<long>(address.Hosts().size()) + Patience::kWhole;
   Refusal refusal;
   for (;;) {
@@ -283,7 +304,7 @@ Handle DialFirst(Place& place) {
 Handle DialAgain(Place& place, Patience& patience, std::int64_t life, std::string& reason) {
   const milliseconds left = patience.Left();
   const bool quick = left.count() == 0;
-  Dialling dialling(place, patience, life, !quick);
+  Dialling dialling(place, patience, life, !quick, true);
   const auto until = Clock::now() + (quick ? kQuick : left);
   milliseconds slice = place.address.Several() ? kSliceAgain : left;
   if (quick) slice = kQuick;
@@ -295,7 +316,10 @@ Handle DialAgain(Place& place, Patience& patience, std::int64_t life, std::strin
     if (quick || refusal.ended || !dialling.Pause(until)) break;
     slice = std::min<milliseconds>(2 * slice, Patience::kWhole);
   }
-  if (!quick) patience.Vain();
+  if (!quick) {
+    patience.Vain();
+    place.numbers.Forget();  // it may have moved to another
+  }
   // The next one is asked first, where the time was not enough for all.
   place.latest = (place.latest + 1) % place.address.Hosts().size();
   return nullptr;

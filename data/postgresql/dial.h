@@ -1,17 +1,34 @@
 // Making a session with one of an address's hosts, and setting it up. Every wait is this program's own, so
-// that a window paints and a machine that has vanished holds nobody up for longer than is said here.
+// that a window paints and a machine that has vanished holds nobody up for longer than is said here; but for
+// the name of a host, which the system looks up at its own pace when a base is opened, and again behind a
+// search that was in vain.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <vector>
 
 #include "data/patience.h"
 #include "data/postgresql/address.h"
 #include "data/postgresql/library.h"
 
 namespace tarvik::data {
+
+// The numeric addresses under which hosts were last reached. A name is not looked up again while a session is
+// being made anew: with the network gone that can take longer than all else. Safe from any thread.
+class Numbers {
+ public:
+  void Note(std::size_t host, const char* number);  // nullptr and "" change nothing
+  std::string Of(std::size_t host);                 // "" for one that was not reached yet, or forgotten
+  void Forget();
+
+ private:
+  std::mutex guard_;
+  std::vector<std::string> known_;
+};
 
 // What the connections of one base share.
 struct Place {
@@ -22,6 +39,7 @@ struct Place {
   // was made there, while another server is about to take over, would refuse the next line.
   std::atomic<bool> written_to = false;
   std::atomic<std::size_t> latest = 0;  // the host that was there last is asked first
+  Numbers numbers;
 };
 
 // The first session of a base or a connection. Hosts are asked in turn, each for as long as the address says
@@ -30,7 +48,8 @@ struct Place {
 Handle DialFirst(Place& place);
 
 // A session anew, asked for every 50 ms or so for as long as the patience lasts, whatever the reason of the
-// failure; with a patience that is spent one try of 100 ms. Of several hosts each is given a second, then
+// failure; with a patience that is spent one try of 100 ms. Hosts are asked by their numbers, where they are
+// known. Of several hosts each is given a second, then
 // two, so that one that has vanished doesn't keep the others from being asked. Nothing if there was none in
 // that time, or the process was asked to end; `reason` then tells why.
 Handle DialAgain(Place& place, Patience& patience, std::int64_t life, std::string& reason);

@@ -11,8 +11,10 @@
 namespace tarvik::data::sqlite {
 namespace {
 
-constexpr int kSteps = 1000;              // of the engine, between two looks at the clock
-constexpr int kLongestText = 64'000'000;  // that one value may become inside a statement
+// A step may take as long as the longest text does: few steps and a text of some megabytes keep the looks at
+// the clock a fraction of a second apart.
+constexpr int kSteps = 100;              // of the engine, between two looks at the clock
+constexpr int kLongestText = 2'000'000;  // that one value may become inside a statement
 
 // Those of RequireHarmless as the engine names them, and what LIKE is to it.
 constexpr std::array<std::string_view, 15> kHarmless = {"sum",   "count",    "min",    "max",     "avg",

@@ -106,7 +106,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The last backup beside a base: what begins with its name and ends in ".respaldo". Empty if there is none.
+// Whether a file beside a base is a backup of it: its name, perhaps with a version or a date behind it, and
+// ".respaldo". "tienda2.v2.respaldo" and "tienda.db.respaldo" are none of "tienda".
+bool IsBackupOf(std::string_view base, std::string_view name) {
+  constexpr std::string_view kEnd = ".respaldo";
+  if (!name.starts_with(base) || !name.ends_with(kEnd) || name.size() < base.size() + kEnd.size())
+    return false;
+  std::string_view between = name.substr(base.size(), name.size() - base.size() - kEnd.size());
+  if (between.empty()) return true;
+  if (between[0] != '.' && between[0] != '-' && between[0] != '_') return false;
+  between.remove_prefix(1);
+  if (between.starts_with('v')) between.remove_prefix(1);
+  return !between.empty() && between[0] >= '0' && between[0] <= '9';
+}
+
+// The last backup beside a base. Empty if there is none.
 std::string LastBackup(const fs::path& file) {
   std::string last;
   fs::file_time_type last_time;
@@ -114,7 +128,7 @@ std::string LastBackup(const fs::path& file) {
   for (fs::directory_iterator at(file.parent_path(), failed), end; !failed && at != end;
        at.increment(failed)) {
     const std::string name = at->path().filename().string();
-    if (!name.starts_with(file.filename().string()) || !name.ends_with(".respaldo")) continue;
+    if (!IsBackupOf(file.filename().string(), name)) continue;
     std::error_code ignored;
     const auto time = at->last_write_time(ignored);
     if (!last.empty() && (time < last_time || (time == last_time && name < last))) continue;

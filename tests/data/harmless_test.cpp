@@ -36,7 +36,7 @@ TEST(Harmless, TheSuitesOwnStatementsPass) {
            "DELETE FROM salpart WHERE id_salida = 4;",
            "SELECT * FROM t WHERE a BETWEEN (1) AND (2) ORDER BY (a) LIMIT (5)",
            "SELECT CASE WHEN (a = 1) THEN (2) ELSE (3) END FROM t",
-           "SELECT [el nombre], `otro`, \"tercero\" FROM t",
+           "SELECT \"el nombre\" FROM t",
            "SELECT forma, tablero, selecto, conwith, unions FROM t",
        }) {
     EXPECT_EQ(Refusal(text), "no error") << text;
@@ -48,7 +48,7 @@ TEST(Harmless, WhatStandsInQuotesIsData) {
            "SELECT * FROM prods WHERE articulo = 'SELECT'",
            "SELECT * FROM prods WHERE articulo = 'with (union) select pg_sleep(5)'",
            "UPDATE entradas SET observ = 'caja (12) de ''select'', $$ y [corchetes(' WHERE entrada = 1",
-           "SELECT \"select\", \"pg_sleep\", [union], `with` FROM t",
+           "SELECT \"select\", \"pg_sleep\" FROM t",
            "UPDATE t SET e = 'x', n = ' E''y'''",
        }) {
     EXPECT_EQ(Refusal(text), "no error") << text;
@@ -86,8 +86,6 @@ TEST(Harmless, AFunctionThatIsNotOnTheListIsRefused) {
   EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE pg_catalog . pg_sleep (5) IS NULL"), calls + "pg_sleep");
   EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE \"pg_sleep\"(5) IS NULL"), calls + "\"pg_sleep\"");
   EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE pg_catalog.\"pg_sleep\" (5) IS NULL"), calls + "\"pg_sleep\"");
-  EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE [load_extension]('x')"), calls + "[load_extension]");
-  EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE `load_extension`('x')"), calls + "`load_extension`");
   EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE \"in\"('x')"), calls + "\"in\"");
   EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE otra.sum('x')"), calls + "sum");
   EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE otra.\"in\"('x')"), calls + "\"in\"");
@@ -111,6 +109,14 @@ TEST(Harmless, QuotesThatEnginesReadDifferentlyAreRefused) {
   EXPECT_EQ(Refusal("SELECT ARRAY[pg_sleep(5)] FROM t"), reason);
   EXPECT_EQ(Refusal("SELECT ARRAY['x'] FROM t"), reason);
   EXPECT_EQ(Refusal("SELECT 1 ` pg_sleep(5) ` 2"), reason);
+  EXPECT_EQ(Refusal("SELECT [el nombre] FROM t"), reason);
+  EXPECT_EQ(Refusal("SELECT `otro` FROM t"), reason);
+  EXPECT_EQ(Refusal("SELECT 1 FROM t WHERE [load_extension]('x')"), reason);
+  // To a server the bracket opens a place in a list, and a comment begins in it: what looks like a text here
+  // is a call there.
+  EXPECT_EQ(Refusal("SELECT * FROM prods WHERE articulo = '' OR ('{1}'::INT[])[/*] ' */1]=5 OR "
+                    "PG_TRY_ADVISORY_LOCK(77) IS NULL OR /* ' */'a'='b'"),
+            reason);
 }
 
 TEST(Harmless, TheStatementStandsInTheContextAndALongNameIsCut) {

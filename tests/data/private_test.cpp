@@ -101,6 +101,8 @@ TEST_F(Damaged, TheLastBackupIsNamed) {
   Backup("a.db.2024-03-05.respaldo", 5);
   Backup("a.db.2024-03-04.respaldo", 10);
   Backup("b.db.2024-03-06.respaldo", 1);
+  Backup("a.db2.v2-20240306-101010.respaldo", 1);
+  Backup("a.db.otra.v2-20240306-101010.respaldo", 1);
   Backup("a.db.2024-03-07.copia", 1);
   EXPECT_EQ(Opened(),
             "La base " + file_ + " está dañada. " + safe_ +

@@ -317,5 +317,46 @@ TEST_F(Cierres, OfAGoodsInTheKeyOfItsConceptToo) {
   EXPECT_EQ(seen, (Textos{"ENTRADA014", "ENTRADA010"}));
 }
 
+TEST_F(Cierres, AFinishInsideAnotherIsKeptToo) {
+  frmEntradasWizard& inner = ConRenglones({{"A-100", "1"}});
+  frmEntradasWizard& outer = ConRenglones({{"A-200", "2"}});
+  Textos kept;
+  anfitrion->Gancho("ENTRADA014", [&](forms::Form& screen, host::AmbienteLocal&) {
+    kept.push_back(Uno("SELECT COUNT(*) FROM cierres"));
+    if (&screen != &outer) return;
+    bitacora.respuestas = {true};
+    Tecla(inner, "F5", inner.txtFields(0));
+    kept.push_back(Uno("SELECT COUNT(*) FROM cierres"));
+  });
+  bitacora.respuestas = {true};
+  Tecla(outer, "F5", outer.txtFields(0));
+  EXPECT_EQ(kept, (Textos{"1", "2", "1"}));
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM cierres"), "0");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "2");
+}
+
+TEST_F(Cierres, OfTwoWhoMakeUpForOneFinishOneRunsAStep) {
+  Finaliza(Salida({{"A-100", "1"}}));
+  Sql("INSERT INTO cierres (tipo, documento, usuario, estacion, cuando, imprime, hecho) VALUES ('Salida', 1, "
+      "'ANA', "
+      "'E1', '2024-03-05T14:03:22', 1, '')");
+  Olvida();
+  int fired = 0;
+  bool fails = true;
+  anfitrion->Gancho("SALIDAS005", [&](forms::Form&, host::AmbienteLocal&) {
+    ++fired;
+    if (fails) throw data::Error("la rutina falló");
+    // In the middle of it another station looks at the same card.
+    host::TerminaCierre(*anfitrion, Tipo::Salida, 1);
+  });
+  EXPECT_THROW(host::TerminaCierre(*anfitrion, Tipo::Salida, 1), data::Error);
+  EXPECT_EQ(Faltan(), (Textos{"SALIDAS005", "Imprime"})) << "what failed is still missing";
+  fails = false;
+  host::TerminaCierre(*anfitrion, Tipo::Salida, 1);
+  EXPECT_EQ(fired, 2);
+  EXPECT_EQ(bitacora.impresos.size(), 1U);
+  EXPECT_TRUE(Faltan().empty());
+}
+
 }  // namespace
 }  // namespace tarvik::tests

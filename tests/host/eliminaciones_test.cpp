@@ -71,6 +71,23 @@ TEST_F(Eliminacion, ThatTheBaseRefusesIsNotOnRecord) {
   EXPECT_TRUE(Bitacora().empty());
 }
 
+TEST_F(Eliminacion, OfWhichOnlyTheLinesWentIsOnRecordAsThat) {
+  const auto number = Afectada({"5", "6"});
+  Sql("ALTER TABLE bitacora RENAME TO apartada");
+  luis.puerta->EliminaEntrada(number);
+  Sql("ALTER TABLE apartada RENAME TO bitacora");
+  ASSERT_TRUE(Bitacora().empty());
+  Sql("INSERT INTO entpart (id_entrada, entrada, articulo) VALUES (90, ?, 'A-100')", {number});
+  Sql("CREATE TABLE ajena (entrada BIGINT REFERENCES entradas (entrada))");
+  Sql("INSERT INTO ajena VALUES (?)", {number});
+  luis.puerta->EliminaEntrada(number);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "1");
+  ASSERT_EQ(Bitacora().size(), 1U);
+  EXPECT_TRUE(Bitacora()[0].texto.starts_with(
+      "Se eliminaron sus renglones (1 renglón) y el documento no se pudo eliminar: "))
+      << Bitacora()[0].texto;
+}
+
 TEST_F(Eliminacion, AndItsRecordHoldTogether) {
   const auto number = Dejada();
   Sql("ALTER TABLE bitacora RENAME TO apartada");

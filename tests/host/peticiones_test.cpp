@@ -73,6 +73,49 @@ TEST_F(Peticiones, OfAProgramThatIsGoneWaitNoLonger) {
   EXPECT_TRUE(ana.anfitrion->Peticiones().empty());
 }
 
+// The card still stands on the holder's screen when the asker's machine goes off.
+TEST_F(Peticiones, NothingIsHandedToWhoIsGone) {
+  auto& f = ana.Entrada({"5"});
+  f.txtFields(4).Text("A-200");
+  Pide(f);
+  auto waiting = ana.anfitrion->Peticiones();
+  luis.Termina();
+  EXPECT_EQ(ErrorDe([&] { waiting.at(0).Cede(); }),
+            "El programa de quien pidió la entrada 1 ya no está abierto; no se cedió");
+  EXPECT_TRUE(f.Open());
+  EXPECT_EQ(f.txtFields(4).Text(), "A-200");
+  EXPECT_EQ(waiting.at(0).Estado(), "pedida");
+}
+
+TEST_F(Peticiones, WhoHasItNoLongerSaysNeitherYesNorNo) {
+  auto& f = ana.Entrada({"5"});
+  const Peticion mine = Pide(f);
+  auto waiting = ana.anfitrion->Peticiones();
+  f.Unload();
+  for (const std::string& said :
+       {ErrorDe([&] { waiting.at(0).Niega("no"); }), ErrorDe([&] { waiting.at(0).Cede(); })}) {
+    EXPECT_EQ(said, "Este programa ya no tiene abierta la entrada 1");
+  }
+  EXPECT_EQ(mine.Estado(), "pedida");
+}
+
+TEST_F(Peticiones, AHandOverTakesNobodyElsesLease) {
+  auto& f = ana.Entrada({"5"});
+  Pide(f);
+  auto waiting = ana.anfitrion->Peticiones();
+  // As her screen has closed somebody else opens another document, and the engine gives his lease her number.
+  const int number = std::stoi(Uno("SELECT id FROM tenencias"));
+  const auto gone = ana.plataforma.on_form_gone;
+  ana.plataforma.on_form_gone = [&](forms::Form& screen) {
+    gone(screen);
+    Sql("INSERT INTO tenencias (id, tipo, documento, usuario, vida) VALUES (?, 'Entrada', 50, 'EVA', 9)",
+        {number});
+  };
+  waiting.at(0).Cede();
+  EXPECT_EQ(waiting.at(0).Estado(), "cedida");
+  EXPECT_EQ(Uno("SELECT documento FROM tenencias"), "50");
+}
+
 TEST_F(Peticiones, ANoLeavesAllAsItIsAndSaysWhy) {
   auto& f = ana.Entrada({"5"});
   const Peticion mine = Pide(f);

@@ -68,7 +68,10 @@ TEST_F(RevisaBase, WhatTheDeadHoldIsFoundAndLetGoOf) {
   EXPECT_TRUE(Una(true).reparado);
   EXPECT_EQ(Uno("SELECT ocupado FROM entradas WHERE entrada = 2"), "0");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM tenencias"), "0");
-  EXPECT_EQ(Reparaciones(), Textos{"Se liberó la entrada 2: su programa ya no estaba"});
+  EXPECT_EQ(
+      Reparaciones(),
+      Textos{"La tenía BETO en la estación E2 desde el 05/03/2024 a las 09:00, cuyo programa ya no estaba "
+             "abierto. Se liberó al reparar la base."});
   EXPECT_EQ(Dichas(Revisa()), "");
 }
 

@@ -165,6 +165,21 @@ TEST_F(RevisaDocumentos, APostedDocumentThatWasDeletedLeavesMovementsWithoutALin
   for (const auto& one : found) EXPECT_FALSE(one.reparable || one.reparado);
 }
 
+TEST_F(RevisaDocumentos, AMovementThatNamesADocumentThatIsGoneAndNoLineIsFound) {
+  Dia();
+  Sql("INSERT INTO movsinv (operacion, ent_sal, movimiento, articulo, almacen, cantidad) VALUES ('EN', 'E', "
+      "777, "
+      "'A-100', 1, 0), ('SA', 'S', 778, 'A-100', 1, 0), ('EN', 'E', NULL, 'A-100', 1, 0), ('EN', 'E', 1, "
+      "'A-100', 1, "
+      "0)");
+  Sql("INSERT INTO movsinv (operacion, ent_sal, movimiento, articulo, almacen, cantidad, id_entrada) VALUES "
+      "('EN', "
+      "'E', 779, 'A-100', 1, 0, 0)");
+  EXPECT_EQ(Fichas(Revisa()), (Textos{"huerfano|Entrada|777|-|A-100|1", "huerfano|Entrada|779|-|A-100|1",
+                                      "huerfano|Salida|-|-|A-100|1"}))
+      << Dichas(Revisa());
+}
+
 TEST_F(RevisaDocumentos, ALineWithoutItsHeaderIsFound) {
   Dia();
   SinReglas("DELETE FROM entradas WHERE entrada = 2");

@@ -128,6 +128,17 @@ TEST_F(RevisaExistencias, TheFirstMovementThatIsWrongIsNamed) {
   EXPECT_EQ(found[1].clase, "a medias");
 }
 
+TEST_F(RevisaExistencias, BehindARepairTheNextDamageIsNamedWhereItIs) {
+  Dia();
+  Sql("UPDATE existenciaalmacen SET existencia = existencia + 5 WHERE articulo = 'A-100' AND almacen = 1");
+  Entrada({{"A-100", "2"}});
+  EXPECT_EQ(Revisa(true).at(0).renglon, 8);
+  EXPECT_EQ(Dichas(Revisa()), "");
+  Sql("UPDATE existenciaalmacen SET existencia = existencia + 1 WHERE articulo = 'A-100' AND almacen = 1");
+  Entrada({{"A-100", "2"}});
+  EXPECT_EQ(Revisa().at(0).renglon, 9) << Dichas(Revisa());
+}
+
 TEST_F(RevisaExistencias, AMovementThatNeverMovedTheStockIsNamed) {
   Dia();
   Sql("INSERT INTO movsinv (operacion, ent_sal, articulo, almacen, cantidad) VALUES ('XX', 'E', 'A-100', 1, "

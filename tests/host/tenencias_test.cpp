@@ -103,6 +103,67 @@ TEST_F(Tenencias, AScreenThatClosedWhileAnotherHadTheBaseHoldsNothing) {
   EXPECT_TRUE(ana.anfitrion->Tenencias().empty());
 }
 
+// Its operator goes for a coffee: nobody else should have to wait for her next key.
+TEST_F(Tenencias, WhatClosedWhileTheBaseWasBusyIsFreeForOthersAMomentLater) {
+  auto& f = ana.Entrada({"5"});
+  const auto number = f.Entrada;
+  const auto alive = f.shared_from_this();
+  const auto other = luis.anfitrion->Base().Connect();
+  other->Begin();
+  other->Run("UPDATE entradas SET ocupado = ocupado", {});
+  other->Run("UPDATE tenencias SET vida = vida", {});
+  // The act's own wait is in vain; in the short one behind it the base is free again.
+  bool acting = true;
+  ana.plataforma.on_wait = [&] {
+    if (!acting && other->InTransaction()) other->Rollback();
+    return acting;
+  };
+  const auto ends = ana.plataforma.on_act_ends;
+  ana.plataforma.on_act_ends = [&] {
+    acting = false;
+    ends();
+  };
+  f.Act([&] { f.Unload(); });
+  ana.plataforma.on_wait = nullptr;
+  ana.plataforma.on_act_ends = ends;
+  EXPECT_FALSE(f.Open());
+  EXPECT_TRUE(luis.anfitrion->Tenencias().empty());
+  EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "0");
+  EXPECT_NE(luis.anfitrion->Abre(Tipo::Entrada, number), nullptr);
+  EXPECT_TRUE(luis.cajas.empty()) << luis.UltimaCaja();
+}
+
+TEST_F(Tenencias, AnIdleProgramLetsGoOfWhatItCouldNotLetGoOfThen) {
+  auto& f = ana.Entrada({"5"});
+  const auto alive = f.shared_from_this();
+  const auto other = luis.anfitrion->Base().Connect();
+  other->Begin();
+  other->Run("UPDATE entradas SET ocupado = ocupado", {});
+  other->Run("UPDATE tenencias SET vida = vida", {});
+  ana.plataforma.on_wait = [] { return true; };  // no wait is worth its time
+  f.Act([&] { f.Unload(); });
+  ana.plataforma.on_wait = nullptr;
+  ana.anfitrion->SueltaPendientes();
+  other->Rollback();
+  ASSERT_EQ(Filas(), "1");
+  ana.anfitrion->SueltaPendientes();
+  EXPECT_EQ(Filas(), "0");
+  EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "0");
+}
+
+TEST_F(Tenencias, WhatADeadProgramHeldOfADocumentThatWasNeverStoredIsNobodys) {
+  Sql("INSERT INTO tenencias (tipo, documento, usuario, estacion, vida) VALUES ('Entrada', 77, 'BETO', 'E2', "
+      "4715)");
+  luis.anfitrion->Libera(Tipo::Entrada, 77);
+  EXPECT_EQ(Filas(), "0");
+  EXPECT_NE(ErrorDe([&] { luis.anfitrion->Libera(Tipo::Entrada, 77); }).find("No existe la entrada 77"),
+            std::string::npos);
+  Sql("INSERT INTO tenencias (tipo, documento, usuario, estacion, vida) VALUES ('Entrada', 77, 'BETO', 'E2', "
+      "0)");
+  ana.Entrada({"5"});
+  EXPECT_EQ(Filas(), "1") << "the first lease of a run clears such ones away";
+}
+
 TEST_F(Tenencias, LeasesAreNotAmongTheStatementsOfTheScreens) {
   auto& f = ana.Entrada({"5"});
   f.Unload();
@@ -144,10 +205,18 @@ TEST_F(Tenencias, ALeaseThatCannotBeWrittenFailsNoStepAndIsWrittenLater) {
   auto& f = ana.Entrada({"5"});
   EXPECT_TRUE(ana.cajas.empty()) << ana.UltimaCaja();
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart WHERE entrada = ?", {f.Entrada}), "1");
+  EXPECT_TRUE(
+      ana.anfitrion->AvisoDeTenencias().starts_with("Este programa no puede anotar qué documentos tiene "
+                                                    "abiertos, y otra estación podría abrirlos también."))
+      << ana.anfitrion->AvisoDeTenencias();
+  const std::string lives = Uno("SELECT COUNT(*) FROM vidas");
+  for (int i = 0; i < 5; ++i) Escenario::Tecla(f, "Down");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM vidas"), lives) << "no life is drawn at each key";
   Sql("ALTER TABLE apartadas RENAME TO tenencias");
   EXPECT_EQ(Filas(), "0");
   Escenario::Tecla(f, "F2");
   EXPECT_EQ(Filas(), "1") << "the next act's end";
+  EXPECT_EQ(ana.anfitrion->AvisoDeTenencias(), "");
   Sql("ALTER TABLE tenencias RENAME TO apartadas");
   f.Unload();
   EXPECT_TRUE(ana.cajas.empty()) << ana.UltimaCaja();

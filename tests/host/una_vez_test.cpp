@@ -1,5 +1,6 @@
 // A line moves once: the posting service is safe to call twice, and the base sees to it by itself.
 #include "data/number.h"
+#include "data/schema.h"
 #include "host/movimientos.h"
 #include "tests/host/apoyo.h"
 
@@ -55,6 +56,23 @@ TEST_F(UnaVez, ALineThatHasMovedSucceedsWithTheAmountOfThenAndMovesNothing) {
   EXPECT_EQ(data::ToNumber(Dato("SELECT ALM1 FROM prods WHERE articulo = 'A-100'")), 3);
   ASSERT_EQ(testigo.movimientos.size(), 2U) << "the record has it, with the amount of then";
   EXPECT_EQ(testigo.movimientos[1].second, 30);
+}
+
+// A base that held doubles when the rule came: the rule looks only at what came after it.
+TEST_F(UnaVez, ALineThatMovedBeforeTheRuleCameMovesNoMoreEither) {
+  Afecta({});
+  Sql("DROP INDEX una_vez_entrada");
+  Sql("INSERT INTO movsinv (operacion, id_entrada, articulo, almacen, ent_sal, cantidad) VALUES ('EN', 900, "
+      "'A-200', "
+      "1, 'E', 0), ('EN', 900, 'A-200', 1, 'E', 0)");
+  data::PrepareSchema(anfitrion->Conexion());
+  ASSERT_FALSE(data::RulesWithPast(anfitrion->Conexion()).empty());
+  EXPECT_EQ(Afecta({}), 30) << "the amount of then";
+  EXPECT_EQ(Renglones(), 3);
+  EXPECT_EQ(Existencia(), 3);
+  EXPECT_EQ(Afecta({.renglon = 45}), 30) << "another line moves";
+  EXPECT_EQ(Afecta({.renglon = 45}), 30);
+  EXPECT_EQ(Renglones(), 4);
 }
 
 TEST_F(UnaVez, TheAmountOfThenIsThatOfTheCostOfThen) {

@@ -8,7 +8,8 @@ set -euo pipefail
 
 export PATH=$PATH:/usr/sbin:/sbin
 equipo=tarvik-$$
-if ! ip netns add "$equipo" 2>/dev/null; then
+if ! ip netns add "$equipo" 2>/dev/null || ! ip netns exec "$equipo" true 2>/dev/null; then
+  ip netns delete "$equipo" 2>/dev/null || true
   echo "Aquí no se puede hacer un equipo aparte (ip netns): no se prueba" >&2
   exit 77
 fi
