@@ -137,6 +137,21 @@ def registradas(anf, facturas: list[Factura]) -> dict[str, str]:
             if observacion(factura.numero) in observadas}
 
 
+def sin_terminar(anf, registradas_ya: dict[str, str], pendientes: bool) -> list[str]:
+    """Of invoices that have a document, those whose document an earlier run left in the middle, with what to do."""
+    estados = {f"la {fila['clase']} {fila['numero']}": fila["estado"] for fila in anf.sql(
+        "SELECT 'salida' AS clase, salida AS numero, estado FROM salidas UNION ALL SELECT 'entrada', entrada, estado "
+        "FROM entradas")}
+    a_medias = {f"la {documento.tipo.lower()} {documento.documento}" for documento in anf.a_medias()}
+    avisos = []
+    for factura, donde in registradas_ya.items():
+        if donde in a_medias:
+            avisos.append(f"La factura {factura} está en {donde}, afectada a medias: complétela.")
+        elif estados.get(donde) != "CO" and not pendientes:
+            avisos.append(f"La factura {factura} está en {donde}, pendiente: revise sus renglones y finalícela.")
+    return avisos
+
+
 @dataclass
 class EntregaPrevia:
     """What an earlier run has made of the delivery."""
@@ -790,6 +805,7 @@ def principal() -> int:
     if repetidas:
         print(f"{len(repetidas)} facturas ya tienen documento: "
               f"{'se omiten' if opciones.omite_registradas else 'se registran otra vez'}.")
+    avisos = sin_terminar(anf, repetidas, opciones.pendiente) if opciones.omite_registradas else []
     previa = entrega_previa(anf, dia.observaciones_de_la_entrega, entrega) if entrega else None
     if opciones.omite_registradas:
         dia.facturas = [factura for factura in facturas if factura.numero not in repetidas]
@@ -831,8 +847,10 @@ def principal() -> int:
     if not terminado:
         print(f"Quedaron {dia.renglones() - dia.hechos} renglones del día sin registrar.")
         codigo = 1
+    for aviso in avisos:
+        print(aviso)
     anf.cierra()
-    return codigo
+    return max(codigo, 1) if avisos else codigo
 
 
 if __name__ == "__main__":

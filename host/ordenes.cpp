@@ -108,7 +108,7 @@ int OrdenCompleta(Sesion& sesion, const std::string& tipo, std::int32_t numero) 
   const int made = sesion.Host().Completa(TipoDe(tipo), numero);
   sesion.Donde().salida << (made == 0 ? "El documento estaba entero.\n"
                                       : (made == 1 ? "Se hizo " : "Se hicieron ") + Movimientos(made) +
-                                            " que faltaban.\n");
+                                            (made == 1 ? " que faltaba.\n" : " que faltaban.\n"));
   return kBien;
 }
 
@@ -124,7 +124,8 @@ int OrdenCompletaTodos(Sesion& sesion) {
     }
     try {
       const int made = sesion.Host().Completa(document.tipo, document.documento);
-      sesion.Donde().salida << name << ": " << Movimientos(made) << " que faltaban.\n";
+      sesion.Donde().salida << name << ": " << Movimientos(made)
+                            << (made == 1 ? " que faltaba.\n" : " que faltaban.\n");
     } catch (const data::Error& error) {
       sesion.Donde().errores << name << ": " << error.what() << '\n';
       code = kHayFaltas;
@@ -236,7 +237,11 @@ int OrdenElimina(Sesion& sesion, const std::string& tipo, std::int32_t numero, b
   }
   EntradasSalidas door(sesion.Host());
   door.Ambiente = &sesion.Host().Ambiente();
-  door.Parent = &sesion.Host().Parent();
+  // The class takes the chosen row out of the list from which documents are deleted: here it is the only one.
+  FormaMaestra& list = sesion.Host().Parent();
+  list.elementos = {numero};
+  list.seleccionado = 1;
+  door.Parent = &list;
   if (kind == Tipo::Entrada) {
     door.EliminaEntrada(numero);
   } else {

@@ -62,8 +62,8 @@ data::Rows Custodia::Ejecuta(std::string_view text, const std::function<data::Ro
     case Clase::Suelta:
       try {
         return Permite(sentencia) ? envia() : data::Rows{};
-      } catch (const data::Error& error) {
-        if (error.Passing()) por_soltar_.push_back(sentencia.documento);
+      } catch (const data::Error&) {
+        por_soltar_.push_back(sentencia.documento);
         throw;
       }
     default:

@@ -119,6 +119,23 @@ TEST_F(Fenced, AQuestionThatTakesTooLongIsStoppedAndSaysAfterHowMuch) {
   stops(milliseconds{1000}, "1 segundo");
 }
 
+// Few rows, each of which takes long: one value blown up in many steps.
+TEST_F(Fenced, AnExpressionThatTakesLongIsStoppedInTimeToo) {
+  const auto blown = [](int n) {
+    const auto times = [](int count) { return std::string(static_cast<std::size_t>(count), 'a'); };
+    return "LENGTH(REPLACE(REPLACE(REPLACE(x || 'aaaaaaaaaa', 'a', '" + times(250) + "'), 'a', '" +
+           times(240) + "'), 'a', '" + times(90) + "')) = " + std::to_string(n);
+  };
+  Fill(300);
+  db().Execute("UPDATE t SET x = 'aaaa'");
+  std::string text = "SELECT n FROM t WHERE n = -1";
+  for (int n = 0; n < 8; ++n) text += " OR " + blown(n);
+  const Fence fence(db(), milliseconds{500});
+  const auto began = std::chrono::steady_clock::now();
+  EXPECT_NE(ErrorOf([&] { db().Select(text); }), "no error");
+  EXPECT_LT(std::chrono::steady_clock::now() - began, milliseconds{2500});
+}
+
 TEST_F(Fenced, OnlyTheInnermostFencesLimitHoldsAndNoneStaysBehind) {
   Fill(1500);
   const char* long_one = "SELECT COUNT(*) FROM t a, t b WHERE a.x LIKE b.x";

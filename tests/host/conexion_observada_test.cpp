@@ -2,6 +2,8 @@
 #include "host/conexion_observada.h"
 
 #include "data/recordset.h"
+#include "forms/headless_platform.h"
+#include "service/pantalla.h"
 #include "tests/host/apoyo.h"
 
 namespace tarvik::host {
@@ -44,6 +46,28 @@ TEST_F(ConexionDePrueba, WhatTheHostsServicesSendForThemselvesIsNotTold) {
   Funciones().FechaValida({2024, 3, 5}, Ambiente(), true, valid);
   Funciones().CantidadEnVenta("X", 0, {}, Ambiente().Conexion(), quantity);
   EXPECT_TRUE(testigo.sentencias.empty());
+}
+
+// A routine sends what it likes; on a screen that it shows and waits for an operator types again.
+TEST_F(ConexionDePrueba, TheFenceIsOpenForARoutineAndClosedOnTheScreenThatItWaitsFor) {
+  const std::string text = "SELECT articulo FROM prods WHERE articulo = '' OR HEX(articulo) = 'x'";
+  const auto refused = [&] { return ErrorDe([&] { Ambiente().Conexion().Select(text); }); };
+  std::string inside, modal, behind;
+  forms::HeadlessPlatform& own = plataforma;
+  anfitrion->Gancho("X", [&](forms::Form& screen, AmbienteLocal&) {
+    inside = refused();
+    own.on_modal = [&](forms::Form&) { modal = refused(); };
+    const auto shown = std::make_shared<forms::Form>(own, "frmAviso", "Aviso");
+    shown->Show(true);
+    behind = refused();
+    (void)screen;
+  });
+  const auto screen = std::make_shared<forms::Form>(plataforma, "frmPantalla", "Pantalla");
+  service::Dispara(*anfitrion, "X", *screen, anfitrion->Ambiente());
+  EXPECT_EQ(inside, "(ningún error)");
+  EXPECT_NE(modal.find("llama una función que aquí no se permite"), std::string::npos) << modal;
+  EXPECT_EQ(behind, "(ningún error)");
+  EXPECT_NE(refused(), "(ningún error)");
 }
 
 }  // namespace

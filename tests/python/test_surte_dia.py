@@ -429,6 +429,17 @@ class SurteDia(Caso):
                                      [{"estado": "CO", "ocupado": 0}])
                     self.assertEqual([self.existencia(clave) for clave in ("A1", "A2", "A3")], [0, 0, 0])
 
+    def test_an_invoice_that_broke_off_half_way_is_told_of(self):
+        dia = self.muere("Ventas", 2, "--entrega-del-dia", renglones="1,A1,2,5,\n1,A2,1,5,\n2,A3,1,5,\n")
+        hecho = self.surte(dia, "--omite-registradas", codigo=1)
+        self.assertIn("La factura 1 está en la salida 1, pendiente: revise sus renglones y finalícela.", hecho.stdout)
+        with sqlite3.connect(self.base.removeprefix("sqlite:")) as conexion:
+            conexion.execute("UPDATE salidas SET estado = 'CO', ocupado = 0 WHERE salida = 1")
+        hecho = self.surte(dia, "--omite-registradas", codigo=1)
+        self.assertIn("La factura 1 está en la salida 1, afectada a medias: complétela.", hecho.stdout)
+        self.abre().completa("Salida", 1)
+        self.assertNotIn("La factura 1 está en la salida 1,", self.surte(dia, "--omite-registradas").stdout)
+
     def test_another_day_of_the_same_name_brings_its_own_delivery(self):
         self.muere("Ventas", 1, "--entrega-del-dia")
         hecho = self.surte("9,A1,7,5,\n", "--entrega-del-dia", "--omite-registradas")

@@ -1,0 +1,176 @@
+// The sub-commands of the program: what they print, what they do, and the code that a script gets.
+#include "host/ordenes.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <sstream>
+
+#include "tests/host/puestos.h"
+
+namespace tarvik::host {
+namespace {
+
+using tests::Escenario;
+
+class OrdenesDePrueba : public DosPuestos {
+ protected:
+  struct Dicho {
+    int codigo;
+    std::string salida;
+    std::string errores;
+  };
+  Dicho Corre(std::vector<std::string> words, std::optional<bool> confirma = {}) {
+    CLI::App program;
+    Ordenes orders(program);
+    std::reverse(words.begin(), words.end());
+    program.parse(words);
+    EXPECT_TRUE(orders.Pedida());
+    Opciones options;
+    options.base = base;
+    options.usuario = "EVA";
+    options.estacion = "E7";
+    options.ruta = carpeta.Ruta("datos").string();
+    std::ostringstream out, errors;
+    Consola console{out, errors, {}};
+    if (confirma) console.confirma = [&](const std::string&) { return *confirma; };
+    const int code = orders.Corre(std::move(options), console);
+    return {code, out.str(), errors.str()};
+  }
+  std::int32_t Afectada() {
+    auto& f = ana.Entrada({"5", "6"});
+    const std::int32_t number = f.Entrada;
+    Escenario::Tecla(f, "F5");
+    return number;
+  }
+  void QuitaElPrimero() {
+    Sql("DELETE FROM movsinv WHERE id_entrada = 1");
+    Sql("UPDATE existenciaalmacen SET existencia = existencia - 5 WHERE articulo = 'A-100'");
+  }
+
+  CarpetaTemporal carpeta;
+  std::string base = Direccion();
+};
+
+TEST_F(OrdenesDePrueba, OfWholeDocumentsThereIsNothingToDo) {
+  const auto number = std::to_string(Afectada());
+  EXPECT_EQ(Corre({"a_medias"}).salida, "Todos los documentos están enteros.\n");
+  EXPECT_EQ(Corre({"a-medias"}).codigo, kBien);
+  EXPECT_EQ(Corre({"completa", "entrada", number}).salida, "El documento estaba entero.\n");
+  EXPECT_EQ(Corre({"completa", "--todos"}).codigo, kBien);
+}
+
+TEST_F(OrdenesDePrueba, AHalfPostedDocumentIsListedAndCompleted) {
+  const auto number = std::to_string(Afectada());
+  QuitaElPrimero();
+  const Dicho listed = Corre({"a_medias"});
+  EXPECT_EQ(listed.codigo, kHayFaltas);
+  EXPECT_EQ(listed.salida,
+            "Tipo     Documento  Estado  Renglones  Faltan\n"
+            "Entrada  1          CO      2          1\n");
+  EXPECT_EQ(Corre({"completa", "entrada", number}).salida, "Se hizo 1 movimiento que faltaba.\n");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "2");
+  QuitaElPrimero();
+  EXPECT_EQ(Corre({"completa", "--todos"}).salida,
+            "Entrada 1: 1 movimiento que faltaba.\nTodos los documentos están enteros.\n");
+}
+
+TEST_F(OrdenesDePrueba, WhatCannotBeCompletedIsAnErrorAndTwo) {
+  for (const auto& [words, told] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+           {{"completa"}, "Diga qué documento, por ejemplo: completa entrada 12; o --todos\n"},
+           {{"completa", "entrada"}, "Diga qué documento, por ejemplo: completa entrada 12; o --todos\n"},
+           {{"completa", "entrada", "9"}, "No existe la entrada 9\n"},
+           {{"completa", "factura", "9"},
+            "No hay documentos del tipo \"factura\"; son \"Entrada\" y \"Salida\"\n"}}) {
+    const Dicho said = Corre(words);
+    EXPECT_EQ(said.codigo, kError);
+    EXPECT_EQ(said.errores, told);
+  }
+}
+
+TEST_F(OrdenesDePrueba, APendingDocumentWithLinesThatHaveMovedIsLeftToItsScreen) {
+  Afectada();
+  Sql("UPDATE entradas SET estado = 'PE'");
+  const Dicho said = Corre({"completa", "--todos"});
+  EXPECT_EQ(said.codigo, kHayFaltas);
+  EXPECT_EQ(said.salida, "Entrada 1: está pendiente con renglones ya movidos; finalícela en su pantalla.\n");
+}
+
+TEST_F(OrdenesDePrueba, TheWholeBaseIsProvedAndMended) {
+  Sql("DELETE FROM existenciaalmacen");
+  Afectada();
+  EXPECT_EQ(Corre({"revisa"}).salida, "La base está sana.\n");
+  Sql("UPDATE prods SET alm1 = 77 WHERE articulo = 'A-100'");
+  const Dicho found = Corre({"revisa"});
+  EXPECT_EQ(found.codigo, kHayFaltas);
+  EXPECT_NE(found.salida.find("columna"), std::string::npos) << found.salida;
+  EXPECT_NE(found.salida.find("reparable"), std::string::npos) << found.salida;
+  const Dicho mended = Corre({"revisa", "--repara"});
+  EXPECT_EQ(mended.codigo, kBien);
+  EXPECT_NE(mended.salida.find("reparado"), std::string::npos) << mended.salida;
+  Sql("UPDATE series SET valor = 9 WHERE nombre = 'MovEnt'");
+  EXPECT_EQ(Corre({"revisa"}).codigo, kBien);
+  EXPECT_EQ(Corre({"revisa", "--huecos"}).codigo, kHayFaltas);
+}
+
+TEST_F(OrdenesDePrueba, StockWhoseOpeningIsNotInTheLedgerIsEntered) {
+  Afectada();
+  EXPECT_EQ(Corre({"revisa", "--abre-saldos"}).salida, "Se asentaron 2 movimientos de apertura.\n");
+  EXPECT_EQ(Corre({"revisa", "--abre-saldos"}).salida, "Se asentaron 0 movimientos de apertura.\n");
+}
+
+TEST_F(OrdenesDePrueba, HoldersAreListedAndADocumentIsLetGoOf) {
+  const auto& f = ana.Entrada({"5"});
+  const Dicho held = Corre({"tenencias"});
+  EXPECT_EQ(held.codigo, kBien);
+  EXPECT_NE(held.salida.find("ANA"), std::string::npos) << held.salida;
+  const Dicho freed = Corre({"libera", "entrada", std::to_string(f.Entrada), "--motivo", "se fue"});
+  EXPECT_EQ(freed.salida, "El documento está libre.\n");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM tenencias"), "0");
+  const Dicho record = Corre({"bitacora", "--desde", "2024-03-05"});
+  EXPECT_NE(record.salida.find("Motivo: se fue"), std::string::npos) << record.salida;
+  EXPECT_EQ(Corre({"bitacora", "--desde", "ayer"}).codigo, kError);
+  EXPECT_EQ(Corre({"libera", "entrada", "9"}).errores, "No existe la entrada 9\n");
+}
+
+TEST_F(OrdenesDePrueba, ARequestWaitsForItsAnswer) {
+  const auto& f = ana.Entrada({"5"});
+  const auto number = std::to_string(f.Entrada);
+  const Dicho nobody = Corre({"pide", "entrada", number, "--espera", "0"});
+  EXPECT_EQ(nobody.codigo, kError);
+  EXPECT_EQ(nobody.errores, "Nadie contestó por la entrada 1.\n");
+  Sql("DELETE FROM tenencias");
+  EXPECT_EQ(Corre({"pide", "entrada", number}).errores,
+            "Nadie tiene abierta la entrada 1: no hay a quién pedirla\n");
+}
+
+TEST_F(OrdenesDePrueba, ADocumentIsDeletedAfterAQuestionAndWhatStaysIsAnError) {
+  const auto number = std::to_string(Afectada());
+  const Dicho declined = Corre({"elimina", "entrada", number}, false);
+  EXPECT_EQ(declined.codigo, kError);
+  EXPECT_NE(declined.errores.find("está afectada y tiene 2 renglones con 2 movimientos"), std::string::npos)
+      << declined.errores;
+  EXPECT_EQ(Corre({"elimina", "entrada", number}).codigo, kError) << "nobody is there to say yes";
+  const Dicho done = Corre({"elimina", "entrada", number, "--si"});
+  EXPECT_EQ(done.codigo, kBien);
+  EXPECT_EQ(done.salida, "Se eliminó la entrada 1.\n");
+  EXPECT_EQ(done.errores.find("Ocurrió un error"), std::string::npos) << done.errores;
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
+  EXPECT_EQ(Corre({"elimina", "entrada", number, "--si"}).errores, "No existe la entrada 1\n");
+
+  const auto& held = ana.Entrada({"5"});
+  const Dicho busy = Corre({"elimina", "entrada", std::to_string(held.Entrada), "--si"});
+  EXPECT_EQ(busy.codigo, kError);
+  EXPECT_NE(busy.errores.find("no se eliminó"), std::string::npos) << busy.errores;
+}
+
+TEST_F(OrdenesDePrueba, OfANameMistypedNoBaseIsMade) {
+  const std::string file = carpeta.Ruta("tienad.db").string();
+  base = "sqlite:" + file;
+  const Dicho said = Corre({"revisa"});
+  EXPECT_EQ(said.codigo, kError);
+  EXPECT_EQ(said.errores, "No existe la base " + file + "\n");
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+}  // namespace
+}  // namespace tarvik::host
