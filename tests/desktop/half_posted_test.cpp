@@ -338,5 +338,17 @@ TEST_F(Cortados, ARoutineThatFailsIsToldAndStaysOffered) {
   EXPECT_TRUE(Notices().isVisible());
 }
 
+TEST_F(Mitades, WhatCannotBeLookedAtIsToldAsDamage) {
+  Afectada(2);
+  auto& base = program->Host().Conexion();
+  base.Execute("ALTER TABLE cierres RENAME TO apartados");
+  HalfPosted& half = program->Window().Half();
+  half.LookAtOpening();
+  ASSERT_TRUE(Until([&] { return !half.Damage().empty(); }));
+  EXPECT_TRUE(half.Damage().front().texto.starts_with("No se pudieron revisar los documentos: "))
+      << half.Damage().front().texto;
+  base.Execute("ALTER TABLE apartados RENAME TO cierres");
+}
+
 }  // namespace
 }  // namespace tarvik::desktop

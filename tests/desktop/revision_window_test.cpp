@@ -131,6 +131,22 @@ TEST_F(Revision, WhoCancelsWaitsNoLonger) {
   EXPECT_FALSE(Ventana().isVisible());
 }
 
+TEST_F(Revision, ARepairIsWaitedForAndItsEndIsTold) {
+  Afectada();
+  Sql("UPDATE prods SET ALM1 = 77 WHERE articulo = 'MAR-16'");
+  Revisa();
+  bool mended = false;
+  QObject::connect(&Ventana(), &RevisionWindow::Mended, [&] { mended = true; });
+  program->Platform().on_box = [](forms::BoxKind, const std::string&, int) { return true; };
+  Ventana().Mend();
+  ASSERT_TRUE(Ventana().Busy());
+  EXPECT_TRUE(Dice().contains("Reparando")) << Dice().toStdString();
+  Ventana().Cancel();
+  EXPECT_TRUE(Ventana().Busy()) << "half a repair is none";
+  ASSERT_TRUE(QTest::qWaitFor([&] { return mended; }, 10000));
+  EXPECT_FALSE(Ventana().Busy());
+}
+
 TEST_F(Revision, TheListIsCopiedAsText) {
   Afectada();
   Sql("UPDATE prods SET ALM1 = 77 WHERE articulo = 'MAR-16'");
