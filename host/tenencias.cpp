@@ -312,7 +312,7 @@ void Custodia::SueltaBandera(const Retenido& documento) noexcept {
                         " = ? AND NOT EXISTS (SELECT 1 FROM tenencias WHERE tipo = ? AND documento = ?)",
                     {documento.numero, std::string(NombreDe(documento.tipo)), documento.numero});
   } catch (const data::Error& error) {
-    if (error.Passing()) por_soltar_.push_back(documento);
+    if (error.Passing() || error.Kind() == data::Trouble::kSlow) por_soltar_.push_back(documento);
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): it stays, and is nobody's
   }
 }

@@ -50,7 +50,7 @@ TEST_F(ConexionDePrueba, WhatTheHostsServicesSendForThemselvesIsNotTold) {
 
 // A routine sends what it likes; on a screen that it shows and waits for an operator types again.
 TEST_F(ConexionDePrueba, TheFenceIsOpenForARoutineAndClosedOnTheScreenThatItWaitsFor) {
-  const std::string text = "SELECT articulo FROM prods WHERE articulo = '' OR HEX(articulo) = 'x'";
+  const std::string text = "SELECT articulo FROM prods WHERE articulo = '' OR RTRIM(articulo) = 'x'";
   const auto refused = [&] { return ErrorDe([&] { Ambiente().Conexion().Select(text); }); };
   std::string inside, modal, behind;
   forms::HeadlessPlatform& own = plataforma;
