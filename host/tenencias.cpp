@@ -301,6 +301,7 @@ void Custodia::TerminaActo() noexcept {
 
 void Custodia::QuitaPendientes() noexcept {
   for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
+  if (!por_quitar_.empty()) return;  // a flag goes behind its lease
   for (const Retenido& document : std::exchange(por_soltar_, {})) SueltaBandera(document);
 }
 
