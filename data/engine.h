@@ -37,7 +37,7 @@ class EngineConnection : public Connection {
   // for a text that anybody typed. Throws Error as Execute() does.
   virtual void Define(const std::string& text) = 0;
 
-  // For the host's posting only: a unit that holds whole or not at all. See Transaction.
+  // For the host's services, never for a screen: a unit that holds whole or not at all. See Transaction.
   // Begin makes no other unit wait on a server, where rows are locked one by one: whoever takes several
   // takes them in the order of their keys. The embedded engine has one writer; there it takes the write
   // lock at once and throws Error (kBusy) if another holds it too long.

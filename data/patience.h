@@ -9,7 +9,7 @@ namespace tarvik::data {
 
 // One for each connection. An act has five seconds; once they are spent the base is known to be in
 // trouble, and each later statement of the act is sent with a wait of nothing, since the base may be
-// back. A statement that got through gives the patience back. Where no act is under way (a script that
+// back. A change that stands gives the patience back. Where no act is under way (a script that
 // calls a procedure), what was spent comes back a second after the last vain wait.
 class Patience {
  public:
@@ -48,7 +48,7 @@ class Patience {
     spent_ = kWhole;
     last_vain_ = Clock::now();
   }
-  // A statement got through: the base is well again.
+  // A change stands: the base is well again.
   void Well() { spent_ = {}; }
 
  private:
