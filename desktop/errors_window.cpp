@@ -1,6 +1,5 @@
 #include "desktop/errors_window.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QFrame>
@@ -113,15 +112,8 @@ ErrorsWindow::ErrorsWindow(QWidget* parent)
   keys->Show({{tr("↑ ↓"), tr("aviso")}, {tr("Ctrl+C"), tr("copiar todos")}, {tr("Esc"), tr("cerrar")}});
   column->addWidget(KeyLine(*keys));
 
-  const auto key = [this](const QKeySequence& sequence, auto&& act) {
-    auto* action = new QAction(this);
-    action->setShortcut(sequence);
-    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    addAction(action);
-    connect(action, &QAction::triggered, this, act);
-  };
-  key(QKeySequence::Copy, [this] { Copy(); });
-  key(QKeySequence(Qt::Key_Escape), [this] { close(); });
+  AddKey(*this, QKeySequence::Copy, [this] { Copy(); });
+  AddKey(*this, QKeySequence(Qt::Key_Escape), [this] { close(); });
   setFocusProxy(table_);
   resize(100 * kGrid, 64 * kGrid);
 }

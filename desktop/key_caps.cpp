@@ -1,7 +1,9 @@
 #include "desktop/key_caps.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QHBoxLayout>
+#include <utility>
 
 #include "desktop/theme.h"
 
@@ -79,6 +81,14 @@ void KeyCaps::Fit() {
 void KeyCaps::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   Fit();
+}
+
+void AddKey(QWidget& window, const QKeySequence& key, std::function<void()> act) {
+  auto* action = new QAction(&window);
+  action->setShortcut(key);
+  action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  window.addAction(action);
+  QObject::connect(action, &QAction::triggered, &window, std::move(act));
 }
 
 QWidget* FootLine(KeyCaps& caps, QWidget* at_right) {

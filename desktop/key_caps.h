@@ -2,11 +2,13 @@
 // finds no room is left out, from the end; it never makes a window wider.
 #pragma once
 
+#include <QKeySequence>
 #include <QLabel>
 #include <QList>
 #include <QPair>
 #include <QString>
 #include <QWidget>
+#include <functional>
 
 class QHBoxLayout;
 
@@ -50,6 +52,9 @@ class KeyCaps final : public QWidget {
   QList<QLabel*> labels_;
   int used_ = 0;  // labels in use, two a key
 };
+
+// A key of a window: works wherever in the window the hand is.
+void AddKey(QWidget& window, const QKeySequence& key, std::function<void()> act);
 
 // The line at a screen's foot: keys at the left, what the caller adds at the right.
 QWidget* FootLine(KeyCaps& caps, QWidget* at_right = nullptr);

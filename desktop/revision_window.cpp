@@ -1,6 +1,5 @@
 #include "desktop/revision_window.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QDate>
@@ -106,17 +105,10 @@ RevisionWindow::RevisionWindow(Office& office, QWidget* parent)
   column->addLayout(body, 1);
   column->addWidget(Foot());
 
-  const auto key = [this](const QKeySequence& sequence, auto&& act) {
-    auto* action = new QAction(this);
-    action->setShortcut(sequence);
-    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-    addAction(action);
-    connect(action, &QAction::triggered, this, act);
-  };
-  key(QKeySequence(Qt::Key_F5), [this] { Check(); });
-  key(QKeySequence::Copy, [this] { Copy(); });
-  key(QKeySequence::Save, [this] { Save(); });
-  key(QKeySequence(Qt::Key_Escape), [this] {
+  AddKey(*this, QKeySequence(Qt::Key_F5), [this] { Check(); });
+  AddKey(*this, QKeySequence::Copy, [this] { Copy(); });
+  AddKey(*this, QKeySequence::Save, [this] { Save(); });
+  AddKey(*this, QKeySequence(Qt::Key_Escape), [this] {
     if (busy_) return Cancel();
     close();
   });

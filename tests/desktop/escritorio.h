@@ -62,6 +62,15 @@ class Escritorio : public ::testing::Test {
     form.Check2.Value(0);  // no paper: the preview is a window of its own
     return form;
   }
+  // A new goods-in with its concept, the hand in the article field.
+  frmEntradasWizard& Receiving() {
+    frmEntradasWizard& form = New();
+    Type(QStringLiteral("COM"));
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Return);
+    EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
+    return form;
+  }
   static void Settle() { QTest::qWait(0); }
   static void Type(const QString& text) {
     for (const QChar letter : text) QTest::keyClick(QApplication::focusWidget(), letter.toLatin1());

@@ -114,15 +114,6 @@ class Lector {
 
 class DiaDificil : public Escritorio {
  protected:
-  // A new goods-in with its concept, the hand in the article field.
-  frmEntradasWizard& Receiving() {
-    frmEntradasWizard& form = New();
-    Type(QStringLiteral("COM"));
-    Press(Qt::Key_Return);
-    Press(Qt::Key_Return);
-    EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
-    return form;
-  }
   void Article(int which, const char* quantity) {
     Line(QString::fromStdString(Escritorio::Article(which)), QString::fromUtf8(quantity));
     Settle();

@@ -13,11 +13,8 @@ namespace {
 
 class Peticiones : public Escritorio {
  protected:
-  frmEntradasWizard& Receiving() {
-    frmEntradasWizard& form = New();
-    Type(QStringLiteral("COM"));
-    Press(Qt::Key_Return);
-    Press(Qt::Key_Return);
+  frmEntradasWizard& WithALine() {
+    frmEntradasWizard& form = Receiving();
     Line(QString::fromStdString(Article(0)), QStringLiteral("3"));
     Settle();
     return form;
@@ -60,7 +57,7 @@ class Peticiones : public Escritorio {
 };
 
 TEST_F(Peticiones, OnYesTheScreenClosesHereAndOpensThereWithTheLineThatWasBeingTyped) {
-  frmEntradasWizard& form = Receiving();
+  frmEntradasWizard& form = WithALine();
   const int number = form.Entrada;
   Type(QStringLiteral("MAR"));
   Ask(number);
@@ -81,7 +78,7 @@ TEST_F(Peticiones, OnYesTheScreenClosesHereAndOpensThereWithTheLineThatWasBeingT
 }
 
 TEST_F(Peticiones, OnNoTheScreenStaysAndWhoAskedIsTold) {
-  frmEntradasWizard& form = Receiving();
+  frmEntradasWizard& form = WithALine();
   Ask(form.Entrada);
   Requests& bar = program->Window().Asked();
   bar.Look();
@@ -97,7 +94,7 @@ TEST_F(Peticiones, OnNoTheScreenStaysAndWhoAskedIsTold) {
 }
 
 TEST_F(Peticiones, AScreenThatRefusesToCloseIsSaidAndTheRequestWaits) {
-  frmEntradasWizard& form = Receiving();
+  frmEntradasWizard& form = WithALine();
   Ask(form.Entrada);
   program->Host().Gancho("ENTRADA006", [](forms::Form& screen, host::AmbienteLocal&) {
     dynamic_cast<frmEntradasWizard&>(screen).CancelaProceso = true;
@@ -113,7 +110,7 @@ TEST_F(Peticiones, AScreenThatRefusesToCloseIsSaidAndTheRequestWaits) {
 }
 
 TEST_F(Peticiones, ADocumentThatNobodyHasOpenCannotBeAskedFor) {
-  frmEntradasWizard& form = Receiving();
+  frmEntradasWizard& form = WithALine();
   const int number = form.Entrada;
   form.Unload();
   program->Host().Conexion().Run("UPDATE entradas SET ocupado = 1", {});

@@ -91,14 +91,22 @@ class Apuros : public Escritorio {
       }
     }
   }
-  void Abierta(frmEntradasWizard& form) {
-    Type("COM");
-    Press(Qt::Key_Return);
-    Press(Qt::Key_Return);
+  // A new goods-in with its concept; what its lines of keys say is looked at.
+  frmEntradasWizard& Abierta() {
+    frmEntradasWizard& form = Receiving();
     window_ = program->Window().windowHandle();
     mirada_ = std::make_unique<Mirada>(program->Window());
     mirada_->Mira();
-    (void)form;
+    return form;
+  }
+  // The same with a line that only wants to be stored.
+  frmEntradasWizard& ConRenglonPorGuardar() {
+    frmEntradasWizard& form = Abierta();
+    Type("MAR-16");
+    Press(Qt::Key_Return);
+    Type("3");
+    Press(Qt::Key_Return);
+    return form;
   }
   static QString Palabra(const QWidget& window) {
     for (const auto* word : window.findChildren<LineWord*>()) {
@@ -113,12 +121,7 @@ class Apuros : public Escritorio {
 };
 
 TEST_F(Apuros, ALineWaitsForAnotherStationAndWhatIsTypedMeanwhileComesAfterwards) {
-  frmEntradasWizard& form = New();
-  Abierta(form);
-  Type("MAR-16");
-  Press(Qt::Key_Return);
-  Type("3");
-  Press(Qt::Key_Return);
+  frmEntradasWizard& form = ConRenglonPorGuardar();
   std::atomic<int> ran = 0;
   std::atomic<int> ran_while_held = 0;
   {
@@ -155,8 +158,7 @@ TEST_F(Apuros, ALineWaitsForAnotherStationAndWhatIsTypedMeanwhileComesAfterwards
 }
 
 TEST_F(Apuros, AFinishWaitsInTheMiddleOfItsLinesAndLosesNone) {
-  frmEntradasWizard& form = New();
-  Abierta(form);
+  Abierta();
   for (const char* article : {"MAR-16", "CIN-AIS", "MAR-16"}) Line(QString::fromLatin1(article), "2");
   std::unique_ptr<Ocupada> busy;
   auto before = program->Platform().on_repaint;
@@ -179,12 +181,7 @@ TEST_F(Apuros, AFinishWaitsInTheMiddleOfItsLinesAndLosesNone) {
 }
 
 TEST_F(Apuros, AWaitThatNobodyNoticesSaysNothing) {
-  frmEntradasWizard& form = New();
-  Abierta(form);
-  Type("MAR-16");
-  Press(Qt::Key_Return);
-  Type("3");
-  Press(Qt::Key_Return);
+  ConRenglonPorGuardar();
   {
     const Ocupada busy(Address().toStdString(), 200ms);
     Press(Qt::Key_Return);
@@ -201,8 +198,7 @@ class Avisos : public Apuros {
  protected:
   // A finish of so many lines, each of which fails: the ledger is away while they are posted.
   void Finaliza(int lines) {
-    frmEntradasWizard& form = New();
-    Abierta(form);
+    Abierta();
     for (int line = 0; line < lines; ++line) Line(line % 2 == 0 ? "MAR-16" : "CIN-AIS", "2");
     program->Platform().on_box = [this](forms::BoxKind kind, const std::string& text, int) {
       boxes.push_back(text);

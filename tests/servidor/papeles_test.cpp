@@ -40,22 +40,7 @@ class Papeles : public Escenario {
     return data::OpenBase(Con(Direccion(), "prueba_" + papel))->Connect();
   }
   // The whole program, opened by a role.
-  void Trabaja(const std::string& papel) {
-    movimientos.reset();
-    anfitrion.reset();
-    host::Opciones opciones;
-    opciones.base = Con(Direccion(), "prueba_" + papel);
-    opciones.usuario = "ANA";
-    opciones.estacion = "E1";
-    opciones.ruta = ruta.string();
-    opciones.plataforma = &plataforma;
-    opciones.testigo = &bitacora;
-    opciones.selector = &bitacora;
-    anfitrion = std::make_unique<host::Anfitrion>(opciones);
-    movimientos = std::make_unique<EntradasSalidas>(*anfitrion);
-    movimientos->Ambiente = &anfitrion->Ambiente();
-    movimientos->Parent = &anfitrion->Parent();
-  }
+  void Trabaja(const std::string& papel) { Abre(Con(Direccion(), "prueba_" + papel)); }
   static void Negado(data::EngineConnection& connection, const std::string& text) {
     const std::string error = ErrorOf([&] { connection.Execute(text); });
     EXPECT_TRUE(error.starts_with("No hay permiso para usar la base: ")) << text << "\n" << error;

@@ -22,8 +22,15 @@ Escenario::Escenario() : ruta(CarpetaNueva()) {
   plataforma.on_beep = [this] { ++pitidos; };
   plataforma.on_unhandled = [this](forms::Form*, const std::string& texto) { no_atrapados.push_back(texto); };
   plataforma.on_search_list = [this](forms::SearchBox& caja) { listas.push_back(caja.Field()->FullName()); };
+  Abre(base_.Direccion());
+  aparte_ = anfitrion->Base().Connect();
+}
+
+void Escenario::Abre(const std::string& direccion) {
+  movimientos.reset();
+  anfitrion.reset();
   host::Opciones opciones;
-  opciones.base = base_.Direccion();
+  opciones.base = direccion;
   opciones.usuario = "ANA";
   opciones.estacion = "E1";
   opciones.ruta = ruta.string();
@@ -31,7 +38,6 @@ Escenario::Escenario() : ruta(CarpetaNueva()) {
   opciones.testigo = &bitacora;
   opciones.selector = &bitacora;
   anfitrion = std::make_unique<host::Anfitrion>(opciones);
-  aparte_ = anfitrion->Base().Connect();
   movimientos = std::make_unique<EntradasSalidas>(*anfitrion);
   movimientos->Ambiente = &anfitrion->Ambiente();
   movimientos->Parent = &anfitrion->Parent();

@@ -82,6 +82,8 @@ class Escenario : public ::testing::Test {
  public:
   Escenario();
   ~Escenario() override;
+  // The program begun anew, on its base by another address.
+  void Abre(const std::string& direccion);
 
   // ---- the world ----
   forms::HeadlessPlatform plataforma;
