@@ -1,6 +1,8 @@
 // From a document to a page: reads the rows, names them for the template, renders, writes the file.
 #include "host/formato.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -183,36 +185,51 @@ void ExigeNombreDeArchivo(const std::string& format) {
   if (!plain) throw data::Error("El nombre de formato \"" + format + "\" no es válido");
 }
 
-// The template's text and the name to tell the operator. A shop that cannot write its folder prints
-// by the built-in one.
+// The file whole or as it was: a program that dies in the middle leaves no half of a page or a template
+// behind. What went wrong; no error if nothing did.
+std::error_code EscribeEntero(const fs::path& path, std::string_view text) {
+  const fs::path part = path.string() + "." + std::to_string(::getpid()) + ".parcial";
+  forms::MakePrivateFile(part.string());
+  errno = 0;
+  std::ofstream file(part, std::ios::binary | std::ios::trunc);
+  file << text;
+  file.close();
+  std::error_code failed;
+  if (file) fs::rename(part, path, failed);
+  if (!file) failed = std::error_code(errno != 0 ? errno : EIO, std::generic_category());
+  std::error_code ignored;
+  if (failed) fs::remove(part, ignored);
+  return failed;
+}
+
+std::string PonPlantillaDeFabrica(const fs::path& path) {
+  forms::MakeFolders(path.parent_path().string());
+  EscribeEntero(path, PlantillaDeFabrica());
+  return std::string(PlantillaDeFabrica());
+}
+
+// The template's text. A shop that cannot write its folder prints by the built-in one; so does one where a
+// part of that was left behind.
 std::string LeePlantilla(const fs::path& path) {
   std::error_code ignored;
-  if (!fs::exists(path, ignored)) {
-    forms::MakeFolders(path.parent_path().string());
-    forms::MakePrivateFile(path.string());
-    std::ofstream copy(path, std::ios::binary);
-    copy << PlantillaDeFabrica();
-    return std::string(PlantillaDeFabrica());
-  }
+  if (!fs::exists(path, ignored)) return PonPlantillaDeFabrica(path);
   std::ifstream file(path, std::ios::binary);
   std::ostringstream text;
   text << file.rdbuf();
   if (!file) {
     throw data::Error("No se puede leer la plantilla " + path.string() + ": " + std::strerror(errno));
   }
-  return data::RepairUtf8(text.str());
+  const std::string found = text.str();
+  const std::string_view own = PlantillaDeFabrica();
+  if (found.size() < own.size() && own.starts_with(found)) return PonPlantillaDeFabrica(path);
+  return data::RepairUtf8(found);
 }
 
 void Escribe(const fs::path& path, const std::string& page) {
   const std::error_code reason = forms::MakeFolders(path.parent_path().string());
-  forms::MakePrivateFile(path.string());
-  errno = 0;
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file << page;
-  file.close();
-  if (!file) {
+  if (const std::error_code failed = EscribeEntero(path, page)) {
     throw data::Error("No se puede escribir la página " + path.string() + ": " +
-                      (reason ? reason.message() : std::string(std::strerror(errno))));
+                      (reason ? reason : failed).message());
   }
 }
 

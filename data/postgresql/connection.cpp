@@ -10,6 +10,7 @@
 #include "data/number.h"
 #include "data/postgresql/reasons.h"
 #include "data/postgresql/values.h"
+#include "data/postgresql/waiting.h"
 #include "data/statement.h"
 #include "data/text.h"
 
@@ -22,7 +23,8 @@ using std::chrono::milliseconds;
 // takes, since a lock is waited for five seconds. Whoever reads a whole base for a report takes longer.
 constexpr milliseconds kAnswer{30'000};
 constexpr milliseconds kReport{120'000};
-constexpr milliseconds kUndo{2000};  // then the session is left, which undoes as well
+constexpr milliseconds kUndo{2000};               // then the session is left, which undoes as well
+constexpr std::chrono::milliseconds kHeard{100};  // in which a word reaches all who listen
 // Of a station that does nothing: how long a try for a new session may take, and the pauses between tries.
 constexpr std::chrono::milliseconds kIdleTry{400};
 constexpr std::chrono::seconds kLookAgain{1};
@@ -345,10 +347,19 @@ void PostgresqlConnection::Commit() {
   if (session_.Lost() && sent.answer.stopped != Answer::Stopped::kNo) Waiting().Vain();
   sent.answer.stopped = Answer::Stopped::kNo;
   Check(std::move(sent), "COMMIT", terms, false);
+  if (std::exchange(told_, false)) LetItBeHeard();
+}
+
+// The others' servers' processes have the word by now; theirs is to pass it on. Whoever wrote it may look at
+// once whether it was heard.
+void PostgresqlConnection::LetItBeHeard() {
+  data::Waiting moment(Waiting(), false);
+  moment.For(-1, 0, Patience::Clock::now() + kHeard);
 }
 
 void PostgresqlConnection::Rollback() noexcept {
   ours_ = false;
+  told_ = false;
   if (!open_ || std::exchange(unit_, Unit::kNone) != Unit::kOpen || session_.Lost()) return;
   const Answer answer = session_.Await(PQsendQuery(session_.Get(), "ROLLBACK"), {kUndo, false});
   if (PQresultStatus(answer.result.get()) != PGRES_COMMAND_OK) session_.Drop();
@@ -422,7 +433,13 @@ std::int64_t PostgresqlConnection::Changes() {
 
 void PostgresqlConnection::Notify() {
   RequireOpen();
+  const bool at_once = unit_ == Unit::kNone;
   Send("NOTIFY tarvik", "NOTIFY tarvik", {kAnswer});
+  if (at_once) {
+    LetItBeHeard();
+  } else {
+    told_ = true;
+  }
 }
 
 // The life is in the session's name, which every role can read and no lock or function is needed for: the

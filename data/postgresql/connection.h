@@ -59,6 +59,7 @@ class PostgresqlConnection final : public EngineConnection {
   void Ready();
   void Renew(Patience& patience);
   [[noreturn]] void LostInUnit();
+  void LetItBeHeard();
 
   [[nodiscard]] bool Fences() const { return Fenced() && procedures_ == 0; }
   [[nodiscard]] Terms TermsOf(std::string_view text) const;  // of a Select or an Execute
@@ -95,6 +96,7 @@ class PostgresqlConnection final : public EngineConnection {
   Unit unit_ = Unit::kNone;
   bool ours_ = false;   // Begin() made it
   int procedures_ = 0;  // that are running
+  bool told_ = false;   // the unit that is open tells the others something
   std::int64_t changes_ = 0;
   Patience::Clock::time_point look_again_;
   std::chrono::seconds look_pause_{1};

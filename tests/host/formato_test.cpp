@@ -188,6 +188,21 @@ TEST_F(Formatos, TheTemplateIsPutInTheFolderAtFirstUseAndADeployersIsUsed) {
   EXPECT_NE(Lee(Plantilla("entrada")), PlantillaDeFabrica());
 }
 
+// A program that was killed while it put the template there.
+TEST_F(Formatos, APartOfTheBuiltInTemplateIsPutThereAnew) {
+  Imprime("entrada", 12, *forma);
+  for (const std::size_t left : {std::size_t{0}, std::size_t{1}, PlantillaDeFabrica().size() - 1}) {
+    Graba(Plantilla("entrada"), std::string(PlantillaDeFabrica().substr(0, left)));
+    EXPECT_TRUE(Tiene(Imprime("entrada", 12, *forma), "CIN-AIS")) << left;
+    EXPECT_EQ(Lee(Plantilla("entrada")), PlantillaDeFabrica()) << left;
+  }
+  for (const char* folder : {"datos/formatos", "datos/impresos"}) {
+    for (const auto& file : std::filesystem::directory_iterator(carpeta.Ruta(folder))) {
+      EXPECT_NE(file.path().extension(), ".parcial") << "nothing half stays beside it";
+    }
+  }
+}
+
 TEST_F(Formatos, AnotherFormatTakesTheDocumentOfItsScreen) {
   Graba(Plantilla("corto"), "{{titulo}} {{numero}}");
   EXPECT_EQ(Imprime("corto", 12, *forma), "Entrada de mercancía 12");
