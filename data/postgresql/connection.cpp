@@ -350,8 +350,8 @@ void PostgresqlConnection::Commit() {
   if (std::exchange(told_, false)) LetItBeHeard();
 }
 
-// The others' servers' processes have the word by now; theirs is to pass it on. Whoever wrote it may look at
-// once whether it was heard.
+// The server has the word and passes it on by itself, a moment later. Whoever wrote it may look at once
+// whether the others have noticed.
 void PostgresqlConnection::LetItBeHeard() {
   data::Waiting moment(Waiting(), false);
   moment.For(-1, 0, Patience::Clock::now() + kHeard);
