@@ -125,14 +125,13 @@ class Posteo {
     }
   }
 
-  std::vector<Asiento> Faltantes() {
+  std::vector<Asiento> Faltantes(Libro& ledger) {
     std::vector<Asiento> missing;
     const std::string line(tables_.renglon);
     const data::Rows rows = connection_.Run("SELECT * FROM " + std::string(tables_.partidas) + " WHERE " +
                                                 std::string(tables_.clave) + " = ? ORDER BY " + line,
                                             {number_});
     data::Recordset lines(rows);
-    Libro ledger(connection_);
     Asiento entry = Encabezado();
     const bool transfer = tipo_ == Tipo::Salida && data::IsNonZero(head_.Fields("estraspaso"));
     const bool to_station = transfer && data::IsNonZero(head_.Fields("traspasoaestacion"));
@@ -240,19 +239,21 @@ double AsientaOEspera(Libro& ledger, const Asiento& entry, const std::string& ti
 
 int Completa(const Completador& who, Tipo tipo, std::int32_t documento) {
   using Hecho = std::pair<Propiedades, double>;
+  ReglaDelLibro rule(who.connection);
+  Libro ledger(who.connection, rule);
   const std::vector<Hecho> made = ConPaciencia(who.connection, [&] {
     std::vector<Hecho> done;
+    ledger.Prepara();
     data::Transaction whole(who.connection);
     Posteo posting(who, tipo, documento);
-    std::vector<Asiento> missing = posting.Faltantes();
+    std::vector<Asiento> missing = posting.Faltantes(ledger);
     if (missing.empty()) return done;
     TomaEnOrden(who.connection, missing);
     // The base's own rule does not watch over a line 0: behind the locks, what is missing is certain.
     if (std::any_of(missing.begin(), missing.end(),
                     [](const Asiento& entry) { return entry.ColumnaDelRenglon() == nullptr; })) {
-      missing = posting.Faltantes();
+      missing = posting.Faltantes(ledger);
     }
-    Libro ledger(who.connection);
     for (const Asiento& entry : missing) {
       who.testigo.Servicio("Afecta");
       ExigeCompleto(entry);

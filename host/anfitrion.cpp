@@ -113,6 +113,7 @@ struct Anfitrion::Interior {
         observada(*conexion, testigo, plataforma),
         ambiente(host, observada, *conexion, testigo, opciones),
         maestra(testigo),
+        regla(*conexion),
         cierres(*conexion, plataforma, ambiente),
         funciones(*conexion, plataforma, testigo, cierres),
         catalogo(ambiente, *conexion, observada, plataforma, testigo, impresora, cierres),
@@ -183,6 +184,7 @@ struct Anfitrion::Interior {
   ConexionObservada observada;
   AmbienteEnBase ambiente;
   FormaMaestra maestra;
+  ReglaDelLibro regla;
   Cierres cierres;
   std::vector<std::string> avisos;  // what the operator is told once the act is over
   FuncionesLocales funciones;
@@ -302,7 +304,7 @@ service::ConsultasCatalogo& Anfitrion::ConsultasCatalogo() { return interior_->c
 
 std::unique_ptr<service::MovimientoInventario> Anfitrion::NuevoMovimiento() {
   return std::make_unique<MovimientoLocal>(
-      interior_->plataforma, interior_->testigo, &interior_->cierres,
+      interior_->plataforma, interior_->testigo, interior_->regla, &interior_->cierres,
       [interior = interior_.get()](Tipo tipo, std::int32_t line) {
         interior->custodia.ExigeRenglon(tipo, line);
       },

@@ -18,6 +18,11 @@ std::string AQuinceCifras(data::Dialect dialect, const std::string& suma) {
 
 }  // namespace
 
+bool ReglaDelLibro::ConPasado() {
+  if (!with_past_) with_past_ = !data::RulesWithPast(connection_).empty();
+  return *with_past_;
+}
+
 data::Value Libro::SumaExistencia(const Asiento& asiento, double cambio) {
   const std::string suma =
       AQuinceCifras(connection_.Kind(), "COALESCE(existenciaalmacen.existencia, 0) + excluded.existencia");
@@ -55,7 +60,7 @@ void Libro::SumaEnElArticulo(const Asiento& asiento, double cambio) {
   const double almacen = data::ToNumber(asiento.almacen);
   if (almacen != std::trunc(almacen) || std::abs(almacen) > 1e9) return;
   const std::string columna = "ALM" + std::to_string(static_cast<long>(almacen));
-  if (!prods_columns_) prods_columns_ = connection_.Columns("prods");
+  Prepara();
   if (std::find(prods_columns_->begin(), prods_columns_->end(), data::LowerAscii(columna)) ==
       prods_columns_->end()) {
     return;
@@ -131,7 +136,7 @@ double Libro::Asienta(const Asiento& asiento, const std::string& hora) {
   const double change = data::ToText(asiento.ent_sal) == "E" ? quantity : -quantity;
   const data::Value balance = SumaExistencia(asiento, change);
   // Where the base's rule looks only at what came after it, a line that moved before it is looked for here.
-  if (asiento.ColumnaDelRenglon() != nullptr && ReglaConPasado() && Anterior(asiento)) {
+  if (asiento.ColumnaDelRenglon() != nullptr && rule_.ConPasado() && Anterior(asiento)) {
     throw data::Error("El renglón ya se había movido", data::Trouble::kDuplicate);
   }
   const double worth = EscribeRenglon(asiento, hora, balance);
@@ -139,9 +144,9 @@ double Libro::Asienta(const Asiento& asiento, const std::string& hora) {
   return worth;
 }
 
-bool Libro::ReglaConPasado() {
-  if (!with_past_) with_past_ = !data::RulesWithPast(connection_).empty();
-  return *with_past_;
+void Libro::Prepara() {
+  rule_.ConPasado();
+  if (!prods_columns_) prods_columns_ = connection_.Columns("prods");
 }
 
 std::optional<AsientoDeAntes> Libro::Anterior(const Asiento& asiento) {

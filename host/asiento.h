@@ -41,10 +41,26 @@ struct AsientoDeAntes {
   std::string documento;
 };
 
+// Whether the base held doubles when its rule came: the rule then holds for the rows behind them, and a line
+// that moved before it is looked for. A rule comes while a base is opened; asked once a program.
+class ReglaDelLibro {
+ public:
+  explicit ReglaDelLibro(data::EngineConnection& connection) : connection_(connection) {}  // outlives this
+  bool ConPasado();
+
+ private:
+  data::EngineConnection& connection_;
+  std::optional<bool> with_past_;
+};
+
 // The ledger of one base, for one posting run.
 class Libro {
  public:
-  explicit Libro(data::EngineConnection& connection) : connection_(connection) {}  // outlives this
+  // Both outlive this.
+  Libro(data::EngineConnection& connection, ReglaDelLibro& rule) : connection_(connection), rule_(rule) {}
+
+  // Asks what a run has to know before its first unit: inside one, rows would stay locked meanwhile.
+  void Prepara();
 
   // What the movement is worth: quantity times price for an inflow, quantity times the article's unit cost
   // for an outflow.
@@ -63,13 +79,11 @@ class Libro {
  private:
   data::Value SumaExistencia(const Asiento& asiento, double cambio);
   double EscribeRenglon(const Asiento& asiento, const std::string& hora, const data::Value& saldo);
-  // The base held doubles when its rule came, and the rule holds for the rows behind them.
-  bool ReglaConPasado();
   void SumaEnElArticulo(const Asiento& asiento, double cambio);
 
   data::EngineConnection& connection_;
+  ReglaDelLibro& rule_;
   std::optional<std::vector<std::string>> prods_columns_;  // asked for once a run
-  std::optional<bool> with_past_;                          // so is this
 };
 
 }  // namespace tarvik::host

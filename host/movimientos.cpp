@@ -14,7 +14,7 @@ void MovimientoLocal::Afecta(bool, double& amount) {
   if (ambiente_ == nullptr) throw data::Error("El movimiento no tiene ambiente");
   ExigeCompleto(asiento_);
   data::EngineConnection& connection = ambiente_->Conexion().Engine();
-  if (!libro_) libro_.emplace(connection);
+  if (!libro_) libro_.emplace(connection, regla_);
   const bool applies = asiento_.aplica.IsNull() || data::IsNonZero(asiento_.aplica);
   const double worth = applies ? Mueve(connection, *libro_) : libro_->Importe(asiento_);
   testigo_.Movimiento(asiento_.Puestas(), worth);
@@ -29,6 +29,7 @@ double MovimientoLocal::Mueve(data::EngineConnection& connection, Libro& libro) 
   }
   return ConPaciencia(connection, [&] {
     try {
+      libro.Prepara();
       data::Transaction whole(connection);
       if (cierres_ != nullptr) cierres_->Empieza(asiento_);
       const double worth = libro.Asienta(asiento_, platform_.Now().time.Text());

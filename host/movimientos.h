@@ -27,9 +27,11 @@ class MovimientoLocal : public service::MovimientoInventario {
   using Permiso = std::function<void(Tipo, std::int32_t renglon)>;
 
   // All outlive this; `cierres` may be nullptr: how far a finish came is then not kept.
-  MovimientoLocal(forms::Platform& platform, Testigo& testigo, Cierres* cierres, Permiso permiso, Aviso aviso)
+  MovimientoLocal(forms::Platform& platform, Testigo& testigo, ReglaDelLibro& regla, Cierres* cierres,
+                  Permiso permiso, Aviso aviso)
       : platform_(platform),
         testigo_(testigo),
+        regla_(regla),
         cierres_(cierres),
         permiso_(std::move(permiso)),
         aviso_(std::move(aviso)) {}
@@ -70,6 +72,7 @@ class MovimientoLocal : public service::MovimientoInventario {
 
   forms::Platform& platform_;
   Testigo& testigo_;
+  ReglaDelLibro& regla_;
   Cierres* cierres_;
   Permiso permiso_;
   Aviso aviso_;

@@ -116,7 +116,7 @@ TEST_F(Liberacion, AFlagWithoutALeaseIsDeadWhereAllKeepLeasesAndElseAlive) {
 TEST_F(Liberacion, OpeningWhatADeadProgramHeldTellsAndOpens) {
   auto& f = ana.Entrada({"5"});
   const std::int32_t number = f.Entrada;
-  ana.Termina();
+  SeVa(ana);
   ASSERT_FALSE(luis.anfitrion->Tenencias().at(0).viva);
   const auto screen = luis.anfitrion->Abre(Tipo::Entrada, number);
   ASSERT_NE(screen, nullptr);
@@ -161,7 +161,7 @@ TEST_F(Liberacion, OneDeadHolderOfTwoIsNoReason) {
   const std::int32_t number = f.Entrada;
   Sql("UPDATE entradas SET ocupado = 0");
   luis.puerta->ModificaEntrada(number);
-  ana.Termina();
+  SeVa(ana);
   Puesto eva(Direccion(), "EVA", "E3", reloj);
   EXPECT_EQ(eva.anfitrion->Abre(Tipo::Entrada, number), nullptr);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM tenencias"), "2");

@@ -61,7 +61,7 @@ TEST_F(Peticiones, WithNobodyThereThereIsNobodyToAsk) {
   EXPECT_NE(asks(), kCedida);
   Sql("UPDATE entradas SET ocupado = 0");
   ana.puerta->ModificaEntrada(number);
-  ana.Termina();
+  SeVa(ana);
   EXPECT_NE(asks(), kCedida) << "nor does a dead program";
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM peticiones"), "0");
 }
@@ -69,7 +69,7 @@ TEST_F(Peticiones, WithNobodyThereThereIsNobodyToAsk) {
 TEST_F(Peticiones, OfAProgramThatIsGoneWaitNoLonger) {
   auto& f = ana.Entrada({"5"});
   Pide(f);
-  luis.Termina();
+  SeVa(luis);
   EXPECT_TRUE(ana.anfitrion->Peticiones().empty());
 }
 
@@ -79,7 +79,7 @@ TEST_F(Peticiones, NothingIsHandedToWhoIsGone) {
   f.txtFields(4).Text("A-200");
   Pide(f);
   auto waiting = ana.anfitrion->Peticiones();
-  luis.Termina();
+  SeVa(luis);
   EXPECT_EQ(ErrorDe([&] { waiting.at(0).Cede(); }),
             "El programa de quien pidió la entrada 1 ya no está abierto; no se cedió");
   EXPECT_TRUE(f.Open());

@@ -167,6 +167,16 @@ class DosPuestos : public ::testing::Test {
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
   }
+  // The station's program is gone, and the server has noticed.
+  void SeVa(Puesto& station) {
+    data::Value session;
+    if (EnServidor()) session = station.anfitrion->Conexion().Run("SELECT pg_backend_pid()", {}).rows[0][0];
+    station.Termina();
+    for (int turn = 0; EnServidor() && turn < 500; ++turn) {
+      if (Sql("SELECT 1 FROM pg_stat_activity WHERE pid = ?", {session}).rows.empty()) return;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+  }
   // A pending document that nobody has open, its lines of A-100.
   std::int32_t Dejada(std::initializer_list<const char*> cantidades = {"5"}) {
     auto& f = ana.Entrada(cantidades);

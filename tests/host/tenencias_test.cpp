@@ -401,12 +401,12 @@ TEST_F(Tenencias, AsLongAsOthersCommitNothingAnActAsksTheBaseNothing) {
 
 TEST_F(Tenencias, LivesThatAreOverAreClearedAwayAndOnesThatHoldAreKept) {
   ana.Entrada({"5"});
-  ana.Termina();
+  SeVa(ana);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM vidas"), "1");
   luis.Entrada({"5"}).Unload();
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM vidas"), "2") << "one holds a document still";
   luis.anfitrion->Libera(Tipo::Entrada, 1);
-  luis.Termina();
+  SeVa(luis);
   Puesto next(Direccion(), "EVA", "E3", reloj);
   next.Entrada({"5"});
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM vidas"), "1");
