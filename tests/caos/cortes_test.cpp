@@ -72,6 +72,21 @@ TEST_F(Cortes, AWireThatIsCutLosesAnswersAndStandsStill) {
   Dato("respuestas perdidas", puente.Perdidas());
 }
 
+// Otherwise a program that nobody works at would be dead for the others until its next key.
+TEST_F(Cortes, AnIdleProgramIsThereAgainAtItsFirstLookOverASlowWire) {
+  Puente puente(servidor().Enchufe());
+  const auto aqui = data::OpenBase(servidor().Direccion(nombre))->Connect();
+  const auto lejos = data::OpenBase(servidor().Direccion(nombre, puente.Carpeta()))->Connect();
+  lejos->Live(7);
+  ASSERT_TRUE(aqui->Lives(7));
+  puente.Corta();
+  for (int vuelta = 0; vuelta < 200 && aqui->Lives(7); ++vuelta) std::this_thread::sleep_for(10ms);
+  ASSERT_FALSE(aqui->Lives(7));
+  puente.Detiene(200ms);
+  lejos->Changes();
+  EXPECT_TRUE(aqui->Lives(7));
+}
+
 TEST_F(Cortes, TheServerStoppedAndStartedAgain) {
   Trabajan("", Veces("TARVIK_CAOS_PAROS", 4), 400, [&](long i) {
     servidor().Para(i % 2 == 0 ? SIGINT : SIGQUIT);

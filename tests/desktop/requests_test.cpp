@@ -93,6 +93,31 @@ TEST_F(Peticiones, OnNoTheScreenStaysAndWhoAskedIsTold) {
   EXPECT_EQ(told.size(), 1u) << "told once";
 }
 
+// A look that nobody asked for must not hold the next key up.
+TEST_F(Peticiones, WhileTheBaseIsHeldALookWaitsForNothingAndIsMadeUpForLater) {
+  frmEntradasWizard& form = WithALine();
+  Ask(form.Entrada);
+  Requests& bar = program->Window().Asked();
+  data::Patience& patience = program->Host().Conexion().Waiting();
+  int turns = 0;
+  auto before = std::exchange(patience.turn, [&] {
+    ++turns;
+    return true;
+  });
+  const auto holder = program->Host().Base().Connect();
+  const bool on_server = holder->Kind() == data::Dialect::Postgresql;
+  holder->Begin();
+  // In a file who writes keeps no reader out.
+  if (on_server) holder->Run("LOCK TABLE peticiones, tenencias IN ACCESS EXCLUSIVE MODE", {});
+  bar.Look();
+  EXPECT_EQ(turns, 0);
+  EXPECT_EQ(bar.isHidden(), on_server);
+  holder->Rollback();
+  patience.turn = std::move(before);
+  bar.Look();
+  EXPECT_FALSE(bar.isHidden());
+}
+
 TEST_F(Peticiones, AScreenThatRefusesToCloseIsSaidAndTheRequestWaits) {
   frmEntradasWizard& form = WithALine();
   Ask(form.Entrada);

@@ -5,7 +5,9 @@
 #include <thread>
 
 #include "data/error.h"
+#include "host/demo.h"
 #include "host/numeracion.h"
+#include "host/preparacion.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -94,6 +96,83 @@ TEST_F(EnElServidor, StationsNeverDrawTheSameNumber) {
   for (const auto& numbers : drawn) all.insert(numbers.begin(), numbers.end());
   EXPECT_EQ(all.size(), 100U);
   EXPECT_EQ(*all.rbegin(), 100);
+}
+
+// Two programs that open a new base in the same instant: the second one waits, and finds it filled.
+TEST_F(EnElServidor, OfTwoWhoFillANewBaseAtOnceTheSecondFindsItFilled) {
+  for (const char* table : {"mensajes", "parametros", "defform", "ControlProc", "prods"}) {
+    Sql(std::string("DELETE FROM ") + table);
+  }
+  const auto first = anfitrion->Base().Connect();
+  const auto second = anfitrion->Base().Connect();
+  std::string error;
+  std::thread station;
+  {
+    data::Transaction whole(*first);
+    host::UnaALaVez(*first);
+    station = std::thread([&] {
+      try {
+        host::PonPrimerosContenidos(*second);
+        host::PonDemostracion(*second);
+      } catch (const data::Error& failed) {
+        error = failed.what();
+      }
+    });
+    const auto waits = [&] { return Uno("SELECT COUNT(*) FROM pg_locks WHERE NOT granted"); };
+    for (int turn = 0; turn < 300 && waits() == "0"; ++turn) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_NE(waits(), "0");
+    first->Run("INSERT INTO ControlProc (controlproc) VALUES (?)", {7});
+    first->Run("INSERT INTO prods (articulo) VALUES (?)", {"MIO"});
+    whole.Commit();
+  }
+  station.join();
+  EXPECT_EQ(error, "");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM ControlProc"), "1");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM mensajes"), "0");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM prods"), "1");
+}
+
+// Two who enter the openings of the same stock: the second one waits, and sees that nothing is missing.
+TEST_F(EnElServidor, OfTwoWhoEnterOpeningsAtOnceTheSecondFindsNothingMissing) {
+  Sql("INSERT INTO prods (articulo) VALUES ('SUELTO')");
+  Sql("INSERT INTO existenciaalmacen (almacen, articulo, existencia) VALUES (9, 'SUELTO', 4)");
+  Sql("DELETE FROM series WHERE nombre = 'Apertura'");
+  anfitrion->AbreSaldos();
+  ASSERT_EQ(Uno("SELECT COUNT(*) FROM movsinv WHERE articulo = 'SUELTO'"), "1");
+  Sql("DELETE FROM movsinv WHERE articulo = 'SUELTO'");
+  const auto first = anfitrion->Base().Connect();
+  std::size_t entered = 99;
+  std::thread station;
+  {
+    data::Transaction whole(*first);
+    first->Run("UPDATE series SET valor = valor WHERE nombre = 'Apertura'", {});
+    station = std::thread([&] {
+      forms::HeadlessPlatform platform;
+      host::Opciones options;
+      options.base = Direccion();
+      options.usuario = "LUIS";
+      options.estacion = "E2";
+      options.ruta = (ruta / "E2").string();
+      options.plataforma = &platform;
+      host::Anfitrion host(options);
+      entered = static_cast<std::size_t>(host.AbreSaldos());
+    });
+    const auto waits = [&] { return Uno("SELECT COUNT(*) FROM pg_locks WHERE NOT granted"); };
+    for (int turn = 0; turn < 300 && waits() == "0"; ++turn) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_NE(waits(), "0");
+    first->Run(
+        "INSERT INTO movsinv (operacion, ent_sal, articulo, almacen, cantidad) VALUES ('AP', 'E', 'SUELTO', "
+        "9, 4)",
+        {});
+    whole.Commit();
+  }
+  station.join();
+  EXPECT_EQ(entered, 0U);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv WHERE articulo = 'SUELTO'"), "1");
 }
 
 TEST_F(EnElServidor, StationsThatPostAtOnceLeaveTheBooksInAgreement) {

@@ -6,6 +6,7 @@
 
 #include "data/engine.h"
 #include "data/error.h"
+#include "data/postgresql/dial.h"
 #include "tests/data/support.h"
 
 namespace tarvik::data {
@@ -75,6 +76,30 @@ TEST_F(Tls, AServerThatTakesNoneInTheOpenSaysSo) {
   const std::string error =
       ErrorOf([&] { OpenBase(Address("servidor.prueba", "authority.crt", "tarvik", "disable")); });
   EXPECT_NE(error.find(": No hay permiso para usar la base: "), std::string::npos) << error;
+}
+
+// With the network gone a name's look-up can take longer than all else.
+TEST_F(Tls, ASessionIsMadeAnewByTheNumberThatTheNameHadAndByTheNameAgainOnceThatWasInVain) {
+  Place place("postgresql://tarvik@localhost:" + port + "/postgres?sslmode=require");
+  EXPECT_EQ(place.numbers.Of(0), "");
+  ASSERT_NE(DialFirst(place), nullptr);
+  const std::string number = place.numbers.Of(0);
+  EXPECT_TRUE(number == "127.0.0.1" || number == "::1") << number;
+
+  const auto again = [&](std::chrono::milliseconds left) {
+    Patience patience;
+    patience.Waited(Patience::kWhole - left);
+    std::string reason;
+    const bool made = DialAgain(place, patience, 0, reason) != nullptr;
+    return made ? "made" : reason;
+  };
+  EXPECT_EQ(again(std::chrono::milliseconds(2000)), "made");
+  place.numbers.Note(0, "127.0.0.2");  // it has moved: nobody is there any more
+  const std::string reason = again(std::chrono::milliseconds(400));
+  EXPECT_NE(reason.find("127.0.0.2"), std::string::npos) << reason;
+  EXPECT_EQ(place.numbers.Of(0), "");
+  EXPECT_EQ(again(std::chrono::milliseconds(2000)), "made") << "by its name";
+  EXPECT_EQ(place.numbers.Of(0), number);
 }
 
 TEST_F(Tls, APasswordOpensAndIsShownNowhere) {
