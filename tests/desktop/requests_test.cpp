@@ -110,7 +110,7 @@ TEST_F(Peticiones, WhileTheBaseIsHeldALookWaitsForNothingAndIsMadeUpForLater) {
   // In a file who writes keeps no reader out.
   if (on_server) holder->Run("LOCK TABLE peticiones, tenencias IN ACCESS EXCLUSIVE MODE", {});
   bar.Look();
-  EXPECT_EQ(turns, 0);
+  EXPECT_LT(turns, 5) << "a whole wait has some five hundred";
   EXPECT_EQ(bar.isHidden(), on_server);
   holder->Rollback();
   patience.turn = std::move(before);
