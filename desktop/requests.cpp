@@ -68,7 +68,8 @@ void Requests::LookIfWritten() {
     if (!unseen.empty()) emit Failed(QString::fromStdString(unseen));
   }
   try {
-    if (seen_ == host_.Conexion().Changes()) return;
+    // Who closes a document answers nothing, and need not have written where it is heard.
+    if (seen_ == host_.Conexion().Changes() && asked_by_us_.empty()) return;
   } catch (const std::exception&) {
     return;  // a base that is away asks for nothing
   }
@@ -77,14 +78,24 @@ void Requests::LookIfWritten() {
 
 void Requests::Look() {
   if (host_.Plataforma().Acting()) return;
-  const Impatient look(host_.Conexion().Waiting());
-  try {
-    seen_ = host_.Conexion().Changes();
-    asked_of_us_ = host_.Peticiones();
-    Show();
-    LookAtOwn();
-  } catch (const std::exception&) {
-    seen_.reset();  // the next turn tries again
+  std::vector<Settled> settled;
+  {
+    const Impatient look(host_.Conexion().Waiting());
+    try {
+      seen_ = host_.Conexion().Changes();
+      asked_of_us_ = host_.Peticiones();
+      Show();
+      settled = LookAtOwn();
+    } catch (const std::exception&) {
+      seen_.reset();  // the next turn tries again
+    }
+  }
+  for (const auto& [document, outcome] : settled) {
+    if (outcome.clase == host::Desenlace::Clase::kAbre) {
+      emit Granted(document);
+    } else {
+      emit Refused(QString::fromStdString(outcome.texto));
+    }
   }
 }
 
@@ -99,23 +110,19 @@ void Requests::Show() {
   show();
 }
 
-void Requests::LookAtOwn() {
+std::vector<Requests::Settled> Requests::LookAtOwn() {
   std::vector<host::Peticion> waiting;
-  std::vector<host::Peticion> answered;
+  std::vector<Settled> settled;
   for (const host::Peticion& request : asked_by_us_) {
-    (request.Estado() == "pedida" ? waiting : answered).push_back(request);
+    host::Desenlace outcome = request.Mira();
+    if (outcome.clase == host::Desenlace::Clase::kEspera) {
+      waiting.push_back(request);
+    } else {
+      settled.push_back({request.documento, std::move(outcome)});
+    }
   }
   asked_by_us_ = std::move(waiting);
-  for (const host::Peticion& request : answered) {
-    if (request.Estado() == "cedida") {
-      emit Granted(request.documento);
-      continue;
-    }
-    const QString reason = QString::fromStdString(request.Motivo());
-    emit Refused(tr("No se cedió %1%2")
-                     .arg(QString::fromStdString(host::LaDe(request.documento)),
-                          reason.isEmpty() ? QString() : QStringLiteral(": ") + reason));
-  }
+  return settled;
 }
 
 void Requests::Answer(bool yes) {

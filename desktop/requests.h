@@ -33,7 +33,8 @@ class Requests : public QFrame {
   [[nodiscard]] QPushButton& KeepButton() const { return *keep_; }
 
  signals:
-  // A document that was asked for is free for this program; or its holder keeps it, and says why.
+  // A document that was asked for is free for this program; or it stays with its holder, or has no more to
+  // be opened, and why.
   void Granted(host::Retenido document);
   void Refused(const QString& text);
   // Handing over did not work; the request waits on.
@@ -42,7 +43,11 @@ class Requests : public QFrame {
  private:
   void LookIfWritten();
   void Answer(bool yes);
-  void LookAtOwn();
+  struct Settled {
+    host::Retenido document;
+    host::Desenlace outcome;
+  };
+  std::vector<Settled> LookAtOwn();
   void Show();
 
   host::Anfitrion& host_;

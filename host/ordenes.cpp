@@ -208,17 +208,19 @@ int OrdenPide(Sesion& sesion, const std::string& tipo, std::int32_t numero, cons
               int segundos) {
   Peticion request = sesion.Host().Pide(TipoDe(tipo), numero, mensaje);
   const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(segundos);
-  while (request.Estado() == "pedida" && std::chrono::steady_clock::now() < until) {
+  Desenlace outcome = request.Mira();
+  while (outcome.clase == Desenlace::Clase::kEspera && std::chrono::steady_clock::now() < until) {
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    outcome = request.Mira();
   }
-  const std::string state = request.Estado();
-  if (state == "cedida") {
-    sesion.Donde().salida << "Se cedió: " << LaDe(request.documento) << " está libre.\n";
+  if (outcome.clase == Desenlace::Clase::kAbre) {
+    sesion.Donde().salida << LaDe(request.documento, true) << " está libre.\n";
     return kBien;
   }
-  const std::string reason = state == "negada" ? request.Motivo() : std::string();
-  sesion.Donde().errores << (state == "negada" ? "No se cedió " : "Nadie contestó por ")
-                         << LaDe(request.documento) << (reason.empty() ? "" : ": " + reason) << ".\n";
+  if (outcome.clase == Desenlace::Clase::kEspera) {
+    outcome.texto = "Nadie contestó por " + LaDe(request.documento);
+  }
+  sesion.Donde().errores << outcome.texto << ".\n";
   return kError;
 }
 

@@ -50,6 +50,7 @@ void O(const std::string& what, Paso&& step) {
 
 std::string Peticion::Estado() const { return servicio_->Lee(*this).estado; }
 std::string Peticion::Motivo() const { return servicio_->Lee(*this).motivo; }
+Desenlace Peticion::Mira() const { return servicio_->Mira(*this); }
 void Peticion::Cede() { servicio_->Cede(*this); }
 void Peticion::Niega(const std::string& motivo) { servicio_->Niega(*this, motivo); }
 
@@ -71,11 +72,31 @@ ServicioDePeticiones::Respuesta ServicioDePeticiones::Lee(const Peticion& petici
   return {data::ToText(found.rows[0][0]), data::ToText(found.rows[0][1])};
 }
 
-Peticion ServicioDePeticiones::Pide(const Retenido& documento, const std::string& mensaje) {
+Desenlace ServicioDePeticiones::Mira(const Peticion& peticion) const {
+  using Clase = Desenlace::Clase;
+  const Retenido& document = peticion.documento;
+  const Respuesta answer = Lee(peticion);
+  if (answer.estado == "cedida") return {Clase::kAbre, {}};
+  if (answer.estado == "negada") {
+    return {Clase::kNo,
+            "No se cedió " + LaDe(document) + (answer.motivo.empty() ? "" : ": " + answer.motivo)};
+  }
+  if (HayQuienConteste(document)) return {};
+  const auto left = ContenidoDe(connection_, document);
+  if (!left) return {Clase::kNo, LaDe(document, true) + " ya no existe"};
+  if (left->estado == "PE") return {Clase::kAbre, {}};
+  return {Clase::kNo, LaDe(document, true) + " ya está finalizada: quien la tenía la cerró sin contestar"};
+}
+
+// A flag without a lease has nobody behind it who could answer.
+bool ServicioDePeticiones::HayQuienConteste(const Retenido& documento) const {
   const auto holders = LeeTenencias(connection_, documento);
-  // A flag without a lease has nobody behind it who could answer.
-  if (std::none_of(holders.begin(), holders.end(),
-                   [](const Tenencia& holder) { return holder.viva && holder.desde; })) {
+  return std::any_of(holders.begin(), holders.end(),
+                     [](const Tenencia& holder) { return holder.viva && holder.desde; });
+}
+
+Peticion ServicioDePeticiones::Pide(const Retenido& documento, const std::string& mensaje) {
+  if (!HayQuienConteste(documento)) {
     throw data::Error("Nadie tiene abierta " + LaDe(documento) + ": no hay a quién pedirla");
   }
   const std::int64_t life = custodia_.Vida();

@@ -16,6 +16,17 @@ namespace tarvik::host {
 
 class ServicioDePeticiones;
 
+// What has become of a request, for whoever asks.
+struct Desenlace {
+  enum class Clase {
+    kEspera,  // its holder has not answered
+    kAbre,    // the document can be opened: it was handed over, or closed as pending without an answer
+    kNo,      // it can't, and `texto` says why
+  };
+  Clase clase = Clase::kEspera;
+  std::string texto;  // "No se cedió la entrada 1: la termino yo"
+};
+
 // One request, on either side. Valid as long as its host.
 class Peticion {
  public:
@@ -30,6 +41,9 @@ class Peticion {
   // be asked.
   [[nodiscard]] std::string Estado() const;
   [[nodiscard]] std::string Motivo() const;
+  // Never waits for ever: a holder who closes the document, or is gone, need not have answered. Throws
+  // data::Error if the base can't be asked.
+  [[nodiscard]] Desenlace Mira() const;
 
   // The holder's answers; of a request that waits. Throw data::Error, and the request waits on, if it has
   // been answered already, if this program doesn't hold the document, if the screen is in the middle of an
@@ -66,6 +80,8 @@ class ServicioDePeticiones {
     std::string motivo;
   };
   [[nodiscard]] Respuesta Lee(const Peticion& peticion) const;
+  [[nodiscard]] Desenlace Mira(const Peticion& peticion) const;
+  [[nodiscard]] bool HayQuienConteste(const Retenido& documento) const;
   [[noreturn]] static void YaNoLaTiene(const Retenido& documento);
   void RequierePedida(const Peticion& peticion) const;
   void Cede(const Peticion& peticion);

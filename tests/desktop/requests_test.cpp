@@ -93,6 +93,15 @@ TEST_F(Peticiones, OnNoTheScreenStaysAndWhoAskedIsTold) {
   EXPECT_EQ(told.size(), 1u) << "told once";
 }
 
+TEST_F(Peticiones, ADocumentThatItsHolderJustClosesOpensWhereItWasAskedFor) {
+  frmEntradasWizard& form = WithALine();
+  const int number = form.Entrada;
+  Ask(number);
+  form.Unload();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !second->Platform().Screens().empty(); }, 5000)) << "by itself";
+  EXPECT_EQ(dynamic_cast<frmEntradasWizard&>(*second->Platform().Screens().back()).Entrada, number);
+}
+
 // A look that nobody asked for must not hold the next key up.
 TEST_F(Peticiones, WhileTheBaseIsHeldALookWaitsForNothingAndIsMadeUpForLater) {
   frmEntradasWizard& form = WithALine();

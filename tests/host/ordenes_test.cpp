@@ -138,7 +138,15 @@ TEST_F(OrdenesDePrueba, ARequestWaitsForItsAnswer) {
   const Dicho nobody = Corre({"pide", "entrada", number, "--espera", "0"});
   EXPECT_EQ(nobody.codigo, kError);
   EXPECT_EQ(nobody.errores, "Nadie contestó por la entrada 1.\n");
-  Sql("DELETE FROM tenencias");
+  std::thread holder([&] {
+    while (Uno("SELECT COUNT(*) FROM peticiones") == "1")
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    Sql("DELETE FROM tenencias");
+  });
+  const Dicho closed = Corre({"pide", "entrada", number, "--espera", "30"});
+  holder.join();
+  EXPECT_EQ(closed.codigo, kBien);
+  EXPECT_EQ(closed.salida, "La entrada 1 está libre.\n");
   EXPECT_EQ(Corre({"pide", "entrada", number}).errores,
             "Nadie tiene abierta la entrada 1: no hay a quién pedirla\n");
 }

@@ -87,6 +87,44 @@ TEST_F(Peticiones, NothingIsHandedToWhoIsGone) {
   EXPECT_EQ(waiting.at(0).Estado(), "pedida");
 }
 
+using Clase = Desenlace::Clase;
+
+TEST_F(Peticiones, WhoAsksIsToldWhatBecameOfIt) {
+  auto& f = ana.Entrada({"5"});
+  Peticion mine = Pide(f);
+  EXPECT_EQ(mine.Mira().clase, Clase::kEspera);
+  ana.anfitrion->Peticiones().at(0).Niega("la termino yo");
+  EXPECT_EQ(mine.Mira().clase, Clase::kNo);
+  EXPECT_EQ(mine.Mira().texto, "No se cedió la entrada 1: la termino yo");
+  mine = Pide(f);
+  ana.anfitrion->Peticiones().at(0).Cede();
+  EXPECT_EQ(mine.Mira().clase, Clase::kAbre);
+}
+
+// Nobody need answer who closes a document: whoever asked for it is not to wait for ever.
+TEST_F(Peticiones, OneThatItsHolderClosesWithoutAnAnswerCanBeOpenedWhileItIsPending) {
+  auto& f = ana.Entrada({"5"});
+  const Peticion mine = Pide(f);
+  f.Unload();
+  EXPECT_EQ(mine.Estado(), "pedida");
+  EXPECT_EQ(mine.Mira().clase, Clase::kAbre);
+  const auto screen = luis.anfitrion->Abre(Tipo::Entrada, 1);
+  ASSERT_NE(screen, nullptr);
+  EXPECT_EQ(dynamic_cast<frmEntradasWizard&>(*screen).Modo, "MODIFICACION");
+}
+
+TEST_F(Peticiones, OneThatItsHolderFinishesOrDeletesHasNoMoreToBeOpened) {
+  auto& f = ana.Entrada({"5"});
+  const Peticion mine = Pide(f);
+  Escenario::Tecla(f, "F5");
+  EXPECT_EQ(mine.Mira().clase, Clase::kNo);
+  EXPECT_EQ(mine.Mira().texto, "La entrada 1 ya está finalizada: quien la tenía la cerró sin contestar");
+  Sql("DELETE FROM entpart");
+  Sql("DELETE FROM entradas");
+  EXPECT_EQ(mine.Mira().clase, Clase::kNo);
+  EXPECT_EQ(mine.Mira().texto, "La entrada 1 ya no existe");
+}
+
 TEST_F(Peticiones, WhoHasItNoLongerSaysNeitherYesNorNo) {
   auto& f = ana.Entrada({"5"});
   const Peticion mine = Pide(f);
