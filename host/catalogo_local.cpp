@@ -65,6 +65,7 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
 
 void CatalogoLocal::ImprimeDocumento(const std::string& format, std::int32_t number,
                                      service::Ambiente& ambiente, forms::Form& screen, bool) {
+  testigo_.Impreso(format, number);
   testigo_.Servicio("ImprimeDocumento");
   Pedido wanted;
   wanted.formato = format;
@@ -77,7 +78,6 @@ void CatalogoLocal::ImprimeDocumento(const std::string& format, std::int32_t num
   wanted.ahora = platform_.Now();
   const std::string page = ImprimeEnArchivo(engine_, wanted);
   impresora_.Imprime(page, format, number);
-  testigo_.Impreso(format, number);
   cierres_.Corrio(screen, kImprime);
 }
 

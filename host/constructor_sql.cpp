@@ -3,38 +3,15 @@
 
 #include "data/error.h"
 #include "data/number.h"
-#include "data/schema.h"
 #include "data/statement.h"
 #include "data/text.h"
 
 namespace tarvik::host {
-namespace {
 
-std::string ByOwnType(const data::Value& value) {
+std::string LiteralSql(const data::Value& value) {
   if (value.IsNull()) return "NULL";
   if (value.As<std::int64_t>() != nullptr || value.As<double>() != nullptr) {
     return data::PlainNumber(data::ToNumber(value));
-  }
-  return data::Quoted(data::ToText(value));
-}
-
-}  // namespace
-
-std::string LiteralSql(std::string_view table, std::string_view column, const data::Value& value) {
-  if (value.IsNull()) return "NULL";
-  const data::Column* known = data::FindColumn(table, column);
-  if (known == nullptr) return ByOwnType(value);
-  switch (known->type) {
-    case data::ColumnType::Integer:
-    case data::ColumnType::Number:
-    case data::ColumnType::Flag:
-      return data::PlainNumber(data::ToNumber(value));
-    case data::ColumnType::Date: {
-      const std::string text = data::ToText(value);
-      return data::Trim(text).empty() ? "NULL" : data::Quoted(text);
-    }
-    case data::ColumnType::Text:
-      break;
   }
   return data::Quoted(data::ToText(value));
 }
@@ -68,7 +45,7 @@ void ConstructorSql::AgregaCampo(std::string_view tabla, std::string_view campo,
   // emptying the builder must not send them along.
   if (!data::EqualsNoCase(table_, tabla)) campos_.clear();
   table_ = tabla;
-  campos_.push_back({std::string(campo), LiteralSql(tabla, campo, valor)});
+  campos_.push_back({std::string(campo), LiteralSql(valor)});
 }
 
 void ConstructorSql::Condicion(std::string_view text) {

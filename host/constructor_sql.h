@@ -1,5 +1,5 @@
 // ConstructorSql: the statement builder. It writes INSERT and UPDATE with literal values, by the
-// column types of the schema. It neither checks that a column exists nor reads anything back.
+// values' own types. It knows no column, and reads nothing back.
 #pragma once
 
 #include <string>
@@ -11,11 +11,11 @@
 
 namespace tarvik::host {
 
-// A value as it stands in a statement for that column. A column that the schema does not know takes
-// the value by its own type.
-//   Number, integer, flag: a number; a text is read as one, an empty one is 0.
-//   Text: quoted, a number as its plain text. Date: quoted; an empty text is NULL.
-std::string LiteralSql(std::string_view table, std::string_view column, const data::Value& value);
+// A value as it stands in a statement, by its own type whatever the column: a number bare, a text or a date in
+// quotes, a null as NULL. What an engine makes of a quoted number, or of an empty text for a number, is the
+// engine's.
+//   7.5 gives 7.5; "7" gives '7'; "" gives ''; 5 March 2024 gives '2024-03-05'
+std::string LiteralSql(const data::Value& value);
 
 class ConstructorSql : public service::Query {
  public:

@@ -126,7 +126,7 @@ void Distintos(const Revisor& revisor, Observaciones& found) {
   for (const Tipo tipo : kTipos) {
     const bool issue = tipo == Tipo::Salida;
     const std::string warehouse =
-        issue ? "CASE WHEN m.operacion = 'T+' THEN d.almt ELSE d.almacen END" : "d.almacen";
+        issue ? "(CASE WHEN m.operacion = 'T+' THEN d.almt ELSE d.almacen END)" : "d.almacen";
     const data::Rows rows = revisor.conexion.Run(
         ConTablas(tipo,
                   "WITH m AS (SELECT id, operacion, {id} AS linea, movimiento, articulo, "
@@ -146,7 +146,7 @@ void Distintos(const Revisor& revisor, Observaciones& found) {
                       "COALESCE(p.cantidad, 0)) > 0.000000001 * "
                       "CASE WHEN ABS(p.cantidad) > 1 THEN ABS(p.cantidad) ELSE 1 END OR "
                       "COALESCE(m.almacen, 0) <> COALESCE(" +
-                      warehouse + ", 0) ORDER BY m.id"),
+                      warehouse + " + 0, 0) ORDER BY m.id"),  // one that was left empty is a text in a file
         {});
     for (const auto& row : rows.rows) found.push_back(Desdicho(tipo, row));
   }

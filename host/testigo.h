@@ -33,6 +33,7 @@ class Testigo {
   // A posted movement: the properties that were set, by their names, in the contract's order; then
   // the amount that Afecta gave.
   virtual void Movimiento(const Propiedades& /*properties*/, double /*amount*/) {}
+  // Each document that is handed over for printing, whatever becomes of its page.
   virtual void Impreso(const std::string& /*format*/, std::int32_t /*number*/) {}
   virtual void Presentada(forms::Form&) {}
   virtual void Regresada(forms::Form&, const std::string& /*name*/) {}

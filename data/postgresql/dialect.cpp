@@ -189,6 +189,11 @@ std::string Compared(std::string_view comparison, std::string_view quoted, Colum
   return WithNone(comparison, true);
 }
 
+// Quoted, with nothing but blanks in it.
+bool IsBlankText(const Token& token) {
+  return token.kind == Kind::Text && Trim(WithoutQuotes(token.text)).empty();
+}
+
 constexpr std::array<std::string_view, 7> kComparisons = {"=", "<>", "!=", "<", ">", "<=", ">="};
 
 // Tells, token by token, whether a value there is set rather than compared.
@@ -223,7 +228,7 @@ struct Inserted {
 };
 
 // The text with each compared literal as its column wants it, and with the empty texts that are set
-// into a number or a date as no value. One that is set and can't be read is for the engine to refuse:
+// into a number, a date or a flag as no value. One that is set and can't be read is for the engine to refuse:
 // nothing is lost unsaid.
 std::string WithReadLiterals(std::string_view text) {
   const std::vector<Token> tokens = Read(text);
@@ -246,7 +251,7 @@ std::string WithReadLiterals(std::string_view text) {
       if (token.depth == 1 && Is(token, ",")) ++place;
       const bool alone = token.depth == 1 && (Is(tokens[i - 1], "(") || Is(tokens[i - 1], ","));
       const bool takes_texts = place >= inserted.types.size() || inserted.types[place] == ColumnType::Text;
-      if (alone && token.text == "''" && !takes_texts) put(i, i, "NULL");
+      if (alone && IsBlankText(token) && !takes_texts) put(i, i, "NULL");
       continue;
     }
     if (i < 2 || token.kind != Kind::Text || !IsAny(tokens[i - 1], kComparisons)) continue;
@@ -256,7 +261,7 @@ std::string WithReadLiterals(std::string_view text) {
     if (!set) {
       const std::string compared = Compared(tokens[i - 1].text, token.text, *type);
       put(i - 1, i, compared.front() == 'I' ? " " + compared : compared);
-    } else if (token.text == "''") {
+    } else if (IsBlankText(token)) {
       put(i, i, "NULL");
     }
   }

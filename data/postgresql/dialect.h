@@ -5,7 +5,7 @@
 //   - rows of one table come in the order of its key, however often they were changed;
 //   - a bare column outside a GROUP BY is that of the group's first row, and the groups come in order;
 //   - a text compared with a number or a date column is read as such; one that is none equals nothing and
-//     comes behind every number. An empty text that is set into such a column is no value.
+//     comes behind every number. An empty or blank text that is set into such a column is no value.
 //   - the names of the rows' columns are spelled as they were written.
 #pragma once
 

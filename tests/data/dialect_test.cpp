@@ -125,8 +125,11 @@ TEST(Dialect, ATextColumnIsComparedWithWhatStandsThere) {
 }
 
 TEST(Dialect, WhatIsSetIsForTheEngineToRefuseUnlessItIsEmpty) {
-  EXPECT_EQ(ForPostgresql("UPDATE prods SET ALM1 = 'X1', ALM2 = '' WHERE articulo = 'A'"),
-            "UPDATE prods SET ALM1 = 'X1', ALM2 = NULL WHERE articulo = 'A'");
+  EXPECT_EQ(ForPostgresql("UPDATE prods SET ALM1 = 'X1', ALM2 = '', ALM3 = '  ' WHERE articulo = 'A'"),
+            "UPDATE prods SET ALM1 = 'X1', ALM2 = NULL, ALM3 = NULL WHERE articulo = 'A'");
+  EXPECT_EQ(
+      ForPostgresql("UPDATE entradas SET ocupado = '', f_emision = ' ', observ = ' ' WHERE entrada = 1"),
+      "UPDATE entradas SET ocupado = NULL, f_emision = NULL, observ = ' ' WHERE entrada = 1");
 }
 
 TEST(Dialect, AnEmptyTextThatIsInsertedIsNoValueWhereTextsHaveNoPlace) {

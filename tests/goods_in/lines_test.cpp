@@ -169,7 +169,7 @@ TEST_F(Renglones, TheFirstLineSendsItsStatementsInOrder) {
           "SELECT ubicacion FROM prods WHERE articulo = 'A-100'",
           "INSERT INTO entradas (entrada, ocupado, f_emision, tipo_doc, importe, costo, almacen, estado, "
           "observ, tipo_cam, moneda, datos, usuario, usufecha, usuhora) VALUES (1, 1, '2024-03-05', 'COM', "
-          "0, 0, 1, 'PE', '', 1, '', 'Compra a proveedor', 'ANA', '2024-03-05', '14:03:22')",
+          "0, 0, '1', 'PE', '', 1, '', 'Compra a proveedor', 'ANA', '2024-03-05', '14:03:22')",
           "SELECT * FROM entradas WHERE entrada = 1", "SELECT * FROM entradas WHERE (((entrada) = 1))",
           "INSERT INTO entpart (id_entrada, entrada, tipo_doc, no_referen, articulo, cantidad, precio, "
           "observ, partida, usuario, usufecha, Usuhora, prcantidad, prdescrip, claveadd) VALUES (1, 1, "

@@ -32,7 +32,7 @@ TEST_F(Guardado, CreatingTheHeaderWritesItsColumnsInOrder) {
       bitacora.sentencias,
       (Textos{"INSERT INTO entradas (entrada, ocupado, f_emision, tipo_doc, importe, costo, almacen, estado, "
               "observ, tipo_cam, moneda, datos, usuario, usufecha, usuhora) VALUES (1, 1, '2024-02-29', "
-              "'COM', 1234.5, 0, 2, 'PE', 'O''Hara; ojo', 1, 'MXN', 'Compra a proveedor', 'ANA', "
+              "'COM', 1234.5, 0, '2', 'PE', 'O''Hara; ojo', 1, 'MXN', 'Compra a proveedor', 'ANA', "
               "'2024-03-05', '14:03:22')",
               "SELECT * FROM entradas WHERE entrada = 1"}));
   EXPECT_EQ(f.Entrada, 1);
@@ -57,11 +57,12 @@ TEST_F(Guardado, AHeaderThatExistsIsUpdatedByTheSameProcedure) {
   Olvida();
   f.CreaEntrada();
   ASSERT_EQ(bitacora.sentencias.size(), 2u);
-  EXPECT_EQ(bitacora.sentencias[0],
-            "UPDATE entradas SET ocupado = 1, f_emision = '2024-02-29', tipo_doc = 'COM', importe = 1234.5, "
-            "costo = "
-            "0, almacen = 2, estado = 'PE', observ = 'otra', tipo_cam = 1, moneda = 'MXN', datos = 'Compra a "
-            "proveedor', usuario = 'ANA', usufecha = '2024-03-05', usuhora = '14:03:22' WHERE entrada = 1");
+  EXPECT_EQ(
+      bitacora.sentencias[0],
+      "UPDATE entradas SET ocupado = 1, f_emision = '2024-02-29', tipo_doc = 'COM', importe = 1234.5, "
+      "costo = "
+      "0, almacen = '2', estado = 'PE', observ = 'otra', tipo_cam = 1, moneda = 'MXN', datos = 'Compra a "
+      "proveedor', usuario = 'ANA', usufecha = '2024-03-05', usuhora = '14:03:22' WHERE entrada = 1");
   EXPECT_EQ(f.Entrada, 1);
 }
 
@@ -178,6 +179,45 @@ TEST_F(Guardado, NumbersOfTwoScreensNeverMeet) {
   g.CreaEntrada();
   EXPECT_EQ(f.Entrada, 1);
   EXPECT_EQ(g.Entrada, 2);
+}
+
+// Its box gives a text, and an empty one is no warehouse: neither number 0 nor one that exists.
+TEST_F(Guardado, WithoutAWarehouseItComesBackEmptyAndItsFinishSays240) {
+  frmEntradasWizard& f = Nueva();
+  Teclea(f, f.txtFields(0), "COM");
+  f.txtFields(14).Text("");
+  Renglon(f, "A-100", "3");
+  EXPECT_TRUE(Reportes().empty()) << Reportes().front();
+  EXPECT_EQ(Uno("SELECT COALESCE(CAST(almacen AS VARCHAR(9)), '') FROM entradas"), "");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
+  f.Unload();
+
+  frmEntradasWizard& again = Modifica(1);
+  EXPECT_EQ(again.txtFields(14).Text(), "");
+  bitacora.mensajes.clear();
+  bitacora.respuestas = {true};
+  Tecla(again, "F5");
+  EXPECT_EQ(Numeros(), std::vector<int>{240});
+  EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "0");
+  EXPECT_TRUE(anfitrion->Revisa().empty());
+}
+
+// What is no number can't be one of a server's: the step says so, and no line goes without its header. A file
+// keeps it as it was written.
+TEST_F(Guardado, AWarehouseThatIsNoNumberIsTheEnginesAffair) {
+  frmEntradasWizard& f = Nueva();
+  Teclea(f, f.txtFields(0), "COM");
+  f.txtFields(14).Text("X1");
+  Renglon(f, "A-100", "3");
+  const bool stored = Uno("SELECT COUNT(*) FROM entradas") == "1";
+  EXPECT_EQ(stored, anfitrion->Conexion().Kind() == data::Dialect::Sqlite);
+  EXPECT_EQ(Reportes().empty(), stored);
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), stored ? "1" : "0");
+  if (!stored) return;
+  f.Unload();
+  EXPECT_EQ(Modifica(1).txtFields(14).Text(), "X1");
+  EXPECT_TRUE(anfitrion->Revisa().empty());
 }
 
 }  // namespace

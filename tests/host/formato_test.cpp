@@ -219,7 +219,8 @@ TEST_F(Formatos, ADocumentThatIsNotThereIsAnError) {
   EXPECT_EQ(ErrorDe([&] { Imprime("salida", 12, *salidas); }),
             "No se puede imprimir: no existe la salida 12");
   EXPECT_TRUE(impresora.paginas.empty());
-  EXPECT_TRUE(testigo.impresos.empty());
+  const std::vector<std::pair<std::string, int>> handed = {{"entrada", 99}, {"salida", 12}};
+  EXPECT_EQ(testigo.impresos, handed) << "it was handed over all the same";
 }
 
 TEST_F(Formatos, AFaultInATemplateNamesFileAndReason) {
@@ -240,7 +241,7 @@ TEST_F(Formatos, APageThatCannotBeWrittenIsAnErrorWithItsPath) {
   const std::string error = ErrorDe([&] { Imprime("entrada", 12, *forma); });
   EXPECT_EQ(error.find("No se puede escribir la página "), 0U) << error;
   EXPECT_TRUE(Tiene(error, "entrada-12.html")) << error;
-  EXPECT_TRUE(testigo.impresos.empty());
+  EXPECT_EQ(testigo.impresos.size(), 1U);
 }
 
 TEST_F(Formatos, AFormatsNameNeverLeavesTheFolder) {
@@ -251,15 +252,16 @@ TEST_F(Formatos, AFormatsNameNeverLeavesTheFolder) {
   EXPECT_FALSE(std::filesystem::exists(carpeta.Ruta("datos/formatos")));
 }
 
-TEST_F(Formatos, APrinterThatFailsIsTheOutcomeAndNothingIsTold) {
+TEST_F(Formatos, APrinterThatFailsIsTheOutcome) {
   impresora.falla = true;
   EXPECT_EQ(ErrorDe([&] { Imprime("entrada", 12, *forma); }), "la impresora no responde");
-  EXPECT_TRUE(testigo.impresos.empty());
+  EXPECT_EQ(testigo.impresos.size(), 1U);
 }
 
 TEST_F(Formatos, PrintingThatIsMadeToFailWritesNoPage) {
   testigo.falla_servicio = "ImprimeDocumento";
   EXPECT_EQ(ErrorDe([&] { Imprime("entrada", 12, *forma); }), "falla provocada");
+  EXPECT_EQ(testigo.impresos.size(), 1U);
   EXPECT_FALSE(std::filesystem::exists(carpeta.Ruta("datos/impresos")));
 }
 

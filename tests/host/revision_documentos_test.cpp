@@ -146,6 +146,20 @@ TEST_F(RevisaDocumentos, AMovementThatIsNotAsItsLineIsFound) {
   for (const auto& one : found) EXPECT_FALSE(one.reparable || one.reparado);
 }
 
+// In a file an empty warehouse is an empty text, on a server none: to a movement both are warehouse 0.
+TEST_F(RevisaDocumentos, AMovementOfADocumentWhoseWarehouseIsEmptyIsNotOtherwise) {
+  frmEntradasWizard& f = Nueva();
+  Teclea(f, f.txtFields(0), "COM");
+  f.txtFields(14).Text("");
+  Renglon(f, "A-100", "3");
+  f.Unload();
+  Sql("INSERT INTO movsinv (operacion, ent_sal, articulo, almacen, cantidad, id_entrada, movimiento, saldo) "
+      "VALUES ('EN', 'E', 'A-100', 0, 3, 1, 1, 3)");
+  Sql("INSERT INTO existenciaalmacen (almacen, articulo, existencia) VALUES (0, 'A-100', 3)");
+  const Observaciones found = Revisa();
+  EXPECT_EQ(Fichas(found), Textos{"adelantado|Entrada|1|-|-|-"}) << Dichas(found);
+}
+
 TEST_F(RevisaDocumentos, APostedDocumentThatWasDeletedLeavesMovementsWithoutALine) {
   Dia();
   bitacora.respuestas = {true, true};
