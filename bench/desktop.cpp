@@ -370,7 +370,8 @@ class Desk {
 
   void Searches() {
     QSettings settings(folder_.filePath(QStringLiteral("ajustes.ini")), QSettings::IniFormat);
-    Office office{program_->Host(), theme_, settings};
+    Reader reader(program_->Host().Base());
+    Office office{program_->Host(), theme_, settings, reader};
     {
       PickerDialog picker(SourceFor(Base(), "Articulos"));
       picker.Panel().Start({});

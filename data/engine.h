@@ -19,6 +19,12 @@ namespace tarvik::data {
 
 enum class Dialect { Sqlite, Postgresql };
 
+// What a connection has sent.
+struct Traffic {
+  std::int64_t statements = 0;
+  std::int64_t changes = 0;  // of these, the ones that may have changed something
+};
+
 // A connection with what the host's services need beyond the suite's two calls.
 // One thread at a time; every connection of a base sees what the others have committed.
 class EngineConnection : public Connection {
@@ -68,6 +74,9 @@ class EngineConnection : public Connection {
   virtual void Live(std::int64_t number) = 0;
   [[nodiscard]] virtual bool Lives(std::int64_t number) = 0;
 
+  // What it has sent so far.
+  [[nodiscard]] const Traffic& SoFar() const { return traffic_; }
+
   // How this connection waits for a base that is busy or away.
   [[nodiscard]] Patience& Waiting() { return patience_; }
 
@@ -83,11 +92,18 @@ class EngineConnection : public Connection {
   [[nodiscard]] bool Fenced() const { return fences_ > 0; }
   [[nodiscard]] std::chrono::milliseconds SelectLimit() const { return select_limit_; }
 
+  // Called by the engine for each statement that it is about to send.
+  void NoteSent(bool changes) {
+    ++traffic_.statements;
+    if (changes) ++traffic_.changes;
+  }
+
  private:
   friend class Fence;
 
   std::map<std::string, Procedure, std::less<>> procedures_;
   Patience patience_;
+  Traffic traffic_;
   int fences_ = 0;
   std::chrono::milliseconds select_limit_{0};
 };

@@ -18,31 +18,15 @@ QString TitleOf(ListKind kind);          // as an operator reads it
 constexpr bool IsGoodsIn(ListKind kind) {
   return kind == ListKind::Entradas || kind == ListKind::EntradasPendientes;
 }
+constexpr host::Tipo TypeOf(ListKind kind) {
+  return IsGoodsIn(kind) ? host::Tipo::Entrada : host::Tipo::Salida;
+}
 constexpr bool IsPending(ListKind kind) {
   return kind == ListKind::EntradasPendientes || kind == ListKind::SalidasPendientes;
 }
 
 // Typed into the field it shows the documents that were posted in part.
 inline const QString kHalfFilter = QStringLiteral("a medias");
-
-// What was typed into the one field, understood. Digits alone are the beginning of a number;
-// "21/11/2026", "11/2026", "21/11", "2026-11-21", "2026-11" a date; anything else words, each of
-// which must stand in the concept, its description or the remarks.
-struct DocumentFilter {
-  std::optional<std::string> number;                       // digits
-  std::optional<std::pair<data::Date, data::Date>> dates;  // both included
-  std::optional<std::pair<int, int>> day_month;            // of any year
-  std::vector<std::string> words;
-};
-DocumentFilter UnderstandFilter(const QString& typed);
-
-// The stretches of numbers that begin with the digits, highest first, up to the highest 32-bit number.
-std::vector<std::pair<data::Value, data::Value>> NumbersBeginningWith(const std::string& digits);
-
-// A condition that the column holds the word, without regard to case or accents (but "ñ" finds "n",
-// not the other way round), and its values. Written for the engine of the connection.
-std::pair<std::string, std::vector<data::Value>> HoldsWord(data::Dialect dialect, const std::string& column,
-                                                           const std::string& word);
 
 class DocumentListModel : public PagedModel {
   Q_OBJECT
@@ -70,7 +54,7 @@ class DocumentListModel : public PagedModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  protected:
-  Listing Wanted(data::Dialect dialect, const QString& filter) const override;
+  host::Listado Wanted(const QString& filter) const override;
 
  private:
   [[nodiscard]] const host::DocumentoAMedias* Half(int number) const;

@@ -8,7 +8,9 @@
 #include <QPushButton>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QTimer>
 
+#include "desktop/half_posted.h"
 #include "desktop/layouts.h"
 #include "desktop/qt_platform.h"
 #include "desktop/theme.h"
@@ -28,6 +30,8 @@ bool HasText(const forms::Control& control) {
   return dynamic_cast<const forms::TextBox*>(&control) != nullptr;
 }
 
+constexpr int kLookEvery = 2000;  // milliseconds
+
 QLabel* Soft(const QString& text = {}) {
   auto* label = new QLabel(text);
   label->setProperty("role", "soft");
@@ -37,7 +41,7 @@ QLabel* Soft(const QString& text = {}) {
 }  // namespace
 
 DocumentView::DocumentView(Office& office, DocumentWizard& wizard, QWidget* parent)
-    : ScreenView(office, wizard, parent), wizard_(wizard) {
+    : ScreenView(office, wizard, parent), wizard_(wizard), look_(office.reader) {
   if (auto* platform = dynamic_cast<QtPlatform*>(&wizard.GetPlatform()))
     messages_seen_ = platform->MessagesShown();
   // The suite's keys lead to the lines on goods-out alone; here two lead there and back on both.
@@ -49,6 +53,9 @@ DocumentView::DocumentView(Office& office, DocumentWizard& wizard, QWidget* pare
   way(Qt::Key_Up, wizard.fg2);
   way(Qt::Key_Down, wizard.txtFields(4));
   wizard.MultiCombo1.Each([this](forms::SearchBox& box) { Covered(box.Name(), box.Index()); });
+  auto* others = new QTimer(this);
+  connect(others, &QTimer::timeout, this, &DocumentView::LookIfOthersWrote);
+  others->start(kLookEvery);
 }
 
 QWidget* DocumentView::TitleRow(QWidget* at_right) {
@@ -170,21 +177,46 @@ void DocumentView::ShowKeys() {
   if (keys_) keys_->Show(KeysNow());
 }
 
-bool DocumentView::InPart() const { return half_ && half_->estado == "CO"; }
-
-void DocumentView::LookAgain() {
-  looked_.reset();
-  Refresh();
+const host::DocumentoAMedias* DocumentView::Half() const {
+  return state_ && state_->a_medias ? &*state_->a_medias : nullptr;
 }
 
-void DocumentView::ReadWhole(const State& document, bool posted) {
-  const std::pair<int, bool> now{document.number, posted};
-  if (looked_ == now) return;
-  half_.reset();
-  if (const auto held = host::DocumentoDe(wizard_)) {
-    half_ = ReadHalf(office().host.Conexion(), KeyOf(*held));
+bool DocumentView::InPart() const { return Half() != nullptr && Half()->estado == "CO"; }
+
+void DocumentView::LookAgain() {
+  written_ = -1;
+  LookIfWritten();
+}
+
+void DocumentView::LookIfWritten() {
+  const auto document = host::DocumentoDe(wizard_);
+  const std::int64_t written = office().host.Conexion().SoFar().changes;
+  if (document == looked_at_ && written == written_) return;
+  looked_at_ = document;
+  written_ = written;
+  if (!document) {
+    look_.Forget();
+    state_.reset();
+    unknown_ = false;
+    return;
   }
-  looked_ = now;
+  using State = std::optional<host::EstadoDeDocumento>;
+  look_.At<State>([document](data::EngineConnection& base) { return host::LeeEstado(base, *document); },
+                  [this](std::optional<State> found) {
+                    unknown_ = !found;
+                    state_ = std::move(found).value_or(State());
+                    ShowState();
+                    ShowKeys();
+                  });
+}
+
+// Another station may have let go of the document, or completed it.
+void DocumentView::LookIfOthersWrote() {
+  if (!Screen().Open() || Screen().GetPlatform().Acting()) return;
+  try {
+    if (std::exchange(others_wrote_, office().host.Conexion().Changes()) != others_wrote_) LookAgain();
+  } catch (const std::exception&) {  // a base that is away: what is shown stays
+  }
 }
 
 bool DocumentView::Completes(QEvent& event) {
@@ -203,71 +235,50 @@ bool DocumentView::event(QEvent* event) { return Completes(*event) || ScreenView
 
 void DocumentView::ShowState() {
   if (!chip_) return;
-  const State document = Document();
+  if (!wizard_.txtFields(0).Enabled()) return ShowReadOnly();
   QString state = QStringLiteral("nuevo");
   QString text = tr("Nuevo");
   QString held;
-  if (document.number != 0) {
-    try {
-      const auto rows =
-          office().host.Conexion().Run(std::string("SELECT estado, usuario, usuhora, ocupado FROM ") +
-                                           document.table + " WHERE " + document.key + " = ?",
-                                       {document.number});
-      if (!rows.rows.empty()) {
-        const bool posted = data::ToText(rows.rows[0][0]) == "CO";
-        state = posted ? QStringLiteral("afectado") : QStringLiteral("pendiente");
-        text = posted ? tr("Afectado") : tr("Pendiente");
-        ReadWhole(document, posted);
-        if (half_) text = StateText(*half_);
-        held = tr("%1 desde las %2")
-                   .arg(QString::fromStdString(data::ToText(rows.rows[0][1])),
-                        QString::fromStdString(data::ToText(rows.rows[0][2])).left(5));
-        if (!data::IsNonZero(rows.rows[0][3])) {
-          // Freed by another station, or stored and let go of: somebody else may have it by now.
-          state = QStringLiteral("pendiente");
-          text = tr("Liberado");
-          held = tr("Esta pantalla ya no tiene el documento: ciérrela y ábralo de nuevo antes de seguir");
-        }
-      }
-    } catch (const std::exception&) {
-      text = tr("Estado desconocido");
+  if (unknown_) {
+    text = tr("Estado desconocido");
+  } else if (state_) {
+    const bool posted = state_->estado == "CO";
+    state = posted ? QStringLiteral("afectado") : QStringLiteral("pendiente");
+    text = Half() != nullptr ? StateText(*Half()) : posted ? tr("Afectado") : tr("Pendiente");
+    held = tr("%1 desde las %2")
+               .arg(QString::fromStdString(state_->usuario), QString::fromStdString(state_->usuhora).left(5));
+    if (!state_->ocupado) {
+      // Freed by another station, or stored and let go of: somebody else may have it by now.
+      state = QStringLiteral("pendiente");
+      text = tr("Liberado");
+      held = tr("Esta pantalla ya no tiene el documento: ciérrela y ábralo de nuevo antes de seguir");
     }
-  }
-  const bool read_only = !wizard_.txtFields(0).Enabled();
-  if (read_only) {
-    text = half_ ? StateText(*half_) : tr("Sólo lectura");
-    state = InPart() ? QStringLiteral("medias") : QStringLiteral("lectura");
-    held = InPart() ? tr("Faltan renglones por mover: F7 los completa")
-                    : tr("El documento se consulta; no se puede modificar aquí");
   }
   chip_->setText(text);
   SetProperty(*chip_, "state", state);
   holder_->setText(held);
-  ShowStored(document);
+  ShowStored();
+}
+
+void DocumentView::ShowReadOnly() {
+  chip_->setText(Half() != nullptr ? StateText(*Half()) : tr("Sólo lectura"));
+  SetProperty(*chip_, "state", InPart() ? QStringLiteral("medias") : QStringLiteral("lectura"));
+  holder_->setText(InPart() ? tr("Faltan renglones por mover: F7 los completa")
+                            : tr("El documento se consulta; no se puede modificar aquí"));
+  ShowStored();
 }
 
 // What is seen and what is stored are counted apart: a line that the base refused is in sight all the same.
-void DocumentView::ShowStored(const State& document) {
+void DocumentView::ShowStored() {
+  if (look_.UnderWay()) return;  // what was stored last is not known yet
   int seen = 0;
   while (seen < wizard_.fg2.Rows() - 1 && !wizard_.fg2.TextMatrix(seen + 1, 0).empty()) ++seen;
-  std::optional<int> stored;
-  if (document.number == 0) {
-    stored = 0;
-  } else {
-    try {
-      const auto rows = office().host.Conexion().Run(
-          std::string("SELECT COUNT(*) FROM ") + document.lines + " WHERE " + document.key + " = ?",
-          {document.number});
-      stored = static_cast<int>(data::ToNumber(rows.rows.at(0)[0]));
-    } catch (const std::exception&) {
-      stored.reset();  // told below
-    }
-  }
+  const std::int64_t stored = state_ ? state_->renglones : 0;
   const QString lines = seen == 1 ? tr("1 renglón") : tr("%1 renglones").arg(seen);
-  if (!stored) {
+  if (unknown_) {
     stored_->setText(tr("%1 · no se puede leer lo guardado").arg(lines));
-  } else if (*stored != seen) {
-    stored_->setText(tr("%1 · guardados: %2").arg(lines).arg(*stored));
+  } else if (stored != seen) {
+    stored_->setText(tr("%1 · guardados: %2").arg(lines).arg(stored));
   } else {
     stored_->setText(seen == 0 ? tr("sin renglones") : tr("%1 · guardado").arg(lines));
   }
@@ -275,6 +286,7 @@ void DocumentView::ShowStored(const State& document) {
 
 void DocumentView::AtRest() {
   if (line_ && line_->currentIndex() == 1) line_->setCurrentIndex(0);
+  LookIfWritten();
   ShowState();
   ShowKeys();
   auto* platform = dynamic_cast<QtPlatform*>(&Screen().GetPlatform());

@@ -5,8 +5,9 @@
 
 #include <QElapsedTimer>
 
-#include "desktop/half_posted.h"
+#include "desktop/look.h"
 #include "desktop/screen_view.h"
+#include "host/vistazo.h"
 #include "wizard/document_wizard.h"
 
 class QProgressBar;
@@ -23,19 +24,12 @@ class DocumentView : public ScreenView {
   [[nodiscard]] Keys KeysNow() const override;
   // The document was completed, or changed by another hand: its state is read anew.
   void LookAgain();
+  [[nodiscard]] bool Looking() const override { return look_.UnderWay(); }
 
  signals:
   void CompleteRequested();
 
  protected:
-  // What the document's row says now, for the chip: number 0 is a document that is not there yet.
-  struct State {
-    std::int32_t number = 0;
-    const char* table = "";
-    const char* key = "";
-    const char* lines = "";  // table of its lines
-  };
-  [[nodiscard]] virtual State Document() const = 0;
   // Keys of this screen beside those that both have.
   [[nodiscard]] virtual Keys OwnKeys() const { return {}; }
 
@@ -55,12 +49,16 @@ class DocumentView : public ScreenView {
   bool event(QEvent* event) override;
 
  private:
+  // Reads the document's state beside the window, where this program has written since the last reading or
+  // the screen has come to another document.
+  void LookIfWritten();
+  void LookIfOthersWrote();
   void ShowState();
-  // Whether it was posted in part, read once for each state of the document.
-  void ReadWhole(const State& document, bool posted);
+  void ShowReadOnly();
+  [[nodiscard]] const host::DocumentoAMedias* Half() const;
   [[nodiscard]] bool InPart() const;
   bool Completes(QEvent& event);
-  void ShowStored(const State& document);
+  void ShowStored();
   void ShowKeys();
   void ShowProgress(const QString& text);
   void Refuse(forms::Control& control, const QString& reason);
@@ -80,8 +78,12 @@ class DocumentView : public ScreenView {
   QHash<const forms::Control*, QLabel*> reasons_;
   QSet<const forms::Control*> refused_;  // marked, until mended
   int messages_seen_ = 0;
-  std::optional<std::pair<int, bool>> looked_;  // number and whether posted, when it was last read
-  std::optional<host::DocumentoAMedias> half_;
+  Look look_;
+  std::optional<host::Retenido> looked_at_;  // what was read last, and how much had been written by then
+  std::int64_t written_ = -1;
+  std::int64_t others_wrote_ = 0;
+  bool unknown_ = false;  // the base refused the last reading
+  std::optional<host::EstadoDeDocumento> state_;
 };
 
 }  // namespace tarvik::desktop

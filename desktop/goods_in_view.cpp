@@ -12,12 +12,12 @@
 #include "desktop/grid_view.h"
 #include "desktop/layouts.h"
 #include "desktop/theme.h"
-#include "host/anfitrion.h"
+#include "host/vistazo.h"
 
 namespace tarvik::desktop {
 
 GoodsInView::GoodsInView(Office& office, frmEntradasWizard& wizard, QWidget* parent)
-    : DocumentView(office, wizard, parent), wizard_(wizard) {
+    : DocumentView(office, wizard, parent), wizard_(wizard), aid_(office.reader) {
   Covered("Timer1");
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -119,33 +119,38 @@ Keys GoodsInView::OwnKeys() const {
   return {{tr("Alt+↑"), tr("renglones")}};
 }
 
+// The name of the warehouse and the stock of the article there, read once the focus has left their fields.
 void GoodsInView::AtRest() {
   DocumentView::AtRest();
-  const std::string article = wizard_.txtFields(4).Text();
-  const std::string warehouse = wizard_.txtFields(14).Text();
-  const std::string wanted = warehouse + '\n' + article;
-  if (wanted == aided_) return;
-  aided_ = wanted;
-  try {
-    auto& base = office().host.Conexion();
-    const auto number = data::ParseNumber(warehouse);
-    QString name;
-    QString stock;
-    if (number) {
-      const auto rows = base.Run("SELECT descrip FROM ALMACEN WHERE almacen = ?", {*number});
-      if (!rows.rows.empty()) name = QString::fromStdString(data::ToText(rows.rows[0][0]));
-      const auto held = base.Run(
-          "SELECT existencia FROM existenciaalmacen WHERE almacen = ? AND articulo = ?", {*number, article});
-      if (!held.rows.empty()) {
-        stock = tr("Existencia: %1").arg(QString::fromStdString(data::ToText(held.rows[0][0])));
-      }
-    }
-    warehouse_->setText(name);
-    stock_->setText(stock);
-  } catch (const std::exception&) {
-    warehouse_->clear();
-    stock_->clear();
+  const forms::Control* active = wizard_.ActiveControl();
+  const std::pair wanted{wizard_.txtFields(14).Text(), wizard_.txtFields(4).Text()};
+  if (wanted == aided_) return ShowAid(found_);
+  if (active == &wizard_.txtFields(14) || active == &wizard_.txtFields(4)) {
+    if (wanted.first != aided_.first) warehouse_->clear();
+    return stock_->clear();
   }
+  aided_ = wanted;
+  found_.reset();
+  const auto warehouse = data::ParseNumber(wanted.first);
+  if (!warehouse) {
+    aid_.Forget();
+    return ShowAid({});
+  }
+  aid_.At<Aid>(
+      [warehouse, article = wanted.second](data::EngineConnection& base) {
+        return Aid{host::NombreDeAlmacen(base, *warehouse), host::ExistenciaDe(base, *warehouse, article)};
+      },
+      [this](const std::optional<Aid>& found) {
+        found_ = found;
+        AtRest();
+      });
+}
+
+void GoodsInView::ShowAid(const std::optional<Aid>& aid) {
+  warehouse_->setText(aid ? QString::fromStdString(aid->warehouse) : QString());
+  const bool stock = aid && aid->stock;
+  stock_->setText(stock ? tr("Existencia: %1").arg(QString::fromStdString(data::PlainNumber(*aid->stock)))
+                        : QString());
 }
 
 }  // namespace tarvik::desktop

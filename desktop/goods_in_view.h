@@ -14,20 +14,25 @@ class GoodsInView final : public DocumentView {
   GoodsInView(Office& office, frmEntradasWizard& wizard, QWidget* parent = nullptr);
 
  protected:
-  [[nodiscard]] State Document() const override {
-    return {wizard_.Entrada, "entradas", "entrada", "entpart"};
-  }
+  [[nodiscard]] bool Looking() const override { return DocumentView::Looking() || aid_.UnderWay(); }
   [[nodiscard]] Keys OwnKeys() const override;
   void AtRest() override;
 
  private:
+  struct Aid {
+    std::string warehouse;
+    std::optional<double> stock;
+  };
+  void ShowAid(const std::optional<Aid>& aid);
   QWidget* Header();
   QWidget* EntryRow();
 
   frmEntradasWizard& wizard_;
   QLabel* warehouse_ = nullptr;  // name of the warehouse, and stock of the article: the host's aids
   QLabel* stock_ = nullptr;
-  std::string aided_;  // what the aids were read for
+  Look aid_;
+  std::optional<Aid> found_;
+  std::pair<std::string, std::string> aided_;  // warehouse and article that the aids were read for
 };
 
 }  // namespace tarvik::desktop

@@ -20,7 +20,6 @@ class GoodsOutView final : public DocumentView {
   void ShowSheet(const std::string& file);
 
  protected:
-  [[nodiscard]] State Document() const override { return {wizard_.Salida, "salidas", "salida", "salpart"}; }
   [[nodiscard]] Keys OwnKeys() const override;
 
  private:

@@ -6,7 +6,7 @@
 
 #include "data/error.h"
 #include "host/liberacion.h"
-#include "host/tenencia_viva.h"
+#include "host/vistazo.h"
 
 namespace tarvik::desktop {
 
@@ -58,17 +58,9 @@ QString StateText(const host::DocumentoAMedias& half) {
                     : HalfPosted::tr("Pendiente · %1 ya movidos").arg(moved);
 }
 
-std::optional<host::DocumentoAMedias> ReadHalf(data::EngineConnection& connection, DocumentKey document) {
-  auto half = host::LeeAMedias(connection, document.first, document.second);
-  if (half && half->estado == "CO" && host::TenenciaViva(connection, document.first, document.second)) {
-    return {};
-  }
-  return half;
-}
-
 HalfPosted::HalfPosted(host::Anfitrion& host, QObject* parent)
     : QObject(parent),
-      reader_(std::make_unique<Reader>(host.Base(), host.Conexion().Kind())),
+      reader_(std::make_unique<Reader>(host.Base())),
       host_(host),
       task_(std::make_shared<Reader::Task>()),
       timer_(new QTimer(this)),
@@ -142,7 +134,8 @@ void HalfPosted::Tell(std::vector<host::Observacion> damage) {
 
 void HalfPosted::LookAt(DocumentKey document) {
   Run([this, reader = reader_.get(), task = task_, document](data::EngineConnection& connection) {
-    reader->Deliver(task, [this, document, half = ReadHalf(connection, document),
+    const auto state = host::LeeEstado(connection, {document.first, document.second});
+    reader->Deliver(task, [this, document, half = state ? state->a_medias : std::nullopt,
                            broken = host::CierresInterrumpidos(connection)] {
       Found found = found_;
       found.erase(document);

@@ -29,8 +29,6 @@ inline DocumentKey KeyOf(const host::Retenido& document) { return {document.tipo
 QString StateText(const host::DocumentoAMedias& half);
 // How many of its lines are whole.
 int Moved(const host::DocumentoAMedias& half);
-// That of one document, read now; nothing for one that is being posted elsewhere.
-std::optional<host::DocumentoAMedias> ReadHalf(data::EngineConnection& connection, DocumentKey document);
 
 class HalfPosted : public QObject {
   Q_OBJECT

@@ -34,6 +34,7 @@
 #include "desktop/stock_view.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
+#include "host/vistazo.h"
 #include "service/entradas_salidas.h"
 
 namespace tarvik::desktop {
@@ -74,15 +75,10 @@ QString Name(ListKind kind) {
   return QString::fromLatin1(name.data(), static_cast<int>(name.size()));
 }
 
-host::Tipo TypeOf(ListKind kind) { return IsGoodsIn(kind) ? host::Tipo::Entrada : host::Tipo::Salida; }
-
 }  // namespace
 
 MainWindow::MainWindow(Office& office, EntradasSalidas& door)
-    : office_(office),
-      door_(door),
-      half_(std::make_unique<HalfPosted>(office.host)),
-      reader_(std::make_unique<Reader>(office.host.Base(), office.host.Conexion().Kind())) {
+    : office_(office), door_(door), half_(std::make_unique<HalfPosted>(office.host)), count_(office.reader) {
   setWindowTitle(QStringLiteral("Movimientos de inventario"));
   auto* middle = new QWidget(this);
   auto* row = new QHBoxLayout(middle);
@@ -142,7 +138,6 @@ MainWindow::MainWindow(Office& office, EntradasSalidas& door)
 
 MainWindow::~MainWindow() {
   office_.host.Parent().al_llamar = nullptr;
-  if (count_task_) count_task_->Drop();
   for (const Screen& screen : screens_) disconnect(screen.view, nullptr, this, nullptr);
   // The lists use the reader until they are gone.
   delete recovery_;
@@ -160,7 +155,7 @@ void MainWindow::MakePages() {
   pages_ = new QStackedWidget(desk);
   column->addWidget(pages_, 1);
   for (std::size_t i = 0; i < kKinds.size(); ++i) {
-    auto* list = new DocumentList(office_, *reader_, kKinds[i], pages_);
+    auto* list = new DocumentList(office_, office_.reader, kKinds[i], pages_);
     lists_[i] = list;
     pages_->addWidget(list);
     connect(list, &DocumentList::NewRequested, this, [this, list] { New(IsGoodsIn(list->Kind())); });
@@ -180,7 +175,7 @@ void MainWindow::MakePages() {
       UpdateActions();
     });
   }
-  stock_ = new StockView(office_, *reader_, pages_);
+  stock_ = new StockView(office_, office_.reader, pages_);
   pages_->addWidget(stock_);
   stack_->addWidget(desk);
   tabs_->addTab(QString());
@@ -817,23 +812,11 @@ void MainWindow::OnParentCall(std::string_view name, const std::vector<data::Val
 // ---- state of the frame ----
 
 void MainWindow::UpdateCounts() {
-  if (count_task_) count_task_->Drop();
-  count_task_ = std::make_shared<Reader::Task>();
-  auto step = [this, &reader = *reader_, task = count_task_](data::EngineConnection& connection) {
-    const auto found = connection.Run(
-        "SELECT (SELECT COUNT(*) FROM entradas WHERE estado = 'PE') AS e, "
-        "(SELECT COUNT(*) FROM salidas WHERE estado = 'PE') AS s",
-        {});
-    const auto in = static_cast<int>(data::ToNumber(found.rows.at(0).at(0)));
-    const auto out = static_cast<int>(data::ToNumber(found.rows.at(0).at(1)));
-    reader.Deliver(task, [this, in, out] {
-      rail_pages_[1]->SetCount(in);
-      rail_pages_[3]->SetCount(out);
-    });
-    return false;
-  };
-  // Without the counts the lists work all the same.
-  reader_->Run(count_task_, Urgency::Page, std::move(step), [](const QString&) {});
+  count_.At<host::Pendientes>(host::CuentaPendientes, [this](const std::optional<host::Pendientes>& found) {
+    if (!found) return;  // without the counts the lists work all the same
+    rail_pages_[1]->SetCount(static_cast<int>(found->entradas));
+    rail_pages_[3]->SetCount(static_cast<int>(found->salidas));
+  });
 }
 
 void MainWindow::UpdateActions() {

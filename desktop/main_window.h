@@ -14,9 +14,9 @@
 
 #include "data/value.h"
 #include "desktop/document_list_model.h"
+#include "desktop/look.h"
 #include "desktop/office.h"
 #include "desktop/rail.h"
-#include "desktop/reader.h"
 #include "host/documentos.h"
 
 class QAction;
@@ -144,7 +144,7 @@ class MainWindow : public QMainWindow {
   Office& office_;
   EntradasSalidas& door_;
   std::unique_ptr<HalfPosted> half_;
-  std::unique_ptr<Reader> reader_;  // lists are children of the window and die before it is waited for
+  Look count_;  // of pending documents
   Rail* rail_ = nullptr;
   QTabBar* tabs_ = nullptr;
   QStackedWidget* stack_ = nullptr;  // the pages first, then the screens, as the tabs
@@ -157,7 +157,6 @@ class MainWindow : public QMainWindow {
   Requests* requests_ = nullptr;
   std::vector<Screen> screens_;
   std::array<RailItem*, 5> rail_pages_{};
-  Reader::TaskRef count_task_;
 
   QMenu* views_ = nullptr;
   QMenu* tools_ = nullptr;

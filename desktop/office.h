@@ -9,12 +9,14 @@ class Anfitrion;
 
 namespace tarvik::desktop {
 
+class Reader;
 class Theme;
 
 struct Office {
   host::Anfitrion& host;
   Theme& theme;
   QSettings& settings;  // geometry, column widths, the operator's choices: a file in the base's folder
+  Reader& reader;       // for what stands beside a screen and in the lists: never on the way of a key
 };
 
 }  // namespace tarvik::desktop

@@ -10,125 +10,12 @@ namespace {
 
 using data::Value;
 
-// A condition that grows, with its values in the order of the text.
-struct Condition {
-  std::string text;
-  std::vector<Value> values;
-
-  void And(const std::string& more, const std::vector<Value>& more_values = {}) {
-    if (more.empty()) return;
-    if (!text.empty()) text += " AND ";
-    text += more;
-    values.insert(values.end(), more_values.begin(), more_values.end());
-  }
-  [[nodiscard]] std::string Where() const { return text.empty() ? "" : " WHERE " + text; }
-};
-
-std::string Key(const Listing& listing) { return listing.by_where ? "+" + listing.key : listing.key; }
-
-std::string Direction(const Listing& listing) { return listing.descending ? " DESC" : ""; }
-
-// The keys first, the whole rows behind them: an index often holds all that finding the keys takes.
-std::string RowsText(const Listing& listing, const Condition& condition, int limit) {
-  std::string text = "SELECT " + listing.columns + " FROM (SELECT " + listing.key + " AS k FROM " +
-                     listing.table + condition.Where();
-  if (limit > 0) {
-    text += " ORDER BY " + Key(listing) + Direction(listing) + " LIMIT " + std::to_string(limit);
-  }
-  text += ") k JOIN " + listing.table + " d ON d." + listing.key + " = k.k " + listing.joins +
-          " ORDER BY d." + listing.key + Direction(listing);
-  return listing.more_order.empty() ? text : text + ", " + listing.more_order;
-}
-
-int CountKeys(const std::vector<PagedModel::Cells>& rows) {
-  int count = 0;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (i == 0 || !(rows[i][0] == rows[i - 1][0])) ++count;
-  }
-  return count;
-}
-
 std::int64_t Number(const Value& key) {
   const auto* number = key.As<std::int64_t>();
   return number != nullptr ? *number : static_cast<std::int64_t>(data::ToNumber(key));
 }
 
 }  // namespace
-
-struct PagedModel::Cursor {
-  Listing listing;
-  std::size_t stretch = 0;
-  Value behind;  // null: at the beginning of the stretch
-  bool end = false;
-
-  [[nodiscard]] Condition Here() const {
-    Condition condition;
-    condition.And(listing.fixed);
-    if (stretch < listing.stretches.size()) {
-      const auto& [low, high] = listing.stretches[stretch];
-      condition.And(Key(listing) + " >= ? AND " + Key(listing) + " <= ?", {low, high});
-    }
-    if (!behind.IsNull()) condition.And(Key(listing) + (listing.descending ? " < ?" : " > ?"), {behind});
-    return condition;
-  }
-  void NextStretch() {
-    behind = {};
-    end = ++stretch >= listing.stretches.size();
-  }
-  // The last key of the next short step; null if there are no keys left in this stretch.
-  Value StepEnd(data::EngineConnection& connection, const Condition& here) const {
-    const std::string edge = listing.descending ? "MIN" : "MAX";
-    const std::string text = "SELECT " + edge + "(k) AS k FROM (SELECT " + listing.key + " AS k FROM " +
-                             listing.table + here.Where() + " ORDER BY " + listing.key + Direction(listing) +
-                             " LIMIT " + std::to_string(kStep) + ") s";
-    return connection.Run(text, here.values).rows.at(0).at(0);
-  }
-  [[nodiscard]] std::string UpTo() const { return listing.key + (listing.descending ? " >= ?" : " <= ?"); }
-
-  // Reads at most `limit` keys, and less if the step ends first.
-  std::vector<Cells> Read(data::EngineConnection& connection, int limit) {
-    Condition condition = Here();
-    Value step_end;
-    if (listing.scan) {
-      step_end = StepEnd(connection, condition);
-      if (step_end.IsNull()) {
-        NextStretch();
-        return {};
-      }
-      condition.And(UpTo(), {step_end});
-    }
-    condition.And(listing.where, listing.values);
-    auto rows = connection.Run(RowsText(listing, condition, limit), condition.values).rows;
-    if (CountKeys(rows) >= limit) {
-      behind = rows.back()[0];
-    } else if (listing.scan) {
-      behind = step_end;
-    } else {
-      NextStretch();
-    }
-    return rows;
-  }
-
-  // Adds up one step.
-  void Add(data::EngineConnection& connection, Sums& sums) {
-    Condition condition = Here();
-    Value step_end;
-    if (!listing.by_where) {
-      step_end = StepEnd(connection, condition);
-      if (step_end.IsNull()) return NextStretch();
-      condition.And(UpTo(), {step_end});
-    }
-    condition.And(listing.where, listing.values);
-    const std::string total = listing.sum.empty() ? "0" : "SUM(" + listing.sum + ")";
-    const auto found =
-        connection.Run("SELECT COUNT(*) AS n, " + total + " AS t FROM " + listing.table + condition.Where(),
-                       condition.values);
-    sums.count += Number(found.rows.at(0).at(0));
-    sums.total += data::ToNumber(found.rows.at(0).at(1));
-    if (listing.by_where) return NextStretch();
-    behind = step_end;
-  }
-};
 
 PagedModel::PagedModel(Reader& reader, QObject* parent) : QAbstractTableModel(parent), reader_(reader) {}
 
@@ -153,9 +40,9 @@ void PagedModel::Refresh(std::optional<std::int64_t> reach) {
     if (*task) (*task)->Drop();
     *task = std::make_shared<Reader::Task>();
   }
-  cursor_ = std::make_shared<Cursor>();
-  cursor_->listing = Wanted(reader_.Kind(), filter_);
-  numbered_ = cursor_->listing.numbered;
+  host::Listado listing = Wanted(filter_);
+  numbered_ = listing.con_numero;
+  cursor_ = std::make_shared<host::CursorDeListado>(std::move(listing));
   started_ = true;
   fresh_ = true;
   complete_ = false;
@@ -182,18 +69,15 @@ void PagedModel::ReadOn(std::optional<std::int64_t> reach) {
   // The cursor is the reader's until this reading rests.
   auto step = [this, &reader = reader_, task = page_task_, cursor = cursor_, reach, left = kPage,
                all = 0](data::EngineConnection& connection) mutable {
-    auto rows = cursor->Read(connection, reach && !cursor->listing.scan ? kReach / 10 : left);
-    const int keys = CountKeys(rows);
+    auto rows = cursor->Lee(connection, reach && !cursor->PorPasos() ? kReach / 10 : left);
+    const int keys = host::CuentaClaves(rows);
     left -= keys;
     all += keys;
     bool reached = true;
-    if (reach && !cursor->end && all < kReach) {
-      const auto seen = cursor->behind.IsNull() ? reach.value() + 1 : Number(cursor->behind);
-      reached = cursor->listing.descending ? seen <= *reach : seen >= *reach;
-    }
-    const bool rests = cursor->end || (left <= 0 && reached);
+    if (reach && !cursor->Termino() && all < kReach) reached = cursor->LlegoA(*reach);
+    const bool rests = cursor->Termino() || (left <= 0 && reached);
     if (left <= 0) left = kPage;
-    reader.Deliver(task, [this, rows = std::move(rows), rests, end = cursor->end]() mutable {
+    reader.Deliver(task, [this, rows = std::move(rows), rests, end = cursor->Termino()]() mutable {
       Take(std::move(rows), rests, end);
     });
     return !rests;
@@ -211,12 +95,11 @@ void PagedModel::Fail(const QString& reason) {
 void PagedModel::StartSums() {
   if (sum_task_) sum_task_->Drop();
   sum_task_ = std::make_shared<Reader::Task>();
-  auto cursor = std::make_shared<Cursor>();
-  cursor->listing = Wanted(reader_.Kind(), filter_);
+  auto cursor = std::make_shared<host::CursorDeListado>(Wanted(filter_));
   auto step = [this, &reader = reader_, task = sum_task_, cursor,
-               sums = Sums()](data::EngineConnection& connection) mutable {
-    cursor->Add(connection, sums);
-    if (!cursor->end) return true;
+               sums = host::Sumas()](data::EngineConnection& connection) mutable {
+    cursor->Suma(connection, sums);
+    if (!cursor->Termino()) return true;
     reader.Deliver(task, [this, sums] {
       sums_ = sums;
       emit SumsChanged();
@@ -248,7 +131,7 @@ void PagedModel::Take(std::vector<Cells> rows, bool rests, bool end) {
 
 void PagedModel::Append(std::vector<Cells> rows) {
   int keys = kPage;
-  if (!pages_.empty() && !pages_.back().cells.empty()) keys = CountKeys(pages_.back().cells);
+  if (!pages_.empty() && !pages_.back().cells.empty()) keys = host::CuentaClaves(pages_.back().cells);
   for (auto& row : rows) {
     const bool new_key = pages_.empty() || !(pages_.back().last == row[0]);
     if (new_key && ++keys > kPage) {
@@ -315,23 +198,9 @@ void PagedModel::ReadAgain(const Value& first) {
   const auto found =
       std::find_if(pages_.begin(), pages_.end(), [&](const Page& page) { return page.first == first; });
   if (found == pages_.end() || !cursor_) return;
-  Listing listing = Wanted(reader_.Kind(), filter_);
-  Condition condition;
-  condition.And(listing.fixed);
-  condition.And(listing.key + " >= ? AND " + listing.key + " <= ?",
-                listing.descending ? std::vector<Value>{found->last, found->first}
-                                   : std::vector<Value>{found->first, found->last});
-  // A page may hold the end of one stretch and the beginning of the next.
-  Condition stretches;
-  for (const auto& [low, high] : listing.stretches) {
-    stretches.text += (stretches.text.empty() ? "(" : " OR ") + listing.key + " BETWEEN ? AND ?";
-    stretches.values.insert(stretches.values.end(), {low, high});
-  }
-  if (!stretches.text.empty()) condition.And(stretches.text + ")", stretches.values);
-  condition.And(listing.where, listing.values);
-  auto step = [this, &reader = reader_, task = again_task_, first, text = RowsText(listing, condition, 0),
-               values = condition.values](data::EngineConnection& connection) {
-    auto rows = connection.Run(text, values).rows;
+  auto step = [this, &reader = reader_, task = again_task_, listing = Wanted(filter_), first = found->first,
+               last = found->last](data::EngineConnection& connection) {
+    auto rows = host::RenglonesEntre(connection, listing, first, last);
     reader.Deliver(task,
                    [this, first, rows = std::move(rows)]() mutable { Replace(first, std::move(rows)); });
     return false;

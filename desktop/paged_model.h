@@ -10,37 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include "data/engine.h"
 #include "desktop/reader.h"
+#include "host/listado.h"
 
 namespace tarvik::desktop {
-
-// One statement in pieces. `table` is read in the order of `key`, which is unique there; `columns`
-// come from that table as "d" and from the joins, the key first.
-struct Listing {
-  std::string table;
-  std::string key;
-  bool descending = false;
-  std::string columns;
-  std::string joins;
-  std::string more_order;  // behind the key, where a join gives several rows for one
-  std::string sum;         // a column of the table to add up; may be empty
-  bool several = false;    // the joins may give several rows for one key
-
-  std::string fixed;                // a condition that an index serves, without values; may be empty
-  std::string where;                // further conditions on the table; may be empty
-  std::vector<data::Value> values;  // of `where`, in order
-  // Stretches of keys, in the order of the list, lower end first, both included; empty: all.
-  std::vector<std::pair<data::Value, data::Value>> stretches;
-  bool scan = false;      // no index serves `where`: the table is gone through in short steps
-  bool by_where = false;  // an index serves `where`, and the key's is not to be used
-  bool numbered = false;  // the key is an integer
-};
-
-struct Sums {
-  std::int64_t count = 0;
-  double total = 0;
-};
 
 class PagedModel : public QAbstractTableModel {
   Q_OBJECT
@@ -51,7 +24,6 @@ class PagedModel : public QAbstractTableModel {
   static constexpr int kPage = 200;      // keys of one page
   static constexpr int kKeptPages = 40;  // pages with their cells in memory
   static constexpr int kReach = 10000;
-  static constexpr int kStep = 20000;  // keys gone through in one step of a search
 
   // The reader outlives the model.
   explicit PagedModel(Reader& reader, QObject* parent = nullptr);
@@ -64,9 +36,11 @@ class PagedModel : public QAbstractTableModel {
   [[nodiscard]] bool Busy() const { return reading_; }  // a page is under way
   // What is on show is not yet what was asked for.
   [[nodiscard]] bool Stale() const { return fresh_ && reading_; }
-  [[nodiscard]] bool Failing() const { return failed_; }                    // the last reading failed
-  [[nodiscard]] bool Complete() const { return complete_; }                 // the last page has been read
-  [[nodiscard]] const std::optional<Sums>& Total() const { return sums_; }  // nothing until they are ready
+  [[nodiscard]] bool Failing() const { return failed_; }     // the last reading failed
+  [[nodiscard]] bool Complete() const { return complete_; }  // the last page has been read
+  [[nodiscard]] const std::optional<host::Sumas>& Total() const {
+    return sums_;
+  }  // nothing until they are ready
   [[nodiscard]] int PagesInMemory() const;
   // The keys of the rows read so far, for a listing by number.
   [[nodiscard]] std::vector<std::int64_t> Keys() const;
@@ -83,8 +57,8 @@ class PagedModel : public QAbstractTableModel {
   void Failed(const QString& reason);
 
  protected:
-  // What to read now. Its where and stretches may change between calls of Refresh.
-  [[nodiscard]] virtual Listing Wanted(data::Dialect dialect, const QString& filter) const = 0;
+  // What to read now. Its conditions may change between calls of Refresh.
+  [[nodiscard]] virtual host::Listado Wanted(const QString& filter) const = 0;
   [[nodiscard]] virtual bool WantsSums() const { return true; }
   // The cells of a row, by the listing's columns; nullptr while the page is read again.
   [[nodiscard]] const Cells* Row(int row) const;
@@ -103,7 +77,6 @@ class PagedModel : public QAbstractTableModel {
     mutable std::uint64_t used = 0;
     mutable bool asked = false;
   };
-  struct Cursor;  // where a reading stands
 
   void ReadOn(std::optional<std::int64_t> reach = {});
   void StartSums();
@@ -121,11 +94,11 @@ class PagedModel : public QAbstractTableModel {
   std::vector<Page> pages_;
   std::vector<int> starts_;  // first row of each page
   int rows_ = 0;
-  std::shared_ptr<Cursor> cursor_;
+  std::shared_ptr<host::CursorDeListado> cursor_;
   Reader::TaskRef page_task_;
   Reader::TaskRef sum_task_;
   Reader::TaskRef again_task_;
-  std::optional<Sums> sums_;
+  std::optional<host::Sumas> sums_;
   bool started_ = false;
   bool fresh_ = false;  // the next rows replace what is on show
   bool reading_ = false;

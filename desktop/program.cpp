@@ -74,7 +74,8 @@ Program::Program(Theme& theme, const ProgramOptions& options)
   host_ = std::make_unique<host::Anfitrion>(made);
   printer_->Guard(host::ArchivosDeLaBase(host_->Base().Address()));
   log_ = std::make_unique<ProgramLog>(folder, made.usuario, made.estacion);
-  office_ = std::make_unique<Office>(Office{*host_, theme_, *settings_});
+  reader_ = std::make_unique<Reader>(host_->Base());
+  office_ = std::make_unique<Office>(Office{*host_, theme_, *settings_, *reader_});
   selector_->Use(*office_);
   door_ = std::make_unique<EntradasSalidas>(*host_);
   door_->Ambiente = &host_->Ambiente();

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "desktop/office.h"
+#include "desktop/reader.h"
 #include "forms/form.h"
 #include "host/testigo.h"
 
@@ -78,6 +79,7 @@ class Program final : public QObject, public host::Testigo {
   std::unique_ptr<DesktopSelector> selector_;
   std::unique_ptr<DesktopPrinter> printer_;
   std::unique_ptr<host::Anfitrion> host_;
+  std::unique_ptr<Reader> reader_;
   std::unique_ptr<Office> office_;
   std::unique_ptr<EntradasSalidas> door_;
   std::unique_ptr<LastResort> last_resort_;

@@ -5,8 +5,7 @@
 
 namespace tarvik::desktop {
 
-Reader::Reader(data::Base& base, data::Dialect dialect)
-    : base_(base), dialect_(dialect), thread_([this] { Loop(); }) {}
+Reader::Reader(data::Base& base) : base_(base), thread_([this] { Loop(); }) {}
 
 Reader::~Reader() {
   {

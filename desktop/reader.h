@@ -38,13 +38,11 @@ class Reader : public QObject {
   };
   using TaskRef = std::shared_ptr<Task>;
 
-  // The base outlives this. `dialect` is what its connections speak.
-  Reader(data::Base& base, data::Dialect dialect);
-  ~Reader() override;  // ends the step under way, drops all else
+  explicit Reader(data::Base& base);  // outlives this
+  ~Reader() override;                 // ends the step under way, drops all else
 
   // `failed` runs on the window's thread with the reason if a step throws; the task is over then.
   void Run(TaskRef task, Urgency urgency, Step step, std::function<void(const QString&)> failed);
-  [[nodiscard]] data::Dialect Kind() const { return dialect_; }
   // For a step: runs the function on the window's thread, in order, unless the task was dropped.
   void Deliver(TaskRef task, std::function<void()> function);
 
@@ -57,7 +55,6 @@ class Reader : public QObject {
   void Loop();
 
   data::Base& base_;
-  data::Dialect dialect_;
   std::mutex mutex_;
   std::condition_variable wake_;
   std::deque<Work> urgent_;

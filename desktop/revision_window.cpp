@@ -90,7 +90,7 @@ QPushButton* Button(QWidget* parent, const QString& text, const QString& accessi
 RevisionWindow::RevisionWindow(Office& office, QWidget* parent)
     : QWidget(parent, Qt::Window),
       office_(office),
-      reader_(std::make_unique<Reader>(office.host.Base(), office.host.Conexion().Kind())),
+      reader_(std::make_unique<Reader>(office.host.Base())),
       ticking_(new QTimer(this)) {
   setWindowTitle(tr("Revisar la base"));
   setAttribute(Qt::WA_QuitOnClose, false);

@@ -55,6 +55,8 @@ class ScreenView : public QWidget, public forms::FormListener {
 
   // The keys that work here and now: {"F9", "guardar línea"} ...
   [[nodiscard]] virtual Keys KeysNow() const { return {}; }
+  // A reading for what stands beside the screen is under way.
+  [[nodiscard]] virtual bool Looking() const { return false; }
   // Whether it is at home on the whole desk; else it opens as large as sizeHint() says.
   [[nodiscard]] virtual bool FillsTheDesk() const { return true; }
 

@@ -12,7 +12,7 @@
 #include "desktop/grid_view.h"
 #include "desktop/layouts.h"
 #include "desktop/theme.h"
-#include "host/anfitrion.h"
+#include "host/vistazo.h"
 
 namespace tarvik::desktop {
 
@@ -36,7 +36,7 @@ QIcon Plus(const QColor& ink, qreal ratio) {
 }  // namespace
 
 StationsView::StationsView(Office& office, frmMovEstaciones& transfer, QWidget* parent)
-    : ScreenView(office, transfer, parent), transfer_(transfer) {
+    : ScreenView(office, transfer, parent), transfer_(transfer), name_(office.reader) {
   for (int box : {0, 1}) Covered("MultiCombo1", box);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -158,21 +158,29 @@ void StationsView::AtRest() {
   lines_->setText(count == 0   ? tr("sin renglones")
                   : count == 1 ? tr("1 renglón")
                                : tr("%1 renglones").arg(count));
-  const std::string from = transfer_.txtFields(0).Text();
-  const std::string to = transfer_.txtFields(1).Text();
-  if (named_ == from + '\n' + to) return;
-  named_ = from + '\n' + to;
-  auto name = [this](const std::string& station) -> QString {
-    try {
-      const auto rows =
-          office().host.Conexion().Run("SELECT descrip FROM ESTACIONES WHERE ESTACION = ?", {station});
-      return rows.rows.empty() ? QString() : QString::fromStdString(data::ToText(rows.rows[0][0]));
-    } catch (const std::exception&) {
-      return {};  // an aid: without it the screen works all the same
-    }
-  };
-  from_->setText(name(from));
-  to_->setText(name(to));
+  NameStations();
+}
+
+// Once the focus has left the field of a key.
+void StationsView::NameStations() {
+  const Names wanted{transfer_.txtFields(0).Text(), transfer_.txtFields(1).Text()};
+  const bool from = wanted.first == named_.first, to = wanted.second == named_.second;
+  from_->setText(from ? QString::fromStdString(found_.first) : QString());
+  to_->setText(to ? QString::fromStdString(found_.second) : QString());
+  const forms::Control* active = Screen().ActiveControl();
+  const bool typing =
+      (active == &transfer_.txtFields(0) && !from) || (active == &transfer_.txtFields(1) && !to);
+  if ((from && to) || typing) return;
+  named_ = wanted;
+  found_ = {};
+  name_.At<Names>(
+      [wanted](data::EngineConnection& base) {
+        return Names{host::NombreDeEstacion(base, wanted.first), host::NombreDeEstacion(base, wanted.second)};
+      },
+      [this](std::optional<Names> found) {
+        found_ = std::move(found).value_or(Names());
+        NameStations();
+      });
 }
 
 void StationsView::CaptionChanged() {

@@ -2,6 +2,10 @@
 // arrow between them; the lines; one entry row; three buttons.
 #pragma once
 
+#include <string>
+#include <utility>
+
+#include "desktop/look.h"
 #include "desktop/screen_view.h"
 #include "stations/frm_mov_estaciones.h"
 
@@ -14,6 +18,7 @@ class StationsView final : public ScreenView {
   StationsView(Office& office, frmMovEstaciones& transfer, QWidget* parent = nullptr);
 
   [[nodiscard]] Keys KeysNow() const override;
+  [[nodiscard]] bool Looking() const override { return name_.UnderWay(); }
 
  protected:
   void AtRest() override;
@@ -26,6 +31,7 @@ class StationsView final : public ScreenView {
   QWidget* Buttons();
   QLabel* NameOfStation(const QString& accessible);
   void DressColumns();
+  void NameStations();
 
   frmMovEstaciones& transfer_;
   GridView* grid_ = nullptr;
@@ -36,7 +42,10 @@ class StationsView final : public ScreenView {
   QLabel* to_ = nullptr;
   QLabel* lines_ = nullptr;
   KeyCaps* keys_ = nullptr;
-  std::string named_;  // the keys whose names are shown
+  Look name_;
+  using Names = std::pair<std::string, std::string>;
+  Names named_;  // the keys whose names were read last
+  Names found_;
 };
 
 }  // namespace tarvik::desktop

@@ -20,27 +20,20 @@
 #include "desktop/list_cells.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
+#include "host/listados.h"
 
 namespace tarvik::desktop {
 namespace {
 
 using data::Value;
 
-enum StockRead { kArticle, kDescription, kUnit, kPlace, kWarehouse, kWarehouseText, kStock, kReserved };
-enum LedgerRead {
-  kId,
-  kDate,
-  kHour,
-  kOperation,
-  kDocument,
-  kConcept,
-  kConceptText,
-  kDirection,
-  kQuantity,
-  kPrice,
-  kAmount,
-  kUser
-};
+using StockRead = host::ColumnaDeExistencia;
+using LedgerRead = host::ColumnaDeMovimiento;
+
+template <class Column>
+const Value& Of(const PagedModel::Cells& cells, Column column) {
+  return cells[static_cast<std::size_t>(column)];
+}
 
 QString Text(const Value& value) { return QString::fromStdString(data::ToText(value)); }
 
@@ -71,23 +64,8 @@ QString OperationText(const Value& operation) {
 StockModel::StockModel(Reader& reader, std::string quantity_pattern, QObject* parent)
     : PagedModel(reader, parent), quantity_pattern_(std::move(quantity_pattern)) {}
 
-Listing StockModel::Wanted(data::Dialect dialect, const QString& filter) const {
-  Listing listing;
-  listing.table = "prods";
-  listing.key = "articulo";
-  listing.columns =
-      "d.articulo, d.descrip, d.unidad, d.ubicacion, e.almacen, a.descrip, e.existencia, d.Por_Surt";
-  listing.joins =
-      "LEFT JOIN existenciaalmacen e ON e.articulo = d.articulo LEFT JOIN ALMACEN a ON a.almacen = e.almacen";
-  listing.more_order = "e.almacen";
-  for (const QString& word : filter.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-    const auto [key, values] = HoldsWord(dialect, "articulo", word.toStdString());
-    if (!listing.where.empty()) listing.where += " AND ";
-    listing.where += "(" + key + " OR " + HoldsWord(dialect, "descrip", word.toStdString()).first + ")";
-    for (int i = 0; i < 2; ++i) listing.values.insert(listing.values.end(), values.begin(), values.end());
-    listing.scan = true;
-  }
-  return listing;
+host::Listado StockModel::Wanted(const QString& filter) const {
+  return host::ListadoDeExistencias(filter.toStdString());
 }
 
 int StockModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
@@ -104,13 +82,13 @@ QVariant StockModel::data(const QModelIndex& index, int role) const {
   const Cells& cells = *row;
   switch (role) {
     case ArticleRole:
-      return Text(cells[kArticle]);
+      return Text(Of(cells, StockRead::kArticulo));
     case WarehouseRole:
-      return data::ToNumber(cells[kWarehouse]);
+      return data::ToNumber(Of(cells, StockRead::kAlmacen));
     case StockRole:
-      return data::ToNumber(cells[kStock]);
+      return data::ToNumber(Of(cells, StockRead::kExistencia));
     case CellDelegate::BelowZeroRole:
-      return column == Stock && data::ToNumber(cells[kStock]) < 0;
+      return column == Stock && data::ToNumber(Of(cells, StockRead::kExistencia)) < 0;
     case Qt::DisplayRole:
       break;
     default:
@@ -118,20 +96,24 @@ QVariant StockModel::data(const QModelIndex& index, int role) const {
   }
   switch (column) {
     case Article:
-      return Text(cells[kArticle]);
+      return Text(Of(cells, StockRead::kArticulo));
     case Description:
-      return Text(cells[kDescription]);
+      return Text(Of(cells, StockRead::kDescripcion));
     case Unit:
-      return Text(cells[kUnit]);
+      return Text(Of(cells, StockRead::kUnidad));
     case Place:
-      return Text(cells[kPlace]);
+      return Text(Of(cells, StockRead::kUbicacion));
     case Warehouse:
-      if (cells[kWarehouse].IsNull()) return QStringLiteral("Sin movimientos");
-      return QString(Text(cells[kWarehouse]) + QStringLiteral("  ") + Text(cells[kWarehouseText]));
+      if (Of(cells, StockRead::kAlmacen).IsNull()) return QStringLiteral("Sin movimientos");
+      return QString(Text(Of(cells, StockRead::kAlmacen)) + QStringLiteral("  ") +
+                     Text(Of(cells, StockRead::kNombreDelAlmacen)));
     case Stock:
-      return Number(cells[kStock].IsNull() ? Value(0) : cells[kStock], quantity_pattern_);
+      return Number(Of(cells, StockRead::kExistencia).IsNull() ? Value(0) : Of(cells, StockRead::kExistencia),
+                    quantity_pattern_);
     case Reserved:
-      return data::ToNumber(cells[kReserved]) == 0 ? QString() : Number(cells[kReserved], quantity_pattern_);
+      return data::ToNumber(Of(cells, StockRead::kPorSurtir)) == 0
+                 ? QString()
+                 : Number(Of(cells, StockRead::kPorSurtir), quantity_pattern_);
     default:
       return {};
   }
@@ -165,20 +147,8 @@ void LedgerModel::ShowNone() {
   Clear();
 }
 
-Listing LedgerModel::Wanted(data::Dialect, const QString&) const {
-  Listing listing;
-  listing.table = "movsinv";
-  listing.key = "id";
-  listing.descending = true;
-  listing.numbered = true;
-  listing.columns =
-      "d.id, d.f_movim, d.usuhora, d.operacion, d.movimiento, d.tipo_doc, c.descrip, d.ent_sal, d.cantidad, "
-      "d.Precio, d.importe, d.usuario";
-  listing.joins = "LEFT JOIN tipominv c ON c.tipo_movim = d.tipo_doc";
-  listing.where = "articulo = ? AND almacen = ?";
-  listing.values = {article_, warehouse_};
-  listing.by_where = true;
-  return listing;
+host::Listado LedgerModel::Wanted(const QString&) const {
+  return host::ListadoDeMovimientos(article_, warehouse_);
 }
 
 int LedgerModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
@@ -195,31 +165,31 @@ QVariant LedgerModel::data(const QModelIndex& index, int role) const {
   const Cells* row = Row(index.row());
   if (row == nullptr) return {};
   const Cells& cells = *row;
-  const bool inflow = Text(cells[kDirection]) == QLatin1String("E");
+  const bool inflow = Text(Of(cells, LedgerRead::kSentido)) == QLatin1String("E");
   switch (column) {
     case IssueDate:
-      return DateText(cells[kDate]);
+      return DateText(Of(cells, LedgerRead::kFecha));
     case Hour:
-      return Text(cells[kHour]).left(5);
+      return Text(Of(cells, LedgerRead::kHora)).left(5);
     case Operation:
-      return OperationText(cells[kOperation]);
+      return OperationText(Of(cells, LedgerRead::kOperacion));
     case Document:
-      return Text(cells[kDocument]);
+      return Text(Of(cells, LedgerRead::kDocumento));
     case Concept: {
-      const QString text = Text(cells[kConceptText]);
-      return text.isEmpty() ? Text(cells[kConcept])
-                            : QString(Text(cells[kConcept]) + QStringLiteral("  ") + text);
+      const QString text = Text(Of(cells, LedgerRead::kNombreDelConcepto));
+      return text.isEmpty() ? Text(Of(cells, LedgerRead::kConcepto))
+                            : QString(Text(Of(cells, LedgerRead::kConcepto)) + QStringLiteral("  ") + text);
     }
     case In:
-      return inflow ? Number(cells[kQuantity], quantity_pattern_) : QString();
+      return inflow ? Number(Of(cells, LedgerRead::kCantidad), quantity_pattern_) : QString();
     case Out:
-      return inflow ? QString() : Number(cells[kQuantity], quantity_pattern_);
+      return inflow ? QString() : Number(Of(cells, LedgerRead::kCantidad), quantity_pattern_);
     case Price:
-      return Number(cells[kPrice], amount_pattern_);
+      return Number(Of(cells, LedgerRead::kPrecio), amount_pattern_);
     case Amount:
-      return Number(cells[kAmount], amount_pattern_);
+      return Number(Of(cells, LedgerRead::kImporte), amount_pattern_);
     case User:
-      return Text(cells[kUser]);
+      return Text(Of(cells, LedgerRead::kUsuario));
     default:
       return {};
   }
@@ -353,7 +323,7 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
   });
   connect(model_, &StockModel::SumsChanged, this, [this] {
     if (!model_->Total()) return count_->setText(QStringLiteral("Contando…"));
-    const auto articles = model_->Total()->count;
+    const auto articles = model_->Total()->cuantos;
     count_->setText(articles == 1 ? QStringLiteral("1 artículo")
                                   : QString::fromStdString(data::FormatNumber(static_cast<double>(articles),
                                                                               "###,###,###,##0")) +

@@ -28,7 +28,7 @@ class StockModel : public PagedModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  protected:
-  Listing Wanted(data::Dialect dialect, const QString& filter) const override;
+  host::Listado Wanted(const QString& filter) const override;
 
  private:
   std::string quantity_pattern_;
@@ -51,7 +51,7 @@ class LedgerModel : public PagedModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  protected:
-  Listing Wanted(data::Dialect dialect, const QString& filter) const override;
+  host::Listado Wanted(const QString& filter) const override;
   bool WantsSums() const override { return false; }
 
  private:

@@ -187,6 +187,7 @@ Rows PostgresqlConnection::Again(std::string_view text, const Terms& terms, Send
     session_.WaitForLocks(Waiting().Left());
     const bool begins = unit_ == Unit::kBegun;
     const bool in_unit = unit_ != Unit::kNone;
+    NoteSent(!IsSelect(text));
     Sent sent = send_it(begins);
     if (!again && MayBeSentAgain(sent, text, begins)) continue;
     NoteUnit();

@@ -98,7 +98,7 @@ class SqliteConnection final : public EngineConnection {
   }
 
   std::int64_t Changes() override {
-    const Rows rows = RunChecked("PRAGMA data_version", {}, false);
+    const Rows rows = RunChecked("PRAGMA data_version", {}, false, true);
     return static_cast<std::int64_t>(ToNumber(rows.rows.at(0).at(0)));
   }
   void Notify() override {}  // every commit shows in the file
@@ -277,7 +277,8 @@ class SqliteConnection final : public EngineConnection {
     }
   }
 
-  Rows RunChecked(std::string_view text, std::span<const Value> values, bool fenced) {
+  // `own`: a look at the file's head, which nobody asked for.
+  Rows RunChecked(std::string_view text, std::span<const Value> values, bool fenced, bool own = false) {
     RequireOpen();
     if (text.size() > static_cast<std::size_t>(sqlite3_limit(handle_.get(), SQLITE_LIMIT_SQL_LENGTH, -1))) {
       throw Error("La sentencia es demasiado grande");
@@ -292,7 +293,9 @@ class SqliteConnection final : public EngineConnection {
     Bind(statement, text, values);
 
     int code = SQLITE_OK;
-    const bool writes = sqlite3_stmt_readonly(statement) == 0 && !InTransaction();
+    const bool changes = sqlite3_stmt_readonly(statement) == 0;
+    if (!own) NoteSent(changes);
+    const bool writes = changes && !InTransaction();
     code = Patiently(writes, [&] {
       const int stepped = sqlite3_step(statement);
       if (IsBusy(stepped)) sqlite3_reset(statement);

@@ -71,7 +71,17 @@ class Escritorio : public ::testing::Test {
     EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
     return form;
   }
-  static void Settle() { QTest::qWait(0); }
+  // What the keys set off has come to rest, and what the views read beside the window has arrived.
+  static void Settle() {
+    QTest::qWait(0);
+    (void)QTest::qWaitFor([] {
+      const auto widgets = QApplication::allWidgets();
+      return std::none_of(widgets.begin(), widgets.end(), [](QWidget* widget) {
+        const auto* view = qobject_cast<ScreenView*>(widget);
+        return view != nullptr && view->Looking();
+      });
+    });
+  }
   static void Type(const QString& text) {
     for (const QChar letter : text) QTest::keyClick(QApplication::focusWidget(), letter.toLatin1());
   }

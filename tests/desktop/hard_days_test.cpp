@@ -724,7 +724,8 @@ TEST_F(DiaDificil, ARoutineThatRaisesIsToldWithItsWordsAndNotedWithItsLine) {
 // The desk waits ten seconds before it asks; here the routines are given one.
 TEST_F(DiaDificil, ARoutineThatDoesNotEndIsAskedAboutWaitedForAndStopped) {
   QSettings settings(folder.filePath(QStringLiteral("ajustes.ini")), QSettings::IniFormat);
-  Office office{program->Host(), theme, settings};
+  Reader lists(program->Host().Base());
+  Office office{program->Host(), theme, settings, lists};
   HooksWindow window(office);
   Graba(File("rutinas/larga.py"),
         "def ENTRADA005(forma, ambiente):\n"

@@ -18,6 +18,7 @@
 #include <QTest>
 #include <memory>
 
+#include "desktop/reader.h"
 #include "desktop/theme.h"
 #include "forms/headless_platform.h"
 #include "host/anfitrion.h"
@@ -48,7 +49,8 @@ class Rutinas : public ::testing::Test {
     opciones.plataforma = &plataforma;
     anfitrion = std::make_unique<host::Anfitrion>(opciones);
     ajustes = std::make_unique<QSettings>(carpeta.filePath("ajustes.ini"), QSettings::IniFormat);
-    office = std::make_unique<Office>(Office{*anfitrion, tema, *ajustes});
+    reader = std::make_unique<Reader>(anfitrion->Base());
+    office = std::make_unique<Office>(Office{*anfitrion, tema, *ajustes, *reader});
     ventana = std::make_unique<HooksWindow>(*office);
   }
 
@@ -93,6 +95,7 @@ class Rutinas : public ::testing::Test {
   Theme tema{Theme::Mode::Light};
   std::unique_ptr<host::Anfitrion> anfitrion;
   std::unique_ptr<QSettings> ajustes;
+  std::unique_ptr<Reader> reader;
   std::unique_ptr<Office> office;
   std::unique_ptr<HooksWindow> ventana;
   forms::BoxKind clase = forms::BoxKind::Plain;

@@ -42,7 +42,8 @@ class Oficina : public ::testing::Test {
     anfitrion = std::make_unique<host::Anfitrion>(opciones);
     ajustes =
         std::make_unique<QSettings>(carpeta.filePath(QStringLiteral("ajustes.ini")), QSettings::IniFormat);
-    oficina = std::make_unique<Office>(Office{*anfitrion, tema, *ajustes});
+    lector = std::make_unique<Reader>(anfitrion->Base());
+    oficina = std::make_unique<Office>(Office{*anfitrion, tema, *ajustes, *lector});
     puerta = std::make_unique<EntradasSalidas>(*anfitrion);
     puerta->Ambiente = &anfitrion->Ambiente();
     puerta->Parent = &anfitrion->Parent();
@@ -99,6 +100,7 @@ class Oficina : public ::testing::Test {
   bool respuesta = false;
   std::unique_ptr<host::Anfitrion> anfitrion;
   std::unique_ptr<QSettings> ajustes;
+  std::unique_ptr<Reader> lector;
   std::unique_ptr<Office> oficina;
   std::unique_ptr<EntradasSalidas> puerta;
 };

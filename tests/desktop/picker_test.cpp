@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 
 #include "data/error.h"
+#include "desktop/reader.h"
 #include "desktop/search_popup.h"
 #include "desktop/theme.h"
 #include "tests/desktop/support.h"
@@ -37,7 +38,8 @@ class Pickers : public host::Banco {
   Pickers() : Banco(true) { App(); }
   void SetUp() override {
     Banco::SetUp();
-    office = std::make_unique<Office>(Office{*anfitrion, theme, settings});
+    reader = std::make_unique<Reader>(anfitrion->Base());
+    office = std::make_unique<Office>(Office{*anfitrion, theme, settings, *reader});
     screen = std::make_shared<Pantalla>(plataforma);
     screen->Show(false);
     selector.Use(*office);
@@ -62,6 +64,7 @@ class Pickers : public host::Banco {
   QTemporaryDir folder;
   QSettings settings{folder.filePath(QStringLiteral("ajustes.ini")), QSettings::IniFormat};
   Theme theme{Theme::Mode::Light};
+  std::unique_ptr<Reader> reader;
   std::unique_ptr<Office> office;
   DesktopSelector selector;
   std::shared_ptr<Pantalla> screen;

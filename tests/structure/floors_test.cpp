@@ -103,5 +103,20 @@ TEST(Floors, WhatIsFencedInStaysBehindItsFence) {
   }
 }
 
+// What is true of a document, a stock or a listing is asked of the host; a window shows it.
+TEST(Floors, NoWindowSpeaksToTheBaseInItsOwnWords) {
+  const std::regex statement(R"re("[^"]*\b(SELECT|INSERT INTO|UPDATE \w+ SET|DELETE FROM|LEFT JOIN|WHERE) )re"
+                             R"re(|Dialect|Sqlite|Postgresql)re");
+  int seen = 0;
+  for (const Source& source : Sources()) {
+    if (!source.name.starts_with("desktop/")) continue;
+    for (const std::string& line : source.lines) {
+      EXPECT_FALSE(std::regex_search(line, statement)) << source.name << ": " << line;
+      ++seen;
+    }
+  }
+  EXPECT_GT(seen, 1000);
+}
+
 }  // namespace
 }  // namespace tarvik::tests

@@ -1,0 +1,89 @@
+// Listado: a listing of any length, read page by page behind the last key seen, so that the millionth page
+// costs what the first one does. A search that no index serves advances in short steps and gives what it has
+// so far. It shows nothing and keeps nothing of what it has read.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "data/engine.h"
+
+namespace tarvik::host {
+
+// A word that the rows must hold. `donde` is a condition with a mark for each column that may hold it:
+// "({articulo} OR {descrip})". Without regard to case or accents ("ñ" finds "n" too, not the other
+// way round).
+struct Palabra {
+  std::string donde;
+  std::string palabra;
+};
+
+// One statement in pieces. `tabla` is read in the order of `clave`, which is unique there; `columnas` come
+// from that table as "d" and from the joins, the key first.
+struct Listado {
+  std::string tabla;
+  std::string clave;
+  bool descendente = false;
+  std::string columnas;
+  std::string uniones;
+  std::string otro_orden;  // behind the key, where a join gives several rows for one
+  std::string suma;        // a column of the table to add up; may be empty
+
+  std::string fijo;                  // a condition that an index serves, without values; may be empty
+  std::string donde;                 // further conditions on the table; may be empty
+  std::vector<data::Value> valores;  // of `donde`, in order
+  std::vector<Palabra> palabras;     // each one narrows it further
+  // Stretches of keys, in the order of the listing, lower end first, both included; empty: all.
+  std::vector<std::pair<data::Value, data::Value>> tramos;
+  bool por_pasos = false;   // no index serves the conditions: the table is gone through in short steps
+  bool por_donde = false;   // an index serves `donde`, and the key's is not to be used
+  bool con_numero = false;  // the key is an integer
+};
+
+struct Sumas {
+  std::int64_t cuantos = 0;
+  double total = 0;
+};
+
+using Renglones = std::vector<std::vector<data::Value>>;
+
+// How many keys the rows have; those of one key stand together.
+int CuentaClaves(const Renglones& renglones);
+
+// Where a reading stands. One thread at a time.
+class CursorDeListado {
+ public:
+  static constexpr int kPaso = 20000;  // keys gone through in one step of a search
+
+  explicit CursorDeListado(Listado listado) : listado_(std::move(listado)) {}
+
+  [[nodiscard]] bool Termino() const { return termino_; }
+  [[nodiscard]] bool PorPasos() const { return listado_.por_pasos; }
+  // Of a listing by number: it has read that key, or would have.
+  [[nodiscard]] bool LlegoA(std::int64_t clave) const;
+  // The rows of at most `cuantas` keys more, and fewer if a step ends first: none is no end yet, see
+  // Termino(). Throws data::Error if the base refuses; the cursor then stands where it stood.
+  Renglones Lee(data::EngineConnection& connection, int cuantas);
+  // Adds up one step more, to the end of the listing. Not mixed with Lee(). Throws as that.
+  void Suma(data::EngineConnection& connection, Sumas& sumas);
+
+ private:
+  struct Condicion;
+  [[nodiscard]] Condicion Aqui() const;
+  data::Value FinDelPaso(data::EngineConnection& connection, const Condicion& here) const;
+  void OtroTramo();
+
+  Listado listado_;
+  std::size_t tramo_ = 0;
+  data::Value detras_;  // null: at the beginning of the stretch
+  bool termino_ = false;
+};
+
+// The rows from one key to another, both included, in the order of the listing. Throws data::Error if the
+// base refuses.
+Renglones RenglonesEntre(data::EngineConnection& connection, const Listado& listado,
+                         const data::Value& primera, const data::Value& ultima);
+
+}  // namespace tarvik::host

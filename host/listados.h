@@ -1,0 +1,82 @@
+// The listings of the program's windows: documents by kind and filter, stock by article and warehouse, the
+// movements behind one stock. What was typed into a list's one field is understood here.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "data/datetime.h"
+#include "host/documentos.h"
+#include "host/listado.h"
+
+namespace tarvik::host {
+
+// What was typed, understood. Digits alone are the beginning of a number; "21/11/2026", "11/2026", "21/11",
+// "2026-11-21", "2026-11" a date; anything else words, each of which must stand in the concept, its
+// description or the remarks.
+struct FiltroDeDocumentos {
+  std::optional<std::string> numero;                        // digits
+  std::optional<std::pair<data::Date, data::Date>> fechas;  // both included
+  std::optional<std::pair<int, int>> dia_y_mes;             // of any year; month 0: of any month
+  std::vector<std::string> palabras;
+};
+FiltroDeDocumentos EntiendeFiltro(const std::string& escrito);
+
+// The stretches of numbers that begin with the digits, highest first, up to the highest 32-bit number.
+std::vector<std::pair<data::Value, data::Value>> NumerosQueEmpiezanCon(const std::string& cifras);
+
+// What a row of a listing of documents gives, in this order.
+enum class ColumnaDeDocumento {
+  kNumero,
+  kFecha,
+  kConcepto,
+  kNombreDelConcepto,
+  kObservaciones,
+  kAlmacen,
+  kNombreDelAlmacen,
+  kImporte,
+  kEstado,
+  kOcupado,
+  kUsuario,  // of the last save
+  kTomadoPor,
+  kEstacion,
+  kDesde
+};
+// Newest first, with the sum of their amounts. `pendientes`: only those.
+Listado ListadoDeDocumentos(Tipo tipo, bool pendientes, const std::string& escrito);
+// These alone, highest first; `numeros` ascending.
+Listado ListadoDeEstos(Tipo tipo, bool pendientes, const std::vector<std::int32_t>& numeros);
+
+enum class ColumnaDeExistencia {
+  kArticulo,
+  kDescripcion,
+  kUnidad,
+  kUbicacion,
+  kAlmacen,  // null: it never moved
+  kNombreDelAlmacen,
+  kExistencia,
+  kPorSurtir
+};
+// By article; each word that was typed stands in its key or its description.
+Listado ListadoDeExistencias(const std::string& escrito);
+
+enum class ColumnaDeMovimiento {
+  kId,
+  kFecha,
+  kHora,
+  kOperacion,
+  kDocumento,
+  kConcepto,
+  kNombreDelConcepto,
+  kSentido,
+  kCantidad,
+  kPrecio,
+  kImporte,
+  kUsuario
+};
+// The movements of one article in one warehouse, latest first.
+Listado ListadoDeMovimientos(const std::string& articulo, double almacen);
+
+}  // namespace tarvik::host
