@@ -9,7 +9,7 @@
 
 namespace tarvik::host {
 
-void MovimientoLocal::Afecta(bool, double& amount) {
+void MovimientoLocal::Afecta(double& amount) {
   testigo_.Servicio("Afecta");
   if (ambiente_ == nullptr) throw data::Error("El movimiento no tiene ambiente");
   ExigeCompleto(asiento_);

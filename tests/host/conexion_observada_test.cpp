@@ -40,11 +40,11 @@ TEST_F(ConexionDePrueba, WhatTheHostsServicesSendForThemselvesIsNotTold) {
   std::string text;
   bool valid = false;
   double quantity = 0;
-  Funciones().NuevoId("Salida", Ambiente().Conexion(), 0, nullptr, number);
+  Funciones().NuevoId("Salida", Ambiente().Conexion(), number);
   Funciones().ExisteClave("X", "articulo", "prods", Ambiente().Conexion());
   Funciones().TraeMensaje(1, Ambiente(), text);
-  Funciones().FechaValida({2024, 3, 5}, Ambiente(), true, valid);
-  Funciones().CantidadEnVenta("X", 0, {}, Ambiente().Conexion(), quantity);
+  Funciones().FechaValida({2024, 3, 5}, Ambiente(), valid);
+  Funciones().CantidadEnVenta("X", Ambiente().Conexion(), quantity);
   EXPECT_TRUE(testigo.sentencias.empty());
 }
 
