@@ -8,6 +8,7 @@
 #include "data/number.h"
 #include "data/schema.h"
 #include "data/text.h"
+#include "host/conexion_observada.h"
 #include "host/constructor_sql.h"
 #include "host/mensajes.h"
 #include "host/numeracion.h"
@@ -88,7 +89,7 @@ void FuncionesLocales::AbreConsulta(const std::string& text, data::Connection& c
 void FuncionesLocales::NuevoId(const std::string& name, data::Connection& connection, std::int32_t& out) {
   testigo_.Servicio("NuevoId");
   // A number that was drawn and got lost on the way is a gap, and does no harm.
-  data::EngineConnection& engine = connection.Engine();
+  data::EngineConnection& engine = MotorDe(connection);
   out = ConPaciencia(engine, [&] { return SiguienteNumero(engine, name); });
 }
 
@@ -127,9 +128,10 @@ bool FuncionesLocales::ExisteClave(const data::Value& value, const std::string& 
       wanted = static_cast<std::int64_t>(*number);
     }
   }
-  const auto found = connection.Engine().Run("SELECT 1 FROM " + std::string(known_table->name) + " WHERE " +
-                                                 std::string(known->name) + " = ? LIMIT 1",
-                                             {wanted});
+  const auto found = MotorDe(connection)
+                         .Run("SELECT 1 FROM " + std::string(known_table->name) + " WHERE " +
+                                  std::string(known->name) + " = ? LIMIT 1",
+                              {wanted});
   return !found.rows.empty();
 }
 
@@ -238,17 +240,17 @@ void FuncionesLocales::NumeroSql(double value, std::string& out) {
 void FuncionesLocales::CantidadEnVenta(const std::string& articulo, data::Connection& connection,
                                        double& out) {
   testigo_.Servicio("CantidadEnVenta");
-  out =
-      PrimerNumero(connection.Engine().Run("SELECT SUM(salpart.cantidad) FROM salpart INNER JOIN salidas ON "
-                                           "salidas.salida = salpart.salida "
-                                           "WHERE salidas.estado = 'PE' AND salpart.articulo = ?",
-                                           {articulo}));
+  out = PrimerNumero(MotorDe(connection)
+                         .Run("SELECT SUM(salpart.cantidad) FROM salpart INNER JOIN salidas ON "
+                              "salidas.salida = salpart.salida "
+                              "WHERE salidas.estado = 'PE' AND salpart.articulo = ?",
+                              {articulo}));
 }
 
 void FuncionesLocales::CantidadPorSurtir(const std::string& articulo, data::Connection& connection,
                                          double& out) {
   testigo_.Servicio("CantidadPorSurtir");
-  out = PrimerNumero(connection.Engine().Run("SELECT Por_Surt FROM prods WHERE articulo = ?", {articulo}));
+  out = PrimerNumero(MotorDe(connection).Run("SELECT Por_Surt FROM prods WHERE articulo = ?", {articulo}));
 }
 
 void FuncionesLocales::AgregaArchivoLog(const std::string& path, const std::string& text) {

@@ -30,8 +30,9 @@ TEST_F(ConexionDePrueba, AStatementThatTheWitnessFailsIsNotSent) {
 }
 
 TEST_F(ConexionDePrueba, TheEngineBehindItIsTheHostsOwnAndUnobserved) {
-  EXPECT_EQ(&Ambiente().Conexion().Engine(), &anfitrion->Conexion());
-  Ambiente().Conexion().Engine().Select("SELECT * FROM entradas");
+  EXPECT_EQ(&MotorDe(Ambiente().Conexion()), &anfitrion->Conexion());
+  EXPECT_EQ(&MotorDe(anfitrion->Conexion()), &anfitrion->Conexion());
+  MotorDe(Ambiente().Conexion()).Select("SELECT * FROM entradas");
   EXPECT_TRUE(testigo.sentencias.empty());
 }
 
@@ -46,6 +47,31 @@ TEST_F(ConexionDePrueba, WhatTheHostsServicesSendForThemselvesIsNotTold) {
   Funciones().FechaValida({2024, 3, 5}, Ambiente(), valid);
   Funciones().CantidadEnVenta("X", Ambiente().Conexion(), quantity);
   EXPECT_TRUE(testigo.sentencias.empty());
+}
+
+// A movement of this host's, told to stand on another context.
+double Mueve(Anfitrion& host, service::Ambiente& ambiente) {
+  const auto movement = host.NuevoMovimiento();
+  movement->Ambiente(ambiente);
+  movement->EntSal("E");
+  movement->Articulo("A-100");
+  movement->Almacen(1);
+  movement->Cantidad(3);
+  movement->Precio(10);
+  double amount = -1;
+  movement->Afecta(amount);
+  return amount;
+}
+
+TEST_F(ConexionDePrueba, AMovementOnAnotherHostsContextIsWrittenInThatHostsBase) {
+  Opciones elsewhere = opciones;
+  elsewhere.base = "sqlite::memory:";
+  Anfitrion other(elsewhere);
+  EXPECT_EQ(Mueve(*anfitrion, other.Ambiente()), 30);
+  EXPECT_EQ(data::ToNumber(Dato("SELECT COUNT(*) FROM movsinv")), 0);
+  const auto there = other.Conexion().Run("SELECT articulo, cantidad FROM movsinv", {});
+  ASSERT_EQ(there.rows.size(), 1U);
+  EXPECT_EQ(there.rows[0], (std::vector<data::Value>{"A-100", 3.0}));
 }
 
 // A routine sends what it likes; on a screen that it shows and waits for an operator types again.
