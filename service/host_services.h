@@ -1,5 +1,6 @@
 // What the movements module needs of the application around it: every service, as a pure interface. The
-// stand-alone host in host/ implements them; so can any other program.
+// stand-alone host in host/ implements them; so can any other program. tests/service/ajeno/ holds the
+// smallest one that receives a line.
 //
 //   class MiHost : public tarvik::service::Host { ... };       // and the interfaces behind it
 //   MiHost host;

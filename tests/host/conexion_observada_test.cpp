@@ -5,6 +5,7 @@
 #include "forms/headless_platform.h"
 #include "service/pantalla.h"
 #include "tests/host/apoyo.h"
+#include "tests/service/ajeno/anfitrion_ajeno.h"
 
 namespace tarvik::host {
 namespace {
@@ -72,6 +73,22 @@ TEST_F(ConexionDePrueba, AMovementOnAnotherHostsContextIsWrittenInThatHostsBase)
   const auto there = other.Conexion().Run("SELECT articulo, cantidad FROM movsinv", {});
   ASSERT_EQ(there.rows.size(), 1U);
   EXPECT_EQ(there.rows[0], (std::vector<data::Value>{"A-100", 3.0}));
+}
+
+TEST_F(ConexionDePrueba, OnAConnectionOfAnotherProgramNothingIsNumberedOrPosted) {
+  ajeno::Ambiente foreign;
+  const std::string refused =
+      "La conexión es de otro programa: aquí no se numera ni se afecta nada en su base";
+  EXPECT_EQ(ErrorDe([&] { Mueve(*anfitrion, foreign); }), refused);
+  std::int32_t number = 7;
+  EXPECT_EQ(ErrorDe([&] { Funciones().NuevoId("Salida", foreign.Conexion(), number); }), refused);
+  EXPECT_EQ(number, 7);
+  EXPECT_TRUE(foreign.conexion.escrito.empty());
+  EXPECT_EQ(data::ToNumber(Dato("SELECT COUNT(*) FROM movsinv")), 0);
+  // Reading is any connection's.
+  data::RecordsetRef rows;
+  Funciones().AbreRecordset("SELECT * FROM entradas", foreign.Conexion(), rows);
+  EXPECT_TRUE(rows->Eof());
 }
 
 // A routine sends what it likes; on a screen that it shows and waits for an operator types again.
