@@ -73,7 +73,7 @@ int Post(const std::string& address, int station, int movements, int ready, int 
         movement->IdSalida(line);
       }
       double amount = 0;
-      movement->Afecta(false, amount);
+      movement->Afecta(amount);
     }
     return 0;
   } catch (const std::exception& error) {

@@ -1,5 +1,11 @@
 // Connection: what the suite's procedures see of a database. Two calls, one statement each.
-// There is no transaction here: each statement of the suite stands by itself.
+// There is no transaction here: each statement of the suite stands by itself, and holds once its call has
+// returned. A program with a base of its own implements this class and no other of data/.
+//
+// The statements are plain SQL on the tables of docs/schema.md: SELECT with INNER JOIN, SUM and GROUP BY;
+// INSERT and UPDATE as the program's own service::Query writes them; DELETE; "exec" of a procedure. Names
+// come in any mixture of capitals. What an operator typed stands in them as it is, which is why an
+// implementation lets one statement through and no more: RequireOneStatement of data/statement.h tells.
 #pragma once
 
 #include <memory>
@@ -11,12 +17,11 @@
 
 namespace tarvik::data {
 
-class EngineConnection;
-
 // A whole result: read before the call returns, so that walking it holds no lock and cannot fail.
 struct Rows {
-  std::vector<std::string> columns;      // as the engine names them
-  std::vector<std::vector<Value>> rows;  // each as long as columns
+  std::vector<std::string> columns;  // as the engine names them; read without regard to case
+  // Each as long as columns. NULL is a null value, a flag 1 or 0, a date a Date or a text "2024-03-05".
+  std::vector<std::vector<Value>> rows;
 };
 
 class Connection {
@@ -32,10 +37,6 @@ class Connection {
   // Runs one statement of any kind under the same rules. A SELECT gives its rows; others give none.
   // "exec NAME 'a','b'" runs a procedure of the engine, or one that the host registered by name.
   virtual Rows Execute(std::string_view text) = 0;
-
-  // The engine's own connection behind this one. For the host's services, which number, look up
-  // and post with bound parameters; the suite's procedures never ask for it.
-  virtual EngineConnection& Engine() = 0;
 };
 
 }  // namespace tarvik::data

@@ -83,8 +83,6 @@ class EngineConnection : public Connection {
   // Registers a procedure; a later one of the same name (without regard to case) replaces it.
   void Register(std::string_view name, Procedure procedure);
 
-  EngineConnection& Engine() override { return *this; }
-
  protected:
   // The registered procedure, or nullptr.
   [[nodiscard]] const Procedure* Find(std::string_view name) const;

@@ -1,5 +1,5 @@
-// The schema as data: one list of tables and columns, from which each engine's DDL, the builder's
-// knowledge of column types, the tests' column names and docs/schema.md come.
+// The schema as data: one list of tables and columns. Each engine's DDL comes from it, the names that a
+// service may be asked about at run time, and docs/schema.md (see tests/data/schema_page_test.cpp).
 #pragma once
 
 #include <cstdint>

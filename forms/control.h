@@ -1,5 +1,23 @@
 // Controls as models: name, state, text, and the events that a form hangs its procedures on.
 // They draw nothing. The grid stands in forms/flex_grid.h.
+//
+//   TextBox clave(form, "txtClave");           // a member of the form, as a rule
+//   clave.MaxLength(4);
+//   clave.OnChange = [&] { if (clave.Text() == "X") clave.Text(""); };
+//   clave.Text("A-100");                       // OnChange has run when this returns; Text() is "A-10"
+//   clave.SetFocus();                          // throws, as long as the form is not shown
+//
+// Assigning. A value that differs is taken over, listeners are told, and then the control's event runs,
+// inside the assignment: OnChange of a text, OnClick of a check box. What it throws comes out of
+// the assignment, with the new value in place. The same value again raises nothing. An event may assign to
+// its own control and to others; texts that change one another end at a depth of 100 with
+// data::Unrecoverable. On a form that is not loaded, hidden or unloaded all of this holds alike.
+//
+// Events. Each is empty until somebody sets it; one that is set replaces the one before. An event may do
+// whatever it likes but destroy its control; the form may be unloaded from inside it.
+//
+// Life. REQUIRES: a control dies before its form's base part, as a member of the form does. It is valid as
+// long as it lives, after Unload too. Pointers and references to controls own nothing.
 #pragma once
 
 #include <functional>
@@ -28,26 +46,32 @@ using CharEvent = std::function<void(int& character)>;       // may swap it, or 
 
 class Control {
  public:
+  // Enters Form::Controls(). `index` is that of a control array. Starts enabled, visible, not on the
+  // keyboard's way, without place, size or colour.
   Control(Form& form, std::string name, std::optional<int> index = {});
   virtual ~Control();
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;
 
-  [[nodiscard]] const std::string& Name() const { return name_; }
+  [[nodiscard]] const std::string& Name() const { return name_; }    // never changes
   [[nodiscard]] std::optional<int> Index() const { return index_; }  // nothing for a single control
   [[nodiscard]] std::string FullName() const;                        // "txtFields(4)", "fg2"
   [[nodiscard]] Form& Owner() const { return form_; }
 
+  // The control's own flags, whatever its containers say. Switched off, the control and what stands in it
+  // lose the focus with no leaving logic, and nobody has it then.
   [[nodiscard]] bool Enabled() const { return enabled_; }
   void Enabled(bool enabled);
   [[nodiscard]] bool Visible() const { return visible_; }
   void Visible(bool visible);
+  // A note of the screen's for its procedures and services ("N", "U" ...); not read here.
   [[nodiscard]] const std::string& Tag() const { return tag_; }
   void Tag(std::string tag) { tag_ = std::move(tag); }
-  [[nodiscard]] int TabIndex() const { return tab_index_; }  // -1: not on the keyboard's way
+  // Place on the keyboard's way, unique in a form; -1: not on it.
+  [[nodiscard]] int TabIndex() const { return tab_index_; }
   void TabIndex(int index) { tab_index_ = index; }
 
-  // Position and size in twips, relative to the form.
+  // Position and size in twips, relative to the form. Moves nothing else.
   [[nodiscard]] int Left() const { return left_; }
   [[nodiscard]] int Top() const { return top_; }
   [[nodiscard]] int Width() const { return width_; }
@@ -63,6 +87,7 @@ class Control {
 
   // The search box or panel around this control; nullptr for none. A control in a container that
   // is disabled or hidden can't take the focus.
+  // REQUIRES: a control of the same form, and no circle.
   [[nodiscard]] Control* Container() const { return container_; }
   void Container(Control* container) { container_ = container; }
 
@@ -71,17 +96,20 @@ class Control {
   [[nodiscard]] virtual bool Focusable() const { return false; }
   // Enabled and visible, its containers too: what a hand can reach.
   [[nodiscard]] bool Reachable() const;
+  // The same, of a kind that takes it; the form must be visible besides.
   [[nodiscard]] bool CanTakeFocus() const { return Focusable() && Reachable(); }
   // Moves the focus here, with the leaving logic of the old control and the entering logic of this
   // one. Throws data::Error if the form is not shown or the control can't take the focus; rethrows
   // the first error of those events, after both have run. Nothing happens if it is here already.
   void SetFocus();
-  [[nodiscard]] bool HasFocus() const;
+  [[nodiscard]] bool HasFocus() const;  // in its own form, shown or not
 
+  // When each runs on the road of a key and of a click: Form::Press, Form::Click. A procedure that calls
+  // Click() or SetFocus() raises them likewise, with no boundary for what they throw.
   Event OnClick;
   Event OnDblClick;
-  Event OnGotFocus;
-  Event OnLostFocus;
+  Event OnGotFocus;   // the focus is here by now
+  Event OnLostFocus;  // the focus is at the next control by now; may send it elsewhere
   KeyEvent OnKeyDown;
   CharEvent OnKeyPress;
   KeyEvent OnKeyUp;
@@ -109,6 +137,7 @@ class Control {
   Control* container_ = nullptr;
 };
 
+// A text that takes no focus.
 class Label : public Control {
  public:
   using Control::Control;
@@ -132,13 +161,14 @@ class Button : public Control {
   std::string caption_;
 };
 
+// A box that is ticked or not.
 class CheckBox : public Control {
  public:
   using Control::Control;
   [[nodiscard]] const std::string& Caption() const { return caption_; }
   void Caption(std::string caption);
   [[nodiscard]] int Value() const { return value_; }  // 0 or 1
-  // A value that differs raises OnClick, as on the suite's platform.
+  // Anything but 0 is 1. A value that differs raises OnClick, as on the suite's platform.
   void Value(int value);
   // The state at design: raises nothing.
   void Design(int value) { value_ = value; }
@@ -162,29 +192,31 @@ class TextBox : public Control {
   // nothing. Invalid UTF-8 is repaired.
   void Text(std::string_view text);
 
-  [[nodiscard]] int MaxLength() const { return max_length_; }  // 0: no limit
+  // In characters; 0: no limit. A text that is there already is not cut.
+  [[nodiscard]] int MaxLength() const { return max_length_; }
   void MaxLength(int length) { max_length_ = length; }
-  [[nodiscard]] int SelStart() const { return sel_start_; }
-  [[nodiscard]] int SelLength() const { return sel_length_; }
-  void SelStart(int start);    // clipped to the text; clears the selection
-  void SelLength(int length);  // clipped to the text
+  [[nodiscard]] int SelStart() const { return sel_start_; }    // where the caret is, from 0
+  [[nodiscard]] int SelLength() const { return sel_length_; }  // 0: nothing is selected
+  void SelStart(int start);                                    // clipped to the text; clears the selection
+  void SelLength(int length);                                  // clipped to the text
   void SelectAll();
 
-  // What a hand does: one change each, caret behind what was put in.
+  // What a hand does: one change each, caret behind what was put in. Clipped to MaxLength; a box of one line
+  // takes no line ends. Where the text stays the same only the caret moves.
   void ReplaceSelection(std::string_view text);  // typing, paste, a composed character
-  void Backspace();
-  void DeleteForward();
+  void Backspace();                              // the selection, or the character before the caret
+  void DeleteForward();                          // the selection, or the character behind it
 
   [[nodiscard]] bool Focusable() const override { return true; }
-  void Editing(const Key& key) override;
-  void Typing(char32_t character) override;
+  void Editing(const Key& key) override;     // Delete, Home, End, Left, Right
+  void Typing(char32_t character) override;  // Back deletes; Enter is a line end where there may be one
 
-  [[nodiscard]] bool RightAligned() const { return right_aligned_; }
+  [[nodiscard]] bool RightAligned() const { return right_aligned_; }  // for the view
   void RightAligned(bool right) { right_aligned_ = right; }
   [[nodiscard]] bool MultiLine() const { return multi_line_; }
   void MultiLine(bool multi) { multi_line_ = multi; }
 
-  Event OnChange;
+  Event OnChange;  // the text has changed, by whomever
 
  private:
   void RunChange();
@@ -198,16 +230,18 @@ class TextBox : public Control {
   bool multi_line_ = false;
 };
 
+// A text box for longer texts; the same in all else.
 class RichTextBox : public TextBox {
  public:
   using TextBox::TextBox;
 };
 
+// A day, or none. It has no change event: who needs the date reads it.
 class DatePicker : public Control {
  public:
   using Control::Control;
   [[nodiscard]] const std::optional<data::Date>& Value() const { return value_; }  // nothing: no date
-  void Value(std::optional<data::Date> date);
+  void Value(std::optional<data::Date> date);  // not checked against the calendar
   [[nodiscard]] bool Focusable() const override { return true; }
   void Editing(const Key& key) override;  // Up and Down: a day
 
@@ -215,6 +249,7 @@ class DatePicker : public Control {
   std::optional<data::Date> value_;
 };
 
+// A text that is typed, or taken from a list.
 class ComboBox : public Control {
  public:
   using Control::Control;
@@ -222,13 +257,14 @@ class ComboBox : public Control {
   void Text(std::string_view text);  // a text that differs raises OnChange
   [[nodiscard]] const std::vector<std::string>& List() const { return list_; }
   [[nodiscard]] int ListIndex() const { return list_index_; }  // from 0; -1: none
-  // Takes the item's text and raises OnClick. Throws data::Error for an index that is not there.
+  // Takes the item's text and raises OnClick, never OnChange; the same item again too. -1 chooses none and
+  // leaves the text. Throws data::Error for any other index that is not there.
   void ListIndex(int index);
-  void AddItem(std::string_view text);
-  void Clear();
+  void AddItem(std::string_view text);  // at the end
+  void Clear();                         // the list; the text stays
   [[nodiscard]] bool Focusable() const override { return true; }
-  void Editing(const Key& key) override;
-  void Typing(char32_t character) override;
+  void Editing(const Key& key) override;     // Up and Down choose the neighbour
+  void Typing(char32_t character) override;  // at the end of the text; Back takes the last character
 
   Event OnChange;
 
@@ -244,18 +280,20 @@ class PictureBox : public Control {
   using Control::Control;
 };
 
-// A drop-down search around a text box. The host decides what a search text means.
+// A drop-down search around a text box. It takes no focus itself.
 class SearchBox : public Control {
  public:
   using Control::Control;
+  // What is looked for: "Articulos", "Almacenes" ... The platform knows what such a title means.
   [[nodiscard]] const std::string& buscar() const { return buscar_; }
   void buscar(std::string title) { buscar_ = std::move(title); }
+  // Where to look; nullptr until the screen has loaded. REQUIRES: outlives the box.
   [[nodiscard]] data::Connection* Conexion() const { return connection_; }
   void Conexion(data::Connection& connection) { connection_ = &connection; }
-  [[nodiscard]] TextBox* Field() const { return field_; }
-  // Puts the text box inside.
+  [[nodiscard]] TextBox* Field() const { return field_; }  // gets what is chosen; nullptr for none
+  // Puts the text box inside: this is its container from here on. REQUIRES: a text box of the same form.
   void Hold(TextBox& field);
-  void ShowData();
+  void ShowData();  // opens the list, by Platform::ShowSearchList
 
  private:
   std::string buscar_;
@@ -263,7 +301,7 @@ class SearchBox : public Control {
   TextBox* field_ = nullptr;
 };
 
-// Runs while Enabled() and Interval() > 0. Starts disabled.
+// Runs while Enabled() and Interval() > 0 on an open form; unloading stops it. Starts disabled.
 class Timer : public Control {
  public:
   Timer(Form& form, std::string name);
@@ -273,10 +311,10 @@ class Timer : public Control {
   [[nodiscard]] bool Running() const { return running_; }
   void Enabled(bool enabled);
   using Control::Enabled;
-  // Called by the platform.
+  // Called by the platform, inside an act of its form. Raises OnTimer.
   void Tick();
 
-  Event OnTimer;
+  Event OnTimer;  // again and again, until the timer is stopped
 
  private:
   friend class Form;
@@ -286,20 +324,22 @@ class Timer : public Control {
   bool running_ = false;
 };
 
+// Shows a page, by Platform::Navigate.
 class WebBrowser : public Control {
  public:
   using Control::Control;
-  void Navigate(const std::string& name);
-  [[nodiscard]] const std::string& Location() const { return location_; }
+  void Navigate(const std::string& name);  // a file or an address; what the platform throws comes out
+  [[nodiscard]] const std::string& Location() const { return location_; }  // the last one asked for
 
  private:
   std::string location_;
 };
 
-// Controls of one name, told apart by an index that they keep for life.
+// Controls of one name, told apart by an index that they keep for life. Owns them.
 template <class T>
 class ControlArray {
  public:
+  // One control for each index; indices need not follow one another.
   ControlArray(Form& form, std::string name, std::initializer_list<int> indices) : name_(std::move(name)) {
     for (int index : indices) items_.emplace(index, std::make_unique<T>(form, name_, index));
   }
@@ -314,6 +354,7 @@ class ControlArray {
   [[nodiscard]] int Count() const { return static_cast<int>(items_.size()); }
   [[nodiscard]] const std::string& Name() const { return name_; }
 
+  // Calls the function with each control, by rising index.
   template <class F>
   void Each(F&& function) const {
     for (auto& [index, control] : items_) function(*control);

@@ -47,7 +47,7 @@ void frmEntradasWizard::RefrescaLista(Trampa& intenta) {
 }
 
 void frmEntradasWizard::NuevoNumero(Trampa& intenta) {
-  intenta([&] { Funciones().NuevoId("MovEnt", Ambiente->Conexion(), 0, nullptr, Entrada); });
+  intenta([&] { Funciones().NuevoId("MovEnt", Ambiente->Conexion(), Entrada); });
 }
 
 void frmEntradasWizard::CreaEntrada() {
@@ -165,7 +165,7 @@ void frmEntradasWizard::AfectaPartidas() {
     pon([&](M& m) { m.IdEntrada(EnteroDe(rstPartidas->Fields("id_entrada"))); });
     pon([&](M& m) { m.ClaveAdd(Funciones().TextoDe(rstPartidas->Fields("ClaveAdd"))); });
     pon([&](M& m) { m.Aplica(true); });
-    pon([&](M& m) { m.Afecta(false, importe); });
+    pon([&](M& m) { m.Afecta(importe); });
     suma += importe;
     intenta([&] { rstPartidas->MoveNext(); });
   }

@@ -133,7 +133,7 @@ void frmEntradasWizard::NuevaPartida() {
   intenta([&] { Query->Limpia(); });
   intenta([&] { Query->TipoSentencia("INSERT"); });
   std::int32_t id = 0;
-  intenta([&] { Funciones().NuevoId("entpart", Ambiente->Conexion(), 0, nullptr, id); });
+  intenta([&] { Funciones().NuevoId("entpart", Ambiente->Conexion(), id); });
   const data::DateTime ahora = GetPlatform().Now();
   auto agrega = [&](const char* columna, auto&& valor) {
     intenta([&] { Query->AgregaCampo("entpart", columna, valor()); });

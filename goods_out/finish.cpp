@@ -100,7 +100,7 @@ void frmSalidasWizard::CreaSalida() {
   };
   if (Modo == "ALTA") {
     do {
-      intenta([&] { Funciones().NuevoId("Salida", Ambiente->Conexion(), 0, nullptr, Salida); });
+      intenta([&] { Funciones().NuevoId("Salida", Ambiente->Conexion(), Salida); });
       intenta(
           [&] { Abre("SELECT salida FROM salidas WHERE salida = " + std::to_string(Salida), rstSalida); });
     } while (intenta.Mientras([&] { return !rstSalida->Eof(); }));
@@ -143,7 +143,7 @@ void frmSalidasWizard::EscribeSalida(bool pendiente) {
   };
   auto de_la_serie = [&](auto&& serie) {
     std::int32_t numero = 0;
-    intenta([&] { Funciones().NuevoId(serie(), Ambiente->Conexion(), 0, nullptr, numero); });
+    intenta([&] { Funciones().NuevoId(serie(), Ambiente->Conexion(), numero); });
     return numero;
   };
   if (pendiente) {
@@ -151,7 +151,7 @@ void frmSalidasWizard::EscribeSalida(bool pendiente) {
     intenta([&] { Query->TipoSentencia("UPDATE"); });
   } else {
     if (Modo == "ALTA") {
-      intenta([&] { Funciones().NuevoId("Salida", Ambiente->Conexion(), 0, nullptr, Salida); });
+      intenta([&] { Funciones().NuevoId("Salida", Ambiente->Conexion(), Salida); });
     }
     EmpiezaDocumento(intenta);
   }
@@ -239,7 +239,7 @@ void frmSalidasWizard::AfectaPartidas() {
     pon([&](M& m) { m.TipoDoc(data::ToText(documento("Tipo_doc"))); });
     pon([&](M& m) { m.Documento(data::ToText(documento("Folio"))); });
     pon([&](M& m) { m.Almacen(data::ToNumber(documento("Almacen"))); });
-    pon([&](M& m) { m.Afecta(false, importe); });
+    pon([&](M& m) { m.Afecta(importe); });
     suma += importe;
     if (SSCheck1.Value() == 1) {
       // The same line once more, as the arrival at the target warehouse; it adds no cost.
@@ -252,7 +252,7 @@ void frmSalidasWizard::AfectaPartidas() {
       if (SSCheck2.Value() == 1) pon([&](M& m) { m.EstacionTraspaso(data::Trim(txtFields(9).Text())); });
       pon([&](M& m) { m.Precio(0); });
       double llegada = 0;
-      pon([&](M& m) { m.Afecta(false, llegada); });
+      pon([&](M& m) { m.Afecta(llegada); });
     }
     intenta([&] { rstPartidas->MoveNext(); });
   }

@@ -24,14 +24,14 @@ void frmSalidasWizard::PonDescripcion() {
         "FROM "
         "prods INNER JOIN impuestos ON prods.impuesto = impuestos.impuesto WHERE articulo = '" +
             txtFields(4).Text() + "'",
-        Ambiente->Conexion(), 0, rstArticulo);
+        Ambiente->Conexion(), rstArticulo);
   });
   if (intenta.Si([&] { return rstArticulo->Eof(); })) {
     data::RecordsetRef clave;
     intenta([&] {
       Funciones().AbreConsulta(
           "SELECT articulo,clave,libre FROM clavesadd WHERE clave = '" + txtFields(4).Text() + "'",
-          Ambiente->Conexion(), 0, clave);
+          Ambiente->Conexion(), clave);
     });
     if (intenta.Si([&] { return clave->Eof(); })) return;
     intenta([&] { txtFields(4).Text(Funciones().TextoDe(clave->Fields("articulo"))); });
@@ -164,7 +164,7 @@ void frmSalidasWizard::CreaPartida() {
   std::int32_t id = 0;
   data::RecordsetRef tomado;
   do {
-    intenta([&] { Funciones().NuevoId("salpart", Ambiente->Conexion(), 0, nullptr, id); });
+    intenta([&] { Funciones().NuevoId("salpart", Ambiente->Conexion(), id); });
     intenta([&] { Abre("SELECT id_salida FROM salpart WHERE id_salida = " + std::to_string(id), tomado); });
   } while (intenta.Mientras([&] { return !tomado->Eof(); }));
   agrega("id_salida", [&] { return id; });

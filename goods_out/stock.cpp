@@ -76,10 +76,10 @@ bool frmSalidasWizard::ConfirmaExistencia(double first, double second) {
   // The host is asked for what its settings say, though nothing below depends on the answer.
   double cantidad = 0;
   if (intenta.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("EnVenta")); })) {
-    intenta([&] { Funciones().CantidadEnVenta(articulo, 0, data::Value(), Ambiente->Conexion(), cantidad); });
+    intenta([&] { Funciones().CantidadEnVenta(articulo, Ambiente->Conexion(), cantidad); });
   }
   if (intenta.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("PorSurt")); })) {
-    intenta([&] { Funciones().CantidadPorSurtir(articulo, Ambiente->Conexion(), 0, cantidad); });
+    intenta([&] { Funciones().CantidadPorSurtir(articulo, Ambiente->Conexion(), cantidad); });
   }
   if (!intenta.Si([&] { return data::IsNonZero(producto->Fields("Invent")) && first + second < first; }))
     return true;

@@ -16,9 +16,7 @@ void CatalogoLocal::Gancho(const std::string& key, Anfitrion::Rutina routine) {
   }
 }
 
-void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&,
-                                  const data::Value&, void*, bool, bool, const std::string&,
-                                  const std::string&, const std::string&, void*) {
+void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&) {
   testigo_.Servicio("BuscaCatalogo");
   testigo_.Gancho(key, std::as_const(ambiente_).ValorDeGancho());
   const auto found = routines_.find(key);
@@ -64,7 +62,7 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
 }
 
 void CatalogoLocal::ImprimeDocumento(const std::string& format, std::int32_t number,
-                                     service::Ambiente& ambiente, forms::Form& screen, bool) {
+                                     service::Ambiente& ambiente, forms::Form& screen) {
   testigo_.Impreso(format, number);
   testigo_.Servicio("ImprimeDocumento");
   Pedido wanted;

@@ -29,11 +29,9 @@ class CatalogoLocal : public service::ConsultasCatalogo {
   void Gancho(const std::string& key, Anfitrion::Rutina routine);
   [[nodiscard]] bool TieneGancho(const std::string& key) const { return routines_.contains(key); }
 
-  void BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&,
-                     const data::Value& value, void* object, bool flag1, bool flag2, const std::string& text1,
-                     const std::string& text2, const std::string& text3, void* last) override;
+  void BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&) override;
   void ImprimeDocumento(const std::string& format, std::int32_t number, service::Ambiente&,
-                        forms::Form& screen, bool flag) override;
+                        forms::Form& screen) override;
 
  private:
   AmbienteLocal& ambiente_;

@@ -191,7 +191,7 @@ void Corre(Anfitrion& host, forms::Form& screen, Tipo tipo, std::int32_t documen
       std::string("SELECT ") + (tipo == Tipo::Entrada ? "Entradas" : "Salidas") + " FROM defform", {});
   if (formats.rows.empty()) throw data::Error("No hay formato de impresión definido");
   host.ConsultasCatalogo().ImprimeDocumento(data::ToText(formats.rows[0][0]), documento, host.Ambiente(),
-                                            screen, false);
+                                            screen);
 }
 
 // The steps of one finish, each noted before it runs: it belongs to whoever noted it first.

@@ -2,7 +2,7 @@
 // the engine, inside a fence: what a screen has joined together from typed text may read for so long and
 // no longer, and calls no function but the harmless ones. While a routine of the deployer's runs the fence
 // is open: what it sends is its own. On a screen that the routine shows and waits for an operator types
-// again, and the fence is closed. What the host's services send for themselves goes past this, by Engine().
+// again, and the fence is closed. What the host's services send for themselves goes past this, by MotorDe().
 #pragma once
 
 #include <chrono>
@@ -33,7 +33,8 @@ class ConexionObservada : public data::Connection {
 
   data::Rows Select(std::string_view text) override;
   data::Rows Execute(std::string_view text) override;
-  data::EngineConnection& Engine() override { return inner_; }
+  // The engine's own connection behind it.
+  [[nodiscard]] data::EngineConnection& Motor() { return inner_; }
   // Outlives this; nullptr takes it away.
   void PonGuardia(Guardia* guardia) { guardia_ = guardia; }
 
@@ -68,5 +69,10 @@ class ConexionObservada : public data::Connection {
   const forms::Platform& platform_;
   Guardia* guardia_ = nullptr;
 };
+
+// The engine behind a connection that a service was handed: that of its Ambiente, be it this host's or
+// another one's of this program. The contract knows no engine, so a foreign host's connection has none, and
+// throws data::Error: numbers and movements of a base that this host did not open are not its to write.
+data::EngineConnection& MotorDe(data::Connection& connection);
 
 }  // namespace tarvik::host

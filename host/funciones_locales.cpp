@@ -8,6 +8,7 @@
 #include "data/number.h"
 #include "data/schema.h"
 #include "data/text.h"
+#include "host/conexion_observada.h"
 #include "host/constructor_sql.h"
 #include "host/mensajes.h"
 #include "host/numeracion.h"
@@ -73,23 +74,22 @@ std::vector<forms::Key> TeclasDe(std::string_view keys) {
   return result;
 }
 
-void FuncionesLocales::AbreRecordset(const std::string& text, data::Connection& connection, bool,
+void FuncionesLocales::AbreRecordset(const std::string& text, data::Connection& connection,
                                      data::RecordsetRef& out) {
   testigo_.Servicio("AbreRecordset");
   out = std::make_shared<data::Recordset>(connection.Select(text));
 }
 
-void FuncionesLocales::AbreConsulta(const std::string& text, data::Connection& connection, int,
+void FuncionesLocales::AbreConsulta(const std::string& text, data::Connection& connection,
                                     data::RecordsetRef& out) {
   testigo_.Servicio("AbreConsulta");
   out = std::make_shared<data::Recordset>(connection.Select(text));
 }
 
-void FuncionesLocales::NuevoId(const std::string& name, data::Connection& connection, std::int32_t,
-                               service::Query*, std::int32_t& out) {
+void FuncionesLocales::NuevoId(const std::string& name, data::Connection& connection, std::int32_t& out) {
   testigo_.Servicio("NuevoId");
   // A number that was drawn and got lost on the way is a gap, and does no harm.
-  data::EngineConnection& engine = connection.Engine();
+  data::EngineConnection& engine = MotorDe(connection);
   out = ConPaciencia(engine, [&] { return SiguienteNumero(engine, name); });
 }
 
@@ -128,9 +128,10 @@ bool FuncionesLocales::ExisteClave(const data::Value& value, const std::string& 
       wanted = static_cast<std::int64_t>(*number);
     }
   }
-  const auto found = connection.Engine().Run("SELECT 1 FROM " + std::string(known_table->name) + " WHERE " +
-                                                 std::string(known->name) + " = ? LIMIT 1",
-                                             {wanted});
+  const auto found = MotorDe(connection)
+                         .Run("SELECT 1 FROM " + std::string(known_table->name) + " WHERE " +
+                                  std::string(known->name) + " = ? LIMIT 1",
+                              {wanted});
   return !found.rows.empty();
 }
 
@@ -156,7 +157,7 @@ void FuncionesLocales::Pregunta(const std::string& text, int style, bool& out) {
   out = platform_.ShowBox(forms::BoxKind::Question, text, style);
 }
 
-void FuncionesLocales::FechaValida(const data::Date& date, service::Ambiente& ambiente, bool, bool& out) {
+void FuncionesLocales::FechaValida(const data::Date& date, service::Ambiente& ambiente, bool& out) {
   testigo_.Servicio("FechaValida");
   const auto closed = engine_.Run("SELECT 1 FROM movsinv WHERE f_movim > ? AND cerrado <> 0 LIMIT 1", {date});
   if (!closed.rows.empty()) {
@@ -177,7 +178,7 @@ std::unique_ptr<service::Query> FuncionesLocales::NuevoQuery() {
   return std::make_unique<ConstructorSql>(testigo_);
 }
 
-void FuncionesLocales::PresentaForma(forms::Form& screen, service::Ambiente&, const std::string&) {
+void FuncionesLocales::PresentaForma(forms::Form& screen, service::Ambiente&) {
   testigo_.Servicio("PresentaForma");
   testigo_.Presentada(screen);
 }
@@ -208,7 +209,7 @@ int FuncionesLocales::TeclaMayuscula(int& key, forms::Control&) {
   return key;
 }
 
-int FuncionesLocales::TeclaNumerica(int& key, forms::Control&, bool) {
+int FuncionesLocales::TeclaNumerica(int& key, forms::Control&) {
   testigo_.Servicio("TeclaNumerica");
   const bool digit = key >= '0' && key <= '9';
   const bool mark = key == '+' || key == '-' || key == '.';
@@ -218,13 +219,12 @@ int FuncionesLocales::TeclaNumerica(int& key, forms::Control&, bool) {
   return key;
 }
 
-std::string FuncionesLocales::FormateaTexto(forms::TextBox& box, service::Ambiente& ambiente,
-                                            const std::string& format) {
+std::string FuncionesLocales::FormateaTexto(forms::TextBox& box, service::Ambiente& ambiente) {
   testigo_.Servicio("FormateaTexto");
   if (box.Tag() != "N") return box.Text();
   const auto number = data::ParseNumber(box.Text());
   if (!number) return box.Text();
-  return data::FormatNumber(*number, format.empty() ? ambiente.FormatoImporte() : format);
+  return data::FormatNumber(*number, ambiente.FormatoImporte());
 }
 
 void FuncionesLocales::FormateaCantidad(double value, const std::string& format, std::string& out) {
@@ -237,19 +237,20 @@ void FuncionesLocales::NumeroSql(double value, std::string& out) {
   out = data::PlainNumber(value);
 }
 
-void FuncionesLocales::CantidadEnVenta(const std::string& articulo, int, const data::Value&,
-                                       data::Connection& connection, double& out) {
+void FuncionesLocales::CantidadEnVenta(const std::string& articulo, data::Connection& connection,
+                                       double& out) {
   testigo_.Servicio("CantidadEnVenta");
-  out = PrimerNumero(connection.Engine().Run(
-      "SELECT SUM(salpart.cantidad) FROM salpart INNER JOIN salidas ON salidas.salida = salpart.salida "
-      "WHERE salidas.estado = 'PE' AND salpart.articulo = ?",
-      {articulo}));
+  out = PrimerNumero(MotorDe(connection)
+                         .Run("SELECT SUM(salpart.cantidad) FROM salpart INNER JOIN salidas ON "
+                              "salidas.salida = salpart.salida "
+                              "WHERE salidas.estado = 'PE' AND salpart.articulo = ?",
+                              {articulo}));
 }
 
-void FuncionesLocales::CantidadPorSurtir(const std::string& articulo, data::Connection& connection, int,
+void FuncionesLocales::CantidadPorSurtir(const std::string& articulo, data::Connection& connection,
                                          double& out) {
   testigo_.Servicio("CantidadPorSurtir");
-  out = PrimerNumero(connection.Engine().Run("SELECT Por_Surt FROM prods WHERE articulo = ?", {articulo}));
+  out = PrimerNumero(MotorDe(connection).Run("SELECT Por_Surt FROM prods WHERE articulo = ?", {articulo}));
 }
 
 void FuncionesLocales::AgregaArchivoLog(const std::string& path, const std::string& text) {

@@ -25,10 +25,9 @@ class FuncionesLocales : public service::Funciones {
                    Cierres& cierres)
       : engine_(engine), platform_(platform), testigo_(testigo), cierres_(cierres) {}
 
-  void AbreRecordset(const std::string& text, data::Connection&, bool flag, data::RecordsetRef& out) override;
-  void AbreConsulta(const std::string& text, data::Connection&, int flag, data::RecordsetRef& out) override;
-  void NuevoId(const std::string& name, data::Connection&, std::int32_t working, service::Query* query,
-               std::int32_t& out) override;
+  void AbreRecordset(const std::string& text, data::Connection&, data::RecordsetRef& out) override;
+  void AbreConsulta(const std::string& text, data::Connection&, data::RecordsetRef& out) override;
+  void NuevoId(const std::string& name, data::Connection&, std::int32_t& out) override;
   double ANumero(const data::Value& value) override;
   std::string TextoDe(const data::Value& value) override;
   bool EstaVacio(const std::string& text) override;
@@ -39,22 +38,21 @@ class FuncionesLocales : public service::Funciones {
   void MuestraError(const std::string& text) override;
   void Pregunta(const std::string& text, int style, bool& out) override;
   // A date is closed when a movement later than it lies in a closed period.
-  void FechaValida(const data::Date& date, service::Ambiente&, bool flag, bool& out) override;
+  void FechaValida(const data::Date& date, service::Ambiente&, bool& out) override;
   // `a` days from today, then `b` months.
   void FechaDeTrabajo(int a, int b, data::Date& out) override;
   std::unique_ptr<service::Query> NuevoQuery() override;
-  void PresentaForma(forms::Form& screen, service::Ambiente&, const std::string& text) override;
+  void PresentaForma(forms::Form& screen, service::Ambiente&) override;
   void RegresaForma(forms::Form& screen, service::Ambiente&, const std::string& name) override;
   void EnviaTeclas(const std::string& keys, bool wait) override;
   int TeclaMayuscula(int& key, forms::Control&) override;
-  int TeclaNumerica(int& key, forms::Control&, bool flag) override;
-  std::string FormateaTexto(forms::TextBox&, service::Ambiente&, const std::string& format) override;
+  int TeclaNumerica(int& key, forms::Control&) override;
+  std::string FormateaTexto(forms::TextBox&, service::Ambiente&) override;
   void FormateaCantidad(double value, const std::string& format, std::string& out) override;
   void NumeroSql(double value, std::string& out) override;
   // What the pending goods-out documents hold of the article: this base has no open sales.
-  void CantidadEnVenta(const std::string& articulo, int, const data::Value&, data::Connection&,
-                       double& out) override;
-  void CantidadPorSurtir(const std::string& articulo, data::Connection&, int, double& out) override;
+  void CantidadEnVenta(const std::string& articulo, data::Connection&, double& out) override;
+  void CantidadPorSurtir(const std::string& articulo, data::Connection&, double& out) override;
   void AgregaArchivoLog(const std::string& path, const std::string& text) override;
   void ExisteArchivo(const std::string& path, bool& out) override;
   void BorraArchivo(const std::string& path) override;

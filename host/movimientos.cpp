@@ -5,15 +5,16 @@
 
 #include "data/error.h"
 #include "data/number.h"
+#include "host/conexion_observada.h"
 #include "host/paciencia.h"
 
 namespace tarvik::host {
 
-void MovimientoLocal::Afecta(bool, double& amount) {
+void MovimientoLocal::Afecta(double& amount) {
   testigo_.Servicio("Afecta");
   if (ambiente_ == nullptr) throw data::Error("El movimiento no tiene ambiente");
   ExigeCompleto(asiento_);
-  data::EngineConnection& connection = ambiente_->Conexion().Engine();
+  data::EngineConnection& connection = MotorDe(ambiente_->Conexion());
   if (!libro_) libro_.emplace(connection, regla_);
   const bool applies = asiento_.aplica.IsNull() || data::IsNonZero(asiento_.aplica);
   const double worth = applies ? Mueve(connection, *libro_) : libro_->Importe(asiento_);

@@ -64,7 +64,7 @@ class MovimientoLocal : public service::MovimientoInventario {
   // Throws data::Error, with nothing written, if the context, the article or the direction is not set, if
   // the line has moved with another article or in another warehouse, or the base refuses any of the steps;
   // data::Unrecoverable if the line's screen may not move it any more.
-  void Afecta(bool flag, double& amount) override;
+  void Afecta(double& amount) override;
 
  private:
   double Mueve(data::EngineConnection& connection, Libro& libro);

@@ -12,13 +12,10 @@ void SelectorDeCampo::Muestra(const std::string& clase, const std::string& title
   if (selector_.Elige(clase, title, *field_, chosen)) field_->Text(chosen);
 }
 
-void BuscadorLocal::Muestra(const std::string& title, const std::string&, const std::string&,
-                            const std::string&, const data::Value&, int) {
-  common_.Muestra("BuscadorCatalogo", title);
-}
+void BuscadorLocal::Muestra(const std::string& title) { common_.Muestra("BuscadorCatalogo", title); }
 
 void AuxiliarLocal::Muestra() { common_.Muestra("AuxiliarNumerico", ""); }
 
-void ListaLocal::Muestra(int&, const std::string& text) { common_.Muestra("ListaArticulos", text); }
+void ListaLocal::Muestra() { common_.Muestra("ListaArticulos", ""); }
 
 }  // namespace tarvik::host

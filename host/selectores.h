@@ -28,8 +28,7 @@ class BuscadorLocal : public service::BuscadorCatalogo {
   BuscadorLocal(Selector& selector, Testigo& testigo) : common_(selector, testigo) {}
   void Ambiente(service::Ambiente&) override {}
   void Campo(forms::TextBox& field) override { common_.Campo(field); }
-  void Muestra(const std::string& title, const std::string& text1, const std::string& text2,
-               const std::string& text3, const data::Value& value, int number) override;
+  void Muestra(const std::string& title) override;
 
  private:
   SelectorDeCampo common_;
@@ -51,7 +50,7 @@ class ListaLocal : public service::ListaArticulos {
   ListaLocal(Selector& selector, Testigo& testigo) : common_(selector, testigo) {}
   void Ambiente(service::Ambiente&) override {}
   void Campo(forms::TextBox& field) override { common_.Campo(field); }
-  void Muestra(int& number, const std::string& text) override;
+  void Muestra() override;
 
  private:
   SelectorDeCampo common_;

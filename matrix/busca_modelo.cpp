@@ -70,7 +70,7 @@ class Busqueda {
   forms::FlexGrid& Malla() { return malla_->fg2; }
   // Set only on success: after a failure the rows read before stand.
   void Abre(const std::string& sentencia, data::RecordsetRef& out) {
-    captura_.Anfitrion().Funciones().AbreRecordset(sentencia, captura_.Contexto().Conexion(), true, out);
+    captura_.Anfitrion().Funciones().AbreRecordset(sentencia, captura_.Contexto().Conexion(), out);
   }
   bool SinFilas(const data::RecordsetRef& filas) {
     return intenta_.Si([&] { return filas->Eof(); });

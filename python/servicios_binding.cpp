@@ -87,7 +87,7 @@ void BindMovimiento(py::module_& module) {
   PonPropiedad(type, "Aplica", &M::Aplica);
   type.def("Afecta", [](Movimiento& self) {
     double amount = 0;
-    self.propio->Afecta(true, amount);
+    self.propio->Afecta(amount);
     return amount;
   });
 }
@@ -118,7 +118,7 @@ void BindServicios(py::module_& module) {
           "NuevoId",
           [](A& self, const py::object& series) {
             std::int32_t number = 0;
-            self.Anfitrion().Funciones().NuevoId(TextOf(series), self.Conexion(), 0, nullptr, number);
+            self.Anfitrion().Funciones().NuevoId(TextOf(series), self.Conexion(), number);
             return number;
           },
           py::arg("serie"))
@@ -152,7 +152,7 @@ void BindServicios(py::module_& module) {
           [](A& self, const py::object& value) {
             bool valid = false;
             EsperaAlOperador(
-                [&, day = Dia(value)] { self.Anfitrion().Funciones().FechaValida(day, self, true, valid); });
+                [&, day = Dia(value)] { self.Anfitrion().Funciones().FechaValida(day, self, valid); });
             return valid;
           },
           py::arg("fecha"));

@@ -132,7 +132,7 @@ void EntradasSalidas::Nuevo(const Documento& documento, bool modal) {
   const std::string sentencia = std::string(documento.lee) + "0";
   auto pantalla = std::make_shared<Pantalla>(host_);
   data::RecordsetRef registro;
-  intenta([&] { host_.Funciones().AbreRecordset(sentencia, Ambiente->Conexion(), true, registro); });
+  intenta([&] { host_.Funciones().AbreRecordset(sentencia, Ambiente->Conexion(), registro); });
   Registro(*pantalla) = registro;
   pantalla->Ambiente = Ambiente;
   pantalla->Parent = Parent;
@@ -205,8 +205,7 @@ void EntradasSalidas::Elimina(const Documento& documento, std::int32_t numero) {
   const std::string condicion = std::to_string(numero) + "))";
   data::RecordsetRef registro;
   intenta([&] {
-    host_.Funciones().AbreRecordset(documento.lee_para_borrar + condicion, Ambiente->Conexion(), true,
-                                    registro);
+    host_.Funciones().AbreRecordset(documento.lee_para_borrar + condicion, Ambiente->Conexion(), registro);
   });
   if (intenta.Si([&] { return registro->Eof(); })) {
     return MuestraMensaje(intenta, host_, Ambiente, documento.no_existe_borra, kInformacion);

@@ -14,10 +14,9 @@ inline void ColocaFoco(forms::Control& control) {
   ignora([&] { control.SetFocus(); });
 }
 
-// Fires a hook, in the one shape in which this system does it. What its routine throws comes out here.
+// Fires a hook. What its routine throws comes out here.
 inline void Dispara(Host& host, std::string_view clave, forms::Form& pantalla, Ambiente& ambiente) {
-  host.ConsultasCatalogo().BuscaCatalogo(std::string(clave), pantalla, ambiente, "", nullptr, true, false, "",
-                                         "", "", nullptr);
+  host.ConsultasCatalogo().BuscaCatalogo(std::string(clave), pantalla, ambiente);
 }
 
 }  // namespace tarvik::service

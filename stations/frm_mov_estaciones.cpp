@@ -101,8 +101,7 @@ void frmMovEstaciones::txtFields_KeyUp(int Index, int KeyCode, int /*Shift*/) {
     if (lista) {
       ignora([&] { lista->Ambiente(*Ambiente); });
       ignora([&] { lista->Campo(txtFields(2)); });
-      int numero = 0;
-      ignora([&] { lista->Muestra(numero, ""); });
+      ignora([&] { lista->Muestra(); });
     }
     ColocaFoco(txtFields(2));
   } else if (Index == 0 || Index == 1) {

@@ -102,7 +102,7 @@ DocumentWizard::Vuelta::Vuelta(DocumentWizard& wizard) : wizard_(wizard) {
 }
 
 void DocumentWizard::Abre(const std::string& sentencia, data::RecordsetRef& out) {
-  Funciones().AbreRecordset(sentencia, Ambiente->Conexion(), true, out);
+  Funciones().AbreRecordset(sentencia, Ambiente->Conexion(), out);
 }
 
 void DocumentWizard::AbreNuevo(const std::string& sentencia, data::RecordsetRef& out) {

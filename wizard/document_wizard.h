@@ -163,7 +163,7 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   service::Funciones& Funciones() { return host_.Funciones(); }
   [[nodiscard]] const Particular& Suyo() const { return particular_; }
 
-  // A hook, in the one shape in which this system calls it.
+  // Fires a hook; what its routine throws comes out here.
   void Dispara(std::string_view clave);
   // If CancelaProceso is set: clears it and gives true.
   bool Cancelado();

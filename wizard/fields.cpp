@@ -12,7 +12,7 @@ using service::Trampa;
 
 void DocumentWizard::txtFields_Change(int Index) {
   forms::TextBox& campo = txtFields(Index);
-  if (!Visible()) campo.Text(Funciones().FormateaTexto(campo, *Ambiente, ""));
+  if (!Visible()) campo.Text(Funciones().FormateaTexto(campo, *Ambiente));
   if (!AlCambiar(Index)) return;
   const int largo = static_cast<int>(data::Length(campo.Text()));
   if (largo > 0 && largo == campo.MaxLength() && Visible()) {
@@ -29,7 +29,7 @@ void DocumentWizard::txtFields_LostFocus(int Index) {
   }
   AlSalir(Index);
   forms::TextBox& campo = txtFields(Index);
-  campo.Text(Funciones().FormateaTexto(campo, *Ambiente, ""));
+  campo.Text(Funciones().FormateaTexto(campo, *Ambiente));
 }
 
 void DocumentWizard::txtFields_KeyPress(int Index, int& KeyAscii) {
@@ -38,7 +38,7 @@ void DocumentWizard::txtFields_KeyPress(int Index, int& KeyAscii) {
   if (tag == "U") {
     KeyAscii = Funciones().TeclaMayuscula(KeyAscii, campo);
   } else if (tag == "N" || tag == "D" || tag == "SD" || tag == "SN") {
-    KeyAscii = Funciones().TeclaNumerica(KeyAscii, campo, true);
+    KeyAscii = Funciones().TeclaNumerica(KeyAscii, campo);
   }
 }
 
@@ -76,7 +76,7 @@ void DocumentWizard::txtFields_DblClick(int Index) {
     auto buscador = host_.NuevoBuscador();
     buscador->Ambiente(*Ambiente);
     buscador->Campo(campo);
-    buscador->Muestra(titulo, "", "", "", data::Value(), 0);
+    buscador->Muestra(titulo);
   } else if (campo.Tag() == "N") {
     auto auxiliar = host_.NuevoAuxiliar();
     auxiliar->Ambiente(*Ambiente);

@@ -31,8 +31,7 @@ bool DocumentWizard::FechaEscrita(Trampa& intenta) {
 
 bool DocumentWizard::FechaAceptada(Trampa& intenta) {
   bool valida = false;
-  intenta(
-      [&] { Funciones().FechaValida(DTPicker1.Value().value_or(data::Date{}), *Ambiente, true, valida); });
+  intenta([&] { Funciones().FechaValida(DTPicker1.Value().value_or(data::Date{}), *Ambiente, valida); });
   return valida;
 }
 
@@ -66,7 +65,7 @@ void DocumentWizard::Imprime(std::string_view procedimiento, std::int32_t numero
   }
   std::string formato;
   intenta([&] { formato = data::ToText(formatos->Fields(particular_.campo_de_formato)); });
-  intenta([&] { host_.ConsultasCatalogo().ImprimeDocumento(formato, numero, *Ambiente, *this, false); });
+  intenta([&] { host_.ConsultasCatalogo().ImprimeDocumento(formato, numero, *Ambiente, *this); });
 }
 
 void DocumentWizard::Command2_Click() {

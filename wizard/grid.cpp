@@ -15,7 +15,7 @@ bool DocumentWizard::TextoInicial(Trampa& intenta, forms::TextBox& Edt, int KeyA
   }
   if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), 0)); })) return false;
   int tecla = KeyAscii;
-  if (intenta.Si([&] { return Funciones().TeclaNumerica(tecla, Edt, true) == 0; })) {
+  if (intenta.Si([&] { return Funciones().TeclaNumerica(tecla, Edt) == 0; })) {
     if (fg2.Col() != 6) return false;
     tecla = KeyAscii;
   }
@@ -95,7 +95,7 @@ void DocumentWizard::txtEdit_KeyPress(int& KeyAscii) {
     return;
   }
   if (fg2.Col() == 4 || fg2.Col() == 6) return;
-  KeyAscii = Funciones().TeclaNumerica(KeyAscii, txtEdit, true);
+  KeyAscii = Funciones().TeclaNumerica(KeyAscii, txtEdit);
 }
 
 void DocumentWizard::SalvaCelda(Trampa& intenta, std::string_view tabla, const std::string& clave,

@@ -120,7 +120,7 @@ void DocumentWizard::Presenta(std::string_view clave) {
   Ignora ignora;
   ignora([&] { Dispara(clave); });
   if (Cancelado()) return;
-  ignora([&] { Funciones().PresentaForma(*this, *Ambiente, ""); });
+  ignora([&] { Funciones().PresentaForma(*this, *Ambiente); });
 }
 
 void DocumentWizard::AlternaLector(Trampa& intenta) {

@@ -16,8 +16,7 @@ void DocumentWizard::AbajoEnArticulo() {
     Abre("select * from modelos where modelo = '" + clave + "'", modelo);
     if (!modelo->Eof()) return ReparteFuera(clave);
   }
-  int numero = 0;
-  lista->Muestra(numero, "");
+  lista->Muestra();
   lista.reset();
   ColocaFoco(txtFields(5));
   txtFields(5).SelectAll();

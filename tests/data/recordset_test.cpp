@@ -19,7 +19,6 @@ class FakeConnection : public Connection {
     return answer;
   }
   Rows Execute(std::string_view) override { throw Error("no se esperaba"); }
-  EngineConnection& Engine() override { throw Error("no se esperaba"); }
 
   Rows answer{{"Entrada", "importe"}, {{1, 10.5}, {2, Value()}}};
   std::vector<std::string> asked;

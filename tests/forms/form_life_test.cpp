@@ -166,6 +166,15 @@ TEST_F(FormLife, AnEndedFormIsNotShownAgain) {
   EXPECT_TRUE(form->record.empty());
   form->first.Text("se puede leer");
   EXPECT_EQ(form->first.Text(), "se puede leer");
+  // Its change logic is as ever; a hand reaches it no more.
+  EXPECT_EQ(form->Taken(), Record{"first change se puede leer"});
+  form->Type(form->first, "x");
+  form->Press(Named("F5"));
+  form->Click(form->button);
+  form->Paint();
+  EXPECT_THROW(form->first.SetFocus(), data::Error);
+  EXPECT_FALSE(form->Unload());
+  EXPECT_TRUE(form->record.empty());
 }
 
 TEST_F(FormLife, HidingKeepsTheFormLoaded) {
@@ -175,6 +184,10 @@ TEST_F(FormLife, HidingKeepsTheFormLoaded) {
   EXPECT_TRUE(form->Open());
   EXPECT_EQ(platform.ActiveForm(), nullptr);
   EXPECT_TRUE(form->record.empty());
+  EXPECT_TRUE(form->first.HasFocus());
+  form->Show(false);
+  EXPECT_EQ(platform.ActiveForm(), form.get());
+  EXPECT_TRUE(form->record.empty()) << "nothing is loaded again";
 }
 
 TEST_F(FormLife, AModalShowRunsTheFormAndThenReturnsWithItGone) {

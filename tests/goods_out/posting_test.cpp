@@ -11,7 +11,7 @@ class AfectacionDeSalida : public EscenarioDeSalidas {
   frmSalidasWizard& Lista() {
     std::int32_t gastado = 0;
     for (int i = 0; i < 4; ++i) {
-      anfitrion->Funciones().NuevoId("E1salida", anfitrion->Ambiente().Conexion(), 0, nullptr, gastado);
+      anfitrion->Funciones().NuevoId("E1salida", anfitrion->Ambiente().Conexion(), gastado);
     }
     anfitrion->Ambiente().Pon("ClaveLocal", "L1");
     frmSalidasWizard& f = ConConcepto();

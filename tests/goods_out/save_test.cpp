@@ -125,7 +125,7 @@ TEST_F(GuardadoDeSalida, TheFolioIsOfTheStationAndDrawnAnewOnEverySave) {
   EXPECT_EQ(Uno("SELECT folio FROM salidas"), "2");
   EXPECT_EQ(Uno("SELECT estacion FROM salidas"), " CAJA ");
   std::int32_t siguiente = 0;
-  anfitrion->Funciones().NuevoId("CAJAsalida", anfitrion->Ambiente().Conexion(), 0, nullptr, siguiente);
+  anfitrion->Funciones().NuevoId("CAJAsalida", anfitrion->Ambiente().Conexion(), siguiente);
   EXPECT_EQ(siguiente, 3);
   anfitrion->Ambiente().Pon("Estacion", "E9");
   f.SalvaSalida();

@@ -103,8 +103,8 @@ TEST_F(AnfitrionDePrueba, TwoHostsOnOneBaseDrawDifferentNumbers) {
   Anfitrion other(opciones);
   std::int32_t first = 0;
   std::int32_t second = 0;
-  Funciones().NuevoId("Salida", Ambiente().Conexion(), 0, nullptr, first);
-  other.Funciones().NuevoId("Salida", other.Ambiente().Conexion(), 0, nullptr, second);
+  Funciones().NuevoId("Salida", Ambiente().Conexion(), first);
+  other.Funciones().NuevoId("Salida", other.Ambiente().Conexion(), second);
   EXPECT_EQ(first, 1);
   EXPECT_EQ(second, 2);
 }

@@ -9,8 +9,7 @@ namespace {
 class Ganchos : public Banco {
  protected:
   void Dispara(const std::string& key) {
-    anfitrion->ConsultasCatalogo().BuscaCatalogo(key, *forma, Ambiente(), "", nullptr, true, false, "", "",
-                                                 "", nullptr);
+    anfitrion->ConsultasCatalogo().BuscaCatalogo(key, *forma, Ambiente());
   }
 };
 

@@ -43,7 +43,7 @@ class Formatos : public Banco {
         "1299)");
   }
   std::string Imprime(const std::string& format, int number, forms::Form& screen) {
-    anfitrion->ConsultasCatalogo().ImprimeDocumento(format, number, Ambiente(), screen, false);
+    anfitrion->ConsultasCatalogo().ImprimeDocumento(format, number, Ambiente(), screen);
     return Lee(impresora.paginas.back());
   }
   static bool Tiene(const std::string& page, const std::string& text) {

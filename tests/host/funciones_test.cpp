@@ -37,28 +37,28 @@ class FormaDeTeclas : public forms::Form {
 TEST_F(FuncionesDePrueba, BothWaysToQueryGiveARecordsetOnItsFirstRow) {
   Sql("INSERT INTO modelos (modelo, descrip) VALUES ('CAM', 'Camisa')");
   data::RecordsetRef rows;
-  Funciones().AbreRecordset("SELECT * FROM modelos", Conexion(), true, rows);
+  Funciones().AbreRecordset("SELECT * FROM modelos", Conexion(), rows);
   EXPECT_EQ(rows->Fields("Descrip"), data::Value("Camisa"));
   data::RecordsetRef query;
-  Funciones().AbreConsulta("SELECT * FROM modelos WHERE modelo = 'X'", Conexion(), 0, query);
+  Funciones().AbreConsulta("SELECT * FROM modelos WHERE modelo = 'X'", Conexion(), query);
   EXPECT_TRUE(query->Eof());
 }
 
 TEST_F(FuncionesDePrueba, AQueryThatFailsLeavesTheVariableAsItWas) {
   data::RecordsetRef rows;
-  Funciones().AbreRecordset("SELECT * FROM modelos", Conexion(), true, rows);
+  Funciones().AbreRecordset("SELECT * FROM modelos", Conexion(), rows);
   const auto* before = &*rows;
-  EXPECT_NE(ErrorDe([&] { Funciones().AbreRecordset("SELECT * FROM nada", Conexion(), true, rows); }),
+  EXPECT_NE(ErrorDe([&] { Funciones().AbreRecordset("SELECT * FROM nada", Conexion(), rows); }),
             "(ningún error)");
-  EXPECT_NE(ErrorDe([&] { Funciones().AbreConsulta("DELETE FROM modelos", Conexion(), 0, rows); }),
+  EXPECT_NE(ErrorDe([&] { Funciones().AbreConsulta("DELETE FROM modelos", Conexion(), rows); }),
             "(ningún error)");
   EXPECT_EQ(&*rows, before);
 }
 
 TEST_F(FuncionesDePrueba, NewIdsComeFromTheSeriesOfTheirName) {
   std::int32_t id = 0;
-  Funciones().NuevoId("entpart", Conexion(), 0, nullptr, id);
-  Funciones().NuevoId("entpart", Conexion(), 0, nullptr, id);
+  Funciones().NuevoId("entpart", Conexion(), id);
+  Funciones().NuevoId("entpart", Conexion(), id);
   EXPECT_EQ(id, 2);
 }
 
@@ -149,7 +149,7 @@ TEST_F(FuncionesDePrueba, EachBoxIsOfItsKindAndStyle) {
 TEST_F(FuncionesDePrueba, ADateIsClosedByAClosedMovementThatIsLater) {
   Sql("INSERT INTO movsinv (f_movim, cerrado) VALUES ('2024-03-10', 1)");
   bool valid = true;
-  Funciones().FechaValida({2024, 3, 9}, Ambiente(), true, valid);
+  Funciones().FechaValida({2024, 3, 9}, Ambiente(), valid);
   EXPECT_FALSE(valid);
   ASSERT_EQ(cajas.size(), 1U);
   EXPECT_EQ(cajas[0].clase, forms::BoxKind::Message);
@@ -161,7 +161,7 @@ TEST_F(FuncionesDePrueba, ADateIsClosedByAClosedMovementThatIsLater) {
 TEST_F(FuncionesDePrueba, TheDayOfTheLastClosedMovementItselfIsOpen) {
   Sql("INSERT INTO movsinv (f_movim, cerrado) VALUES ('2024-03-10', 1)");
   bool valid = false;
-  Funciones().FechaValida({2024, 3, 10}, Ambiente(), true, valid);
+  Funciones().FechaValida({2024, 3, 10}, Ambiente(), valid);
   EXPECT_TRUE(valid);
   EXPECT_TRUE(cajas.empty());
 }
@@ -170,7 +170,7 @@ TEST_F(FuncionesDePrueba, AnOpenMovementClosesNoDate) {
   Sql("INSERT INTO movsinv (f_movim, cerrado) VALUES ('2024-03-10', 0)");
   Sql("INSERT INTO movsinv (f_movim) VALUES ('2024-03-11')");
   bool valid = false;
-  Funciones().FechaValida({2024, 3, 1}, Ambiente(), true, valid);
+  Funciones().FechaValida({2024, 3, 1}, Ambiente(), valid);
   EXPECT_TRUE(valid);
 }
 
@@ -185,7 +185,7 @@ TEST_F(FuncionesDePrueba, TheDateOfANewDocumentIsTodayMovedByDaysThenByMonths) {
 }
 
 TEST_F(FuncionesDePrueba, PresentedAndReturnedScreensAreTold) {
-  Funciones().PresentaForma(*forma, Ambiente(), "");
+  Funciones().PresentaForma(*forma, Ambiente());
   Funciones().RegresaForma(*forma, Ambiente(), "frmMaster");
   EXPECT_EQ(testigo.presentadas, std::vector<forms::Form*>{forma.get()});
   EXPECT_EQ(testigo.regresadas, std::vector<std::string>{"frmMaster"});
@@ -265,7 +265,7 @@ TEST_F(FuncionesDePrueba, TheNumberFilterLetsOnlyANumbersKeysPass) {
   for (int key = 0; key < 256; ++key) {
     int code = key;
     const bool passes = key != 0 && pass.find(static_cast<char>(key)) != std::string::npos;
-    EXPECT_EQ(Funciones().TeclaNumerica(code, box, true), passes ? key : 0);
+    EXPECT_EQ(Funciones().TeclaNumerica(code, box), passes ? key : 0);
     EXPECT_EQ(code, passes ? key : 0);
   }
 }
@@ -275,7 +275,7 @@ TEST_F(FuncionesDePrueba, OnlyANumberInANumberFieldIsFormatted) {
   const auto text = [&](const char* tag, const char* typed) {
     box.Tag(tag);
     box.Text(typed);
-    return Funciones().FormateaTexto(box, Ambiente(), "");
+    return Funciones().FormateaTexto(box, Ambiente());
   };
   EXPECT_EQ(text("N", "1234.5"), "1,234.50");
   EXPECT_EQ(text("N", "1,234.5"), "1,234.50");
@@ -304,9 +304,9 @@ TEST_F(FuncionesDePrueba, PendingGoodsOutDocumentsHoldTheirQuantities) {
   Sql("INSERT INTO salpart (id_salida, salida, articulo, cantidad) VALUES (3, 1, 'B', 7)");
   Sql("INSERT INTO salpart (id_salida, salida, articulo, cantidad) VALUES (4, 2, 'A', 9)");
   double quantity = -1;
-  Funciones().CantidadEnVenta("A", 0, {}, Conexion(), quantity);
+  Funciones().CantidadEnVenta("A", Conexion(), quantity);
   EXPECT_EQ(quantity, 4.5);
-  Funciones().CantidadEnVenta("C", 0, {}, Conexion(), quantity);
+  Funciones().CantidadEnVenta("C", Conexion(), quantity);
   EXPECT_EQ(quantity, 0);
 }
 
@@ -314,11 +314,11 @@ TEST_F(FuncionesDePrueba, TheQuantitySetAsideStandsOnTheArticle) {
   Sql("INSERT INTO prods (articulo, Por_Surt) VALUES ('A', 3)");
   Sql("INSERT INTO prods (articulo) VALUES ('B')");
   double quantity = -1;
-  Funciones().CantidadPorSurtir("A", Conexion(), 0, quantity);
+  Funciones().CantidadPorSurtir("A", Conexion(), quantity);
   EXPECT_EQ(quantity, 3);
   for (const char* article : {"B", "C"}) {
     quantity = -1;
-    Funciones().CantidadPorSurtir(article, Conexion(), 0, quantity);
+    Funciones().CantidadPorSurtir(article, Conexion(), quantity);
     EXPECT_EQ(quantity, 0) << article;
   }
 }
@@ -349,9 +349,9 @@ TEST_F(FuncionesDePrueba, EachOperationCanBeMadeToFailByItsNameAndThenDoesNothin
   int key = 'a';
   auto& functions = Funciones();
   const std::vector<std::pair<std::string, std::function<void()>>> calls = {
-      {"AbreRecordset", [&] { functions.AbreRecordset("SELECT 1", Conexion(), true, rows); }},
-      {"AbreConsulta", [&] { functions.AbreConsulta("SELECT 1", Conexion(), 0, rows); }},
-      {"NuevoId", [&] { functions.NuevoId("s", Conexion(), 0, nullptr, id); }},
+      {"AbreRecordset", [&] { functions.AbreRecordset("SELECT 1", Conexion(), rows); }},
+      {"AbreConsulta", [&] { functions.AbreConsulta("SELECT 1", Conexion(), rows); }},
+      {"NuevoId", [&] { functions.NuevoId("s", Conexion(), id); }},
       {"ANumero", [&] { functions.ANumero("1"); }},
       {"TextoDe", [&] { functions.TextoDe("1"); }},
       {"EstaVacio", [&] { functions.EstaVacio(""); }},
@@ -362,20 +362,20 @@ TEST_F(FuncionesDePrueba, EachOperationCanBeMadeToFailByItsNameAndThenDoesNothin
       {"Pregunta", [&] { functions.Pregunta("x", 1, flag); }},
       {"FechaValida",
        [&] {
-         functions.FechaValida({2024, 1, 1}, Ambiente(), true, flag);
+         functions.FechaValida({2024, 1, 1}, Ambiente(), flag);
        }},
       {"FechaDeTrabajo", [&] { functions.FechaDeTrabajo(0, 0, date); }},
       {"NuevoQuery", [&] { functions.NuevoQuery(); }},
-      {"PresentaForma", [&] { functions.PresentaForma(*forma, Ambiente(), ""); }},
+      {"PresentaForma", [&] { functions.PresentaForma(*forma, Ambiente()); }},
       {"RegresaForma", [&] { functions.RegresaForma(*forma, Ambiente(), "frmMaster"); }},
       {"EnviaTeclas", [&] { functions.EnviaTeclas("{TAB}", true); }},
       {"TeclaMayuscula", [&] { functions.TeclaMayuscula(key, box); }},
-      {"TeclaNumerica", [&] { functions.TeclaNumerica(key, box, true); }},
-      {"FormateaTexto", [&] { functions.FormateaTexto(box, Ambiente(), ""); }},
+      {"TeclaNumerica", [&] { functions.TeclaNumerica(key, box); }},
+      {"FormateaTexto", [&] { functions.FormateaTexto(box, Ambiente()); }},
       {"FormateaCantidad", [&] { functions.FormateaCantidad(1, "0", text); }},
       {"NumeroSql", [&] { functions.NumeroSql(1, text); }},
-      {"CantidadEnVenta", [&] { functions.CantidadEnVenta("A", 0, {}, Conexion(), number); }},
-      {"CantidadPorSurtir", [&] { functions.CantidadPorSurtir("A", Conexion(), 0, number); }},
+      {"CantidadEnVenta", [&] { functions.CantidadEnVenta("A", Conexion(), number); }},
+      {"CantidadPorSurtir", [&] { functions.CantidadPorSurtir("A", Conexion(), number); }},
       {"AgregaArchivoLog", [&] { functions.AgregaArchivoLog(carpeta.Ruta("x.log").string(), "x"); }},
       {"ExisteArchivo", [&] { functions.ExisteArchivo("x", flag); }},
       {"BorraArchivo", [&] { functions.BorraArchivo("x"); }}};

@@ -37,7 +37,7 @@ class Movimientos : public Banco {
   }
   double Afecta() {
     double amount = -1;
-    movimiento->Afecta(false, amount);
+    movimiento->Afecta(amount);
     return amount;
   }
   double Existencia(double almacen = 1, const std::string& articulo = "A-100") {
@@ -163,7 +163,7 @@ TEST_F(Movimientos, AStepThatFailsLeavesNothingOfThePosting) {
   movimiento->IdEntrada(45);
   Sql("ALTER TABLE existenciaalmacen RENAME TO otra");
   double amount = -1;
-  EXPECT_NE(ErrorDe([&] { movimiento->Afecta(false, amount); }), "(ningún error)");
+  EXPECT_NE(ErrorDe([&] { movimiento->Afecta(amount); }), "(ningún error)");
   EXPECT_EQ(amount, -1);
   EXPECT_EQ(Renglones(), 1);
   EXPECT_EQ(Alm("ALM1"), 13);
@@ -191,7 +191,7 @@ TEST_F(Movimientos, WithoutArticleDirectionOrContextThereIsAnError) {
   EXPECT_EQ(ErrorDe([&] { Afecta(); }), "El movimiento no tiene artículo");
   auto bare = anfitrion->NuevoMovimiento();
   double amount = 0;
-  EXPECT_EQ(ErrorDe([&] { bare->Afecta(false, amount); }), "El movimiento no tiene ambiente");
+  EXPECT_EQ(ErrorDe([&] { bare->Afecta(amount); }), "El movimiento no tiene ambiente");
   EXPECT_EQ(Renglones(), 0);
 }
 

@@ -49,7 +49,7 @@ TEST_F(RevisaExistencias, WhatARoutineMovesCountsAndIsOtherwiseSound) {
   movement->Movimiento(9);
   movement->IdEntrada(1);
   double amount = 0;
-  movement->Afecta(false, amount);
+  movement->Afecta(amount);
   EXPECT_EQ(Existencia(), "11");
   EXPECT_EQ(Dichas(Revisa()), "");
 }

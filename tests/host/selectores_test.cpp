@@ -30,7 +30,7 @@ class Selectores : public Banco {
     auto buscador = anfitrion->NuevoBuscador();
     buscador->Ambiente(Ambiente());
     buscador->Campo(*campo);
-    buscador->Muestra("Articulos", "", "", "", {}, 0);
+    buscador->Muestra("Articulos");
     auto auxiliar = anfitrion->NuevoAuxiliar();
     auxiliar->Ambiente(Ambiente());
     auxiliar->Campo(*campo);
@@ -38,9 +38,7 @@ class Selectores : public Banco {
     auto lista = anfitrion->NuevaLista();
     lista->Ambiente(Ambiente());
     lista->Campo(*campo);
-    int number = 5;
-    lista->Muestra(number, "");
-    EXPECT_EQ(number, 5);
+    lista->Muestra();
   }
   SelectorDePrueba selector;
   std::unique_ptr<forms::TextBox> campo;
@@ -89,7 +87,7 @@ TEST_F(Selectores, APickerThatIsMadeToFailAsksNobody) {
   testigo.falla_servicio = "Muestra";
   auto buscador = anfitrion->NuevoBuscador();
   buscador->Campo(*campo);
-  EXPECT_EQ(ErrorDe([&] { buscador->Muestra("Clientes", "", "", "", {}, 0); }), "falla provocada");
+  EXPECT_EQ(ErrorDe([&] { buscador->Muestra("Clientes"); }), "falla provocada");
   EXPECT_TRUE(selector.vistos.empty());
 }
 

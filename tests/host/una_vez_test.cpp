@@ -38,7 +38,7 @@ class UnaVez : public Banco {
       movimiento->IdSalida(linea.renglon);
     }
     double amount = -1;
-    movimiento->Afecta(false, amount);
+    movimiento->Afecta(amount);
     return amount;
   }
   double Existencia(const std::string& articulo = "A-100") {
@@ -187,7 +187,7 @@ TEST_F(UnaVez, TwoStationsThatPostTheSameLineMoveItOnce) {
   there->Almacen(1);
   there->IdEntrada(44);
   double amount = 0;
-  there->Afecta(false, amount);
+  there->Afecta(amount);
   EXPECT_EQ(Afecta({}), amount);
   EXPECT_EQ(Existencia(), 3);
 }

@@ -200,7 +200,7 @@ TEST_F(EnElServidor, StationsThatPostAtOnceLeaveTheBooksInAgreement) {
           movement->Cantidad(2);
           movement->Precio(10);
           double amount = 0;
-          movement->Afecta(false, amount);
+          movement->Afecta(amount);
         }
       } catch (const data::Error& failed) {
         error = failed.what();

@@ -557,7 +557,7 @@ TEST_F(Estaciones, OtherKeysOfTheGridAskNothing) {
   EXPECT_EQ(f.grid.Row(), 2);  // Down is the grid's own
 }
 
-// ---- the shape of a key ----
+// ---- what comes with a key ----
 
 // A host that notes how its routines are asked for, and lends all else from another.
 class HostEspia final : public service::Host, private service::ConsultasCatalogo {
@@ -568,8 +568,6 @@ class HostEspia final : public service::Host, private service::ConsultasCatalogo
     std::string clave;
     forms::Form* pantalla;
     service::Ambiente* ambiente;
-    bool vacios;  // the value is an empty text, and there is no object and no other text
-    bool primera, segunda;
   };
   std::vector<Llamada> llamadas;
 
@@ -584,19 +582,15 @@ class HostEspia final : public service::Host, private service::ConsultasCatalogo
   std::unique_ptr<service::ListaArticulos> NuevaLista() override { return otro_.NuevaLista(); }
 
  private:
-  void BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente& ambiente,
-                     const data::Value& value, void* object, bool flag1, bool flag2, const std::string& text1,
-                     const std::string& text2, const std::string& text3, void* last) override {
-    const bool vacios = !value.IsNull() && data::ToText(value).empty() && !object && !last && text1.empty() &&
-                        text2.empty() && text3.empty();
-    llamadas.push_back({key, &screen, &ambiente, vacios, flag1, flag2});
+  void BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente& ambiente) override {
+    llamadas.push_back({key, &screen, &ambiente});
   }
-  void ImprimeDocumento(const std::string&, std::int32_t, service::Ambiente&, forms::Form&, bool) override {}
+  void ImprimeDocumento(const std::string&, std::int32_t, service::Ambiente&, forms::Form&) override {}
 
   service::Host& otro_;
 };
 
-TEST_F(Estaciones, EveryKeyIsAskedForInTheSameShape) {
+TEST_F(Estaciones, EveryKeyComesWithItsScreenAndItsContext) {
   HostEspia espia(*anfitrion);
   auto f = std::make_shared<frmMovEstaciones>(espia);
   f->Ambiente = &anfitrion->Ambiente();
@@ -608,9 +602,6 @@ TEST_F(Estaciones, EveryKeyIsAskedForInTheSameShape) {
     claves.push_back(llamada.clave);
     EXPECT_EQ(llamada.pantalla, f.get()) << llamada.clave;
     EXPECT_EQ(llamada.ambiente, &anfitrion->Ambiente()) << llamada.clave;
-    EXPECT_TRUE(llamada.vacios) << llamada.clave;
-    EXPECT_TRUE(llamada.primera) << llamada.clave;
-    EXPECT_FALSE(llamada.segunda) << llamada.clave;
   }
   EXPECT_EQ(claves, (Textos{"MOVESTACIONES001", "MOVESTACIONES002", "MOVESTACIONES004", "MOVESTACIONES007"}));
 }
