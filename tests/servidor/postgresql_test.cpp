@@ -201,6 +201,12 @@ TEST_F(Servidor, AValueThatIsNoneOfAColumnsEqualsNone) {
   EXPECT_EQ(count("n = ?", 1.5), Value(0));
   EXPECT_EQ(count("n = ?", "2.0"), Value(1));
   EXPECT_EQ(count("r = ?", "1.50"), Value(1));
+  EXPECT_EQ(count("NOT n = ?", "X1"), Value(1)) << "and is unlike all";
+  EXPECT_EQ(count("n < ?", "X1"), Value(1));
+  EXPECT_EQ(count("r <> ?", ""), Value(1));
+  EXPECT_EQ(count("NOT r >= ?", "1,000"), Value(1));
+  EXPECT_EQ(count("NOT d = ?", "pronto"), Value(1));
+  EXPECT_EQ(count("d > ?", ""), Value(1));
   EXPECT_EQ(count("d = ?", "pronto"), Value(0));
   EXPECT_EQ(count("d = ?", "2024-03-05"), Value(1));
 }
