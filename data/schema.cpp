@@ -362,7 +362,7 @@ const std::vector<Table>& Schema() {
 
 const Table* FindTable(std::string_view name) {
   for (const Table& table : Schema()) {
-    if (EqualsNoCase(table.name, name)) return &table;
+    if (table.name.size() == name.size() && EqualsNoCase(table.name, name)) return &table;
   }
   return nullptr;
 }

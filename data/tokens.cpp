@@ -1,9 +1,5 @@
 #include "data/tokens.h"
 
-#include <algorithm>
-
-#include "data/text.h"
-
 namespace tarvik::data {
 namespace {
 
@@ -20,14 +16,6 @@ bool Join(const Part& first, const Part& second) {
 }
 
 }  // namespace
-
-bool Token::Is(std::string_view sign) const {
-  return (kind == PartKind::kWord || kind == PartKind::kMark) && EqualsNoCase(text, sign);
-}
-
-bool Token::IsAny(std::initializer_list<std::string_view> signs) const {
-  return std::any_of(signs.begin(), signs.end(), [&](std::string_view sign) { return Is(sign); });
-}
 
 Tokens TokensOf(const TakenApart& statement) {
   Tokens tokens;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "data/lexer.h"
+#include "data/text.h"
 
 namespace tarvik::data {
 
@@ -18,8 +19,16 @@ struct Token : Part {
   [[nodiscard]] bool IsName() const { return kind == PartKind::kWord || kind == PartKind::kName; }
   [[nodiscard]] bool IsText() const { return kind == PartKind::kText; }
   // A mark or a word, without regard to case.
-  [[nodiscard]] bool Is(std::string_view sign) const;
-  [[nodiscard]] bool IsAny(std::initializer_list<std::string_view> signs) const;
+  [[nodiscard]] bool Is(std::string_view sign) const {
+    return text.size() == sign.size() && (kind == PartKind::kWord || kind == PartKind::kMark) &&
+           EqualsNoCase(text, sign);
+  }
+  [[nodiscard]] bool IsAny(std::initializer_list<std::string_view> signs) const {
+    for (const std::string_view sign : signs) {
+      if (Is(sign)) return true;
+    }
+    return false;
+  }
 };
 
 using Tokens = std::vector<Token>;

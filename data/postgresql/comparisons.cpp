@@ -231,6 +231,7 @@ void Reader::Between(std::size_t at) {
 // The embedded engine compares letters of the alphabet whatever their case, and knows no sign of escape but
 // the one that the statement names. Of a column that is no text it compares the text of its value.
 void Reader::Like(std::size_t at) {
+  if (tokens_[at - 1].IsAny({"(", ","})) return;  // CREATE TABLE a (LIKE b)
   edits_.Replace(at, at, "ILIKE");
   const auto left = Before(tokens_[at - 1].Is("NOT") ? at - 1 : at);
   if (left && left->column && *left->column != ColumnType::Text && *left->column != ColumnType::Number) {

@@ -17,8 +17,9 @@ bool IsAlias(const Token& token) {
 }  // namespace
 
 const Column* ColumnOf(const Table& table, std::string_view name) {
-  const auto found = std::find_if(table.columns.begin(), table.columns.end(),
-                                  [&](const Column& column) { return EqualsNoCase(column.name, name); });
+  const auto found = std::find_if(table.columns.begin(), table.columns.end(), [&](const Column& column) {
+    return column.name.size() == name.size() && EqualsNoCase(column.name, name);
+  });
   return found == table.columns.end() ? nullptr : &*found;
 }
 

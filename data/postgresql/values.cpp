@@ -104,8 +104,9 @@ struct Parameter {
   // A text that is no number equals none and comes behind all of them: so does what is sent for it, and a NOT
   // in front of the comparison has the effect that it has where the text itself is compared.
   [[nodiscard]] std::optional<std::string> ComparedWithNumbers(const std::string& text) const {
-    if (NumberIn(text)) {
-      if (const auto number = ParseNumber(text)) return (*this)(*number);
+    if (const auto number = NumberIn(text)) {
+      if (WholeNumber(*number)) return number;
+      if (const auto read = ParseNumber(*number)) return (*this)(*read);
     }
     if (type == kInt8) return std::to_string(std::numeric_limits<std::int64_t>::max());
     if (type == kInt4) return std::to_string(std::numeric_limits<std::int32_t>::max());

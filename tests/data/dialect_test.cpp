@@ -164,6 +164,7 @@ TEST(Dialect, LikeMakesNoDifferenceOfCaseAndKnowsNoEscape) {
   EXPECT_EQ(Where("observ LIKE 'a%'"), "observ ILIKE 'a%'");
   EXPECT_EQ(Where("observ NOT LIKE 'a\\%'"), "observ NOT ILIKE 'a\\%' ESCAPE ''");
   EXPECT_EQ(Where("observ LIKE 'a\\%' ESCAPE '\\'"), "observ ILIKE 'a\\%' ESCAPE '\\'");
+  EXPECT_EQ(Said("CREATE TABLE copia (LIKE prods)"), "CREATE TABLE copia (LIKE prods)");
   EXPECT_EQ(Where("(entrada) LIKE '1%'"), "CAST((entrada) AS TEXT) ILIKE '1%'");
 }
 

@@ -287,6 +287,35 @@ Sentencia Generador::DeUna() {
   return {texto, !indice, ""};
 }
 
+// The host's own form: each value by a mark.
+Sentencia Generador::ConValores() {
+  const Tabla tabla = Una(false);
+  Sentencia hecha{"SELECT * FROM " + tabla.con_nombre + " WHERE ", false, ""};
+  const int cuantas = 1 + De(3);
+  for (int i = 0; i < cuantas; ++i) {
+    const Columna& columna = Alguna(tabla);
+    if (i > 0) hecha.texto += Uno(2) ? " AND " : " OR ";
+    if (Uno(3)) hecha.texto += "NOT ";
+    std::string comparacion = Comparacion();
+    data::Value valor = Uno(2) ? Valor(columna.tipo) : Alguno(kTextos);
+    const std::string texto = data::ToText(valor);
+    // A bound decimal is none of a whole-number column's values on a server, whatever the comparison.
+    const bool decimal = texto.find_first_of(".e") != std::string::npos && columna.tipo != Tipo::Text;
+    if (decimal && columna.tipo != Tipo::Number && !Con("decimal ligado a una columna entera")) valor = "x";
+    // A text that begins as a date is read as one.
+    if (columna.tipo == Tipo::Date && texto.size() != 10 && texto > "0" && texto < ":" &&
+        !Con("texto ligado a una fecha"))
+      valor = "";
+    if (Uno(6) && columna.tipo != Tipo::Date) valor = De(12);
+    if (columna.tipo == Tipo::Number && Uno(3)) valor = De(20) / 2.0;
+    if (columna.tipo == Tipo::Date && Uno(3)) valor = data::Date{2024, 3, 5};
+    if (Uno(10)) valor = data::Value();
+    hecha.texto += Uno(4) ? "?" + comparacion + columna.nombre : columna.nombre + comparacion + "?";
+    hecha.valores.push_back(valor);
+  }
+  return hecha;
+}
+
 Sentencia Generador::DeModelo() {
   static const std::vector<std::string> finales = {"", " AND modelo<>''", " AND color = 'R'",
                                                    " AND color='a' AND talla='b'"};
@@ -347,7 +376,8 @@ Sentencia Generador::Agrupada() {
     }
   }
   std::string texto = "SELECT " + columnas + " FROM " + tabla.con_nombre + donde + " GROUP BY " + grupo;
-  const bool dos = Uno(8);  // the engines may take two in either order
+  // The engines may take two in either order, and the rows of each in another.
+  const bool dos = Uno(8) && (!suelta || Con("primera fila de un grupo"));
   if (dos) texto += ", " + Alguna(tabla).nombre;
   if (Uno(5)) texto += " HAVING " + (Uno(2) ? "COUNT(*) > 1" : grupo + Comparacion() + Literal());
   if (!dos && Uno(4))
@@ -485,7 +515,9 @@ Sentencia Generador::Baja() {
 }
 
 Sentencia Generador::Siguiente() {
-  switch (De(17)) {
+  switch (De(18)) {
+    case 17:
+      return ConValores();
     case 16:
       return Reunida();
     case 0:
@@ -568,6 +600,10 @@ const std::vector<Diferencia>& Diferencias() {
        "'2024-03-07'"},
       {"entero que se desborda", "SELECT entrada + 9223372036854775807 AS c FROM entradas WHERE entrada = 1",
        "'9.22337203685478E+18'", "no"},
+      {"decimal ligado a una columna entera", "SELECT entrada FROM entradas WHERE entrada < ?:1.5", "'1'",
+       ""},
+      {"texto ligado a una fecha", "SELECT entrada FROM entradas WHERE f_emision = ?:2024-03-06 10:00:00", "",
+       "'1'"},
       {"función de un solo motor", "SELECT IFNULL(importe, 0) AS c FROM entradas WHERE entrada = 1", "'0'",
        "no"}};
   return todas;

@@ -10,13 +10,15 @@
 #include <vector>
 
 #include "data/schema.h"
+#include "data/value.h"
 
 namespace tarvik::tests {
 
 struct Sentencia {
   std::string texto;
-  bool en_orden = false;  // the order of the rows is promised
-  std::string tabla;      // that it changes; empty for a question
+  bool en_orden = false;                  // the order of the rows is promised
+  std::string tabla;                      // that it changes; empty for a question
+  std::vector<data::Value> valores = {};  // for its marks
 };
 
 // A table with the columns of it that have values.
@@ -72,6 +74,7 @@ class Generador {
   std::string Expresion(const Tabla& tabla);
   std::string Donde(const Tabla& tabla);
 
+  Sentencia ConValores();
   Sentencia PorClave();
   Sentencia DeUna();
   Sentencia DeModelo();

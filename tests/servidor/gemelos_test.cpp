@@ -101,6 +101,7 @@ class Gemelos : public testing::Test {
   static std::string Respuesta(EngineConnection& motor, const Sentencia& sentencia,
                                std::string* error = nullptr) {
     try {
+      if (!sentencia.valores.empty()) return Contado(motor.Run(sentencia.texto, sentencia.valores), false);
       if (sentencia.tabla.empty()) return Contado(motor.Execute(sentencia.texto), sentencia.en_orden);
       data::Transaction undone(motor);
       motor.Execute(sentencia.texto);
@@ -137,7 +138,9 @@ TEST_F(Gemelos, BothEnginesAnswerAlike) {
     con_filas += uno.find('\n') != std::string::npos ? 1 : 0;
     if (uno == otro) continue;
     if (++distintas > mostradas) break;
-    ADD_FAILURE() << sentencia.texto << "\n  said as " << data::ForPostgresql(sentencia.texto).text
+    std::string valores;
+    for (const Value& valor : sentencia.valores) valores += " " + Rotulo(valor);
+    ADD_FAILURE() << sentencia.texto << valores << "\n  said as " << data::ForPostgresql(sentencia.texto).text
                   << "\n--- file " << del_archivo << "\n"
                   << uno << "\n--- server " << del_servidor << "\n"
                   << otro;
@@ -164,7 +167,11 @@ TEST_F(Gemelos, WhatDiffersIsWhatIsKnown) {
       std::istringstream resto(sentencias);
       for (std::string una; std::getline(resto, una, ';');) {
         filas.clear();
-        for (const auto& fila : motor.Execute(una).rows) {
+        const std::size_t marca = una.find("?:");  // and the value for it
+        const Rows rows = marca == std::string::npos
+                              ? motor.Execute(una)
+                              : motor.Run(una.substr(0, marca + 1), {Value(una.substr(marca + 2))});
+        for (const auto& fila : rows.rows) {
           if (!filas.empty()) filas += '|';
           for (std::size_t i = 0; i < fila.size(); ++i) filas += (i > 0 ? "," : "") + Rotulo(fila[i]);
         }
