@@ -292,10 +292,10 @@ void ReadLiterals(const Tokens& tokens, const Sources& sources, Edits& edits) {
   Setting setting;
   for (std::size_t at = 0; at < tokens.size(); ++at) {
     const Token& token = tokens[at];
-    const bool set = setting(token);
+    const bool sets = setting(tokens, at);
     if (at == 0) continue;
     if (IsComparison(token)) {
-      if (set && token.Is("=")) {
+      if (sets) {
         reader.Set(at);
       } else {
         reader.Comparison(at);

@@ -14,13 +14,17 @@ namespace tarvik::data {
 // and the literals that are set into columns by an UPDATE or an INSERT.
 void ReadLiterals(const Tokens& tokens, const Sources& sources, Edits& edits);
 
-// Tells, token by token, whether a value there is set rather than compared.
+// Tells, token by token, whether a sign of equality there gives a column its value rather than comparing it.
 class Setting {
  public:
-  bool operator()(const Token& token) {
-    if (token.depth == 0 && token.Is("SET")) setting_ = true;
-    if (token.depth == 0 && token.IsAny({"WHERE", "FROM", "RETURNING"})) setting_ = false;
-    return setting_ && token.depth == 0;
+  bool operator()(const Tokens& tokens, std::size_t at) {
+    const Token& token = tokens[at];
+    if (token.depth != 0) return false;
+    if (token.Is("SET")) setting_ = true;
+    if (token.IsAny({"WHERE", "FROM", "RETURNING"})) setting_ = false;
+    if (!setting_ || at < 2 || !token.Is("=")) return false;
+    const std::size_t column = at >= 4 && tokens[at - 2].Is(".") ? at - 3 : at - 1;
+    return tokens[column - 1].IsAny({"SET", ","});
   }
 
  private:

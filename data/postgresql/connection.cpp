@@ -32,10 +32,7 @@ constexpr std::chrono::seconds kLookAgainAtMost{8};
 
 constexpr const char* kUndone = "La base deshizo la transacción: una de sus sentencias falló";
 
-bool BeginsWith(std::string_view text, std::string_view word) {
-  const std::size_t begin = std::min(text.find_first_not_of(" \t\r\n"), text.size());
-  return EqualsNoCase(text.substr(begin, word.size()), word);
-}
+bool BeginsWith(std::string_view text, std::string_view word) { return Lexer(text).Next().Is(word); }
 
 // Another connection changed the table, or someone dropped the statement: it was not carried out.
 bool IsStale(std::string_view state) { return state == "0A000" || state == "26000"; }

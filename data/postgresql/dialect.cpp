@@ -1,6 +1,7 @@
 #include "data/postgresql/dialect.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "data/postgresql/comparisons.h"
 #include "data/postgresql/edits.h"
@@ -15,12 +16,13 @@ namespace {
 
 void NumberMarks(const Tokens& tokens, Edits& edits, std::vector<Mark>& marks) {
   Setting setting;
+  bool sets = false;  // the sign before this token
   for (std::size_t i = 0; i < tokens.size(); ++i) {
-    const bool set = setting(tokens[i]);
+    const bool given = std::exchange(sets, setting(tokens, i));
     if (!tokens[i].Is("?")) continue;
     const bool compared =
         (i > 0 && IsComparison(tokens[i - 1])) || (i + 1 < tokens.size() && IsComparison(tokens[i + 1]));
-    marks.push_back(!set && compared ? Mark::kCompared : Mark::kGiven);
+    marks.push_back(!given && compared ? Mark::kCompared : Mark::kGiven);
     edits.Replace(i, i, "$" + std::to_string(marks.size()));
   }
 }

@@ -26,6 +26,8 @@ TEST(Dialect, MarksAreNumberedOutsideQuotes) {
 TEST(Dialect, AValueThatIsComparedIsNoValueThatIsGiven) {
   EXPECT_EQ(Marked("UPDATE prods SET ALM1 = ? WHERE articulo = ? AND ALM2 >= ?"),
             "UPDATE prods SET ALM1 = $1 WHERE articulo = $2 AND ALM2 >= $3 | gcc");
+  EXPECT_EQ(Marked("UPDATE prods SET ALM1 = CASE WHEN ALM2 = ? THEN ? END, ALM3 = ?"),
+            "UPDATE prods SET ALM1 = CASE WHEN ALM2 = $1 THEN $2 END, ALM3 = $3 | cgg");
   EXPECT_EQ(Marked("INSERT INTO prods (articulo) VALUES (?)"),
             "INSERT INTO prods (articulo) VALUES ($1) | g");
 }
@@ -234,6 +236,8 @@ TEST(Dialect, WhatIsSetIsForTheEngineToRefuseUnlessItIsEmpty) {
 TEST(Dialect, WhatIsSetIsReadAsItsColumn) {
   EXPECT_EQ(Said("UPDATE entradas SET entrada = '7.0', observ = 1.50, almacen = ' 2 '"),
             "UPDATE entradas SET entrada = 7, observ = '1.5', almacen = 2");
+  EXPECT_EQ(Said("UPDATE prods SET descrip = CASE WHEN ALM1 = 'X' THEN 'a' ELSE '' END, ALM1 = '1'"),
+            "UPDATE prods SET descrip = CASE WHEN (ALM1 IS NULL AND NULL) THEN 'a' ELSE '' END, ALM1 = 1");
   EXPECT_EQ(Said("INSERT INTO entradas (entrada, observ) VALUES ('1e2', 7)"),
             "INSERT INTO entradas (entrada, observ) VALUES (100, '7')");
 }

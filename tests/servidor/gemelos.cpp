@@ -320,6 +320,13 @@ Sentencia Generador::DeModelo() {
   static const std::vector<std::string> finales = {"", " AND modelo<>''", " AND color = 'R'",
                                                    " AND color='a' AND talla='b'"};
   const std::string modelo = Entrecomillas(Valor(Tipo::Text));
+  // The colours and the sizes of a model, as the matrix asks for them.
+  if (Uno(3)) {
+    return {
+        "SELECT prods.color AS pcolor, colores.descrip AS color FROM colores,prods WHERE prods.modelo = " +
+            modelo + " AND colores.color=prods.color GROUP BY prods.color",
+        true, ""};
+  }
   return {(Uno(2) ? "SELECT * FROM prods WHERE modelo = " : "SELECT articulo FROM prods WHERE modelo=") +
               modelo + Alguno(finales),
           true, ""};
@@ -478,6 +485,9 @@ Sentencia Generador::Cambio() {
     if (!EsTexto(columna.tipo) && Uno(3)) valor = vacio ? "' '" : "NULL";
     if (EsNumero(columna.tipo) && Uno(3))
       valor = columna.tipo == Tipo::Number ? Numero() : std::to_string(De(9));
+    if (EsTexto(columna.tipo) && Uno(6))
+      valor = "CASE WHEN " + Atomo(tabla) + " THEN 'sí' ELSE " + columna.nombre + " END";
+    if (columna.tipo == Tipo::Number && Uno(8)) valor = "(SELECT MAX(s.visualcolor) FROM colores AS s)";
     if (columna.tipo == Tipo::Number && Uno(6)) valor = columna.nombre + " + 1";
     texto += (puestas.size() > 1 ? ", " : "") + columna.nombre + " = " + valor;
   }
@@ -514,7 +524,7 @@ Sentencia Generador::Baja() {
   return {"DELETE FROM " + tabla.con_nombre + Donde(tabla), false, tabla.muestra->tabla};
 }
 
-Sentencia Generador::Siguiente() {
+Sentencia Generador::DeAlgunTipo() {
   switch (De(18)) {
     case 17:
       return ConValores();
@@ -545,6 +555,21 @@ Sentencia Generador::Siguiente() {
     default:
       return DeUna();
   }
+}
+
+Sentencia Generador::Siguiente() {
+  Sentencia hecha = DeAlgunTipo();
+  const auto cambia = [&](std::string_view que, std::string_view por) {
+    if (const auto at = hecha.texto.find(que); at != std::string::npos && Uno(6))
+      hecha.texto.replace(at, que.size(), por);
+  };
+  cambia("SELECT ", "select\t");
+  cambia(" FROM ", "\n  From ");
+  cambia(" WHERE ", " Where\n");
+  cambia(" AND ", " and ");
+  cambia(" ORDER BY ", " order  by ");
+  if (Uno(8)) hecha.texto += Uno(2) ? ";" : " ; ";
+  return hecha;
 }
 
 // --- What is known to differ ---------------------------------------------------------------------------
@@ -583,6 +608,8 @@ const std::vector<Diferencia>& Diferencias() {
       {"MIN o MAX de un grupo sin valores",
        "SELECT estado, MAX(importe) AS m, observ FROM entradas GROUP BY estado", "'PE',NULL,'dos'",
        "'PE',NULL,'uno'"},
+      {"dos columnas agrupadas", "SELECT talla, color FROM prods WHERE modelo = 'M' GROUP BY talla, color",
+       "'2','A'|'1','R'", "'1','R'|'2','A'"},
       {"número pegado a un texto", "SELECT almacen || 'x' AS c FROM entradas WHERE entrada = 1", "'1.0x'",
        "'1x'"},
       {"CAST a entero", "SELECT CAST(costo + 0.7 AS INTEGER) AS c FROM entradas WHERE entrada = 1", "'2'",

@@ -74,6 +74,7 @@ class Generador {
   std::string Expresion(const Tabla& tabla);
   std::string Donde(const Tabla& tabla);
 
+  Sentencia DeAlgunTipo();
   Sentencia ConValores();
   Sentencia PorClave();
   Sentencia DeUna();

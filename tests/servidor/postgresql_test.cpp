@@ -92,8 +92,8 @@ TEST_F(Servidor, ValuesComeBackByWhatIsStored) {
   db->Run("INSERT INTO t VALUES (?, ?, ?, ?, ?)", {Value(), 5, Value(), Value(), 0});
   const Rows rows = db->Select("SELECT * FROM t ORDER BY n");
   EXPECT_EQ(rows.columns, (std::vector<std::string>{"n", "r", "x", "d", "f"}));
-  EXPECT_EQ(rows.rows.at(0), (std::vector<Value>{7, 2.5, "Ñandú", Date{2024, 3, 5}, 1}));
-  EXPECT_EQ(rows.rows.at(1), (std::vector<Value>{Value(), 5.0, Value(), Value(), 0}));
+  EXPECT_EQ(rows.rows.at(0), (std::vector<Value>{Value(), 5.0, Value(), Value(), 0})) << "no value is first";
+  EXPECT_EQ(rows.rows.at(1), (std::vector<Value>{7, 2.5, "Ñandú", Date{2024, 3, 5}, 1}));
 }
 
 TEST_F(Servidor, OtherTypesAreReadAsWhatTheyMean) {
