@@ -1,21 +1,22 @@
-// Where the parts of a statement begin and end, for every check that looks at its text. It knows quotes,
+// Where the parts of a statement begin and end. Whatever takes a statement apart does it by this: the gate
+// before an engine, what puts a text right for a server, and what adds an order of rows. It knows quotes,
 // words and numbers, and nothing of what they mean.
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarvik::data {
 
-bool IsBlank(char c);     // what stands between the parts of a statement
-bool IsWordSign(char c);  // what a word goes on with
-std::size_t SkipBlanks(std::string_view text, std::size_t at);
+bool IsDigit(char c);
 
 enum class PartKind {
   kWord,    // a name or a keyword, without quotes
-  kNumber,  // digits and decimal marks; what follows them at once is another part
-  kText,    // 'between single quotes'
-  kName,    // "between double ones", `these`, or [brackets]
+  kNumber,  // digits and decimal marks, and an exponent; what follows them at once is another part
+  kText,    // 'between single quotes'; a doubled quote belongs to it
+  kName,    // "between double ones" or `these`, likewise, or [brackets]
   kMark,    // any other single character
   kEnd      // behind the last part
 };
@@ -32,16 +33,35 @@ struct Part {
   [[nodiscard]] bool Is(std::string_view word) const;
 };
 
-// Gives the parts one after the other. A doubled quote inside a quoted part gives two parts that touch.
-//   SELECT 'O''Hara'  gives SELECT, 'O', 'Hara' and the end
+// Gives the parts one after the other.
+//   SELECT 'O''Hara', 1.5e3  gives SELECT, 'O''Hara', the comma, 1.5e3 and the end
 class Lexer {
  public:
   explicit Lexer(std::string_view text) : text_(text) {}
   Part Next();
 
  private:
+  [[nodiscard]] std::size_t BehindQuotes(bool& closed) const;
+  [[nodiscard]] std::size_t BehindNumber() const;
+
   std::string_view text_;
   std::size_t at_ = 0;
+};
+
+// A text with all its parts but the end, so that it is read once however many look at it. It keeps the text
+// as a view: what it was made of has to outlive it.
+struct TakenApart {
+  std::string_view text;
+  std::vector<Part> parts;
+
+  TakenApart(std::string_view of);                                         // NOLINT: any text may be given
+  TakenApart(const char* of) : TakenApart(std::string_view(of)) {}         // NOLINT
+  TakenApart(const std::string& of) : TakenApart(std::string_view(of)) {}  // NOLINT
+
+  // Whether every engine reads the same quotes here: no brackets or reversed accents, which are quotes for
+  // one and none for another, no $ outside a word, no E'' and no U&''. `at`: of this part alone.
+  [[nodiscard]] bool ReadAlike(std::size_t at) const;
+  [[nodiscard]] bool ReadAlike() const;
 };
 
 }  // namespace tarvik::data

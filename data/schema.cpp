@@ -210,10 +210,14 @@ std::vector<Table> Catalogues() {
                    {"ALM6", Number, "stock of warehouse 6"},
                    {"ALM7", Number, "stock of warehouse 7"},
                    {"ALM8", Number, "stock of warehouse 8"},
-                   {"ALM9", Number, "stock of warehouse 9"}},
+                   {"ALM9", Number, "stock of warehouse 9"},
+                   {"orden", Integer, "order in which the article was stored, drawn by the engine"}},
        .key = {"articulo"},
        .foreign_keys = {},
-       .indexes = {{"modelo", "color", "talla"}, {"descrip"}}},
+       .indexes = {{"modelo", "color", "talla"}, {"descrip"}, {"orden"}},
+       .stored = "orden",
+       // A model's first article: of two with one colour and size the one that was stored first.
+       .reading = {"modelo", {"color", "talla", "orden"}}},
       {.name = "existenciaalmacen",
        .meaning = "Stock by warehouse and article",
        .columns = {{"almacen", Number, "warehouse"},
@@ -358,7 +362,7 @@ const std::vector<Table>& Schema() {
 
 const Table* FindTable(std::string_view name) {
   for (const Table& table : Schema()) {
-    if (EqualsNoCase(table.name, name)) return &table;
+    if (table.name.size() == name.size() && EqualsNoCase(table.name, name)) return &table;
   }
   return nullptr;
 }

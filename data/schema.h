@@ -32,6 +32,12 @@ struct Once {
   std::string_view where;
 };
 
+// The order in which the rows are read that a condition on `filter` names, where it is not the key's.
+struct ReadingRule {
+  std::string_view filter;
+  std::vector<std::string_view> columns;
+};
+
 struct Table {
   std::string_view name;
   std::string_view meaning;
@@ -43,10 +49,14 @@ struct Table {
   bool positive_key = false;  // the base refuses a row whose key is below 1
   bool counted_key = false;   // the engine numbers the key column itself (the ledger's own row id)
   bool of_host = false;       // the stand-alone host's own, not the suite's
+  // A column besides the key that the engine numbers, so that the order in which rows were stored can be
+  // told.
+  std::string_view stored = {};
+  ReadingRule reading = {};
 };
 
 // Raised by one with each change of a table. A base of a newer version is refused.
-inline constexpr int kSchemaVersion = 3;
+inline constexpr int kSchemaVersion = 4;
 
 const std::vector<Table>& Schema();
 // Without regard to case; nullptr if the schema has no such table or column.
@@ -61,15 +71,16 @@ std::vector<std::string> IndexTexts(const Table& table);
 std::string IndexName(const Table& table, const std::vector<std::string_view>& columns);
 // A rule's index; `since`: for the rows whose number is above it.
 std::string OnceText(const Table& table, const Once& once, std::int64_t since = 0);
-// The text that adds a column to a table that is there.
-std::string AddColumnText(const Table& table, const Column& column, Dialect dialect);
+// The texts that add a column to a table that is there. Rows that are there get the numbers of a column that
+// tells how they were stored: in a file by the row id, on a server, where nothing else is left of it, by key.
+std::vector<std::string> AddColumnTexts(const Table& table, const Column& column, Dialect dialect);
 
-// What keeps a key positive: a trigger, for EngineConnection::Define, behind what it needs.
+// What keeps a key positive, or numbers rows as they are stored: a trigger, for EngineConnection::Define,
+// behind what it needs.
 struct Guard {
   std::string name;
   std::vector<std::string> texts;
 };
-// None for a table whose key may be anything.
 std::vector<Guard> Guards(const Table& table, Dialect dialect);
 
 // Makes a base ready for this program: creates what an empty one lacks, and brings an older one to this

@@ -6,7 +6,6 @@
 #include <array>
 
 #include "data/error.h"
-#include "data/lexer.h"
 #include "data/text.h"
 
 namespace tarvik::data {
@@ -38,24 +37,9 @@ bool IsAny(const Part& part, const std::array<std::string_view, N>& words) {
   return std::any_of(words.begin(), words.end(), [&](std::string_view word) { return part.Is(word); });
 }
 
-bool Touch(const Part& first, const Part& second) { return first.Behind() == second.at; }
-
 using Parts = std::vector<Part>;
 
 bool IsNamed(const Part& part) { return part.kind == PartKind::kWord || part.kind == PartKind::kName; }
-
-// Quotes that the engines do not read alike: what is a text for one is a statement for another. A bracket is
-// a quote for one and the place in a list for the other, and behind it nobody knows any more what is text.
-bool OddQuotes(const Parts& parts, std::size_t at) {
-  const Part& part = parts[at];
-  if (part.Is('$')) return true;
-  if (part.kind == PartKind::kName && part.text[0] != '"') return true;
-  if ((part.kind != PartKind::kName && part.kind != PartKind::kText) || at == 0) return false;
-  const Part& before = parts[at - 1];
-  if (!Touch(before, part)) return false;
-  return before.Is("E") ||
-         (before.Is('&') && at >= 2 && parts[at - 2].Is("U") && Touch(parts[at - 2], before));
-}
 
 // Whether the parenthesis that opens here begins the values of a function that is none of the harmless.
 bool CallsOther(const Parts& parts, std::size_t at) {
@@ -73,14 +57,14 @@ bool CallsOther(const Parts& parts, std::size_t at) {
 
 }  // namespace
 
-void RequireOneStatement(std::string_view text) {
+void RequireOneStatement(const TakenApart& statement) {
+  const std::string_view text = statement.text;
   if (text.find('\0') != std::string_view::npos) Refuse("La sentencia contiene un carácter nulo", text);
   if (!ValidUtf8(text)) Refuse("La sentencia no es texto UTF-8 válido", text);
 
   bool anything = false;
   bool ended = false;
-  Lexer lexer(text);
-  for (Part part = lexer.Next(); part.kind != PartKind::kEnd; part = lexer.Next()) {
+  for (const Part& part : statement.parts) {
     if (ended) Refuse("La sentencia contiene otra detrás de un punto y coma", text);
     if (part.Is(';')) {
       ended = true;
@@ -96,17 +80,16 @@ void RequireOneStatement(std::string_view text) {
   if (!anything) Refuse("La sentencia está vacía", text);
 }
 
-void RequireHarmless(std::string_view text) {
-  Parts parts;
-  Lexer lexer(text);
-  for (Part part = lexer.Next(); part.kind != PartKind::kEnd; part = lexer.Next()) parts.push_back(part);
+void RequireHarmless(const TakenApart& statement) {
+  const std::string_view text = statement.text;
+  const Parts& parts = statement.parts;
   for (std::size_t at = 0; at < parts.size(); ++at) {
     const Part& part = parts[at];
     if (at > 0 && part.Is("SELECT")) Refuse("Una consulta no puede llevar otra dentro", text);
     if (IsAny(part, kElsewhere)) {
       Refuse("La sentencia contiene una palabra que aquí no se permite: " + std::string(part.text), text);
     }
-    if (OddQuotes(parts, at)) Refuse("La sentencia contiene comillas que aquí no se permiten", text);
+    if (!statement.ReadAlike(at)) Refuse("La sentencia contiene comillas que aquí no se permiten", text);
     if (part.Is('(') && CallsOther(parts, at)) {
       Refuse("La sentencia llama una función que aquí no se permite: " +
                  Substring(RepairUtf8(parts[at - 1].text), 0, 60),
@@ -117,37 +100,41 @@ void RequireHarmless(std::string_view text) {
 
 bool IsSelect(std::string_view text) { return Lexer(text).Next().Is("SELECT"); }
 
-std::optional<ProcedureCall> ParseExec(std::string_view text) {
-  const Part exec = Lexer(text).Next();
-  if (!exec.Is("EXEC")) return std::nullopt;
-
-  std::size_t at = SkipBlanks(text, exec.Behind());
-  const std::size_t name = at;
-  while (at < text.size() && (IsWordSign(text[at]) || text[at] == '.')) ++at;
-  ProcedureCall call{std::string(text.substr(name, at - name)), {}};
-  if (call.name.empty()) RefuseCall(text);
-
-  at = SkipBlanks(text, at);
-  bool expected = false;  // an argument, behind a comma
-  while (at < text.size() && text[at] == '\'') {
-    std::string argument;
-    for (++at;; ++at) {
-      if (at >= text.size()) RefuseCall(text);
-      if (text[at] == '\'') {
-        if (at + 1 >= text.size() || text[at + 1] != '\'') break;
-        ++at;
-      }
-      argument += text[at];
-    }
-    call.arguments.push_back(std::move(argument));
-    at = SkipBlanks(text, at + 1);
-    expected = at < text.size() && text[at] == ',';
-    if (!expected) break;
-    at = SkipBlanks(text, at + 1);
+std::string Unquoted(std::string_view quoted) {
+  std::string text;
+  text.reserve(quoted.size());
+  for (std::size_t at = 1; at + 1 < quoted.size(); ++at) {
+    text += quoted[at];
+    if (quoted[at] == quoted.front()) ++at;
   }
-  if (expected) RefuseCall(text);
-  if (at < text.size() && text[at] == ';') at = SkipBlanks(text, at + 1);
-  if (at < text.size()) RefuseCall(text);
+  return text;
+}
+
+std::optional<ProcedureCall> ParseExec(const TakenApart& statement) {
+  const Parts& parts = statement.parts;
+  if (parts.empty() || !parts[0].Is("EXEC")) return std::nullopt;
+  // The name: words, numbers and full stops that touch.
+  std::size_t at = 1;
+  const auto of_name = [](const Part& part) {
+    return part.kind == PartKind::kWord || part.kind == PartKind::kNumber || part.Is('.') || part.Is('$');
+  };
+  ProcedureCall call;
+  while (at < parts.size() && of_name(parts[at]) && (at == 1 || parts[at - 1].Behind() == parts[at].at)) {
+    call.name += parts[at++].text;
+  }
+  if (call.name.empty()) RefuseCall(statement.text);
+
+  bool expected = false;  // an argument, behind a comma
+  while (at < parts.size() && parts[at].kind == PartKind::kText) {
+    if (!parts[at].closed) RefuseCall(statement.text);
+    call.arguments.push_back(Unquoted(parts[at++].text));
+    expected = at < parts.size() && parts[at].Is(',');
+    if (!expected) break;
+    ++at;
+  }
+  if (expected) RefuseCall(statement.text);
+  if (at < parts.size() && parts[at].Is(';')) ++at;
+  if (at < parts.size()) RefuseCall(statement.text);
   return call;
 }
 

@@ -104,7 +104,9 @@ void InspectTable(EngineConnection& connection, const Table& table, const Names&
   const std::vector<std::string> columns = connection.Columns(table.name);
   for (const Column& column : table.columns) {
     if (std::find(columns.begin(), columns.end(), LowerAscii(column.name)) != columns.end()) continue;
-    found.statements.push_back(AddColumnText(table, column, connection.Kind()));
+    for (std::string& text : AddColumnTexts(table, column, connection.Kind())) {
+      found.statements.push_back(std::move(text));
+    }
   }
   // An index that a deployer took away stays away, but not a rule.
   const std::vector<std::string> texts = IndexTexts(table);
@@ -145,19 +147,23 @@ void AdvanceCounters(EngineConnection& connection) {
   if (connection.Kind() == Dialect::Sqlite) return;
   std::string names;
   for (const Table& table : Schema()) {
-    if (table.counted_key) names += (names.empty() ? "('" : ", ('") + LowerAscii(table.name) + "')";
+    const std::string column(table.counted_key ? table.key.at(0) : table.stored);
+    if (column.empty()) continue;
+    names += (names.empty() ? "('" : ", ('") + LowerAscii(table.name) + "', '" + LowerAscii(column) + "')";
   }
   const Rows counters = connection.Run(
-      "SELECT c.name, c.counter FROM (SELECT t.name, CASE WHEN to_regclass(t.name) IS NOT NULL THEN "
-      "pg_get_serial_sequence(t.name, 'id') END AS counter FROM (VALUES " +
+      "SELECT c.name, c.col, c.counter FROM (SELECT t.name, t.col, CASE WHEN EXISTS (SELECT 1 FROM "
+      "pg_catalog.pg_attribute a WHERE a.attrelid = to_regclass(t.name) AND a.attname = t.col AND NOT "
+      "a.attisdropped) THEN pg_get_serial_sequence(t.name, t.col) END AS counter FROM (VALUES " +
           names +
-          ") AS t (name)) AS c WHERE CASE WHEN c.counter IS NULL THEN FALSE ELSE "
+          ") AS t (name, col)) AS c WHERE CASE WHEN c.counter IS NULL THEN FALSE ELSE "
           "has_sequence_privilege(c.counter, 'UPDATE') AND has_table_privilege(c.name, 'SELECT') END",
       {});
   for (const auto& row : counters.rows) {
-    connection.Run("SELECT setval(?::text::regclass, m.n) FROM (SELECT MAX(id) AS n FROM " + ToText(row[0]) +
+    connection.Run("SELECT setval(?::text::regclass, m.n) FROM (SELECT MAX(" + ToText(row[1]) +
+                       ") AS n FROM " + ToText(row[0]) +
                        ") m WHERE m.n > COALESCE(pg_sequence_last_value(?::text::regclass), 0)",
-                   {row[1], row[1]});
+                   {row[2], row[2]});
   }
 }
 

@@ -32,10 +32,7 @@ constexpr std::chrono::seconds kLookAgainAtMost{8};
 
 constexpr const char* kUndone = "La base deshizo la transacción: una de sus sentencias falló";
 
-bool BeginsWith(std::string_view text, std::string_view word) {
-  const std::size_t begin = std::min(text.find_first_not_of(" \t\r\n"), text.size());
-  return EqualsNoCase(text.substr(begin, word.size()), word);
-}
+bool BeginsWith(std::string_view text, std::string_view word) { return Lexer(text).Next().Is(word); }
 
 // Another connection changed the table, or someone dropped the statement: it was not carried out.
 bool IsStale(std::string_view state) { return state == "0A000" || state == "26000"; }
@@ -98,36 +95,44 @@ Terms PostgresqlConnection::TermsOfRun(std::string_view text) {
 
 Rows PostgresqlConnection::Select(std::string_view text) {
   RequireOpen();
-  RequireOneStatement(text);
+  const TakenApart statement(text);
+  RequireOneStatement(statement);
   if (!IsSelect(text)) {
     throw Error("Sólo se puede consultar con una sentencia SELECT").With("sentencia", std::string(text));
   }
-  if (Fences()) RequireHarmless(text);
-  return Send(ForPostgresql(text), text, TermsOf(text));
+  if (Fences()) RequireHarmless(statement);
+  return Send(ForPostgresql(statement).text, text, TermsOf(text), &statement);
 }
 
 Rows PostgresqlConnection::Execute(std::string_view text) {
   RequireOpen();
-  RequireOneStatement(text);
-  if (const auto call = ParseExec(text)) return Call(*call, text);
-  if (Fences()) RequireHarmless(text);
-  Rows rows = Send(ForPostgresql(text), text, TermsOf(text));
+  const TakenApart statement(text);
+  RequireOneStatement(statement);
+  if (const auto call = ParseExec(statement)) return Call(*call, text);
+  if (Fences()) RequireHarmless(statement);
+  Rows rows = Send(ForPostgresql(statement).text, text, TermsOf(text), &statement);
   ForgetIfTold(text);
   return rows;
 }
 
 Rows PostgresqlConnection::Run(std::string_view text, std::span<const Value> values) {
   RequireOpen();
-  RequireOneStatement(text);
-  std::vector<Mark> marks;
-  const std::string numbered = WithNumberedMarks(ForPostgresql(text), marks);
-  if (marks.size() != values.size()) {
-    throw Error("La sentencia espera " + std::to_string(marks.size()) + " valores y recibió " +
+  // What is kept has passed the gate, and has been put right.
+  const KeptStatements::Kept* kept = kept_.Find(text);
+  std::shared_ptr<const Told> told = kept != nullptr ? kept->told : nullptr;
+  std::optional<TakenApart> statement;
+  if (told == nullptr) {
+    statement.emplace(text);
+    RequireOneStatement(*statement);
+    told = std::make_shared<const Told>(ForPostgresql(*statement, From::kHost));
+  }
+  if (told->marks.size() != values.size()) {
+    throw Error("La sentencia espera " + std::to_string(told->marks.size()) + " valores y recibió " +
                 std::to_string(values.size()))
         .With("sentencia", std::string(text));
   }
-  if (!values.empty()) return SendWith(numbered, values, marks, text);
-  Rows rows = Send(numbered, text, TermsOfRun(text));
+  if (!values.empty()) return SendWith(told, values, text);
+  Rows rows = Send(told->text, text, TermsOfRun(text), &*statement);
   ForgetIfTold(text);
   return rows;
 }
@@ -137,38 +142,41 @@ void PostgresqlConnection::Define(const std::string& text) {
   Send(text, text, {});
 }
 
-Rows PostgresqlConnection::Send(const std::string& statement, std::string_view text, const Terms& terms) {
-  return Again(text, terms, [&](bool begins) {
+Rows PostgresqlConnection::Send(const std::string& statement, std::string_view text, const Terms& terms,
+                                const TakenApart* parts) {
+  const auto send_it = [&](bool begins) {
     return Sent{Exchange(begins, terms, [&] {
       return PQsendQueryParams(session_.Get(), statement.c_str(), 0, nullptr, nullptr, nullptr, nullptr, 0);
     })};
-  });
+  };
+  return Again(text, terms, send_it, parts);
 }
 
-Rows PostgresqlConnection::SendWith(const std::string& statement, std::span<const Value> values,
-                                    const std::vector<Mark>& marks, std::string_view text) {
+Rows PostgresqlConnection::SendWith(const std::shared_ptr<const Told>& told, std::span<const Value> values,
+                                    std::string_view text) {
   const Terms terms = TermsOfRun(text);
-  return Again(text, terms, [&](bool begins) {
-    const KeptStatements::Kept* kept = kept_.Find(statement);
+  const auto send_it = [&](bool begins) {
+    const KeptStatements::Kept* kept = kept_.Find(text);
     if (kept == nullptr) {
-      Sent prepared = Prepare(statement);
-      kept = kept_.Find(statement);
+      Sent prepared = Prepare(text, told);
+      kept = kept_.Find(text);
       if (kept == nullptr) return prepared;
     }
     std::vector<std::optional<std::string>> held;
     std::vector<const char*> given;
     held.reserve(values.size());
     for (std::size_t i = 0; i < values.size(); ++i) {
-      held.push_back(ToServer(values[i], kept->types.at(i), marks[i]));
+      held.push_back(ToServer(values[i], kept->types.at(i), told->marks[i]));
       given.push_back(held.back() ? held.back()->c_str() : nullptr);
     }
     Sent sent{Exchange(begins, terms, [&] {
       return PQsendQueryPrepared(session_.Get(), kept->name.c_str(), static_cast<int>(given.size()),
                                  given.data(), nullptr, nullptr, 0);
     })};
-    if (IsStale(StateOf(sent.answer.result.get()))) kept_.Forget(statement);
+    if (IsStale(StateOf(sent.answer.result.get()))) kept_.Forget(text);
     return sent;
-  });
+  };
+  return Again(text, terms, send_it, nullptr);
 }
 
 template <class Put>
@@ -181,7 +189,8 @@ Answer PostgresqlConnection::Exchange(bool begins, const Terms& terms, Put put) 
 }
 
 template <class SendIt>
-Rows PostgresqlConnection::Again(std::string_view text, const Terms& terms, SendIt send_it) {
+Rows PostgresqlConnection::Again(std::string_view text, const Terms& terms, SendIt send_it,
+                                 const TakenApart* parts) {
   for (bool again = false;; again = true) {
     Ready();
     session_.WaitForLocks(Waiting().Left());
@@ -191,7 +200,7 @@ Rows PostgresqlConnection::Again(std::string_view text, const Terms& terms, Send
     Sent sent = send_it(begins);
     if (!again && MayBeSentAgain(sent, text, begins)) continue;
     NoteUnit();
-    return RowsOf(Check(std::move(sent), text, terms, in_unit).get(), text);
+    return RowsOf(Check(std::move(sent), text, terms, in_unit).get(), text, parts);
   }
 }
 
@@ -209,11 +218,12 @@ bool PostgresqlConnection::MayBeSentAgain(const Sent& sent, std::string_view tex
   return true;
 }
 
-PostgresqlConnection::Sent PostgresqlConnection::Prepare(const std::string& statement) {
-  KeptStatements::Kept kept{statement, kept_.NewName(), {}};
+PostgresqlConnection::Sent PostgresqlConnection::Prepare(std::string_view text,
+                                                         const std::shared_ptr<const Told>& told) {
+  KeptStatements::Kept kept{std::string(text), told, kept_.NewName(), {}};
   const Terms terms{kAnswer};
   Answer answer =
-      session_.Await(PQsendPrepare(session_.Get(), kept.name.c_str(), statement.c_str(), 0, nullptr), terms);
+      session_.Await(PQsendPrepare(session_.Get(), kept.name.c_str(), told->text.c_str(), 0, nullptr), terms);
   if (PQresultStatus(answer.result.get()) != PGRES_COMMAND_OK) return {std::move(answer), false};
   answer = session_.Await(PQsendDescribePrepared(session_.Get(), kept.name.c_str()), terms);
   if (PQresultStatus(answer.result.get()) != PGRES_COMMAND_OK) return {std::move(answer), false};

@@ -65,18 +65,20 @@ class PostgresqlConnection final : public EngineConnection {
   [[nodiscard]] Terms TermsOf(std::string_view text) const;  // of a Select or an Execute
   [[nodiscard]] Terms TermsOfRun(std::string_view text);     // of a Run
 
-  Rows Send(const std::string& statement, std::string_view text, const Terms& terms);
-  Rows SendWith(const std::string& statement, std::span<const Value> values, const std::vector<Mark>& marks,
+  // `parts`: the text taken apart, where that is at hand.
+  Rows Send(const std::string& statement, std::string_view text, const Terms& terms,
+            const TakenApart* parts = nullptr);
+  Rows SendWith(const std::shared_ptr<const Told>& told, std::span<const Value> values,
                 std::string_view text);
   // Sends one, with the BEGIN of its unit in front if there is one to be sent.
   template <class SendIt>
-  Rows Again(std::string_view text, const Terms& terms, SendIt send_it);
+  Rows Again(std::string_view text, const Terms& terms, SendIt send_it, const TakenApart* parts);
   template <class Put>
   Answer Exchange(bool begins, const Terms& terms, Put put);
   // Whether what came back may be sent once more: it was certainly not carried out, or changes nothing.
   bool MayBeSentAgain(const Sent& sent, std::string_view text, bool begins);
 
-  Sent Prepare(const std::string& statement);
+  Sent Prepare(std::string_view text, const std::shared_ptr<const Told>& told);
   void Deallocate(const std::string& name);
   void ForgetIfTold(std::string_view text);
 

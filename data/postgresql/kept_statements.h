@@ -2,11 +2,13 @@
 #pragma once
 
 #include <list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "data/postgresql/dialect.h"
 #include "data/postgresql/library.h"
 
 namespace tarvik::data {
@@ -14,13 +16,14 @@ namespace tarvik::data {
 class KeptStatements {
  public:
   struct Kept {
-    std::string text;
+    std::string text;  // as it was written
+    std::shared_ptr<const Told> told;
     std::string name;
     std::vector<Oid> types;  // of its values
   };
 
   // nullptr if it isn't kept.
-  const Kept* Find(const std::string& text) {
+  const Kept* Find(std::string_view text) {
     const auto found = by_text_.find(text);
     if (found == by_text_.end()) return nullptr;
     kept_.splice(kept_.begin(), kept_, found->second);
@@ -35,7 +38,7 @@ class KeptStatements {
   // The name of the one that has to go, and is forgotten; empty while there is room.
   std::string TooMany() { return kept_.size() > kMost ? Forget(std::prev(kept_.end())) : std::string(); }
   // The same of a given one; empty if it isn't kept.
-  std::string Forget(const std::string& text) {
+  std::string Forget(std::string_view text) {
     const auto found = by_text_.find(text);
     return found == by_text_.end() ? std::string() : Forget(found->second);
   }

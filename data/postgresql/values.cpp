@@ -6,9 +6,11 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "data/error.h"
 #include "data/number.h"
+#include "data/postgresql/literals.h"
 #include "data/text.h"
 
 namespace tarvik::data {
@@ -89,18 +91,33 @@ struct Parameter {
     return std::string(text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr);
   }
   std::optional<std::string> operator()(const std::string& text) const {
-    if (IsNumber(type) || IsDate(type)) {
-      // An empty field is no number and no date; and what is none equals none.
-      if (text.empty()) return std::nullopt;
-      const bool read = IsDate(type) ? Date::Parse(text).has_value() : ParseNumber(text).has_value();
-      if (mark == Mark::kCompared && !read) return std::nullopt;
-      if (mark == Mark::kCompared && IsNumber(type)) return (*this)(*ParseNumber(text));
-    }
+    if (mark == Mark::kCompared && IsNumber(type)) return ComparedWithNumbers(text);
+    if (mark == Mark::kCompared && IsDate(type)) return ComparedWithDates(text);
+    // An empty field is no number and no date.
+    if (text.empty() && (IsNumber(type) || IsDate(type))) return std::nullopt;
     if (text.find('\0') != std::string::npos) throw Error("El dato contiene un carácter nulo");
     return RepairUtf8(text);
   }
   std::optional<std::string> operator()(const Date& date) const { return date.Iso(); }
   std::optional<std::string> operator()(const DateTime& when) const { return when.Iso(); }
+
+  // A text that is no number equals none and comes behind all of them: so does what is sent for it, and a NOT
+  // in front of the comparison has the effect that it has where the text itself is compared.
+  [[nodiscard]] std::optional<std::string> ComparedWithNumbers(const std::string& text) const {
+    if (const auto number = NumberIn(text)) {
+      if (WholeNumber(*number)) return number;
+      if (const auto read = ParseNumber(*number)) return (*this)(*read);
+    }
+    if (type == kInt8) return std::to_string(std::numeric_limits<std::int64_t>::max());
+    if (type == kInt4) return std::to_string(std::numeric_limits<std::int32_t>::max());
+    if (type == kInt2) return std::to_string(std::numeric_limits<std::int16_t>::max());
+    return "NaN";
+  }
+  // One that is no date stands before or behind all of them, by its first sign.
+  [[nodiscard]] static std::optional<std::string> ComparedWithDates(const std::string& text) {
+    if (const auto date = Date::Parse(text)) return date->Iso();
+    return !text.empty() && static_cast<unsigned char>(text.front()) > '9' ? "infinity" : "-infinity";
+  }
 };
 
 }  // namespace
@@ -109,13 +126,13 @@ std::optional<std::string> ToServer(const Value& value, Oid type, Mark mark) {
   return value.Visit(Parameter{type, mark});
 }
 
-Rows RowsOf(const PGresult* result, std::string_view text) {
+Rows RowsOf(const PGresult* result, std::string_view text, const TakenApart* parts) {
   Rows rows;
   const int columns = PQnfields(result);
   const int count = PQntuples(result);
   rows.rows.reserve(static_cast<std::size_t>(count));
   for (int column = 0; column < columns; ++column) rows.columns.emplace_back(PQfname(result, column));
-  if (columns > 0) SpellColumns(text, rows.columns);
+  if (columns > 0) SpellColumns(parts != nullptr ? *parts : TakenApart(text), rows.columns);
   for (int i = 0; i < count; ++i) {
     std::vector<Value>& row = rows.rows.emplace_back();
     row.reserve(static_cast<std::size_t>(columns));

@@ -16,7 +16,8 @@ namespace tarvik::data {
 // no server takes.
 std::optional<std::string> ToServer(const Value& value, Oid type, Mark mark);
 
-// All rows of a result. `text` is the statement as its caller wrote it: it spells the columns.
-Rows RowsOf(const PGresult* result, std::string_view text);
+// All rows of a result. `text` is the statement as its caller wrote it: it spells the columns. `parts`: the
+// same taken apart, where that is at hand.
+Rows RowsOf(const PGresult* result, std::string_view text, const TakenApart* parts = nullptr);
 
 }  // namespace tarvik::data

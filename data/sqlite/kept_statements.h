@@ -15,6 +15,7 @@ namespace tarvik::data::sqlite {
 // Prepared statements by their text, the latest used first.
 class StatementCache {
  public:
+  [[nodiscard]] bool Holds(std::string_view text) const { return by_text_.contains(text); }
   // Takes a statement out; nothing if it is not held.
   Statement Take(std::string_view text) {
     const auto found = by_text_.find(text);

@@ -10,6 +10,7 @@
 
 #include "data/error.h"
 #include "data/number.h"
+#include "data/select.h"
 #include "data/sqlite/guard.h"
 #include "data/sqlite/handle.h"
 #include "data/sqlite/kept_statements.h"
@@ -64,17 +65,19 @@ class SqliteConnection final : public EngineConnection {
   SqliteConnection& operator=(const SqliteConnection&) = delete;
 
   Rows Select(std::string_view text) override {
-    RequireOneStatement(text);
+    const TakenApart statement(text);
+    RequireOneStatement(statement);
     if (!IsSelect(text)) {
       throw Error("Sólo se puede consultar con una sentencia SELECT").With("sentencia", std::string(text));
     }
-    return RunAsked(text);
+    return RunAsked(statement);
   }
 
   Rows Execute(std::string_view text) override {
     RequireOpen();
-    RequireOneStatement(text);
-    if (const auto call = ParseExec(text)) {
+    const TakenApart statement(text);
+    RequireOneStatement(statement);
+    if (const auto call = ParseExec(statement)) {
       const Procedure* found = Find(call->name);
       if (found == nullptr) {
         throw Error("No existe el procedimiento " + call->name).With("sentencia", std::string(text));
@@ -84,12 +87,14 @@ class SqliteConnection final : public EngineConnection {
       procedure(*this, call->arguments);
       return {};
     }
-    return RunAsked(text);
+    return RunAsked(statement);
   }
 
   Rows Run(std::string_view text, std::span<const Value> values) override {
-    RequireOneStatement(text);
-    return RunChecked(text, values, false);
+    if (cache_.Holds(text)) return RunChecked(text, values, false);  // it has passed the gate
+    const TakenApart statement(text);
+    RequireOneStatement(statement);
+    return RunChecked(text, values, false, &statement);
   }
 
   void Define(const std::string& text) override {
@@ -98,7 +103,7 @@ class SqliteConnection final : public EngineConnection {
   }
 
   std::int64_t Changes() override {
-    const Rows rows = RunChecked("PRAGMA data_version", {}, false, true);
+    const Rows rows = RunChecked("PRAGMA data_version", {}, false, nullptr, true);
     return static_cast<std::int64_t>(ToNumber(rows.rows.at(0).at(0)));
   }
   void Notify() override {}  // every commit shows in the file
@@ -237,8 +242,9 @@ class SqliteConnection final : public EngineConnection {
     if (code != SQLITE_OK) Fail(handle_.get(), code, text);
   }
 
-  Statement Prepare(StatementCache& cache, std::string_view text) {
-    if (Statement kept = cache.Take(text)) return kept;
+  Statement Prepare(StatementCache& cache, std::string_view written, const TakenApart* parts) {
+    if (Statement kept = cache.Take(written)) return kept;
+    const std::string text = parts != nullptr ? InReadingOrder(*parts) : std::string(written);
     Statement statement;
     const char* tail = nullptr;
     const int code = Patiently(false, [&] {
@@ -248,20 +254,20 @@ class SqliteConnection final : public EngineConnection {
       statement.reset(prepared);
       return failed;
     });
-    if (code != SQLITE_OK) Fail(handle_.get(), code, text);
-    const std::string_view rest = text.substr(static_cast<std::size_t>(tail - text.data()));
+    if (code != SQLITE_OK) Fail(handle_.get(), code, written);
+    const std::string_view rest = std::string_view(text).substr(static_cast<std::size_t>(tail - text.data()));
     if (statement == nullptr || rest.find_first_not_of(" \t\r\n\f\v;") != std::string_view::npos) {
       throw Error("La sentencia contiene otra detrás de un punto y coma")
-          .With("sentencia", std::string(text));
+          .With("sentencia", std::string(written));
     }
     return statement;
   }
 
   // What comes from above, inside a Fence or not.
-  Rows RunAsked(std::string_view text) {
+  Rows RunAsked(const TakenApart& statement) {
     const bool fenced = Fenced() && procedures_ == 0;
-    if (fenced) RequireHarmless(text);
-    return RunChecked(text, {}, fenced);
+    if (fenced) RequireHarmless(statement);
+    return RunChecked(statement.text, {}, fenced, &statement);
   }
 
   void Bind(sqlite3_stmt* statement, std::string_view text, std::span<const Value> values) {
@@ -277,18 +283,20 @@ class SqliteConnection final : public EngineConnection {
     }
   }
 
-  // `own`: a look at the file's head, which nobody asked for.
-  Rows RunChecked(std::string_view text, std::span<const Value> values, bool fenced, bool own = false) {
+  // `parts`: the text taken apart, unless it is a kept one or needs no order of rows. `own`: a look at the
+  // file's head, which nobody asked for.
+  Rows RunChecked(std::string_view text, std::span<const Value> values, bool fenced,
+                  const TakenApart* parts = nullptr, bool own = false) {
     RequireOpen();
     if (text.size() > static_cast<std::size_t>(sqlite3_limit(handle_.get(), SQLITE_LIMIT_SQL_LENGTH, -1))) {
       throw Error("La sentencia es demasiado grande");
     }
     RequireInPlace(text);
     const std::chrono::milliseconds limit{fenced && IsSelect(text) ? SelectLimit().count() : 0};
-    const Guard::Watched watched(guard_, fenced, limit);
+    const sqlite::Guard::Watched watched(guard_, fenced, limit);
     // What was prepared outside a fence has not been asked about, so it is not run inside.
     StatementCache& cache = fenced ? fenced_cache_ : cache_;
-    const InUse use(cache, text, Prepare(cache, text));
+    const InUse use(cache, text, Prepare(cache, text, parts));
     sqlite3_stmt* statement = use.Get();
     Bind(statement, text, values);
 
@@ -340,7 +348,7 @@ class SqliteConnection final : public EngineConnection {
   Place place_;
   SideFile side_;
   Waits waits_;
-  Guard guard_;
+  sqlite::Guard guard_;
   Handle handle_;  // closed last but for those that it asks: the statements go first
   StatementCache cache_;
   StatementCache fenced_cache_;

@@ -147,7 +147,11 @@ TEST(Lexing, GivesThePartsInTheirOrder) {
   EXPECT_EQ(PartsOf(""), "");
   EXPECT_EQ(PartsOf(" \n"), "");
   EXPECT_EQ(PartsOf("SELECT a_1,'x'"), "W:SELECT W:a_1 M:, T:'x'");
-  EXPECT_EQ(PartsOf("'O''Hara'"), "T:'O' T:'Hara'");
+  EXPECT_EQ(PartsOf("'O''Hara'"), "T:'O''Hara'");
+  EXPECT_EQ(PartsOf("\"a\"\"b\" `c``d` [e]]"), "Q:\"a\"\"b\" Q:`c``d` Q:[e] M:]");
+  EXPECT_EQ(PartsOf("'a''"), "T:'a''<open>");
+  EXPECT_EQ(PartsOf("1e5x .5 1e+2 1e+ 1eUNION a.b"),
+            "N:1e5 W:x N:.5 N:1e+2 N:1 W:e M:+ N:1 W:eUNION W:a M:. W:b");
   EXPECT_EQ(PartsOf("\"a\"`b`[c]"), "Q:\"a\" Q:`b` Q:[c]");
   EXPECT_EQ(PartsOf("12.5kg ñu$1 $2"), "N:12.5 W:kg W:ñu$1 M:$ N:2");
   EXPECT_EQ(PartsOf("'a' 'b"), "T:'a' T:'b<open>");

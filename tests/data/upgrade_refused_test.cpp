@@ -64,9 +64,10 @@ TEST_F(Version2, AFolderThatTakesNoBackupLeavesItAsItWas) {
     error = ErrorOf([&] { PrepareSchema(*OpenBase(address_)->Connect()); });
   }
   ASSERT_EQ(::chmod(folder_.Path().c_str(), 0777), 0);
-  EXPECT_TRUE(
-      error.starts_with("No se pudo respaldar la base antes de actualizarla de la versión 2 a la 3, y "
-                        "quedó como estaba: no se puede escribir en la carpeta de la base"))
+  EXPECT_TRUE(error.starts_with("No se pudo respaldar la base antes de actualizarla de la versión 2 a la " +
+                                std::to_string(kSchemaVersion) +
+                                ", y "
+                                "quedó como estaba: no se puede escribir en la carpeta de la base"))
       << error;
   ExpectOldVersionWhole(before);
   EXPECT_TRUE(Backups().empty());
@@ -90,9 +91,10 @@ TEST_F(Version2, ADiskWithNoRoomForTheBackupLeavesItAsItWas) {
   int status = 0;
   ASSERT_EQ(::waitpid(child, &status, 0), child);
   const std::string error = tests::ReadFile(told);
-  EXPECT_TRUE(
-      error.starts_with("No se pudo respaldar la base antes de actualizarla de la versión 2 a la 3, y "
-                        "quedó como estaba: "))
+  EXPECT_TRUE(error.starts_with("No se pudo respaldar la base antes de actualizarla de la versión 2 a la " +
+                                std::to_string(kSchemaVersion) +
+                                ", y "
+                                "quedó como estaba: "))
       << error;
   ExpectOldVersionWhole(before);
   EXPECT_TRUE(Backups().empty());
@@ -110,11 +112,11 @@ TEST_F(Version2, ARoleThatOnlyUsesTheTablesIsToldWhoMustOpenItFirstAndWorksAfter
   address.replace(address.find(owner + "@"), owner.size(), role);
   {
     const auto connection = OpenBase(address)->Connect();
-    EXPECT_EQ(
-        ErrorOf([&] { PrepareSchema(*connection); }),
-        "La base es de la versión 2 y este programa usa la 3. Debe abrirla primero con este programa su "
-        "dueño (" +
-            owner + "), que es quien puede actualizarla");
+    EXPECT_EQ(ErrorOf([&] { PrepareSchema(*connection); }),
+              "La base es de la versión 2 y este programa usa la " + std::to_string(kSchemaVersion) +
+                  ". Debe abrirla primero con este programa su "
+                  "dueño (" +
+                  owner + "), que es quien puede actualizarla");
     EXPECT_EQ(Single("SELECT MAX(version) FROM version_esquema"), Value(2));
 
     PrepareSchema(Old());

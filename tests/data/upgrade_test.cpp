@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <regex>
 #include <thread>
 
@@ -264,6 +265,61 @@ TEST_F(Version2, ARuleThatSomebodyTookAwayIsPutBack) {
   EXPECT_EQ(Backups().size(), 1U) << "no version changed";
 }
 
+// --- A base of version 3: articles get the order in which they were stored -------------------------
+
+TEST_F(Version3, ItOpensWithAllItsRowsAndTheirOrder) {
+  EXPECT_FALSE(PrepareSchema(Old()));
+  ExpectThisVersion();
+  ASSERT_EQ(Backups().size(), 1U);
+  EXPECT_NE(Backups()[0].find("v3"), std::string::npos) << Backups()[0];
+  EXPECT_EQ(Single("SELECT SUM(ALM1) FROM prods"), Value(32.0));
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM movsinv"), Value(1));
+  // A server has kept nothing else of the order in which rows were stored than their keys.
+  EXPECT_EQ(OfModel(), on_server_ ? "C-2 C-1 C-3 " : "C-2 C-3 C-1 ");
+  EXPECT_EQ(Single("SELECT COUNT(DISTINCT orden) FROM prods"), Value(4));
+  EXPECT_FALSE(PrepareSchema(Old()));
+  EXPECT_EQ(Backups().size(), 1U);
+}
+
+TEST_F(Version3, AnArticleThatIsStoredLaterComesBehindItsTwins) {
+  PrepareSchema(Old());
+  const std::string twins = OfModel();
+  Old().Execute(
+      "INSERT INTO prods (articulo, modelo, color, talla) VALUES ('B-1', 'CAM', 'R', 'G'), ('B-0', 'CAM', "
+      "'R', 'G')");
+  Old().Execute("UPDATE prods SET descrip = 'corregida' WHERE articulo = 'C-3'");
+  EXPECT_EQ(OfModel(), twins + "B-1 B-0 ");
+  Old().Execute("INSERT INTO prods (articulo, modelo, color, talla) VALUES ('A-1', 'CAM', 'A', 'G')");
+  EXPECT_EQ(OfModel(), "A-1 " + twins + "B-1 B-0 ") << "first by colour";
+}
+
+TEST_F(Version3, AStatementThatFailsLeavesItWholeWhicheverItIs) {
+  int failures = 0;
+  for (int at = 1;; ++at) {
+    Broken broken(Old(), at);
+    const std::string error = ErrorOf([&] { PrepareSchema(broken); });
+    if (error == "no error") break;
+    ++failures;
+    EXPECT_NE(error.find("falla provocada"), std::string::npos) << error;
+    EXPECT_EQ(Single("SELECT MAX(version) FROM version_esquema"), Value(3));
+    EXPECT_EQ(Old().Columns("prods").back(), "alm9");
+    EXPECT_TRUE(Backups().empty());
+    ASSERT_LT(at, 50);
+  }
+  EXPECT_GT(failures, 4);
+  ExpectThisVersion();
+  EXPECT_EQ(OfModel(), on_server_ ? "C-2 C-1 C-3 " : "C-2 C-3 C-1 ");
+}
+
+TEST_F(Version3, ItsBackupIsABaseThatCanBeUpgradedAgain) {
+  if (on_server_) GTEST_SKIP() << "a file";
+  PrepareSchema(Old());
+  Old().Execute("DELETE FROM prods WHERE articulo = 'C-2'");
+  const auto copy = OpenBase("sqlite:" + folder_.File(Backups().at(0)))->Connect();
+  EXPECT_FALSE(PrepareSchema(*copy));
+  EXPECT_EQ(copy->Select("SELECT * FROM prods WHERE modelo = 'CAM'").rows.size(), 3U);
+}
+
 // --- A base of this version ------------------------------------------------------------------------
 
 class NewBase : public testing::Test {
@@ -312,6 +368,31 @@ TEST_F(NewBase, NoDocumentBearsANumberBelowOne) {
     EXPECT_EQ(ErrorOf([&] { db_->Run("UPDATE " + name + " SET estado = 'CO', " + key + " = 2", {}); }),
               "no error");
   }
+}
+
+TEST_F(NewBase, AModelsArticlesComeByColourSizeAndAsTheyWereStored) {
+  const auto keys = [&](const std::string& text) {
+    std::string all;
+    for (const auto& row : db_->Select(text).rows) all += ToText(row[0]) + " ";
+    return all;
+  };
+  for (const auto& [key, color, talla] : std::vector<std::array<const char*, 3>>{
+           {"Z", "R", "G"}, {"M", "R", "CH"}, {"A", "R", "G"}, {"Q", "B", "G"}, {"K", "R", "G"}}) {
+    db_->Run("INSERT INTO prods (articulo, modelo, color, talla) VALUES (?, ?, ?, ?)",
+             {key, "CAM", color, talla});
+  }
+  db_->Run("INSERT INTO prods (articulo, modelo) VALUES (?, ?)", {"W", "CAM"});
+  db_->Execute("UPDATE prods SET descrip = 'corregida' WHERE articulo IN ('Z', 'M')");
+  EXPECT_EQ(keys("SELECT * FROM prods WHERE modelo = 'CAM'"), "W Q M Z A K ") << "no colour comes first";
+  EXPECT_EQ(keys("SELECT articulo FROM prods WHERE modelo='CAM' AND color='R' AND talla='G'"), "Z A K ");
+  EXPECT_EQ(keys("SELECT articulo FROM prods"), "A K M Q W Z ");
+  EXPECT_EQ(keys("SELECT articulo, COUNT(*) AS n FROM prods GROUP BY modelo"), "W ");
+  // What is deleted and stored again was stored last; a copy of the file, where rows are numbered anew,
+  // changes nothing.
+  db_->Execute("DELETE FROM prods WHERE articulo = 'Z'");
+  if (db_->Kind() == Dialect::Sqlite) db_->Run("VACUUM", {});
+  db_->Run("INSERT INTO prods (articulo, modelo, color, talla) VALUES (?, ?, ?, ?)", {"Z", "CAM", "R", "G"});
+  EXPECT_EQ(keys("SELECT articulo FROM prods WHERE modelo='CAM' AND color='R' AND talla='G'"), "A K Z ");
 }
 
 TEST_F(NewBase, ItIsNotWrittenToWhenItIsOpenedAgain) {

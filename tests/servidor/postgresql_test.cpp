@@ -92,8 +92,8 @@ TEST_F(Servidor, ValuesComeBackByWhatIsStored) {
   db->Run("INSERT INTO t VALUES (?, ?, ?, ?, ?)", {Value(), 5, Value(), Value(), 0});
   const Rows rows = db->Select("SELECT * FROM t ORDER BY n");
   EXPECT_EQ(rows.columns, (std::vector<std::string>{"n", "r", "x", "d", "f"}));
-  EXPECT_EQ(rows.rows.at(0), (std::vector<Value>{7, 2.5, "Ñandú", Date{2024, 3, 5}, 1}));
-  EXPECT_EQ(rows.rows.at(1), (std::vector<Value>{Value(), 5.0, Value(), Value(), 0}));
+  EXPECT_EQ(rows.rows.at(0), (std::vector<Value>{Value(), 5.0, Value(), Value(), 0})) << "no value is first";
+  EXPECT_EQ(rows.rows.at(1), (std::vector<Value>{7, 2.5, "Ñandú", Date{2024, 3, 5}, 1}));
 }
 
 TEST_F(Servidor, OtherTypesAreReadAsWhatTheyMean) {
@@ -201,6 +201,12 @@ TEST_F(Servidor, AValueThatIsNoneOfAColumnsEqualsNone) {
   EXPECT_EQ(count("n = ?", 1.5), Value(0));
   EXPECT_EQ(count("n = ?", "2.0"), Value(1));
   EXPECT_EQ(count("r = ?", "1.50"), Value(1));
+  EXPECT_EQ(count("NOT n = ?", "X1"), Value(1)) << "and is unlike all";
+  EXPECT_EQ(count("n < ?", "X1"), Value(1));
+  EXPECT_EQ(count("r <> ?", ""), Value(1));
+  EXPECT_EQ(count("NOT r >= ?", "1,000"), Value(1));
+  EXPECT_EQ(count("NOT d = ?", "pronto"), Value(1));
+  EXPECT_EQ(count("d > ?", ""), Value(1));
   EXPECT_EQ(count("d = ?", "pronto"), Value(0));
   EXPECT_EQ(count("d = ?", "2024-03-05"), Value(1));
 }

@@ -1,0 +1,10 @@
+INSERT INTO series (nombre, valor) VALUES ('MovEnt', 2), ('entpart', 2)
+INSERT INTO prods (articulo, descrip, modelo, color, talla, ALM1) VALUES ('C-3', 'Camisa roja grande', 'CAM', 'R', 'G', 4)
+INSERT INTO prods (articulo, descrip, modelo, color, talla, ALM1) VALUES ('C-2', 'Camisa roja chica', 'CAM', 'R', 'CH', 1)
+INSERT INTO prods (articulo, descrip, modelo, color, talla, ALM1) VALUES ('C-1', 'Camisa roja grande, otra', 'CAM', 'R', 'G', 2)
+INSERT INTO prods (articulo, descrip, modelo, color, talla, ALM1) VALUES ('A-100', 'Martillo de uña', '', '', '', 24)
+INSERT INTO existenciaalmacen (almacen, articulo, existencia) VALUES (1, 'C-3', 4), (1, 'C-2', 1), (1, 'C-1', 2), (1, 'A-100', 24)
+INSERT INTO entradas (entrada, tipo_doc, f_emision, almacen, estado, ocupado, usuario) VALUES (1, 'COM', '2024-03-05', 1, 'CO', 0, 'ANA'), (2, 'COM', '2024-03-06', 1, 'PE', 1, 'BETO')
+INSERT INTO entpart (id_entrada, entrada, articulo, cantidad, precio) VALUES (1, 1, 'C-3', 4, 61.5), (2, 2, 'A-100', 1, 20)
+INSERT INTO movsinv (ent_sal, operacion, movimiento, documento, articulo, cantidad, Precio, id_entrada, almacen, f_movim, cerrado, saldo) VALUES ('E', 'EN', 1, '1', 'C-3', 4, 61.5, 1, 1, '2024-03-05', 0, 4)
+UPDATE prods SET ALM1 = 5 WHERE articulo = 'C-3'
