@@ -33,6 +33,7 @@ Select::Select(const Tokens& of) : tokens(of) {
     const Token& token = tokens[i];
     if (token.depth != 0 || token.kind != PartKind::kWord) continue;
     if (token.IsAny({"DISTINCT", "UNION", "EXCEPT", "INTERSECT", "WINDOW", "FOR"})) single = false;
+    if (token.Is("FOR")) locks = true;
     if (token.Is("FROM")) note(from, i);
     if (token.Is("WHERE")) note(where, i);
     if (token.Is("HAVING")) note(having_, i);

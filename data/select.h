@@ -20,6 +20,7 @@ struct Select {
   std::size_t order;
   std::size_t limit;     // LIMIT, OFFSET or FETCH
   bool single = false;   // a SELECT, and no UNION and the like, no DISTINCT, no lock
+  bool locks = false;    // it has a FOR UPDATE or the like at its end
   bool grouped = false;  // it has a GROUP BY
 
   explicit Select(const Tokens& of);

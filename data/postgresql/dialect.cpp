@@ -41,8 +41,8 @@ Told ForPostgresql(const TakenApart& statement, From from) {
     if (select.single && select.from < tokens.size()) {
       FirstOfGroups(select, sources, edits);
       RowsInOrder(select, edits);
-      if (from == From::kSuite) NoValueFirst(select, sources, edits);
     }
+    if (from == From::kSuite) NoValueFirst(select, sources, edits);
   }
   told.text = edits.Made();
   return told;

@@ -72,7 +72,7 @@ bool IsNumber(std::string_view text) {
 // Whether a term of an ORDER BY may be without a value.
 bool MayBeNone(const Select& select, const Sources& sources, Span term) {
   const Tokens& tokens = select.tokens;
-  if (!IsColumn(tokens, term)) return true;
+  if (!select.single || !IsColumn(tokens, term)) return true;
   const bool outer = std::any_of(tokens.begin(), tokens.end(), [](const Token& token) {
     return token.IsAny({"LEFT", "RIGHT", "FULL"});
   });
@@ -130,7 +130,7 @@ void FirstOfGroups(const Select& select, const Sources& sources, Edits& edits) {
 
 void NoValueFirst(const Select& select, const Sources& sources, Edits& edits) {
   const Tokens& tokens = select.tokens;
-  if (select.order >= tokens.size()) return;
+  if (select.order >= tokens.size() || select.locks) return;
   const std::size_t end = select.limit > select.order ? select.limit : tokens.size();
   for (const auto& [first, last] : Parted(tokens, select.order + 2, end)) {
     const bool down = tokens[last].Is("DESC");

@@ -182,6 +182,8 @@ TEST(Dialect, NoValueComesFirst) {
   EXPECT_EQ(
       Said("SELECT articulo FROM prods ORDER BY descrip, linea DESC, articulo LIMIT 3"),
       "SELECT articulo FROM prods ORDER BY descrip NULLS FIRST, linea DESC NULLS LAST, articulo LIMIT 3");
+  EXPECT_EQ(Said("SELECT DISTINCT articulo FROM prods UNION SELECT linea FROM prods ORDER BY 1 DESC"),
+            "SELECT DISTINCT articulo FROM prods UNION SELECT linea FROM prods ORDER BY 1 DESC NULLS LAST");
   EXPECT_EQ(Said("SELECT articulo FROM prods ORDER BY descrip NULLS LAST"),
             "SELECT articulo FROM prods ORDER BY descrip NULLS LAST");
   EXPECT_EQ(ForPostgresql("SELECT articulo FROM prods ORDER BY descrip", From::kHost).text,

@@ -396,8 +396,12 @@ Sentencia Generador::Agrupada() {
 Sentencia Generador::Reunida() {
   const Tabla tabla = Una(false);
   const Columna& columna = Alguna(tabla);
-  if (Uno(2))
-    return {"SELECT DISTINCT " + columna.nombre + " FROM " + tabla.con_nombre + Donde(tabla), false, ""};
+  const bool ordena = Uno(2);
+  const std::string orden = !ordena ? "" : Uno(2) ? " ORDER BY 1" : " ORDER BY 1 DESC";
+  if (Uno(2)) {
+    return {"SELECT DISTINCT " + columna.nombre + " FROM " + tabla.con_nombre + Donde(tabla) + orden, ordena,
+            ""};
+  }
   const Tabla otra = Una(false);
   for (const Columna& segunda : otra.columnas) {
     if (segunda.tipo != columna.tipo) continue;
@@ -405,8 +409,8 @@ Sentencia Generador::Reunida() {
                 (Uno(2)   ? " UNION ALL "
                  : Uno(2) ? " UNION "
                           : " EXCEPT ") +
-                "SELECT " + segunda.nombre + " FROM " + otra.con_nombre + Donde(otra),
-            false, ""};
+                "SELECT " + segunda.nombre + " FROM " + otra.con_nombre + Donde(otra) + orden,
+            ordena, ""};
   }
   return {"SELECT COUNT(*) AS n, MIN(" + columna.nombre + ") AS m FROM " + tabla.con_nombre + Donde(tabla),
           true, ""};

@@ -1,5 +1,5 @@
 // The same statement on both engines over the same rows: the same rows come, or both refuse it.
-//   TARVIK_GEMELOS_VECES     how many statements (40,000)
+//   TARVIK_GEMELOS_VECES     how many statements (25,000)
 //   TARVIK_GEMELOS_SEMILLA   the seed
 //   TARVIK_GEMELOS_MUESTRA   how many differences are told before it gives up (10)
 //   TARVIK_GEMELOS_CON       kinds of difference that are made all the same, parted by commas
@@ -120,7 +120,7 @@ class Gemelos : public testing::Test {
 };
 
 TEST_F(Gemelos, BothEnginesAnswerAlike) {
-  const long veces = std::atol(Dada("TARVIK_GEMELOS_VECES", "40000").c_str());
+  const long veces = std::atol(Dada("TARVIK_GEMELOS_VECES", "25000").c_str());
   const auto semilla = static_cast<unsigned>(std::atol(Dada("TARVIK_GEMELOS_SEMILLA", "20240305").c_str()));
   const long mostradas = std::atol(Dada("TARVIK_GEMELOS_MUESTRA", "10").c_str());
   Llena(semilla);
