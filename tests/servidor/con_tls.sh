@@ -1,29 +1,28 @@
-#!/ usr / bin / env bash
-#Runs a command with a server of its own on a loopback port that is free, which takes encrypted connections
-#only and shows a certificate of an authority that is made here and thrown away.TARVIK_TEST_BASE is an
-#address that verifies the server 's name; TARVIK_TLS names the folder with the authorities' files and the
-#port : authority.crt, other.crt.
-set - euo pipefail."$(dirname " $ { BASH_SOURCE[0] }
-")/servidores.sh"
+#!/usr/bin/env bash
+# Runs a command with a server of its own on a loopback port that is free, which takes encrypted connections
+# only and shows a certificate of an authority that is made here and thrown away. TARVIK_TEST_BASE is an
+# address that verifies the server's name; TARVIK_TLS names the folder with the authorities' files and the
+# port: authority.crt, other.crt.
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/servidores.sh"
 
-    haz_carpeta haz_base base llaves =
-        $carpeta / llaves mkdir "$llaves" autoridad(){
-          openssl req - x509 - newkey rsa : 2048 - nodes - days 2 - subj "/CN=$1" - keyout "$llaves/$1.key" -
-              out "$llaves/$1.crt" 2 >
-          / dev / null
-        } autoridad authority autoridad other openssl req -
-                newkey rsa : 2048 - nodes - subj "/CN=servidor.prueba" - keyout "$llaves/servidor.key" -
-                out "$llaves/servidor.csr" 2 >
-            / dev / null openssl x509 - req - in "$llaves/servidor.csr" - CA "$llaves/authority.crt" -
-                CAkey "$llaves/authority.key" - CAcreateserial - days 2 -
-                extfile<(echo "subjectAltName=DNS:servidor.prueba") - out "$llaves/servidor.crt" 2> / dev /
-                    null cp
-                    "$llaves/servidor.crt"
-                    "$llaves/servidor.key"
-                    "$carpeta/base/" chmod 600 "$carpeta/base/servidor.key"[$ { #como[@] } - eq 0] ||
-        chown postgres
-        "$carpeta/base/servidor.crt"
-        "$carpeta/base/servidor.key" chmod 644 "$llaves"/*.crt
+haz_carpeta
+haz_base base
+llaves=$carpeta/llaves
+mkdir "$llaves"
+autoridad() {
+  openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj "/CN=$1" -keyout "$llaves/$1.key" -out "$llaves/$1.crt" 2>/dev/null
+}
+autoridad authority
+autoridad other
+openssl req -newkey rsa:2048 -nodes -subj "/CN=servidor.prueba" -keyout "$llaves/servidor.key" \
+  -out "$llaves/servidor.csr" 2>/dev/null
+openssl x509 -req -in "$llaves/servidor.csr" -CA "$llaves/authority.crt" -CAkey "$llaves/authority.key" \
+  -CAcreateserial -days 2 -extfile <(echo "subjectAltName=DNS:servidor.prueba") -out "$llaves/servidor.crt" 2>/dev/null
+cp "$llaves/servidor.crt" "$llaves/servidor.key" "$carpeta/base/"
+chmod 600 "$carpeta/base/servidor.key"
+[ ${#como[@]} -eq 0 ] || chown postgres "$carpeta/base/servidor.crt" "$carpeta/base/servidor.key"
+chmod 644 "$llaves"/*.crt
 cat >"$carpeta/base/pg_hba.conf" <<FIN
 local all all trust
 hostssl all ana 127.0.0.1/32 scram-sha-256

@@ -1,5 +1,5 @@
-#What the scripts share that run a command with servers of their own : a folder, servers on sockets in it, and
-#their end by their own process ids.Sourced, not run; it starts nothing by itself.
+# What the scripts share that run a command with servers of their own: a folder, servers on sockets in it, and
+# their end by their own process ids. Sourced, not run; it starts nothing by itself.
 
 programas=$(ls -d /usr/lib/postgresql/*/bin 2>/dev/null | sort -V | tail -1)
 [ -n "$programas" ] || { echo "Falta el servidor de PostgreSQL" >&2; exit 1; }
