@@ -28,6 +28,8 @@ TEST(Dialect, AValueThatIsComparedIsNoValueThatIsGiven) {
             "UPDATE prods SET ALM1 = $1 WHERE articulo = $2 AND ALM2 >= $3 | gcc");
   EXPECT_EQ(Marked("UPDATE prods SET ALM1 = CASE WHEN ALM2 = ? THEN ? END, ALM3 = ?"),
             "UPDATE prods SET ALM1 = CASE WHEN ALM2 = $1 THEN $2 END, ALM3 = $3 | cgg");
+  EXPECT_EQ(Marked("DELETE FROM prods WHERE ALM1 IN (1, ?) AND ALM2 BETWEEN ? AND ? AND ABS(?) = 1"),
+            "DELETE FROM prods WHERE ALM1 IN (1, $1) AND ALM2 BETWEEN $2 AND $3 AND ABS($4) = 1 | cccg");
   EXPECT_EQ(Marked("INSERT INTO prods (articulo) VALUES (?)"),
             "INSERT INTO prods (articulo) VALUES ($1) | g");
 }
