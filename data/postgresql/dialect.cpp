@@ -14,15 +14,27 @@
 namespace tarvik::data {
 namespace {
 
+// Whether a value here is compared: beside a sign of comparison, in a BETWEEN or in the list of an IN.
+bool IsCompared(const Tokens& tokens, std::size_t at) {
+  const auto is = [&](std::size_t before, std::string_view word) {
+    return at >= before && tokens[at - before].Is(word);
+  };
+  if ((at > 0 && IsComparison(tokens[at - 1])) || (at + 1 < tokens.size() && IsComparison(tokens[at + 1])))
+    return true;
+  if (is(1, "BETWEEN") || (is(1, "AND") && is(3, "BETWEEN"))) return true;
+  for (std::size_t open = at; open-- > 1;) {
+    if (tokens[open].depth < tokens[at].depth) return tokens[open].Is("(") && tokens[open - 1].Is("IN");
+  }
+  return false;
+}
+
 void NumberMarks(const Tokens& tokens, Edits& edits, std::vector<Mark>& marks) {
   Setting setting;
   bool sets = false;  // the sign before this token
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const bool given = std::exchange(sets, setting(tokens, i));
     if (!tokens[i].Is("?")) continue;
-    const bool compared =
-        (i > 0 && IsComparison(tokens[i - 1])) || (i + 1 < tokens.size() && IsComparison(tokens[i + 1]));
-    marks.push_back(!given && compared ? Mark::kCompared : Mark::kGiven);
+    marks.push_back(!given && IsCompared(tokens, i) ? Mark::kCompared : Mark::kGiven);
     edits.Replace(i, i, "$" + std::to_string(marks.size()));
   }
 }

@@ -28,6 +28,8 @@ TEST(Dialect, AValueThatIsComparedIsNoValueThatIsGiven) {
             "UPDATE prods SET ALM1 = $1 WHERE articulo = $2 AND ALM2 >= $3 | gcc");
   EXPECT_EQ(Marked("UPDATE prods SET ALM1 = CASE WHEN ALM2 = ? THEN ? END, ALM3 = ?"),
             "UPDATE prods SET ALM1 = CASE WHEN ALM2 = $1 THEN $2 END, ALM3 = $3 | cgg");
+  EXPECT_EQ(Marked("DELETE FROM prods WHERE ALM1 IN (1, ?) AND ALM2 BETWEEN ? AND ? AND ABS(?) = 1"),
+            "DELETE FROM prods WHERE ALM1 IN (1, $1) AND ALM2 BETWEEN $2 AND $3 AND ABS($4) = 1 | cccg");
   EXPECT_EQ(Marked("INSERT INTO prods (articulo) VALUES (?)"),
             "INSERT INTO prods (articulo) VALUES ($1) | g");
 }
@@ -55,11 +57,12 @@ TEST(Dialect, WhatHasAnOrderOrNeedsNoneStaysAsItIs) {
 }
 
 TEST(Dialect, AColumnOutsideItsGroupIsThatOfTheFirstRow) {
-  EXPECT_EQ(Said("SELECT prods.color AS pcolor, colores.descrip AS color FROM colores,prods WHERE "
-                 "colores.color=prods.color GROUP BY prods.color"),
-            "SELECT prods.color AS pcolor, (ARRAY_AGG(colores.descrip ORDER BY colores.color, prods.orden "
-            "NULLS FIRST))[1] AS color FROM colores,prods WHERE "
-            "colores.color=prods.color GROUP BY prods.color ORDER BY prods.color NULLS FIRST");
+  EXPECT_EQ(
+      Said("SELECT prods.color AS pcolor, colores.descrip AS color FROM colores,prods WHERE "
+           "colores.color=prods.color GROUP BY prods.color"),
+      "SELECT prods.color AS pcolor, (ARRAY_AGG(colores.descrip ORDER BY colores.color, prods.orden_alta "
+      "NULLS FIRST))[1] AS color FROM colores,prods WHERE "
+      "colores.color=prods.color GROUP BY prods.color ORDER BY prods.color NULLS FIRST");
   EXPECT_EQ(Said("SELECT articulo, SUM(cantidad) As cantidad, observ FROM salpart GROUP BY articulo"),
             "SELECT articulo, SUM(cantidad) As cantidad, (ARRAY_AGG(observ ORDER BY salpart.id_salida))[1] "
             "AS observ FROM salpart GROUP BY "
@@ -192,7 +195,7 @@ TEST(Dialect, NoValueComesFirst) {
 
 TEST(Dialect, AModelsArticlesComeByColourSizeAndAsTheyWereStored) {
   const std::string order =
-      " ORDER BY prods.color NULLS FIRST, prods.talla NULLS FIRST, prods.orden NULLS FIRST";
+      " ORDER BY prods.color NULLS FIRST, prods.talla NULLS FIRST, prods.orden_alta NULLS FIRST";
   EXPECT_EQ(Said("SELECT * FROM prods WHERE modelo = 'M' AND modelo<>''"),
             "SELECT * FROM prods WHERE modelo = 'M' AND modelo<>''" + order);
   EXPECT_EQ(InReadingOrder("SELECT * FROM prods WHERE modelo = 'M'"),

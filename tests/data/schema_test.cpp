@@ -122,7 +122,7 @@ TEST(SchemaTables, Catalogues) {
   EXPECT_EQ(Names("prods"),
             (List{"articulo", "descrip", "unidad", "precio1", "impuesto", "costo_u", "ubicacion", "linea",
                   "modelo",   "color",   "talla",  "Invent",  "Por_Surt", "ALM1",    "ALM2",      "ALM3",
-                  "ALM4",     "ALM5",    "ALM6",   "ALM7",    "ALM8",     "ALM9",    "orden"}));
+                  "ALM4",     "ALM5",    "ALM6",   "ALM7",    "ALM8",     "ALM9",    "orden_alta"}));
   EXPECT_EQ(NamesOfType("prods", ColumnType::Flag), List{"Invent"});
   EXPECT_EQ(NamesOfType("prods", ColumnType::Number).size(), 12U);
   EXPECT_EQ(Names("existenciaalmacen"), (List{"almacen", "articulo", "existencia"}));

@@ -276,7 +276,7 @@ TEST_F(Version3, ItOpensWithAllItsRowsAndTheirOrder) {
   EXPECT_EQ(Single("SELECT COUNT(*) FROM movsinv"), Value(1));
   // A server has kept nothing else of the order in which rows were stored than their keys.
   EXPECT_EQ(OfModel(), on_server_ ? "C-2 C-1 C-3 " : "C-2 C-3 C-1 ");
-  EXPECT_EQ(Single("SELECT COUNT(DISTINCT orden) FROM prods"), Value(4));
+  EXPECT_EQ(Single("SELECT COUNT(DISTINCT orden_alta) FROM prods"), Value(4));
   EXPECT_FALSE(PrepareSchema(Old()));
   EXPECT_EQ(Backups().size(), 1U);
 }

@@ -310,7 +310,11 @@ Sentencia Generador::ConValores() {
     if (columna.tipo == Tipo::Number && Uno(3)) valor = De(20) / 2.0;
     if (columna.tipo == Tipo::Date && Uno(3)) valor = data::Date{2024, 3, 5};
     if (Uno(10)) valor = data::Value();
-    hecha.texto += Uno(4) ? "?" + comparacion + columna.nombre : columna.nombre + comparacion + "?";
+    const std::string con_marca = Uno(4)   ? "?" + comparacion + columna.nombre
+                                  : Uno(4) ? columna.nombre + " NOT IN (NULL, ?)"
+                                  : Uno(4) ? columna.nombre + " IN (?)"
+                                           : columna.nombre + comparacion + "?";
+    hecha.texto += con_marca;
     hecha.valores.push_back(valor);
   }
   return hecha;

@@ -48,7 +48,7 @@ std::string Contado(const Rows& rows, bool en_orden) {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
       // What counts is the order of these numbers; a server skips some.
-      if (rows.columns[i] != "orden") line += Rotulo(row[i]) + ",";
+      if (rows.columns[i] != "orden_alta") line += Rotulo(row[i]) + ",";
     }
     lines.push_back(std::move(line));
   }
