@@ -36,6 +36,17 @@ tarvik::host::Opciones Station(const std::string& address, const std::string& na
   return options;
 }
 
+// Older commits, against which this is built too, take a flag before the amount.
+template <class Movement>
+void Affect(Movement& movement) {
+  double amount = 0;
+  if constexpr (requires { movement.Afecta(amount); }) {
+    movement.Afecta(amount);
+  } else {
+    movement.Afecta(false, amount);
+  }
+}
+
 std::string Article(int number) { return "A-" + std::to_string(number); }
 
 void Prepare(const std::string& address) {
@@ -72,8 +83,7 @@ int Post(const std::string& address, int station, int movements, int ready, int 
       } else {
         movement->IdSalida(line);
       }
-      double amount = 0;
-      movement->Afecta(amount);
+      Affect(*movement);
     }
     return 0;
   } catch (const std::exception& error) {
