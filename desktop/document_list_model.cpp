@@ -13,11 +13,8 @@ namespace {
 
 using data::Value;
 
+using host::De;
 using Read = host::ColumnaDeDocumento;
-
-const Value& Of(const PagedModel::Cells& cells, Read column) {
-  return cells[static_cast<std::size_t>(column)];
-}
 
 QString Text(const Value& value) { return QString::fromStdString(data::ToText(value)); }
 
@@ -93,7 +90,7 @@ host::Listado DocumentListModel::Wanted(const QString& typed) const {
 
 int DocumentListModel::NumberAt(int row) const {
   const auto keys_row = Row(row);
-  return keys_row != nullptr ? static_cast<int>(data::ToNumber(Of(*keys_row, Read::kNumero))) : 0;
+  return keys_row != nullptr ? static_cast<int>(data::ToNumber(De(*keys_row, Read::kNumero))) : 0;
 }
 
 QString DocumentListModel::CountText() const {
@@ -128,10 +125,10 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
   const Cells* row = Row(index.row());
   if (row == nullptr) return {};
   const Cells& cells = *row;
-  const QString state = Text(Of(cells, Read::kEstado));
+  const QString state = Text(De(cells, Read::kEstado));
   // A screen may hold it whose save has cleared the flag already.
-  const bool held = data::IsNonZero(Of(cells, Read::kOcupado)) || !Of(cells, Read::kTomadoPor).IsNull();
-  const int number = static_cast<int>(data::ToNumber(Of(cells, Read::kNumero)));
+  const bool held = data::IsNonZero(De(cells, Read::kOcupado)) || !De(cells, Read::kTomadoPor).IsNull();
+  const int number = static_cast<int>(data::ToNumber(De(cells, Read::kNumero)));
   const auto* half = index.column() == State || own ? Half(number) : nullptr;
   const bool in_part = half != nullptr && half->estado == "CO" && state == QLatin1String("CO");
   switch (role) {
@@ -148,10 +145,10 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
     case HeldRole:
       return held;
     case Qt::ToolTipRole:
-      if (index.column() == Holder && held && !Of(cells, Read::kTomadoPor).IsNull()) {
-        const auto since = data::DateTime::Parse(data::ToText(Of(cells, Read::kDesde)));
+      if (index.column() == Holder && held && !De(cells, Read::kTomadoPor).IsNull()) {
+        const auto since = data::DateTime::Parse(data::ToText(De(cells, Read::kDesde)));
         return QStringLiteral("Tomado por %1 en la estación %2%3")
-            .arg(Text(Of(cells, Read::kTomadoPor)), Text(Of(cells, Read::kEstacion)),
+            .arg(Text(De(cells, Read::kTomadoPor)), Text(De(cells, Read::kEstacion)),
                  since ? QStringLiteral(" desde el %1 a las %2")
                              .arg(DateText(since->date),
                                   QString::fromStdString(since->time.Text().substr(0, 5)))
@@ -163,20 +160,20 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
   }
   switch (index.column()) {
     case Number:
-      return Text(Of(cells, Read::kNumero));
+      return Text(De(cells, Read::kNumero));
     case IssueDate:
-      return DateText(Of(cells, Read::kFecha));
+      return DateText(De(cells, Read::kFecha));
     case Concept:
-      return Joined(Text(Of(cells, Read::kConcepto)), Text(Of(cells, Read::kNombreDelConcepto)));
+      return Joined(Text(De(cells, Read::kConcepto)), Text(De(cells, Read::kNombreDelConcepto)));
     case Remarks:
-      return Text(Of(cells, Read::kObservaciones)).simplified();
+      return Text(De(cells, Read::kObservaciones)).simplified();
     case Warehouse:
-      return Joined(Text(Of(cells, Read::kAlmacen)), Text(Of(cells, Read::kNombreDelAlmacen)));
+      return Joined(Text(De(cells, Read::kAlmacen)), Text(De(cells, Read::kNombreDelAlmacen)));
     case Amount:
-      return Of(cells, Read::kImporte).IsNull()
+      return De(cells, Read::kImporte).IsNull()
                  ? QString()
                  : QString::fromStdString(
-                       data::FormatNumber(data::ToNumber(Of(cells, Read::kImporte)), amount_pattern_));
+                       data::FormatNumber(data::ToNumber(De(cells, Read::kImporte)), amount_pattern_));
     case State:
       if (half != nullptr && Text(half->estado) == state) return StateText(*half);
       return state == QLatin1String("PE")   ? QStringLiteral("Pendiente")
@@ -185,10 +182,10 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
     case Holder: {
       if (!held) return QString();
       // A flag without a lease: a screen of another program, or one that ended badly.
-      if (Of(cells, Read::kTomadoPor).IsNull()) return Text(Of(cells, Read::kUsuario));
-      QStringList parts{Text(Of(cells, Read::kTomadoPor)), Text(Of(cells, Read::kEstacion))};
+      if (De(cells, Read::kTomadoPor).IsNull()) return Text(De(cells, Read::kUsuario));
+      QStringList parts{Text(De(cells, Read::kTomadoPor)), Text(De(cells, Read::kEstacion))};
       parts.removeAll(QString());
-      if (const auto since = data::DateTime::Parse(data::ToText(Of(cells, Read::kDesde)))) {
+      if (const auto since = data::DateTime::Parse(data::ToText(De(cells, Read::kDesde)))) {
         parts += DateText(since->date).left(5) + QLatin1Char(' ') +
                  QString::fromStdString(since->time.Text().substr(0, 5));
       }

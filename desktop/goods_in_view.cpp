@@ -119,9 +119,13 @@ Keys GoodsInView::OwnKeys() const {
   return {{tr("Alt+↑"), tr("renglones")}};
 }
 
-// The name of the warehouse and the stock of the article there, read once the focus has left their fields.
 void GoodsInView::AtRest() {
   DocumentView::AtRest();
+  LookAtAids();
+}
+
+// The name of the warehouse and the stock of the article there, read once the focus has left their fields.
+void GoodsInView::LookAtAids() {
   const forms::Control* active = wizard_.ActiveControl();
   const std::pair wanted{wizard_.txtFields(14).Text(), wizard_.txtFields(4).Text()};
   if (wanted == aided_) return ShowAid(found_);
@@ -142,7 +146,7 @@ void GoodsInView::AtRest() {
       },
       [this](const std::optional<Aid>& found) {
         found_ = found;
-        AtRest();
+        LookAtAids();  // another article may be under way by now
       });
 }
 

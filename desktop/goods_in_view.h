@@ -23,6 +23,7 @@ class GoodsInView final : public DocumentView {
     std::string warehouse;
     std::optional<double> stock;
   };
+  void LookAtAids();
   void ShowAid(const std::optional<Aid>& aid);
   QWidget* Header();
   QWidget* EntryRow();

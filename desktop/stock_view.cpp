@@ -27,13 +27,9 @@ namespace {
 
 using data::Value;
 
+using host::De;
 using StockRead = host::ColumnaDeExistencia;
 using LedgerRead = host::ColumnaDeMovimiento;
-
-template <class Column>
-const Value& Of(const PagedModel::Cells& cells, Column column) {
-  return cells[static_cast<std::size_t>(column)];
-}
 
 QString Text(const Value& value) { return QString::fromStdString(data::ToText(value)); }
 
@@ -82,13 +78,13 @@ QVariant StockModel::data(const QModelIndex& index, int role) const {
   const Cells& cells = *row;
   switch (role) {
     case ArticleRole:
-      return Text(Of(cells, StockRead::kArticulo));
+      return Text(De(cells, StockRead::kArticulo));
     case WarehouseRole:
-      return data::ToNumber(Of(cells, StockRead::kAlmacen));
+      return data::ToNumber(De(cells, StockRead::kAlmacen));
     case StockRole:
-      return data::ToNumber(Of(cells, StockRead::kExistencia));
+      return data::ToNumber(De(cells, StockRead::kExistencia));
     case CellDelegate::BelowZeroRole:
-      return column == Stock && data::ToNumber(Of(cells, StockRead::kExistencia)) < 0;
+      return column == Stock && data::ToNumber(De(cells, StockRead::kExistencia)) < 0;
     case Qt::DisplayRole:
       break;
     default:
@@ -96,24 +92,24 @@ QVariant StockModel::data(const QModelIndex& index, int role) const {
   }
   switch (column) {
     case Article:
-      return Text(Of(cells, StockRead::kArticulo));
+      return Text(De(cells, StockRead::kArticulo));
     case Description:
-      return Text(Of(cells, StockRead::kDescripcion));
+      return Text(De(cells, StockRead::kDescripcion));
     case Unit:
-      return Text(Of(cells, StockRead::kUnidad));
+      return Text(De(cells, StockRead::kUnidad));
     case Place:
-      return Text(Of(cells, StockRead::kUbicacion));
+      return Text(De(cells, StockRead::kUbicacion));
     case Warehouse:
-      if (Of(cells, StockRead::kAlmacen).IsNull()) return QStringLiteral("Sin movimientos");
-      return QString(Text(Of(cells, StockRead::kAlmacen)) + QStringLiteral("  ") +
-                     Text(Of(cells, StockRead::kNombreDelAlmacen)));
+      if (De(cells, StockRead::kAlmacen).IsNull()) return QStringLiteral("Sin movimientos");
+      return QString(Text(De(cells, StockRead::kAlmacen)) + QStringLiteral("  ") +
+                     Text(De(cells, StockRead::kNombreDelAlmacen)));
     case Stock:
-      return Number(Of(cells, StockRead::kExistencia).IsNull() ? Value(0) : Of(cells, StockRead::kExistencia),
+      return Number(De(cells, StockRead::kExistencia).IsNull() ? Value(0) : De(cells, StockRead::kExistencia),
                     quantity_pattern_);
     case Reserved:
-      return data::ToNumber(Of(cells, StockRead::kPorSurtir)) == 0
+      return data::ToNumber(De(cells, StockRead::kPorSurtir)) == 0
                  ? QString()
-                 : Number(Of(cells, StockRead::kPorSurtir), quantity_pattern_);
+                 : Number(De(cells, StockRead::kPorSurtir), quantity_pattern_);
     default:
       return {};
   }
@@ -165,31 +161,31 @@ QVariant LedgerModel::data(const QModelIndex& index, int role) const {
   const Cells* row = Row(index.row());
   if (row == nullptr) return {};
   const Cells& cells = *row;
-  const bool inflow = Text(Of(cells, LedgerRead::kSentido)) == QLatin1String("E");
+  const bool inflow = Text(De(cells, LedgerRead::kSentido)) == QLatin1String("E");
   switch (column) {
     case IssueDate:
-      return DateText(Of(cells, LedgerRead::kFecha));
+      return DateText(De(cells, LedgerRead::kFecha));
     case Hour:
-      return Text(Of(cells, LedgerRead::kHora)).left(5);
+      return Text(De(cells, LedgerRead::kHora)).left(5);
     case Operation:
-      return OperationText(Of(cells, LedgerRead::kOperacion));
+      return OperationText(De(cells, LedgerRead::kOperacion));
     case Document:
-      return Text(Of(cells, LedgerRead::kDocumento));
+      return Text(De(cells, LedgerRead::kDocumento));
     case Concept: {
-      const QString text = Text(Of(cells, LedgerRead::kNombreDelConcepto));
-      return text.isEmpty() ? Text(Of(cells, LedgerRead::kConcepto))
-                            : QString(Text(Of(cells, LedgerRead::kConcepto)) + QStringLiteral("  ") + text);
+      const QString text = Text(De(cells, LedgerRead::kNombreDelConcepto));
+      return text.isEmpty() ? Text(De(cells, LedgerRead::kConcepto))
+                            : QString(Text(De(cells, LedgerRead::kConcepto)) + QStringLiteral("  ") + text);
     }
     case In:
-      return inflow ? Number(Of(cells, LedgerRead::kCantidad), quantity_pattern_) : QString();
+      return inflow ? Number(De(cells, LedgerRead::kCantidad), quantity_pattern_) : QString();
     case Out:
-      return inflow ? QString() : Number(Of(cells, LedgerRead::kCantidad), quantity_pattern_);
+      return inflow ? QString() : Number(De(cells, LedgerRead::kCantidad), quantity_pattern_);
     case Price:
-      return Number(Of(cells, LedgerRead::kPrecio), amount_pattern_);
+      return Number(De(cells, LedgerRead::kPrecio), amount_pattern_);
     case Amount:
-      return Number(Of(cells, LedgerRead::kImporte), amount_pattern_);
+      return Number(De(cells, LedgerRead::kImporte), amount_pattern_);
     case User:
-      return Text(Of(cells, LedgerRead::kUsuario));
+      return Text(De(cells, LedgerRead::kUsuario));
     default:
       return {};
   }

@@ -13,6 +13,12 @@
 
 namespace tarvik::host {
 
+// The value of a column in a row of its listing: De(renglon, ColumnaDeDocumento::kFecha).
+template <class Columna>
+const data::Value& De(const std::vector<data::Value>& renglon, Columna columna) {
+  return renglon[static_cast<std::size_t>(columna)];
+}
+
 // What was typed, understood. Digits alone are the beginning of a number; "21/11/2026", "11/2026", "21/11",
 // "2026-11-21", "2026-11" a date; anything else words, each of which must stand in the concept, its
 // description or the remarks.
