@@ -407,10 +407,6 @@ QAction* MainWindow::AddView(const QString& text, const QKeySequence& key) {
   return Everywhere(Add(*views_, text, {key}));
 }
 
-QAction* MainWindow::AddHelp(const QString& text, const QKeySequence& key) {
-  return Add(*help_, text, key.isEmpty() ? QList<QKeySequence>{} : QList<QKeySequence>{key});
-}
-
 void MainWindow::MakeStatus() {
   statusBar()->setSizeGripEnabled(false);
   const auto add = [this](const QString& accessible) {

@@ -63,7 +63,6 @@ class MainWindow : public QMainWindow {
   // A further item of the menu "Ver", whose key works in every window of the program.
   QAction* AddView(const QString& text, const QKeySequence& key);
   // A further item of the menu "Ayuda".
-  QAction* AddHelp(const QString& text, const QKeySequence& key = {});
 
   // "Entradas", "EntradasPendientes", "Salidas", "SalidasPendientes", "Existencias". False for another.
   bool ShowPage(std::string_view name);

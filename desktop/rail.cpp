@@ -168,10 +168,6 @@ Rail::Rail(const Theme& theme, QWidget* parent)
   column_->setContentsMargins(0, measure::kGrid, 0, measure::kGrid);
   column_->setSpacing(0);
   column_->addStretch();
-  foot_ = new QLabel(this);
-  foot_->setProperty("role", "railFoot");
-  foot_->setWordWrap(true);
-  column_->addWidget(foot_);
   SetNarrow(false);
 }
 
@@ -179,14 +175,14 @@ void Rail::AddSection(const QString& title) {
   auto* label = new QLabel(title.toUpper(), this);
   label->setProperty("role", "railTitle");
   label->setVisible(!narrow_);
-  column_->insertWidget(column_->count() - 2, label);
+  column_->insertWidget(column_->count() - 1, label);
   titles_ += label;
 }
 
 RailItem* Rail::Add(const QString& text, Glyph glyph) {
   auto* item = new RailItem(theme_, text, glyph, this);
   item->SetNarrow(narrow_);
-  column_->insertWidget(column_->count() - 2, item);
+  column_->insertWidget(column_->count() - 1, item);
   items_ += item;
   return item;
 }
@@ -200,14 +196,11 @@ RailItem* Rail::AddPage(const QString& text, Glyph glyph) {
 
 RailItem* Rail::AddTool(const QString& text, Glyph glyph) { return Add(text, glyph); }
 
-void Rail::SetFoot(const QString& text) { foot_->setText(text); }
-
 void Rail::SetNarrow(bool narrow) {
   narrow_ = narrow;
   setFixedWidth(narrow ? measure::kRailNarrow : measure::kRail);
   for (QLabel* title : titles_) title->setVisible(!narrow);
   for (RailItem* item : items_) item->SetNarrow(narrow);
-  foot_->setVisible(!narrow);
 }
 
 }  // namespace tarvik::desktop

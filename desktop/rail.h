@@ -63,7 +63,6 @@ class Rail : public QWidget {
   // A page is chosen and stays so; a tool is only pressed.
   RailItem* AddPage(const QString& text, Glyph glyph);
   RailItem* AddTool(const QString& text, Glyph glyph);
-  void SetFoot(const QString& text);
   void SetNarrow(bool narrow);
   [[nodiscard]] bool Narrow() const { return narrow_; }
   [[nodiscard]] const QList<RailItem*>& Items() const { return items_; }
@@ -75,7 +74,6 @@ class Rail : public QWidget {
   QVBoxLayout* column_ = nullptr;
   QList<QLabel*> titles_;
   QList<RailItem*> items_;
-  QLabel* foot_ = nullptr;
   bool narrow_ = false;
 };
 

@@ -70,7 +70,6 @@ class StockView : public QWidget {
   [[nodiscard]] StockModel& Model() const { return *model_; }
   [[nodiscard]] LedgerModel& Ledger() const { return *ledger_; }
   [[nodiscard]] QTableView& Table() const { return *table_; }
-  [[nodiscard]] QTableView& LedgerTable() const { return *ledger_table_; }
   [[nodiscard]] QLineEdit& FilterField() const { return *filter_; }
   void Refresh();
   void SaveColumns();

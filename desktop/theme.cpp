@@ -226,7 +226,6 @@ QPushButton[role="railItem"] { background: transparent; color: @RailInk; border:
 QPushButton[role="railItem"]:hover { background: @RailHere; }
 QPushButton[role="railItem"]:focus { border-left: 3px solid @RailInk; }
 QPushButton[role="railItem"]:checked { background: @RailHere; border-left: 3px solid #6aa9ff; font-weight: 600; }
-[role="railFoot"] { color: @RailSoft; font-size: 11px; padding: 8px 16px; }
 )");
   static constexpr const char* kNames[] = {
       "Window",   "Panel",      "Border",   "Ink",       "SoftInk",    "Field",     "FieldBorder",
