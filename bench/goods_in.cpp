@@ -13,7 +13,7 @@
 #include "bench/support.h"
 #include "forms/keys.h"
 #include "goods_in/frm_entradas_wizard.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 
 namespace {
 

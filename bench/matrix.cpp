@@ -14,7 +14,7 @@
 #include "goods_in/frm_entradas_wizard.h"
 #include "host/testigo.h"
 #include "matrix/frm_malla_modelos.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 
 namespace {
 

@@ -34,7 +34,7 @@
 #include "desktop/theme.h"
 #include "forms/platform.h"
 #include "host/anfitrion.h"
-#include "service/claves.h"
+#include "service/contract/claves.h"
 
 namespace tarvik::desktop {
 

@@ -35,7 +35,7 @@
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
 #include "host/vistazo.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 
 namespace tarvik::desktop {
 namespace {

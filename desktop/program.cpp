@@ -27,7 +27,7 @@
 #include "host/anfitrion.h"
 #include "host/archivos_de_la_base.h"
 #include "python/ganchos.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 
 namespace tarvik::desktop {
 

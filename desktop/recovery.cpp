@@ -5,7 +5,7 @@
 #include "desktop/notices.h"
 #include "host/a_medias.h"
 #include "host/cierres.h"
-#include "service/claves.h"
+#include "service/contract/claves.h"
 
 namespace tarvik::desktop {
 

@@ -20,7 +20,7 @@
 #include "host/procedimientos.h"
 #include "host/selectores.h"
 #include "host/tenencias.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 
 namespace tarvik::host {
 namespace {

@@ -1,5 +1,5 @@
 // Anfitrion: the stand-alone host. It opens (and at first use makes) a base, and implements every
-// service of service/host_services.h for real, so that a shop can run on it. It has no window: what
+// service of service/contract/host_services.h for real, so that a shop can run on it. It has no window: what
 // a person must choose goes through the Platform and the Selector that it is given.
 #pragma once
 
@@ -18,7 +18,7 @@
 #include "host/liberacion.h"
 #include "host/revision.h"
 #include "host/testigo.h"
-#include "service/host_services.h"
+#include "service/contract/host_services.h"
 
 namespace tarvik::host {
 

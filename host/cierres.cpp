@@ -8,8 +8,8 @@
 #include "host/a_medias.h"
 #include "host/anfitrion.h"
 #include "host/tenencia_viva.h"
-#include "service/entradas_salidas.h"
-#include "service/pantalla.h"
+#include "service/door/entradas_salidas.h"
+#include "service/report/pantalla.h"
 
 namespace tarvik::host {
 namespace {

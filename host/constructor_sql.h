@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "host/testigo.h"
-#include "service/host_services.h"
+#include "service/contract/host_services.h"
 
 namespace tarvik::host {
 

@@ -10,7 +10,7 @@
 #include "forms/keys.h"
 #include "host/cierres.h"
 #include "host/testigo.h"
-#include "service/host_services.h"
+#include "service/contract/host_services.h"
 
 namespace tarvik::host {
 

@@ -14,7 +14,7 @@
 #include "host/cierres.h"
 #include "host/documentos.h"
 #include "host/testigo.h"
-#include "service/host_services.h"
+#include "service/contract/host_services.h"
 
 namespace tarvik::host {
 

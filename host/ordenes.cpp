@@ -16,7 +16,7 @@
 #include "host/documentos.h"
 #include "host/peticiones.h"
 #include "host/registro.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 
 namespace tarvik::host {
 namespace {

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "service/pantalla.h"
-#include "service/trampa.h"
+#include "service/report/pantalla.h"
+#include "service/report/trampa.h"
 #include "wizard/document_wizard.h"
 
 namespace tarvik::host {

@@ -7,7 +7,7 @@
 #include "data/number.h"
 #include "data/text.h"
 #include "matrix/frm_malla_modelos.h"
-#include "service/trampa.h"
+#include "service/report/trampa.h"
 
 namespace tarvik {
 

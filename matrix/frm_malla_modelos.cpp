@@ -4,9 +4,9 @@
 
 #include "data/number.h"
 #include "forms/keys.h"
-#include "service/objeto.h"
-#include "service/pantalla.h"
-#include "service/trampa.h"
+#include "service/contract/objeto.h"
+#include "service/report/pantalla.h"
+#include "service/report/trampa.h"
 
 namespace tarvik {
 

@@ -19,8 +19,8 @@
 #include "forms/flex_grid.h"
 #include "forms/form.h"
 #include "matrix/recorrido.h"
-#include "service/host_services.h"
-#include "service/reporte.h"
+#include "service/contract/host_services.h"
+#include "service/report/reporte.h"
 
 namespace tarvik {
 

@@ -13,7 +13,7 @@
 #include "data/value.h"
 #include "forms/control.h"
 #include "forms/form.h"
-#include "service/host_services.h"
+#include "service/contract/host_services.h"
 
 namespace tarvik::python {
 

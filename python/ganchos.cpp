@@ -16,7 +16,7 @@
 #include "python/confianza.h"
 #include "python/fallos.h"
 #include "python/foto.h"
-#include "service/claves.h"
+#include "service/contract/claves.h"
 
 PYBIND11_EMBEDDED_MODULE(tarvik, module) { tarvik::python::BindAll(module); }
 

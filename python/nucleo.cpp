@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "data/error.h"
-#include "service/claves.h"
+#include "service/contract/claves.h"
 
 namespace tarvik::python {
 

@@ -5,7 +5,7 @@
 #include "data/error.h"
 #include "data/text.h"
 #include "python/nucleo.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 
 namespace tarvik::python {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "forms/keys.h"
-#include "service/pantalla.h"
+#include "service/report/pantalla.h"
 
 namespace tarvik {
 

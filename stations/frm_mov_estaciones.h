@@ -20,8 +20,8 @@
 #include "forms/control.h"
 #include "forms/flex_grid.h"
 #include "forms/form.h"
-#include "service/host_services.h"
-#include "service/objeto.h"
+#include "service/contract/host_services.h"
+#include "service/contract/objeto.h"
 
 namespace tarvik {
 

@@ -20,7 +20,7 @@
 #include "desktop/screen_view.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 #include "wizard/document_wizard.h"
 
 using namespace tarvik::desktop;

@@ -5,8 +5,8 @@
 
 #include "data/recordset.h"
 #include "forms/control.h"
-#include "service/host_services.h"
-#include "service/reporte.h"
+#include "service/contract/host_services.h"
+#include "service/report/reporte.h"
 
 namespace tarvik {
 

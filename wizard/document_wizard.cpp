@@ -3,7 +3,7 @@
 
 #include "data/number.h"
 #include "data/text.h"
-#include "service/pantalla.h"
+#include "service/report/pantalla.h"
 
 namespace tarvik {
 

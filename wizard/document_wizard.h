@@ -14,11 +14,11 @@
 #include "forms/control.h"
 #include "forms/flex_grid.h"
 #include "forms/form.h"
-#include "service/host_services.h"
-#include "service/mensajes.h"
-#include "service/objeto.h"
-#include "service/reporte.h"
-#include "service/trampa.h"
+#include "service/contract/host_services.h"
+#include "service/contract/objeto.h"
+#include "service/report/mensajes.h"
+#include "service/report/reporte.h"
+#include "service/report/trampa.h"
 
 namespace tarvik {
 

@@ -13,7 +13,7 @@
 
 #include "forms/headless_platform.h"
 #include "host/anfitrion.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 #include "wizard/document_wizard.h"
 
 namespace tarvik::caos {

@@ -6,7 +6,7 @@
 #include "data/number.h"
 #include "host/documentos.h"
 #include "matrix/frm_malla_modelos.h"
-#include "service/claves.h"
+#include "service/contract/claves.h"
 #include "stations/frm_mov_estaciones.h"
 #include "tests/caos/juez.h"
 

@@ -20,7 +20,7 @@
 #include "desktop/qt_platform.h"
 #include "desktop/theme.h"
 #include "host/anfitrion.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 #include "tests/desktop/support.h"
 #include "tests/support/base_de_prueba.h"
 

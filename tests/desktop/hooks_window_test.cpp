@@ -22,7 +22,7 @@
 #include "desktop/theme.h"
 #include "forms/headless_platform.h"
 #include "host/anfitrion.h"
-#include "service/claves.h"
+#include "service/contract/claves.h"
 #include "tests/desktop/support.h"
 
 namespace tarvik::desktop {

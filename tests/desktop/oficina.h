@@ -15,7 +15,7 @@
 #include "desktop/theme.h"
 #include "forms/headless_platform.h"
 #include "host/anfitrion.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 #include "tests/desktop/support.h"
 #include "tests/support/base_de_prueba.h"
 

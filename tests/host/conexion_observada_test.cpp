@@ -3,7 +3,7 @@
 
 #include "data/recordset.h"
 #include "forms/headless_platform.h"
-#include "service/pantalla.h"
+#include "service/report/pantalla.h"
 #include "tests/host/apoyo.h"
 #include "tests/service/ajeno/anfitrion_ajeno.h"
 

@@ -16,7 +16,7 @@
 #include "goods_out/frm_salidas_wizard.h"
 #include "host/anfitrion.h"
 #include "host/peticiones.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 #include "tests/host/apoyo.h"
 #include "tests/support/base_de_prueba.h"
 #include "tests/support/escenario.h"

@@ -1,5 +1,5 @@
 // The report of a failure: the box, the day's log, and what happens where the log can't be written.
-#include "service/reporte.h"
+#include "service/report/reporte.h"
 
 #include <fstream>
 

@@ -1,5 +1,5 @@
 // The trap of a procedure and the stretch that ignores: which step fails, what is reported, what runs.
-#include "service/trampa.h"
+#include "service/report/trampa.h"
 
 #include <gtest/gtest.h>
 

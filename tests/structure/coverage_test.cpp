@@ -12,7 +12,7 @@
 #include "forms/flex_grid.h"
 #include "host/mensajes.h"
 #include "matrix/frm_malla_modelos.h"
-#include "service/claves.h"
+#include "service/contract/claves.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {

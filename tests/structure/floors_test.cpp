@@ -18,7 +18,7 @@ const fs::path kRaiz = TARVIK_SOURCE_DIR;
 
 // The floor of a file, by its folder; the door is a floor of its own.
 int Floor(const std::string& file) {
-  if (file.starts_with("service/entradas_salidas")) return 6;
+  if (file.starts_with("service/door/")) return 6;
   static const std::map<std::string, int> floors{
       {"data", 0},      {"forms", 1},    {"service", 2}, {"wizard", 3}, {"matrix", 4}, {"goods_in", 5},
       {"goods_out", 5}, {"stations", 5}, {"host", 7},    {"python", 8}, {"desktop", 9}};

@@ -18,7 +18,7 @@
 #include "goods_in/frm_entradas_wizard.h"
 #include "host/anfitrion.h"
 #include "host/registro.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 #include "tests/support/base_de_prueba.h"
 
 namespace tarvik::tests {

@@ -1,6 +1,6 @@
-// The smallest program around the module: every interface of service/host_services.h in the fewest lines that
-// let a goods-in line be received. A start for whoever writes a real one. Nothing here comes from host/ or
-// from an engine; what a service of a real program must do besides stands in the contract.
+// The smallest program around the module: every interface of service/contract/host_services.h in the fewest
+// lines that let a goods-in line be received. A start for whoever writes a real one. Nothing here comes from
+// host/ or from an engine; what a service of a real program must do besides stands in the contract.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@
 #include "data/statement.h"
 #include "data/text.h"
 #include "forms/headless_platform.h"
-#include "service/host_services.h"
+#include "service/contract/host_services.h"
 
 namespace tarvik::ajeno {
 

@@ -7,7 +7,7 @@
 #include <filesystem>
 
 #include "goods_in/frm_entradas_wizard.h"
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 #include "tests/service/ajeno/anfitrion_ajeno.h"
 
 namespace tarvik::ajeno {

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "service/objeto.h"
-#include "service/trampa.h"
+#include "service/contract/objeto.h"
+#include "service/report/trampa.h"
 
 namespace tarvik::service {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "service/reporte.h"
+#include "service/report/reporte.h"
 
 namespace tarvik::service {
 

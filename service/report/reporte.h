@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "service/host_services.h"
+#include "service/contract/host_services.h"
 
 namespace tarvik::service {
 

@@ -1,11 +1,11 @@
 // The door's operations, once for goods-in and goods-out: what differs stands in the two tables.
-#include "service/entradas_salidas.h"
+#include "service/door/entradas_salidas.h"
 
 #include <memory>
 
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
-#include "service/mensajes.h"
+#include "service/report/mensajes.h"
 #include "stations/frm_mov_estaciones.h"
 
 namespace tarvik {

@@ -5,7 +5,7 @@
 //   class MiHost : public tarvik::service::Host { ... };       // and the interfaces behind it
 //   MiHost host;
 //   MiAmbiente ambiente;
-//   tarvik::EntradasSalidas movimientos(host);                 // service/entradas_salidas.h
+//   tarvik::EntradasSalidas movimientos(host);                 // service/door/entradas_salidas.h
 //   movimientos.Ambiente = &ambiente;
 //   movimientos.NuevaEntrada();                                // a screen; it lives in host.Plataforma()
 //
@@ -161,7 +161,7 @@ class Funciones {
   virtual bool ExisteClave(const Value& value, const std::string& column, const std::string& table,
                            data::Connection& connection) = 0;
 
-  // The text of a message of service/claves.h; the number itself, as text, if it has none.
+  // The text of a message of service/contract/claves.h; the number itself, as text, if it has none.
   virtual void TraeMensaje(int number, Ambiente&, std::string& out) = 0;
   // Shows a box and returns when it is closed. Style 16 or 64.
   virtual void MuestraMensaje(const std::string& text, int style, Ambiente&) = 0;
@@ -219,8 +219,8 @@ class ConsultasCatalogo {
  public:
   virtual ~ConsultasCatalogo() = default;
   // Runs the routine that the program has put behind a key; a key without one does nothing. The keys are
-  // those of service/claves.h, always in capitals: a group (ENTRADA, ENTRADAS, SALIDAS, MOVESTACIONES or
-  // TALLASYCOLORES) and three digits; or AYUDA.
+  // those of service/contract/claves.h, always in capitals: a group (ENTRADA, ENTRADAS, SALIDAS,
+  // MOVESTACIONES or TALLASYCOLORES) and three digits; or AYUDA.
   //
   // The routine may read and write every public member of `screen` (a frmEntradasWizard, frmSalidasWizard or
   // frmMovEstaciones), assign its fields, whose changes run at once, send statements, show boxes and other

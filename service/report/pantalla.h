@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "service/host_services.h"
-#include "service/trampa.h"
+#include "service/contract/host_services.h"
+#include "service/report/trampa.h"
 
 namespace tarvik::service {
 

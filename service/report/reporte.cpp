@@ -1,4 +1,4 @@
-#include "service/reporte.h"
+#include "service/report/reporte.h"
 
 namespace tarvik::service {
 

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "data/recordset.h"
-#include "service/host_services.h"
-#include "service/objeto.h"
-#include "service/reporte.h"
-#include "service/trampa.h"
+#include "service/contract/host_services.h"
+#include "service/contract/objeto.h"
+#include "service/report/reporte.h"
+#include "service/report/trampa.h"
 
 namespace tarvik {
 
