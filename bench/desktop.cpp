@@ -386,7 +386,7 @@ class Desk {
     SettleFor(100);
     auto& form = dynamic_cast<frmEntradasWizard&>(*program_->Platform().Screens().back());
     auto& box = *dynamic_cast<forms::SearchBox*>(form.Find("MultiCombo1", 2));
-    QWidget* anchor = program_->ViewOf(form)->WidgetOf(form.txtFields(4));
+    QWidget* anchor = program_->ViewOf(form)->WidgetOf(form.txtFields(campo::Articulo));
     const QPointer<QWidget> list = ShowSearchList(office, box, *anchor);
     SettleFor(100);
     LettersIn("search list", list->findChild<SearchPanel*>()->Filter(), 90, [] { return true; });
@@ -417,37 +417,38 @@ class Desk {
   static void LettersInArticle(const std::string& screen, Wizard& form, int lines) {
     std::vector<Sample> samples;
     while (samples.size() < kKeys) {
-      form.txtFields(4).Text("");
-      Go(form, form.txtFields(4));
+      form.txtFields(campo::Articulo).Text("");
+      Go(form, form.txtFields(campo::Articulo));
       for (const QChar letter : ArticleAt(static_cast<int>(samples.size()))) {
         samples.push_back(Timed(KeyOf(letter), letter));
       }
     }
     Report(screen, "letter in the article", lines, samples);
-    form.txtFields(4).Text("");
+    form.txtFields(campo::Articulo).Text("");
   }
 
   template <class Wizard>
   static void EnterInArticle(const std::string& screen, Wizard& form, int lines) {
     std::vector<Sample> samples;
     for (int i = 0; i < kKeys / 2; ++i) {
-      Go(form, form.txtFields(4));
-      form.txtFields(4).Text("");
+      Go(form, form.txtFields(campo::Articulo));
+      form.txtFields(campo::Articulo).Text("");
       Type(ArticleAt(i));
       samples.push_back(Timed(Qt::Key_Return));
-      if (form.ActiveControl() != &form.txtFields(5)) throw std::runtime_error("Enter did not move on");
-      if (form.txtFields(6).Text().empty()) throw std::runtime_error("the article was not found");
+      if (form.ActiveControl() != &form.txtFields(campo::Cantidad))
+        throw std::runtime_error("Enter did not move on");
+      if (form.txtFields(campo::Precio).Text().empty()) throw std::runtime_error("the article was not found");
     }
     Report(screen, "Enter in the article", lines, samples);
-    Go(form, form.txtFields(4));
-    form.txtFields(4).Text("");
+    Go(form, form.txtFields(campo::Articulo));
+    form.txtFields(campo::Articulo).Text("");
     Settle();
   }
 
   template <class Wizard>
   static void EnterInPrice(const std::string& screen, Wizard& form, int lines) {
     std::vector<Sample> samples;
-    Go(form, form.txtFields(4));
+    Go(form, form.txtFields(campo::Articulo));
     for (int i = 0; i < kNewLines; ++i) {
       Type(ArticleAt(i + 1));
       Press(Qt::Key_Return);

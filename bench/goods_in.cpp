@@ -50,15 +50,16 @@ Run ByKeyboard(int lines, Trace& trace) {
   auto screen = std::dynamic_pointer_cast<frmEntradasWizard>(platform.Screens().back());
   frmEntradasWizard& f = *screen;
   const forms::Key enter = *forms::KeyNamed("Enter");
-  f.Type(f.txtFields(0), "COM");
+  f.Type(f.txtFields(campo::Concepto), "COM");
   f.Press(enter);
   auto hundred = Clock::now();
   for (int line = 0; line < lines; ++line) {
     if (line == 100) run.first = Seconds(hundred);
     if (line == lines - 100) hundred = Clock::now();
-    f.Type(f.txtFields(4), data::ToText(articles[static_cast<std::size_t>(line) % articles.size()][0]));
+    f.Type(f.txtFields(campo::Articulo),
+           data::ToText(articles[static_cast<std::size_t>(line) % articles.size()][0]));
     f.Press(enter);
-    f.Type(f.txtFields(5), "3");
+    f.Type(f.txtFields(campo::Cantidad), "3");
     f.Press(enter);
     f.Press(enter);
   }
@@ -68,7 +69,7 @@ Run ByKeyboard(int lines, Trace& trace) {
   if (f.CuantasPartidas() != lines) throw std::runtime_error("not every line was made");
   f.Check2.Value(0);
   start = Clock::now();
-  f.Enter(f.txtFields(0));
+  f.Enter(f.txtFields(campo::Concepto));
   f.Press(*forms::KeyNamed("F5"));
   run.posting = Seconds(start);
   if (f.Open()) throw std::runtime_error("the document was not posted");

@@ -81,11 +81,11 @@ Run Spread(int colours, int sizes) {
       matrix.Press(enter);
       start = Clock::now();
     };
-    f.Type(f.txtFields(0), "COM");
+    f.Type(f.txtFields(campo::Concepto), "COM");
     f.Press(enter);
-    f.Type(f.txtFields(4), "M");
+    f.Type(f.txtFields(campo::Articulo), "M");
     f.Press(enter);
-    f.Type(f.txtFields(5), std::to_string(colours * sizes));
+    f.Type(f.txtFields(campo::Cantidad), std::to_string(colours * sizes));
     f.Press(enter);
     trace.sent.clear();
     start = Clock::now();

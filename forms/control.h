@@ -340,7 +340,7 @@ template <class T>
 class ControlArray {
  public:
   // One control for each index; indices need not follow one another.
-  ControlArray(Form& form, std::string name, std::initializer_list<int> indices) : name_(std::move(name)) {
+  ControlArray(Form& form, std::string name, const std::vector<int>& indices) : name_(std::move(name)) {
     for (int index : indices) items_.emplace(index, std::make_unique<T>(form, name_, index));
   }
 

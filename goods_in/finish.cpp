@@ -11,21 +11,21 @@ void frmEntradasWizard::Command5_Click() {
   bool valido = false;
   ValidaTab1(valido);
   if (!valido) return;
-  if (Modo == "CONSULTA") {
+  if (Modo == modo::kConsulta) {
     intenta([&] { Unload(); });
     return;
   }
-  if (Check3.Value() == 0 && !Acepta(intenta, 726)) return;
+  if (Check3.Value() == 0 && !Acepta(intenta, mensaje::AfectaEntrada)) return;
   if (!FechaEscrita(intenta) || !FechaAceptada(intenta)) return;
   CierraBotones(intenta);
-  SinRenglonesQuedaPendiente(intenta, 343);
-  SalvaEntrada(Check3.Value() == 0 ? "CO" : "PE");
+  SinRenglonesQuedaPendiente(intenta, mensaje::EntradaSinRenglones);
+  SalvaEntrada(Check3.Value() == 0 ? estado::kAfectado : estado::kPendiente);
   // Without stored lines the header stays saved and only the window's close box leads out.
   if (!SalvaPartidas()) return;
   if (Check3.Value() == 0) {
     AfectaPartidas();
     intenta([&] { Dispara("ENTRADA014"); });
-    if (txtFields(0).Text() == "A++") intenta([&] { Dispara("ENTRADA010"); });
+    if (txtFields(campo::Concepto).Text() == "A++") intenta([&] { Dispara("ENTRADA010"); });
   }
   if (Check2.Value() == 1) ImprimeEntrada();
   RefrescaLista(intenta);
@@ -39,7 +39,7 @@ void frmEntradasWizard::RefrescaLista(Trampa& intenta) {
     intenta([&] { Parent->Call(llena, {Entrada}); });
     intenta([&] { Parent->Call("CreaMenuPopUp", {}); });
   };
-  if (intenta.Si([&] { return data::ToText(rstEntrada->Fields("estado")) == "PE"; })) {
+  if (intenta.Si([&] { return data::ToText(rstEntrada->Fields("estado")) == estado::kPendiente; })) {
     refresca("EntradasPendientes", "LlenaEntradasPendientes");
   } else {
     refresca("Entradas", "LlenaEntradas");
@@ -55,22 +55,22 @@ void frmEntradasWizard::CreaEntrada() {
   auto agrega = [&](const char* columna, auto&& valor) {
     intenta([&] { Query->AgregaCampo("entradas", columna, valor()); });
   };
-  if (Modo == "ALTA") {
+  if (Modo == modo::kAlta) {
     NuevoNumero(intenta);
     intenta([&] { Query->TipoSentencia("INSERT"); });
     agrega("entrada", [&] { return Entrada; });
   } else {
     intenta([&] { Query->TipoSentencia("UPDATE"); });
   }
-  if (Modo == "ALTA" || Modo == "MODIFICACION") {
+  if (Modo == modo::kAlta || Modo == modo::kModificacion) {
     const data::DateTime ahora = GetPlatform().Now();
     agrega("ocupado", [&] { return 1; });
     agrega("f_emision", [&] { return ValorDe(DTPicker1.Value()); });
-    agrega("tipo_doc", [&] { return txtFields(0).Text(); });
-    agrega("importe", [&] { return Numero(11); });
+    agrega("tipo_doc", [&] { return txtFields(campo::Concepto).Text(); });
+    agrega("importe", [&] { return NumeroEn(campo::Total); });
     agrega("costo", [&] { return 0; });
-    agrega("almacen", [&] { return Funciones().TextoDe(txtFields(14).Text()); });
-    agrega("estado", [&] { return "PE"; });
+    agrega("almacen", [&] { return Funciones().TextoDe(txtFields(campo::Almacen).Text()); });
+    agrega("estado", [&] { return estado::kPendiente; });
     agrega("observ", [&] { return RichTextBox2.Text(); });
     agrega("tipo_cam", [&] { return 1; });
     agrega("moneda", [&] { return Ambiente->Moneda(); });
@@ -82,13 +82,13 @@ void frmEntradasWizard::CreaEntrada() {
     EjecutaQuery(intenta);
   }
   intenta([&] { Abre("SELECT * FROM entradas WHERE entrada = " + std::to_string(Entrada), rstEntrada); });
-  Modo = "MODIFICACION";
+  Modo = modo::kModificacion;
   intenta([&] { Caption("Entrada: " + std::to_string(Entrada)); });
 }
 
 void frmEntradasWizard::SalvaEntrada(const std::string& estado) { EscribeEntrada(estado, 0); }
 
-void frmEntradasWizard::SalvaPendiente() { EscribeEntrada("PE", 1); }
+void frmEntradasWizard::SalvaPendiente() { EscribeEntrada(estado::kPendiente, 1); }
 
 void frmEntradasWizard::EscribeEntrada(const std::string& estado, int ocupado) {
   Trampa intenta{*this, "SalvaEntrada"};
@@ -96,7 +96,7 @@ void frmEntradasWizard::EscribeEntrada(const std::string& estado, int ocupado) {
     intenta([&] { Query->AgregaCampo("entradas", columna, valor()); });
   };
   intenta([&] { Query->Limpia(); });
-  if (Modo == "ALTA") {
+  if (Modo == modo::kAlta) {
     data::RecordsetRef tomada;
     do {
       NuevoNumero(intenta);
@@ -110,12 +110,12 @@ void frmEntradasWizard::EscribeEntrada(const std::string& estado, int ocupado) {
     intenta([&] { Query->Condicion("entrada = " + std::to_string(Entrada)); });
   }
   const data::DateTime ahora = GetPlatform().Now();
-  agrega("tipo_doc", [&] { return txtFields(0).Text(); });
+  agrega("tipo_doc", [&] { return txtFields(campo::Concepto).Text(); });
   agrega("ocupado", [&] { return ocupado; });
   agrega("f_emision", [&] { return ValorDe(DTPicker1.Value()); });
-  agrega("importe", [&] { return Numero(11); });
+  agrega("importe", [&] { return NumeroEn(campo::Total); });
   agrega("costo", [&] { return Costo; });
-  agrega("almacen", [&] { return Numero(14); });
+  agrega("almacen", [&] { return NumeroEn(campo::Almacen); });
   agrega("estado", [&] { return estado; });
   agrega("observ", [&] { return RichTextBox2.Text(); });
   agrega("datos", [&] { return RichTextBox3.Text(); });
@@ -123,7 +123,7 @@ void frmEntradasWizard::EscribeEntrada(const std::string& estado, int ocupado) {
   agrega("usufecha", [&] { return ahora.date; });
   agrega("usuhora", [&] { return ahora.time.Text(); });
   EjecutaQuery(intenta);
-  Modo = "MODIFICACION";
+  Modo = modo::kModificacion;
 }
 
 bool frmEntradasWizard::SalvaPartidas() {
@@ -137,7 +137,7 @@ bool frmEntradasWizard::SalvaPartidas() {
 void frmEntradasWizard::AfectaPartidas() {
   Trampa intenta{*this, "AfectaPartidas"};
   intenta([&] { Abre("SELECT * FROM entradas WHERE entrada = " + std::to_string(Entrada), rstEntrada); });
-  if (intenta.Si([&] { return rstEntrada->Eof(); })) SalvaEntrada("PE");
+  if (intenta.Si([&] { return rstEntrada->Eof(); })) SalvaEntrada(estado::kPendiente);
 
   service::Propio<service::MovimientoInventario> movimiento;
   intenta([&] { movimiento = host().NuevoMovimiento(); });
@@ -170,12 +170,6 @@ void frmEntradasWizard::AfectaPartidas() {
     intenta([&] { rstPartidas->MoveNext(); });
   }
   Costo = suma;
-}
-
-void frmEntradasWizard::SalvaCambios() {
-  Trampa intenta{*this, "SalvaCambios"};
-  SalvaCelda(intenta, "entpart", "id_entrada",
-             {{1, "cantidad", true}, {2, "precio", true}, {5, "impuesto", true}, {6, "observ", false}});
 }
 
 }  // namespace tarvik

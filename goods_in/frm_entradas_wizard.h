@@ -2,21 +2,18 @@
 // the operator types; "&Finalizar (F5)" leaves the document pending or posts it to stock.
 //
 // Where to find a procedure:
-//   screen.cpp  Form_Load, Form_KeyDown, closing, buttons
-//   header.cpp  the events of txtFields, ValidaTab1
-//   lines.cpp   PonDescripcion, TraeSegundaClave, LlenaPartida, NuevaPartida
-//   grid.cpp    the cells, CalculaImportes, removal of a line
-//   finish.cpp  CreaEntrada, SalvaEntrada, AfectaPartidas, Command5_Click
-//   wizard/     what it shares with the goods-out wizard
+//   screen.cpp  Form_Load, Form_KeyDown, Form_QueryUnload, Form_Unload, Timer1_Timer, Command3_Click,
+//               Check1_Click
+//   header.cpp  txtFields_GotFocus, txtFields_KeyDown, RichTextBox1_KeyDown, ValidaTab1
+//   lines.cpp   PonDescripcion, TraeSegundaClave, CalculaCantidad, MultiplicaPrecio, BuscaModelo,
+//               LlenaPartida, NuevaPartida
+//   grid.cpp    MSFlexGridEdit, fg2_GotFocus, fg2_LeaveCell, fg2_KeyDown, SalvaCambios, CalculaImportes
+//   finish.cpp  Command5_Click, CreaEntrada, SalvaEntrada, SalvaPendiente, SalvaPartidas, AfectaPartidas
 //
-// Modes                 "ALTA"                     "MODIFICACION"       "CONSULTA"
-//   header              date, warehouse by default  from the row         from the row
-//   lines               none                        from entpart         from entpart
-//   ocupado             1 with the first line       1 at load            untouched
-//   enabled             as designed                 as designed          fg2, Command2, Command5, labels
-//   Command5            finish                      finish               closes
-//   next mode           "MODIFICACION" with the     stays                stays
-//                       first line or the save
+// What it shares with the goods-out wizard is listed in wizard/document_wizard.h.
+//
+// What the modes mean stands in wizard/modos.h. Where nothing may be changed, fg2, Command2 and Command5 stay
+// enabled, and Command5 closes.
 #pragma once
 
 #include "wizard/captura_de_modelo.h"
@@ -60,6 +57,7 @@ class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
 
   // ---- grid ----
   void MSFlexGridEdit(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int KeyAscii) override;
+  void SalvaCambios() override;
   void CalculaImportes() override;
   void fg2_GotFocus() override;
   void fg2_LeaveCell() override;
@@ -73,7 +71,6 @@ class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
   bool SalvaPartidas();
   void AfectaPartidas();
   void ImprimeEntrada() { Imprime("ImprimeEntrada", Entrada); }
-  void SalvaCambios() override;
 
  protected:
   void Form_Load() override;
@@ -82,8 +79,8 @@ class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
   void Form_Unload(int& Cancel) override;
   bool AlCambiar(int Index) override;
   void AlSalir(int Index) override;
-  void GuardaParaMalla() override { SalvaEntrada("PE"); }
-  [[nodiscard]] std::int32_t Documento() const override { return Entrada; }
+  void GuardaParaMalla() override { SalvaEntrada(estado::kPendiente); }
+  [[nodiscard]] std::int32_t NumeroDeDocumento() const override { return Entrada; }
 
  private:
   // ---- CapturaDeModelo ----

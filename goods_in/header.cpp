@@ -8,16 +8,16 @@ using service::Trampa;
 
 bool frmEntradasWizard::AlCambiar(int Index) {
   switch (Index) {
-    case 0:
+    case campo::Concepto:
       TraeConcepto();
       break;
-    case 5:
+    case campo::Cantidad:
       MultiplicaPrecio();
       break;
-    case 24:
+    case campo::SegundaClave:
       TraeSegundaClave();
       break;
-    case 28:
+    case campo::Presentaciones:
       CalculaCantidad();
       break;
     default:
@@ -38,16 +38,16 @@ void frmEntradasWizard::AlSalir(int Index) {
 }
 
 void frmEntradasWizard::txtFields_KeyDown(int Index, int& KeyCode, int /*Shift*/) {
-  if (KeyCode == forms::kKeyF2) ColocaFoco(txtFields(4));
+  if (KeyCode == forms::kKeyF2) ColocaFoco(txtFields(campo::Articulo));
   if (KeyCode == forms::kKeyF5) return Command5_Click();
-  if (KeyCode == forms::kKeyDown && Index == 4) return AbajoEnArticulo();
+  if (KeyCode == forms::kKeyDown && Index == campo::Articulo) return AbajoEnArticulo();
   if (KeyCode == forms::kKeyF8 && PasaPorPresentacion(Index)) return;
   if (KeyCode == forms::kKeyF2) txtFields_DblClick(Index);
   if (KeyCode != forms::kKeyEnter && KeyCode != forms::kKeyTab) {
     Procesando = false;
     return;
   }
-  if (!PasaConEnter(Index) && Index == 4) EnterEnArticulo();
+  if (!PasaConEnter(Index) && Index == campo::Articulo) EnterEnArticulo();
 }
 
 void frmEntradasWizard::EnterEnArticulo() {
@@ -55,15 +55,15 @@ void frmEntradasWizard::EnterEnArticulo() {
   // A model's key brings its cost and unit to the entry row. After a scan the key is empty by now,
   // and a row of articles without a model would answer; the next scan overwrites what it leaves.
   data::RecordsetRef modelo;
-  Abre("SELECT * FROM prods WHERE modelo = '" + txtFields(4).Text() + "'", modelo);
+  Abre("SELECT * FROM prods WHERE modelo = '" + txtFields(campo::Articulo).Text() + "'", modelo);
   if (modelo->Eof()) return;
-  txtFields(27).Text(Funciones().TextoDe(modelo->Fields("unidad")));
-  txtFields(6).Text(Funciones().TextoDe(modelo->Fields("costo_u")));
-  txtFields(9).Text(Funciones().TextoDe(modelo->Fields("impuesto")));
+  txtFields(campo::Unidad).Text(Funciones().TextoDe(modelo->Fields("unidad")));
+  txtFields(campo::Precio).Text(Funciones().TextoDe(modelo->Fields("costo_u")));
+  txtFields(campo::ImporteDelRenglon).Text(Funciones().TextoDe(modelo->Fields("impuesto")));
 }
 
 void frmEntradasWizard::RichTextBox1_KeyDown(int& KeyCode, int /*Shift*/) {
-  if (KeyCode == forms::kKeyF8) PasaA(4);
+  if (KeyCode == forms::kKeyF8) PasaA(campo::Articulo);
 }
 
 void frmEntradasWizard::ValidaTab1(bool& valido) {
@@ -74,18 +74,23 @@ void frmEntradasWizard::ValidaTab1(bool& valido) {
     ColocaFoco(txtFields(campo));
     valido = false;
   };
-  if (intenta.Si([&] { return Vacio(0); })) return rechaza(341, 0);
+  if (intenta.Si([&] { return EstaVacio(campo::Concepto); }))
+    return rechaza(mensaje::EntradaSinConcepto, campo::Concepto);
   data::RecordsetRef concepto;
   intenta([&] {
-    Abre("SELECT tipo_movim FROM tipominv WHERE tipo_movim = '" + txtFields(0).Text() + "' AND ent_sal = 'E'",
+    Abre("SELECT tipo_movim FROM tipominv WHERE tipo_movim = '" + txtFields(campo::Concepto).Text() +
+             "' AND ent_sal = 'E'",
          concepto);
   });
-  if (intenta.Si([&] { return concepto->Eof(); })) return rechaza(342, 0);
-  if (intenta.Si([&] { return Vacio(14); })) return rechaza(240, 14);
+  if (intenta.Si([&] { return concepto->Eof(); }))
+    return rechaza(mensaje::EntradaNoExisteConcepto, campo::Concepto);
+  if (intenta.Si([&] { return EstaVacio(campo::Almacen); }))
+    return rechaza(mensaje::SinAlmacen, campo::Almacen);
   if (intenta.Si([&] {
-        return !Funciones().ExisteClave(txtFields(14).Text(), "almacen", "almacen", Ambiente->Conexion());
+        return !Funciones().ExisteClave(txtFields(campo::Almacen).Text(), "almacen", "almacen",
+                                        Ambiente->Conexion());
       })) {
-    return rechaza(241, 14);
+    return rechaza(mensaje::NoExisteAlmacen, campo::Almacen);
   }
 }
 

@@ -2,6 +2,7 @@
 #include "goods_in/frm_entradas_wizard.h"
 
 #include "forms/keys.h"
+#include "goods_in/columnas.h"
 
 namespace tarvik {
 
@@ -9,10 +10,14 @@ using service::Trampa;
 
 namespace {
 
-constexpr Celda kCeldas[] = {{0, "articulo", Celda::Valor},   {1, "cantidad", Celda::Valor},
-                             {2, "Precio", Celda::Valor},     {4, "Observ", Celda::TrasBlanco},
-                             {5, "id_entrada", Celda::Texto}, {6, "PrDescrip", Celda::Texto},
-                             {7, "PrCantidad", Celda::Texto}};
+constexpr Celda kCeldas[] = {{columna_entrada::Articulo, "articulo", Celda::Valor},
+                             {columna_entrada::Cantidad, "cantidad", Celda::Valor},
+                             {columna_entrada::Precio, "Precio", Celda::Valor},
+                             {columna_entrada::Descripcion, "Observ", Celda::TrasBlanco},
+                             {columna_entrada::IdEntrada, "id_entrada", Celda::Texto},
+                             {columna_entrada::Presentacion, "PrDescrip", Celda::Texto},
+                             {columna_entrada::Presentaciones, "PrCantidad", Celda::Texto}};
+constexpr std::string_view kSiempre[] = {"fg2", "Command2", "Command5"};
 
 constexpr Particular kEntradas{
     .nombre = "frmEntradasWizard",
@@ -25,7 +30,8 @@ constexpr Particular kEntradas{
     .antes_de_buscar = "ENTRADA012",
     .campo_de_formato = "Entradas",
     .borra_renglon = "DELETE FROM entpart WHERE id_entrada = ",
-    .columna_id = 5,
+    .columna_id = columna_entrada::IdEntrada,
+    .siempre = kSiempre,
     .malla = {.origen = "EntradasInventario",
               .procedimiento = "TKCreaEntradaTYC",
               .operacion = "SA",
@@ -35,14 +41,10 @@ constexpr Particular kEntradas{
 constexpr int kRenglonesALaVista = 10;
 constexpr int kDemoraDeCierre = 10;  // milliseconds
 
-constexpr Columna kColumnas[] = {{"Artículo", 0},        {"QTY", 800},          {"Precio", 900},
-                                 {"Importe", 900},       {"Descripción", 4000}, {"No de Entrada", 0},
-                                 {"Presentación", 2000}, {"Pr. QTY", 1000}};
-
 }  // namespace
 
 frmEntradasWizard::frmEntradasWizard(service::Host& host)
-    : DocumentWizard(host, kEntradas, {0, 1, 2, 3}, {0, 1, 4, 5, 6, 9, 11, 14, 24, 25, 26, 27, 28, 29}),
+    : DocumentWizard(host, kEntradas, {0, 1, 2, 3}, CamposCon(&CampoDeDocumento::en_entradas)),
       Command3(*this, "Command3"),
       Timer1(*this, "Timer1"),
       Label4(*this, "Label4"),
@@ -55,8 +57,20 @@ frmEntradasWizard::frmEntradasWizard(service::Host& host)
       Label19(*this, "Label19"),
       Label23(*this, "Label23"),
       Label25(*this, "Label25") {
-  const std::pair<int, int> orden[] = {{0, 0},  {14, 1}, {4, 3},   {5, 4},   {27, 5},  {6, 6},  {9, 7},
-                                       {24, 8}, {25, 9}, {26, 10}, {28, 11}, {29, 12}, {1, 20}, {11, 43}};
+  const std::pair<int, int> orden[] = {{campo::Concepto, 0},
+                                       {campo::Almacen, 1},
+                                       {campo::Articulo, 3},
+                                       {campo::Cantidad, 4},
+                                       {campo::Unidad, 5},
+                                       {campo::Precio, 6},
+                                       {campo::ImporteDelRenglon, 7},
+                                       {campo::SegundaClave, 8},
+                                       {campo::Dato1, 9},
+                                       {campo::Dato2, 10},
+                                       {campo::Presentaciones, 11},
+                                       {campo::UnidadDePresentacion, 12},
+                                       {campo::Descripcion, 20},
+                                       {campo::Total, 43}};
   for (auto [indice, tab] : orden) txtFields(indice).TabIndex(tab);
   const std::pair<forms::Control*, int> demas[] = {
       {&Command3, 2},  {&DTPicker1, 16}, {&RichTextBox3, 17}, {&Check2, 21},       {&Check3, 22},
@@ -64,16 +78,20 @@ frmEntradasWizard::frmEntradasWizard(service::Host& host)
       {&Command1, 39}, {&Check4, 40},    {&Command5, 41},     {&Command2, 42}};
   for (auto [control, tab] : demas) control->TabIndex(tab);
 
-  const std::pair<int, const char*> tipos[] = {{0, "U"}, {14, "SN"}, {1, "SD"}, {5, "SD"}, {6, "N"}};
+  const std::pair<int, const char*> tipos[] = {{campo::Concepto, "U"},
+                                               {campo::Almacen, "SN"},
+                                               {campo::Descripcion, "SD"},
+                                               {campo::Cantidad, "SD"},
+                                               {campo::Precio, "N"}};
   for (auto [indice, tag] : tipos) txtFields(indice).Tag(tag);
 
   struct {
     int caja, campo;
     const char* busca;
-  } const cajas[] = {{0, 0, "Conceptos de entrada al inventario"},
-                     {1, 14, "Almacenes"},
-                     {2, 4, "Articulos"},
-                     {3, 24, "Claves adicionales de articulos"}};
+  } const cajas[] = {{0, campo::Concepto, "Conceptos de entrada al inventario"},
+                     {1, campo::Almacen, "Almacenes"},
+                     {2, campo::Articulo, "Articulos"},
+                     {3, campo::SegundaClave, "Claves adicionales de articulos"}};
   for (const auto& [caja, campo, busca] : cajas) {
     MultiCombo1(caja).buscar(busca);
     MultiCombo1(caja).Hold(txtFields(campo));
@@ -105,10 +123,10 @@ frmEntradasWizard::frmEntradasWizard(service::Host& host)
 
 void frmEntradasWizard::Form_Load() {
   Trampa intenta{*this, "Form_Load"};
-  EscribeEncabezados(intenta, kColumnas);
+  EscribeEncabezados(intenta, kColumnasDeEntrada);
   intenta([&] { Query = Funciones().NuevoQuery(); });
   intenta([&] { Query->Conexion(Ambiente->Conexion()); });
-  if (Modo != "ALTA") {
+  if (Modo != modo::kAlta) {
     LlenaDeLaEntrada(intenta);
   } else {
     PonFechaDeTrabajo(intenta);
@@ -116,19 +134,19 @@ void frmEntradasWizard::Form_Load() {
   }
   intenta([&] { fg2.Row(1); });
   intenta([&] { fg2.Col(0); });
-  TerminaCarga({&fg2, &Command2, &Command5}, kRenglonesALaVista);
+  TerminaCarga(kRenglonesALaVista);
   Presenta("ENTRADA001");
 }
 
 void frmEntradasWizard::LlenaDeLaEntrada(Trampa& intenta) {
   auto columna = [&](const char* nombre) { return rstEntrada->Fields(nombre); };
-  intenta([&] { txtFields(0).Text(data::ToText(columna("Tipo_doc"))); });
-  intenta([&] { txtFields(14).Text(data::ToText(columna("Almacen"))); });
-  intenta([&] { txtFields(11).Text(Funciones().TextoDe(columna("Importe"))); });
+  intenta([&] { txtFields(campo::Concepto).Text(data::ToText(columna("Tipo_doc"))); });
+  intenta([&] { txtFields(campo::Almacen).Text(data::ToText(columna("Almacen"))); });
+  intenta([&] { txtFields(campo::Total).Text(Funciones().TextoDe(columna("Importe"))); });
   CargaFecha(intenta, DTPicker1, rstEntrada, "F_Emision");
   intenta([&] { RichTextBox3.Text(Funciones().TextoDe(columna("Datos"))); });
   intenta([&] { RichTextBox2.Text(Funciones().TextoDe(columna("Observ"))); });
-  if (Modo == "MODIFICACION")
+  if (Modo == modo::kModificacion)
     TomaDocumento(intenta, "entradas", "entradas.entrada = " + std::to_string(Entrada));
   intenta([&] {
     AbreNuevo("SELECT * FROM entpart WHERE entrada = (" + data::ToText(columna("Entrada")) + ")",
@@ -166,7 +184,7 @@ void frmEntradasWizard::Form_Unload(int& Cancel) {
     Cancel = 1;
     return;
   }
-  if (Modo == "MODIFICACION") {
+  if (Modo == modo::kModificacion) {
     intenta([&] {
       Ambiente->Conexion().Execute("UPDATE entradas SET ocupado = 0 WHERE entrada = " +
                                    std::to_string(Entrada));

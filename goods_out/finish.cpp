@@ -35,7 +35,7 @@ bool frmSalidasWizard::Existen(Trampa& intenta) {
     return false;
   }
   if (!FechaEscrita(intenta)) return false;
-  const bool con_cliente = intenta.Si([&] { return !Vacio(13); });
+  const bool con_cliente = intenta.Si([&] { return !EstaVacio(campo::Cliente); });
   return existe({con_cliente, 13, "cliente", "clients", "El cliente indicado no existe"});
 }
 
@@ -44,15 +44,15 @@ void frmSalidasWizard::Command5_Click() {
   bool valido = false;
   ValidaTab1(valido);
   if (!valido) return;
-  if (Modo == "CONSULTA") {
+  if (Modo == modo::kConsulta) {
     intenta([&] { Unload(); });
     return;
   }
-  if (Check3.Value() == 0 && !Acepta(intenta, 713)) return;
+  if (Check3.Value() == 0 && !Acepta(intenta, mensaje::AfectaSalida)) return;
   if (!Existen(intenta) || !FechaAceptada(intenta)) return;
   intenta([&] { Command1.Enabled(false); });
   CierraBotones(intenta);
-  SinRenglonesQuedaPendiente(intenta, 340);
+  SinRenglonesQuedaPendiente(intenta, mensaje::SalidaSinRenglones);
   SalvaSalida();
   bool hay = false;
   SalvaPartidas(hay);
@@ -76,7 +76,7 @@ void frmSalidasWizard::RefrescaLista() {
     ignora([&] { Parent->Call("ReseteaMenus", {}); });
     ignora([&] { Parent->Call("EstableceMenus", {}); });
   };
-  if (ignora.Si([&] { return data::ToText(rstSalida->Fields("estado")) == "PE"; })) {
+  if (ignora.Si([&] { return data::ToText(rstSalida->Fields("estado")) == estado::kPendiente; })) {
     refresca("SalidasPendientes", "LlenaSalidasPendientes");
   } else {
     refresca("Salidas", "LlenaSalidas");
@@ -85,7 +85,7 @@ void frmSalidasWizard::RefrescaLista() {
 
 void frmSalidasWizard::EmpiezaDocumento(Trampa& intenta) {
   intenta([&] { Query->Limpia(); });
-  if (Modo == "ALTA") {
+  if (Modo == modo::kAlta) {
     intenta([&] { Query->TipoSentencia("INSERT"); });
     intenta([&] { Query->AgregaCampo("salidas", "salida", Salida); });
   } else {
@@ -98,7 +98,7 @@ void frmSalidasWizard::CreaSalida() {
   auto agrega = [&](const char* columna, auto&& valor) {
     intenta([&] { Query->AgregaCampo("salidas", columna, valor()); });
   };
-  if (Modo == "ALTA") {
+  if (Modo == modo::kAlta) {
     do {
       intenta([&] { Funciones().NuevoId("Salida", Ambiente->Conexion(), Salida); });
       intenta(
@@ -107,26 +107,26 @@ void frmSalidasWizard::CreaSalida() {
   }
   EmpiezaDocumento(intenta);
   const data::DateTime ahora = GetPlatform().Now();
-  agrega("sucursal", [&] { return data::Trim(txtFields(3).Text()); });
+  agrega("sucursal", [&] { return data::Trim(txtFields(campo::Sucursal).Text()); });
   agrega("esparasucursal", [&] { return Check5.Value(); });
   agrega("ocupado", [&] { return 1; });
   agrega("f_emision", [&] { return ValorDe(DTPicker1.Value()); });
-  agrega("tipo_doc", [&] { return txtFields(0).Text(); });
-  agrega("importe", [&] { return Numero(11); });
+  agrega("tipo_doc", [&] { return txtFields(campo::Concepto).Text(); });
+  agrega("importe", [&] { return NumeroEn(campo::Total); });
   agrega("costo", [&] { return 0; });
-  agrega("almacen", [&] { return Numero(14); });
-  agrega("estado", [&] { return "PE"; });
+  agrega("almacen", [&] { return NumeroEn(campo::Almacen); });
+  agrega("estado", [&] { return estado::kPendiente; });
   agrega("observ", [&] { return RichTextBox2.Text(); });
   agrega("datos", [&] { return RichTextBox3.Text(); });
   agrega("usuario", [&] { return Ambiente->Usuario(); });
   agrega("usufecha", [&] { return ahora.date; });
   agrega("usuhora", [&] { return ahora.time.Text(); });
   agrega("estraspaso", [&] { return SSCheck1.Value(); });
-  agrega("direccionembarque", [&] { return data::Trim(txtFields(17).Text()); });
+  agrega("direccionembarque", [&] { return data::Trim(txtFields(campo::DireccionDeEmbarque).Text()); });
   intenta([&] { Query->Condicion("salida = " + std::to_string(Salida)); });
-  agrega("almt", [&] { return Numero(2); });
+  agrega("almt", [&] { return NumeroEn(campo::AlmacenDestino); });
   EjecutaQuery(intenta);
-  Modo = "MODIFICACION";
+  Modo = modo::kModificacion;
   intenta([&] { Caption("Salida: " + std::to_string(Salida)); });
   intenta(
       [&] { Abre("SELECT * FROM salidas WHERE (((salida) = " + std::to_string(Salida) + "))", rstSalida); });
@@ -150,13 +150,13 @@ void frmSalidasWizard::EscribeSalida(bool pendiente) {
     intenta([&] { Query->Limpia(); });
     intenta([&] { Query->TipoSentencia("UPDATE"); });
   } else {
-    if (Modo == "ALTA") {
+    if (Modo == modo::kAlta) {
       intenta([&] { Funciones().NuevoId("Salida", Ambiente->Conexion(), Salida); });
     }
     EmpiezaDocumento(intenta);
   }
   const data::DateTime ahora = GetPlatform().Now();
-  agrega("sucursal", [&] { return data::Trim(txtFields(3).Text()); });
+  agrega("sucursal", [&] { return data::Trim(txtFields(campo::Sucursal).Text()); });
   agrega("esparasucursal", [&] { return Check5.Value(); });
   if (!pendiente) {
     // Drawn anew on every save: a document saved pending and finished later keeps its last folio.
@@ -165,12 +165,13 @@ void frmSalidasWizard::EscribeSalida(bool pendiente) {
   }
   agrega("estacion", [&] { return Ambiente->Estacion(); });
   agrega("ocupado", [&] { return 1; });
-  agrega("tipo_doc", [&] { return Funciones().TextoDe(txtFields(0).Text()); });
+  agrega("tipo_doc", [&] { return Funciones().TextoDe(txtFields(campo::Concepto).Text()); });
   agrega("f_emision", [&] { return ValorDe(DTPicker1.Value()); });
-  agrega("importe", [&] { return Numero(11); });
+  agrega("importe", [&] { return NumeroEn(campo::Total); });
   agrega("costo", [&] { return Costo; });
-  agrega("almacen", [&] { return Numero(14); });
-  agrega("estado", [&] { return !pendiente && Check3.Value() == 0 ? "CO" : "PE"; });
+  agrega("almacen", [&] { return NumeroEn(campo::Almacen); });
+  agrega("estado",
+         [&] { return !pendiente && Check3.Value() == 0 ? estado::kAfectado : estado::kPendiente; });
   agrega("observ", [&] { return RichTextBox2.Text(); });
   agrega("datos", [&] { return RichTextBox3.Text(); });
   agrega("usuario", [&] { return Ambiente->Usuario(); });
@@ -181,14 +182,15 @@ void frmSalidasWizard::EscribeSalida(bool pendiente) {
     const std::int32_t traspaso = de_la_serie([] { return std::string("Traspaso"); });
     agrega("traspaso", [&] { return traspaso; });
   }
-  agrega("cliente", [&] { return txtFields(13).Text(); });
+  agrega("cliente", [&] { return txtFields(campo::Cliente).Text(); });
   agrega("fecharetorno", [&] { return ValorDe(DTPicker2.Value()); });
   agrega("traspasoaestacion", [&] { return SSCheck2.Value(); });
-  if (SSCheck2.Value() == 1) agrega("estaciontraspaso", [&] { return txtFields(9).Text(); });
-  agrega("almt", [&] { return Numero(2); });
+  if (SSCheck2.Value() == 1)
+    agrega("estaciontraspaso", [&] { return txtFields(campo::EstacionDestino).Text(); });
+  agrega("almt", [&] { return NumeroEn(campo::AlmacenDestino); });
   agrega("paraempleado", [&] { return Check1.Value(); });
-  agrega("empleado", [&] { return txtFields(16).Text(); });
-  agrega("direccionembarque", [&] { return data::Trim(txtFields(17).Text()); });
+  agrega("empleado", [&] { return txtFields(campo::Empleado).Text(); });
+  agrega("direccionembarque", [&] { return data::Trim(txtFields(campo::DireccionDeEmbarque).Text()); });
   intenta([&] { Query->Condicion("salida = " + std::to_string(Salida)); });
   EjecutaQuery(intenta);
 }
@@ -249,7 +251,8 @@ void frmSalidasWizard::AfectaPartidas() {
       pon([&](M& m) { m.TipoDoc("T+"); });
       pon([&](M& m) { m.Documento(data::ToText(documento("Folio"))); });
       pon([&](M& m) { m.Almacen(data::ToNumber(documento("almt"))); });
-      if (SSCheck2.Value() == 1) pon([&](M& m) { m.EstacionTraspaso(data::Trim(txtFields(9).Text())); });
+      if (SSCheck2.Value() == 1)
+        pon([&](M& m) { m.EstacionTraspaso(data::Trim(txtFields(campo::EstacionDestino).Text())); });
       pon([&](M& m) { m.Precio(0); });
       double llegada = 0;
       pon([&](M& m) { m.Afecta(llegada); });
@@ -267,7 +270,7 @@ void frmSalidasWizard::AfectaPartidas() {
 }
 
 void frmSalidasWizard::AsignaACompra(Trampa& intenta) {
-  if (intenta.Si([&] { return Vacio(12) || Vacio(3); })) return;
+  if (intenta.Si([&] { return EstaVacio(campo::Compra) || EstaVacio(campo::Sucursal); })) return;
   data::RecordsetRef sumas;
   intenta([&] {
     Abre("SELECT articulo, SUM(cantidad) As cantidad FROM salpart WHERE salida = " + std::to_string(Salida) +
@@ -278,7 +281,7 @@ void frmSalidasWizard::AsignaACompra(Trampa& intenta) {
     data::RecordsetRef compra;
     intenta([&] {
       Abre("SELECT * FROM compra2part WHERE articulo = '" + data::ToText(sumas->Fields("articulo")) +
-               "' AND compra = " + data::PlainNumber(Numero(12)),
+               "' AND compra = " + data::PlainNumber(NumeroEn(campo::Compra)),
            compra);
     });
     if (intenta.Si([&] { return compra->Eof(); })) continue;
@@ -289,17 +292,10 @@ void frmSalidasWizard::AsignaACompra(Trampa& intenta) {
     intenta([&] { Query->TipoSentencia("INSERT"); });
     agrega("id_partida", [&] { return compra->Fields("Id"); });
     agrega("cantidad", [&] { return sumas->Fields("cantidad"); });
-    agrega("sucursal", [&] { return txtFields(3).Text(); });
+    agrega("sucursal", [&] { return txtFields(campo::Sucursal).Text(); });
     agrega("tipo", [&] { return "REAL"; });
     EjecutaQuery(intenta);
   }
-}
-
-void frmSalidasWizard::SalvaCambios() {
-  Trampa intenta{*this, "SalvaCambios"};
-  SalvaCelda(intenta, "salpart", "id_salida",
-             {{1, "cantidad", true}, {3, "precio", true}, {4, "impuesto", true}, {5, "observ", false}});
-  ColocaFoco(txtFields(4));
 }
 
 }  // namespace tarvik

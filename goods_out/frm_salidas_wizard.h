@@ -4,22 +4,21 @@
 // a transfer to a warehouse, a branch, a station or an employee.
 //
 // Where to find a procedure:
-//   screen.cpp     Form_Load, Form_KeyDown, closing, resizing, CreaHTML
-//   header.cpp     the events of txtFields, the customer, ValidaTab1
-//   lines.cpp      PonDescripcion, TraeSegundaClave, LlenaPartida, NuevaPartida, CreaPartida
-//   stock.cpp      the stock check of a new line, ConfirmaExistencia
-//   grid.cpp       the cells, CalculaImportes, removal of a line
-//   transfers.cpp  the marks and their hooks
-//   finish.cpp     CreaSalida, SalvaSalida, AfectaPartidas, Command5_Click
+//   screen.cpp     Form_Load, Form_KeyDown, Form_Unload, Form_Paint, Form_Resize, Timer1_Timer,
+//                  DTPicker2_KeyDown, CreaHTML
+//   header.cpp     txtFields_GotFocus, txtFields_KeyDown, txtFields_KeyPress, llenaDirecciones,
+//                  Combo1_Click, ValidaTab1, TraeVends
+//   lines.cpp      PonDescripcion, TraeSegundaClave, MultiplicaPorPresentacion, LlenaPartida,
+//                  NuevaPartida, CreaPartida
+//   stock.cpp      ConfirmaExistencia, HayExistencia
+//   grid.cpp       MSFlexGridEdit, fg2_GotFocus, fg2_LeaveCell, fg2_KeyDown, SalvaCambios, CalculaImportes
+//   transfers.cpp  SSCheck1_Click, SSCheck2_Click, Check1_Click, Command1_Click, CreaEntradasDeTraspaso
+//   finish.cpp     Command5_Click, CreaSalida, SalvaSalida, SalvaPendiente, SalvaPartidas, AfectaPartidas
 //
-// Modes             "ALTA"                          "MODIFICACION"      "CONSULTA"
-//   header          dates, warehouse by default     from the row        from the row
-//   lines           none                            from salpart        from salpart
-//   ocupado         1 with the first line           1 at load           untouched
-//   released        by Form_Unload                  by Form_Unload      -
-//   enabled         as designed                     as designed         fg2, Command1, Command2, labels
-//   next mode       "MODIFICACION" with the         stays               stays
-//                   first line; the save leaves it
+// What it shares with the goods-in wizard is listed in wizard/document_wizard.h.
+//
+// What the modes mean stands in wizard/modos.h. Where nothing may be changed, fg2, Command1 and Command2 stay
+// enabled.
 #pragma once
 
 #include "wizard/document_wizard.h"
@@ -79,6 +78,7 @@ class frmSalidasWizard final : public DocumentWizard {
 
   // ---- grid ----
   void MSFlexGridEdit(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int KeyAscii) override;
+  void SalvaCambios() override;
   void CalculaImportes() override;
   void fg2_GotFocus() override;
   void fg2_LeaveCell() override;
@@ -99,7 +99,6 @@ class frmSalidasWizard final : public DocumentWizard {
   void SalvaPartidas(bool& hay);
   void AfectaPartidas();
   void ImprimeSalida() { Imprime("ImprimeSalida", Salida); }
-  void SalvaCambios() override;
 
  protected:
   void Form_Load() override;
@@ -109,7 +108,7 @@ class frmSalidasWizard final : public DocumentWizard {
   void Form_Resize() override;
   bool AlCambiar(int Index) override;
   void GuardaParaMalla() override;
-  [[nodiscard]] std::int32_t Documento() const override { return Salida; }
+  [[nodiscard]] std::int32_t NumeroDeDocumento() const override { return Salida; }
 
  private:
   void Disena();

@@ -1,6 +1,7 @@
 // The lines of goods-out in their grid: only quantities are corrected here, and stock is asked first.
 #include "data/number.h"
 #include "forms/keys.h"
+#include "goods_out/columnas.h"
 #include "goods_out/frm_salidas_wizard.h"
 
 namespace tarvik {
@@ -11,11 +12,11 @@ using service::Trampa;
 void frmSalidasWizard::MSFlexGridEdit(forms::FlexGrid& MSFlexGrid, forms::TextBox& Edt, int KeyAscii) {
   Trampa intenta{*this, "MSFlexGridEdit"};
   if (!TextoInicial(intenta, Edt, KeyAscii)) return;
-  if (MSFlexGrid.Col() != 1) {
+  if (MSFlexGrid.Col() != columna_salida::Cantidad) {
     intenta([&] { GetPlatform().Beep(); });
     return;
   }
-  if (Modo == "CONSULTA") return;
+  if (Modo == modo::kConsulta) return;
   intenta([&] { Dispara("SALIDAS014"); });
   if (Cancelado()) return;
   SobreLaCelda(intenta, MSFlexGrid, Edt);
@@ -34,7 +35,7 @@ void frmSalidasWizard::fg2_LeaveCell() {
 
 void frmSalidasWizard::EditaCelda(Trampa& intenta) {
   if (!txtEdit.Visible() || !txtEdit.Enabled()) return;
-  if (fg2.Col() == 1) {
+  if (fg2.Col() == columna_salida::Cantidad) {
     bool confirma = false;
     intenta([&] {
       confirma = ConfirmaExistencia(Funciones().ANumero(txtEdit.Text()), Funciones().ANumero(fg2.Text()));
@@ -50,17 +51,34 @@ void frmSalidasWizard::EditaCelda(Trampa& intenta) {
 
 void frmSalidasWizard::fg2_KeyDown(int& KeyCode, int /*Shift*/) {
   Trampa intenta{*this, "fg2_KeyDown"};
-  if (Modo == "CONSULTA" || KeyCode != forms::kKeyDelete || fg2.Col() != 0 || fg2.Text().empty()) return;
+  if (Modo == modo::kConsulta || KeyCode != forms::kKeyDelete || fg2.Col() != columna_salida::Articulo ||
+      fg2.Text().empty())
+    return;
   data::RecordsetRef renglon;
-  intenta([&] { Abre("SELECT * FROM salpart WHERE id_salida = " + fg2.TextMatrix(fg2.Row(), 6), renglon); });
+  intenta([&] {
+    Abre("SELECT * FROM salpart WHERE id_salida = " + fg2.TextMatrix(fg2.Row(), columna_salida::IdSalida),
+         renglon);
+  });
   data::RecordsetRef producto;
-  intenta(
-      [&] { Abre("SELECT * FROM prods WHERE articulo = '" + fg2.TextMatrix(fg2.Row(), 0) + "'", producto); });
+  intenta([&] {
+    Abre("SELECT * FROM prods WHERE articulo = '" + fg2.TextMatrix(fg2.Row(), columna_salida::Articulo) + "'",
+         producto);
+  });
   if (!intenta.Si([&] { return renglon->Eof(); })) {
     QuitaRenglon(intenta);
-    ColocaFoco(txtFields(4));
+    ColocaFoco(txtFields(campo::Articulo));
   }
   CalculaImportes();
+}
+
+void frmSalidasWizard::SalvaCambios() {
+  Trampa intenta{*this, "SalvaCambios"};
+  SalvaCelda(intenta, "salpart", "id_salida",
+             {{columna_salida::Cantidad, "cantidad", true},
+              {columna_salida::Precio, "precio", true},
+              {columna_salida::Importe, "impuesto", true},
+              {columna_salida::Descripcion, "observ", false}});
+  ColocaFoco(txtFields(campo::Articulo));
 }
 
 void frmSalidasWizard::CalculaImportes() {
@@ -72,16 +90,25 @@ void frmSalidasWizard::CalculaImportes() {
     return Funciones().ANumero(fg2.TextMatrix(renglon, columna));
   };
   for (int renglon = 1; renglon <= ultimo; ++renglon) {
-    if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(renglon, 0)); })) break;
-    intenta([&] { fg2.TextMatrix(renglon, 4, PlainNumber(numero(renglon, 3) * numero(renglon, 1))); });
-    intenta([&] { fg2.TextMatrix(renglon, 2, PlainNumber(numero(renglon, 9) - numero(renglon, 1))); });
-    intenta([&] { importes += numero(renglon, 4); });
-    intenta([&] { unidades += numero(renglon, 1); });
+    if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(renglon, columna_salida::Articulo)); }))
+      break;
+    intenta([&] {
+      fg2.TextMatrix(
+          renglon, columna_salida::Importe,
+          PlainNumber(numero(renglon, columna_salida::Precio) * numero(renglon, columna_salida::Cantidad)));
+    });
+    intenta([&] {
+      fg2.TextMatrix(renglon, columna_salida::Existencia,
+                     PlainNumber(numero(renglon, columna_salida::ExistenciaDelAlmacen) -
+                                 numero(renglon, columna_salida::Cantidad)));
+    });
+    intenta([&] { importes += numero(renglon, columna_salida::Importe); });
+    intenta([&] { unidades += numero(renglon, columna_salida::Cantidad); });
     UltimaPartida = renglon;
-    intenta([&] { txtFields(10).Text(std::to_string(renglon)); });
+    intenta([&] { txtFields(campo::Renglones).Text(std::to_string(renglon)); });
   }
-  intenta([&] { txtFields(8).Text(data::FormatNumber(unidades, kFormatoTotal)); });
-  intenta([&] { txtFields(11).Text(data::FormatNumber(importes, kFormatoTotal)); });
+  intenta([&] { txtFields(campo::Unidades).Text(data::FormatNumber(unidades, kFormatoTotal)); });
+  intenta([&] { txtFields(campo::Total).Text(data::FormatNumber(importes, kFormatoTotal)); });
 }
 
 }  // namespace tarvik

@@ -11,21 +11,21 @@ using service::Trampa;
 
 bool frmSalidasWizard::AlCambiar(int Index) {
   switch (Index) {
-    case 0:
+    case campo::Concepto:
       TraeConcepto();
       break;
-    case 3:
-      Check5.Value(Funciones().EstaVacio(txtFields(3).Text()) ? 0 : 1);
+    case campo::Sucursal:
+      Check5.Value(Funciones().EstaVacio(txtFields(campo::Sucursal).Text()) ? 0 : 1);
       break;
-    case 6:
+    case campo::Precio:
       MultiplicaPrecio();
       break;
-    case 13:
+    case campo::Cliente:
       return ClienteEncontrado();
-    case 24:
+    case campo::SegundaClave:
       TraeSegundaClave();
       break;
-    case 28:
+    case campo::Presentaciones:
       MultiplicaPorPresentacion();
       break;
     default:
@@ -35,9 +35,10 @@ bool frmSalidasWizard::AlCambiar(int Index) {
 }
 
 bool frmSalidasWizard::ClienteEncontrado() {
-  Abre("SELECT cliente, nombre FROM clients WHERE cliente = '" + txtFields(13).Text() + "'", rstClients);
+  Abre("SELECT cliente, nombre FROM clients WHERE cliente = '" + txtFields(campo::Cliente).Text() + "'",
+       rstClients);
   if (rstClients->Eof()) return false;
-  txtFields(15).Text(data::ToText(rstClients->Fields("nombre")));
+  txtFields(campo::NombreDelCliente).Text(data::ToText(rstClients->Fields("nombre")));
   llenaDirecciones();
   return true;
 }
@@ -51,7 +52,7 @@ void frmSalidasWizard::llenaDirecciones() {
   }
 }
 
-void frmSalidasWizard::Combo1_Click() { txtFields(17).Text(Combo1.Text()); }
+void frmSalidasWizard::Combo1_Click() { txtFields(campo::DireccionDeEmbarque).Text(Combo1.Text()); }
 
 void frmSalidasWizard::txtFields_GotFocus(int Index) {
   forms::TextBox& campo = txtFields(Index);
@@ -60,9 +61,9 @@ void frmSalidasWizard::txtFields_GotFocus(int Index) {
 }
 
 void frmSalidasWizard::txtFields_KeyDown(int Index, int& KeyCode, int /*Shift*/) {
-  if (KeyCode == forms::kKeyF2) ColocaFoco(txtFields(4));
+  if (KeyCode == forms::kKeyF2) ColocaFoco(txtFields(campo::Articulo));
   if (KeyCode == forms::kKeyF5) return Command5_Click();
-  if (KeyCode == forms::kKeyDown && Index == 4) return AbajoEnArticulo();
+  if (KeyCode == forms::kKeyDown && Index == campo::Articulo) return AbajoEnArticulo();
   if (KeyCode == forms::kKeyUp && UltimaPartida > 0) {
     fg2.Row(UltimaPartida);
     ColocaFoco(fg2);
@@ -75,17 +76,17 @@ void frmSalidasWizard::txtFields_KeyDown(int Index, int& KeyCode, int /*Shift*/)
   }
   if (PasaConEnter(Index)) return;
   switch (Index) {
-    case 4:
+    case campo::Articulo:
       TomaArticulo();
       break;
-    case 13:
-      PasaA(17);
+    case campo::Cliente:
+      PasaA(campo::DireccionDeEmbarque);
       break;
-    case 15:
-      PasaA(txtFields(16).Enabled() ? 16 : 4);
+    case campo::NombreDelCliente:
+      PasaA(txtFields(campo::Empleado).Enabled() ? campo::Empleado : campo::Articulo);
       break;
-    case 16:
-      PasaA(4);
+    case campo::Empleado:
+      PasaA(campo::Articulo);
       break;
     default:
       break;
@@ -94,10 +95,11 @@ void frmSalidasWizard::txtFields_KeyDown(int Index, int& KeyCode, int /*Shift*/)
 
 void frmSalidasWizard::txtFields_KeyPress(int Index, int& KeyAscii) {
   // A presentation that fixes the quantity leaves nothing to type.
-  if (Index == 5 && !Vacio(24)) {
+  if (Index == campo::Cantidad && !EstaVacio(campo::SegundaClave)) {
     data::RecordsetRef clave;
-    Abre("SELECT * FROM clavesadd WHERE clave = '" + txtFields(24).Text() + "'", clave);
-    if (!clave->Eof() && !data::IsTrue(clave->Fields("Libre")) && Numero(28) > 0) KeyAscii = 0;
+    Abre("SELECT * FROM clavesadd WHERE clave = '" + txtFields(campo::SegundaClave).Text() + "'", clave);
+    if (!clave->Eof() && !data::IsTrue(clave->Fields("Libre")) && NumeroEn(campo::Presentaciones) > 0)
+      KeyAscii = 0;
   }
   DocumentWizard::txtFields_KeyPress(Index, KeyAscii);
 }
@@ -115,31 +117,41 @@ void frmSalidasWizard::ValidaTab1(bool& valido) {
       return !Funciones().ExisteClave(txtFields(campo).Text(), "ALMACEN", "ALMACEN", Ambiente->Conexion());
     });
   };
-  if (intenta.Si([&] { return Vacio(0); })) return rechaza(338, 0);
+  if (intenta.Si([&] { return EstaVacio(campo::Concepto); }))
+    return rechaza(mensaje::SalidaSinConcepto, campo::Concepto);
   data::RecordsetRef concepto;
   intenta([&] {
-    Abre("SELECT * FROM tipominv WHERE tipo_movim = '" + txtFields(0).Text() + "' AND ent_sal = 'S'",
+    Abre("SELECT * FROM tipominv WHERE tipo_movim = '" + txtFields(campo::Concepto).Text() +
+             "' AND ent_sal = 'S'",
          concepto);
   });
-  if (intenta.Si([&] { return concepto->Eof(); })) return rechaza(339, 0);
-  if (intenta.Si([&] { return Vacio(14); })) return rechaza(240, 14);
-  if (sin_almacen(14)) return rechaza(241, 14);
+  if (intenta.Si([&] { return concepto->Eof(); }))
+    return rechaza(mensaje::SalidaNoExisteConcepto, campo::Concepto);
+  if (intenta.Si([&] { return EstaVacio(campo::Almacen); }))
+    return rechaza(mensaje::SinAlmacen, campo::Almacen);
+  if (sin_almacen(campo::Almacen)) return rechaza(mensaje::NoExisteAlmacen, campo::Almacen);
   if (SSCheck1.Value() == 1) {
-    if (intenta.Si([&] { return Vacio(2); })) return rechaza(240, 2);
-    if (sin_almacen(2)) return rechaza(241, 2);
+    if (intenta.Si([&] { return EstaVacio(campo::AlmacenDestino); }))
+      return rechaza(mensaje::SinAlmacen, campo::AlmacenDestino);
+    if (sin_almacen(campo::AlmacenDestino)) return rechaza(mensaje::NoExisteAlmacen, campo::AlmacenDestino);
   }
-  if (intenta.Si([&] { return !Vacio(12); })) {
+  if (intenta.Si([&] { return !EstaVacio(campo::Compra); })) {
     data::RecordsetRef compra;
-    intenta([&] { Abre("SELECT id FROM compra2 WHERE id = " + data::PlainNumber(Numero(12)), compra); });
-    if (intenta.Si([&] { return compra->Eof(); })) return rechaza(829, 12);
+    intenta([&] {
+      Abre("SELECT id FROM compra2 WHERE id = " + data::PlainNumber(NumeroEn(campo::Compra)), compra);
+    });
+    if (intenta.Si([&] { return compra->Eof(); })) return rechaza(mensaje::NoExisteCompra, campo::Compra);
   }
 }
 
 std::string frmSalidasWizard::TraeVends() {
   Trampa intenta{*this, "TraeVends"};
   std::string nombre;
-  if (intenta.Si([&] { return Vacio(0); })) return nombre;
-  intenta([&] { AbreNuevo("SELECT * FROM vends WHERE vend = '" + txtFields(1).Text() + "'", rstVends); });
+  // The seller had these two fields once; their numbers have stayed.
+  if (intenta.Si([&] { return EstaVacio(campo::Concepto); })) return nombre;
+  intenta([&] {
+    AbreNuevo("SELECT * FROM vends WHERE vend = '" + txtFields(campo::Descripcion).Text() + "'", rstVends);
+  });
   if (intenta.Si([&] { return rstVends->Eof(); })) return nombre;
   intenta([&] { nombre = data::ToText(rstVends->Fields("Nombre")); });
   return nombre;

@@ -5,6 +5,7 @@
 
 #include "data/text.h"
 #include "forms/keys.h"
+#include "goods_out/columnas.h"
 #include "goods_out/frm_salidas_wizard.h"
 
 namespace tarvik {
@@ -13,10 +14,15 @@ using service::Trampa;
 
 namespace {
 
-constexpr Celda kCeldas[] = {{0, "articulo", Celda::Valor},   {1, "cantidad", Celda::Valor},
-                             {3, "Precio", Celda::Valor},     {5, "Observ", Celda::TrasBlanco},
-                             {6, "id_salida", Celda::Texto},  {7, "PrDescrip", Celda::Texto},
-                             {8, "PrCantidad", Celda::Texto}, {10, "claveadd", Celda::Valor}};
+constexpr Celda kCeldas[] = {{columna_salida::Articulo, "articulo", Celda::Valor},
+                             {columna_salida::Cantidad, "cantidad", Celda::Valor},
+                             {columna_salida::Precio, "Precio", Celda::Valor},
+                             {columna_salida::Descripcion, "Observ", Celda::TrasBlanco},
+                             {columna_salida::IdSalida, "id_salida", Celda::Texto},
+                             {columna_salida::Presentacion, "PrDescrip", Celda::Texto},
+                             {columna_salida::Presentaciones, "PrCantidad", Celda::Texto},
+                             {columna_salida::SegundaClave, "claveadd", Celda::Valor}};
+constexpr std::string_view kSiempre[] = {"fg2", "Command1", "Command2"};
 
 constexpr Particular kSalidas{
     .nombre = "frmSalidasWizard",
@@ -29,7 +35,8 @@ constexpr Particular kSalidas{
     .antes_de_buscar = "SALIDAS013",
     .campo_de_formato = "Salidas",
     .borra_renglon = "DELETE FROM salpart WHERE id_salida = ",
-    .columna_id = 6,
+    .columna_id = columna_salida::IdSalida,
+    .siempre = kSiempre,
     .malla = {.origen = "SalidasInventario",
               .procedimiento = "TKCreaSalidaTYC",
               .operacion = "EN",
@@ -38,23 +45,10 @@ constexpr Particular kSalidas{
 
 constexpr int kRenglonesALaVista = 7;
 
-constexpr Columna kColumnas[] = {{"Artículo", 0},
-                                 {"QTY", 800},
-                                 {"Existencia", 900},
-                                 {"Precio", 900},
-                                 {"Importe", 0},
-                                 {"Descripción", 4000},
-                                 {"No de salida", 0},
-                                 {"Presentación", 1000},
-                                 {"Pr. QTY", 1000},
-                                 {"", 0},
-                                 {"", 0}};
-
 }  // namespace
 
 frmSalidasWizard::frmSalidasWizard(service::Host& host)
-    : DocumentWizard(host, kSalidas, {0, 1, 2, 3, 4, 5, 6, 7, 8},
-                     {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 24, 25, 26, 27, 28, 29}),
+    : DocumentWizard(host, kSalidas, {0, 1, 2, 3, 4, 5, 6, 7, 8}, CamposCon(&CampoDeDocumento::en_salidas)),
       Picture1(*this, "Picture1"),
       Picture2(*this, "Picture2"),
       Picture3(*this, "Picture3"),
@@ -93,26 +87,60 @@ frmSalidasWizard::frmSalidasWizard(service::Host& host)
 }
 
 void frmSalidasWizard::Disena() {
-  forms::Control* const orden[] = {&txtFields(0),  &RichTextBox3,  &DTPicker1,
-                                   &txtFields(14), &SSCheck1,      &txtFields(2),
-                                   &Check5,        &txtFields(3),  &SSCheck2,
-                                   &txtFields(9),  &txtFields(13), &txtFields(15),
-                                   &txtFields(7),  &DTPicker2,     &txtFields(12),
-                                   &RichTextBox1,  &Check1,        &txtFields(16),
-                                   &fg2,           &txtEdit,       &wb,
-                                   &txtFields(4),  &txtFields(24), &txtFields(1),
-                                   &txtFields(5),  &txtFields(27), &txtFields(6),
-                                   &txtFields(25), &txtFields(26), &txtFields(28),
-                                   &txtFields(29), &RichTextBox2,  &Combo1,
-                                   &txtFields(17), &txtFields(10), &txtFields(8),
-                                   &txtFields(11), &Check3,        &Check2,
-                                   &Check4,        &Command5,      &Command2,
-                                   &Command1,      &Command6};
+  forms::Control* const orden[] = {&txtFields(campo::Concepto),
+                                   &RichTextBox3,
+                                   &DTPicker1,
+                                   &txtFields(campo::Almacen),
+                                   &SSCheck1,
+                                   &txtFields(campo::AlmacenDestino),
+                                   &Check5,
+                                   &txtFields(campo::Sucursal),
+                                   &SSCheck2,
+                                   &txtFields(campo::EstacionDestino),
+                                   &txtFields(campo::Cliente),
+                                   &txtFields(campo::NombreDelCliente),
+                                   &txtFields(campo::EntradaRemota),
+                                   &DTPicker2,
+                                   &txtFields(campo::Compra),
+                                   &RichTextBox1,
+                                   &Check1,
+                                   &txtFields(campo::Empleado),
+                                   &fg2,
+                                   &txtEdit,
+                                   &wb,
+                                   &txtFields(campo::Articulo),
+                                   &txtFields(campo::SegundaClave),
+                                   &txtFields(campo::Descripcion),
+                                   &txtFields(campo::Cantidad),
+                                   &txtFields(campo::Unidad),
+                                   &txtFields(campo::Precio),
+                                   &txtFields(campo::Dato1),
+                                   &txtFields(campo::Dato2),
+                                   &txtFields(campo::Presentaciones),
+                                   &txtFields(campo::UnidadDePresentacion),
+                                   &RichTextBox2,
+                                   &Combo1,
+                                   &txtFields(campo::DireccionDeEmbarque),
+                                   &txtFields(campo::Renglones),
+                                   &txtFields(campo::Unidades),
+                                   &txtFields(campo::Total),
+                                   &Check3,
+                                   &Check2,
+                                   &Check4,
+                                   &Command5,
+                                   &Command2,
+                                   &Command1,
+                                   &Command6};
   int tab = 0;
   for (forms::Control* control : orden) control->TabIndex(tab++);
 
   const std::pair<const char*, std::vector<int>> tipos[] = {
-      {"U", {0, 3, 9, 13, 15, 16}}, {"SN", {14, 2}}, {"SD", {1, 5}}, {"N", {6}}};
+      {"U",
+       {campo::Concepto, campo::Sucursal, campo::EstacionDestino, campo::Cliente, campo::NombreDelCliente,
+        campo::Empleado}},
+      {"SN", {campo::Almacen, campo::AlmacenDestino}},
+      {"SD", {campo::Descripcion, campo::Cantidad}},
+      {"N", {campo::Precio}}};
   for (const auto& [tag, campos] : tipos) {
     for (int campo : campos) txtFields(campo).Tag(tag);
   }
@@ -120,15 +148,15 @@ void frmSalidasWizard::Disena() {
   struct {
     int caja, campo;
     const char* busca;
-  } const cajas[] = {{0, 0, "Conceptos de salidas de inventario"},
-                     {1, 14, "Almacenes"},
-                     {3, 2, "Almacenes"},
-                     {4, 3, "sucursales"},
-                     {6, 9, "Estaciones"},
-                     {7, 13, "Clientes"},
-                     {8, 16, "Empleados"},
-                     {2, 4, "Articulos"},
-                     {5, 24, "Claves adicionales de articulos"}};
+  } const cajas[] = {{0, campo::Concepto, "Conceptos de salidas de inventario"},
+                     {1, campo::Almacen, "Almacenes"},
+                     {3, campo::AlmacenDestino, "Almacenes"},
+                     {4, campo::Sucursal, "sucursales"},
+                     {6, campo::EstacionDestino, "Estaciones"},
+                     {7, campo::Cliente, "Clientes"},
+                     {8, campo::Empleado, "Empleados"},
+                     {2, campo::Articulo, "Articulos"},
+                     {5, campo::SegundaClave, "Claves adicionales de articulos"}};
   for (const auto& [caja, campo, busca] : cajas) {
     MultiCombo1(caja).buscar(busca);
     MultiCombo1(caja).Hold(txtFields(campo));
@@ -137,15 +165,35 @@ void frmSalidasWizard::Disena() {
   // The three panels: header, lines, entry and totals. A field in a search box stands in its panel by it.
   const std::pair<forms::PictureBox*, std::vector<forms::Control*>> paneles[] = {
       {&Picture1,
-       {&RichTextBox3, &DTPicker1, &SSCheck1, &Check5, &SSCheck2, &txtFields(15), &txtFields(7), &DTPicker2,
-        &txtFields(12), &RichTextBox1, &MultiCombo1(0), &MultiCombo1(1), &MultiCombo1(3), &MultiCombo1(4),
-        &MultiCombo1(6), &MultiCombo1(7)}},
+       {&RichTextBox3, &DTPicker1, &SSCheck1, &Check5, &SSCheck2, &txtFields(campo::NombreDelCliente),
+        &txtFields(campo::EntradaRemota), &DTPicker2, &txtFields(campo::Compra), &RichTextBox1,
+        &MultiCombo1(0), &MultiCombo1(1), &MultiCombo1(3), &MultiCombo1(4), &MultiCombo1(6),
+        &MultiCombo1(7)}},
       {&Picture2, {&Check1, &fg2, &txtEdit, &wb, &MultiCombo1(8)}},
       {&Picture3,
-       {&txtFields(1),  &txtFields(5),  &txtFields(27), &txtFields(6),   &txtFields(25), &txtFields(26),
-        &txtFields(28), &txtFields(29), &RichTextBox2,  &Combo1,         &txtFields(17), &txtFields(10),
-        &txtFields(8),  &txtFields(11), &Check3,        &Check2,         &Check4,        &Command5,
-        &Command2,      &Command1,      &Command6,      &MultiCombo1(2), &MultiCombo1(5)}}};
+       {&txtFields(campo::Descripcion),
+        &txtFields(campo::Cantidad),
+        &txtFields(campo::Unidad),
+        &txtFields(campo::Precio),
+        &txtFields(campo::Dato1),
+        &txtFields(campo::Dato2),
+        &txtFields(campo::Presentaciones),
+        &txtFields(campo::UnidadDePresentacion),
+        &RichTextBox2,
+        &Combo1,
+        &txtFields(campo::DireccionDeEmbarque),
+        &txtFields(campo::Renglones),
+        &txtFields(campo::Unidades),
+        &txtFields(campo::Total),
+        &Check3,
+        &Check2,
+        &Check4,
+        &Command5,
+        &Command2,
+        &Command1,
+        &Command6,
+        &MultiCombo1(2),
+        &MultiCombo1(5)}}};
   for (const auto& [panel, controles] : paneles) {
     for (forms::Control* control : controles) control->Container(panel);
   }
@@ -173,25 +221,25 @@ void frmSalidasWizard::Disena() {
   Check1.Caption("Asignación a empleado");
   Command1.Caption("&Re enviar a sucursal");
 
-  for (int campo : {7, 8, 10}) txtFields(campo).Enabled(false);
+  for (int campo : {campo::EntradaRemota, campo::Unidades, campo::Renglones}) txtFields(campo).Enabled(false);
   SSCheck2.Visible(false);
   MultiCombo1(6).Visible(false);
-  txtFields(9).Visible(false);
-  txtFields(12).Visible(false);
+  txtFields(campo::EstacionDestino).Visible(false);
+  txtFields(campo::Compra).Visible(false);
   fg2.Rows(5000);
-  fg2.Cols(static_cast<int>(std::size(kColumnas)));
+  fg2.Cols(static_cast<int>(std::size(kColumnasDeSalida)));
   fg2.FixedRows(1);
   fg2.FixedCols(0);
 }
 
 void frmSalidasWizard::Form_Load() {
   Trampa intenta{*this, "Form_Load"};
-  EscribeEncabezados(intenta, kColumnas);
+  EscribeEncabezados(intenta, kColumnasDeSalida);
   intenta([&] { Query = Funciones().NuevoQuery(); });
   intenta([&] { Query->Conexion(Ambiente->Conexion()); });
-  intenta([&] { txtFields(7).Enabled(false); });
+  intenta([&] { txtFields(campo::EntradaRemota).Enabled(false); });
 
-  if (Modo != "ALTA") {
+  if (Modo != modo::kAlta) {
     LlenaDeLaSalida(intenta);
   } else {
     PonFechaDeTrabajo(intenta);
@@ -201,7 +249,7 @@ void frmSalidasWizard::Form_Load() {
   intenta([&] { fg2.Row(1); });
   intenta([&] { fg2.Col(0); });
 
-  TerminaCarga({&fg2, &Command1, &Command2}, kRenglonesALaVista);
+  TerminaCarga(kRenglonesALaVista);
   std::string encabezado;
   CreaHTML(encabezado, "");
   Acumulado = true;
@@ -226,11 +274,11 @@ void frmSalidasWizard::LlenaDeLaSalida(Trampa& intenta) {
   auto marca_de = [&](forms::CheckBox& caja, const char* nombre) {
     marca(caja, [&] { return Funciones().ANumero(columna(nombre)) != 0; });
   };
-  campo(0, "Tipo_doc");
-  campo(14, "Almacen");
-  campo(11, "Importe");
-  campo(3, "Sucursal");
-  campo(7, "EntSuc");
+  campo(campo::Concepto, "Tipo_doc");
+  campo(campo::Almacen, "Almacen");
+  campo(campo::Total, "Importe");
+  campo(campo::Sucursal, "Sucursal");
+  campo(campo::EntradaRemota, "EntSuc");
   // No else: the branch's field has just set or cleared the box.
   if (intenta.Si([&] { return Funciones().ANumero(columna("esparasucursal")) != 0; })) {
     intenta([&] { Check5.Value(1); });
@@ -243,13 +291,14 @@ void frmSalidasWizard::LlenaDeLaSalida(Trampa& intenta) {
   marca(SSCheck1, [&] { return data::IsNonZero(columna("estraspaso")); });
   marca_de(SSCheck2, "traspasoaestacion");
   marca_de(Check1, "paraempleado");
-  campo(16, "empleado");
-  campo_de_texto(9, "Estaciontraspaso");
-  campo_de_texto(13, "cliente");
-  campo(17, "direccionembarque");
-  campo(2, "almt");
+  campo(campo::Empleado, "empleado");
+  campo_de_texto(campo::EstacionDestino, "Estaciontraspaso");
+  campo_de_texto(campo::Cliente, "cliente");
+  campo(campo::DireccionDeEmbarque, "direccionembarque");
+  campo(campo::AlmacenDestino, "almt");
 
-  if (Modo == "MODIFICACION") TomaDocumento(intenta, "salidas", "salidas.salida = " + std::to_string(Salida));
+  if (Modo == modo::kModificacion)
+    TomaDocumento(intenta, "salidas", "salidas.salida = " + std::to_string(Salida));
 
   intenta([&] {
     AbreNuevo("SELECT * FROM salpart WHERE salida = (" + data::ToText(columna("Salida")) + ")", rstPartidas);
@@ -260,7 +309,7 @@ void frmSalidasWizard::LlenaDeLaSalida(Trampa& intenta) {
 void frmSalidasWizard::Form_KeyDown(int& KeyCode, int /*Shift*/) {
   Trampa intenta{*this, "Form_KeyDown"};
   if (KeyCode == forms::kKeyF1) intenta([&] { Dispara("AYUDA"); });
-  if (KeyCode == forms::kKeyF2) ColocaFoco(txtFields(4));
+  if (KeyCode == forms::kKeyF2) ColocaFoco(txtFields(campo::Articulo));
   switch (KeyCode) {
     case forms::kKeyF3:
       AlternaLector(intenta);
@@ -288,7 +337,7 @@ void frmSalidasWizard::Form_Unload(int& Cancel) {
     Cancel = 1;
     return;
   }
-  if (Modo == "MODIFICACION") {
+  if (Modo == modo::kModificacion) {
     intenta([&] {
       Ambiente->Conexion().Execute("UPDATE salidas SET ocupado = 0 WHERE salida = " +
                                    data::ToText(rstSalida->Fields("Salida")));
@@ -320,7 +369,7 @@ void frmSalidasWizard::Timer1_Timer() {
 }
 
 void frmSalidasWizard::DTPicker2_KeyDown(int& KeyCode, int /*Shift*/) {
-  if (KeyCode == forms::kKeyEnter) ColocaFoco(txtFields(4));
+  if (KeyCode == forms::kKeyEnter) ColocaFoco(txtFields(campo::Articulo));
 }
 
 void frmSalidasWizard::CreaHTML(std::string& cString, const std::string& cHtml) {

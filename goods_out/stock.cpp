@@ -2,6 +2,7 @@
 // writes anything.
 #include "data/number.h"
 #include "forms/platform.h"
+#include "goods_out/columnas.h"
 #include "goods_out/frm_salidas_wizard.h"
 
 namespace tarvik {
@@ -14,13 +15,13 @@ constexpr const char* kFin = "\r\n";
 }
 
 bool frmSalidasWizard::HayExistencia(Trampa& intenta) {
-  const std::string& articulo = txtFields(4).Text();
+  const std::string& articulo = txtFields(campo::Articulo).Text();
   data::RecordsetRef producto;
   intenta([&] { Abre("SELECT * FROM prods WHERE articulo = '" + articulo + "'", producto); });
   data::RecordsetRef renglon;
   intenta([&] {
-    Abre("SELECT * FROM existenciaalmacen WHERE almacen = " + PlainNumber(Numero(14)) + " AND articulo = '" +
-             articulo + "'",
+    Abre("SELECT * FROM existenciaalmacen WHERE almacen = " + PlainNumber(NumeroEn(campo::Almacen)) +
+             " AND articulo = '" + articulo + "'",
          renglon);
   });
   double existencia = 0;
@@ -35,7 +36,7 @@ bool frmSalidasWizard::HayExistencia(Trampa& intenta) {
   intenta([&] {
     disponible = con_apartados ? existencia - Funciones().ANumero(producto->Fields("Por_Surt")) : existencia;
   });
-  if (!intenta.Si([&] { return disponible < Numero(5); })) return true;
+  if (!intenta.Si([&] { return disponible < NumeroEn(campo::Cantidad); })) return true;
 
   std::string texto = std::string("No hay existencia suficiente en el almacen seleccionado") + kFin;
   texto += " Existencia: " + PlainNumber(existencia) + kFin;
@@ -59,13 +60,13 @@ bool frmSalidasWizard::HayExistencia(Trampa& intenta) {
 
 bool frmSalidasWizard::ConfirmaExistencia(double first, double second) {
   Trampa intenta{*this, "ConfirmaExistencia"};
-  const std::string articulo = fg2.TextMatrix(fg2.Row(), 0);
+  const std::string articulo = fg2.TextMatrix(fg2.Row(), columna_salida::Articulo);
   data::RecordsetRef producto;
   intenta([&] { Abre("SELECT * FROM prods WHERE articulo = '" + articulo + "'", producto); });
   data::RecordsetRef renglon;
   intenta([&] {
     Abre("SELECT * FROM existenciaalmacen WHERE articulo = '" + articulo +
-             "' AND almacen = " + PlainNumber(Numero(14)),
+             "' AND almacen = " + PlainNumber(NumeroEn(campo::Almacen)),
          renglon);
   });
   // From here on the first figure is the stock: the new quantity plays no part in the decision.
@@ -84,13 +85,14 @@ bool frmSalidasWizard::ConfirmaExistencia(double first, double second) {
   if (!intenta.Si([&] { return data::IsNonZero(producto->Fields("Invent")) && first + second < first; }))
     return true;
 
-  std::string texto = TraeMensaje(intenta, host(), Ambiente, 433) + kFin;
-  texto += TraeMensaje(intenta, host(), Ambiente, 434);
-  intenta(
-      [&] { texto += data::ToText(producto->Fields("ALM" + PlainNumber(data::Val(txtFields(14).Text())))); });
-  texto += kFin + TraeMensaje(intenta, host(), Ambiente, 436);
+  std::string texto = TraeMensaje(intenta, host(), Ambiente, mensaje::ExistenciaEncabezado) + kFin;
+  texto += TraeMensaje(intenta, host(), Ambiente, mensaje::ExistenciaDelAlmacen);
+  intenta([&] {
+    texto += data::ToText(producto->Fields("ALM" + PlainNumber(data::Val(txtFields(campo::Almacen).Text()))));
+  });
+  texto += kFin + TraeMensaje(intenta, host(), Ambiente, mensaje::ExistenciaApartados);
   intenta([&] { texto += data::ToText(producto->Fields("Por_Surt")); });
-  texto += kFin + TraeMensaje(intenta, host(), Ambiente, 437) + kFin;
+  texto += kFin + TraeMensaje(intenta, host(), Ambiente, mensaje::ExistenciaContinua) + kFin;
   return !intenta.Si([&] {
     return !GetPlatform().ShowBox(forms::BoxKind::Question, texto,
                                   forms::kBoxYesNo + forms::kBoxSecondDefault);

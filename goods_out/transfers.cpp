@@ -7,10 +7,10 @@ namespace tarvik {
 using service::Trampa;
 
 void frmSalidasWizard::SSCheck1_Click() {
-  if (Modo == "CONSULTA") return;
+  if (Modo == modo::kConsulta) return;
   const bool traspaso = SSCheck1.Value() == 1;
-  txtFields(2).Enabled(traspaso);
-  if (traspaso) ColocaFoco(txtFields(2));
+  txtFields(campo::AlmacenDestino).Enabled(traspaso);
+  if (traspaso) ColocaFoco(txtFields(campo::AlmacenDestino));
 }
 
 void frmSalidasWizard::SSCheck2_Click() { Dispara("SALIDAS012"); }

@@ -13,6 +13,7 @@
 #include "host/bitacora.h"
 #include "host/paciencia.h"
 #include "host/tenencia_viva.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host {
 namespace {
@@ -73,7 +74,7 @@ std::optional<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection, T
   DocumentoAMedias document = Cuenta(tipo, rows);
   const bool moved = std::any_of(rows.rows.begin(), rows.rows.end(),
                                  [](const auto& row) { return data::IsNonZero(row[4]); });
-  const bool half = document.estado == "CO" ? !document.faltan.empty() : moved;
+  const bool half = document.estado == estado::kAfectado ? !document.faltan.empty() : moved;
   return half ? std::optional(std::move(document)) : std::nullopt;
 }
 
@@ -117,7 +118,7 @@ class Posteo {
       throw data::Error("No existe la " + data::LowerAscii(NombreDe(tipo)) + " " + std::to_string(documento));
     }
     head_ = data::Recordset(rows);
-    if (data::ToText(head_.Fields("estado")) != "CO") {
+    if (data::ToText(head_.Fields("estado")) != estado::kAfectado) {
       throw data::Error(Nombre() + " está pendiente: sus renglones se afectan al finalizarla");
     }
     if (const auto holder = TenenciaViva(connection_, tipo, documento)) {

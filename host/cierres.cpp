@@ -10,6 +10,7 @@
 #include "host/tenencia_viva.h"
 #include "service/door/entradas_salidas.h"
 #include "service/report/pantalla.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host {
 namespace {
@@ -18,7 +19,7 @@ data::Value Nombre(Tipo tipo) { return std::string(NombreDe(tipo)); }
 
 // The screen's line at hand is the one that is being posted.
 bool Afecta(const DocumentWizard& screen, const char* column, const data::Value& line) {
-  return screen.Open() && screen.Modo == "MODIFICACION" && screen.rstPartidas &&
+  return screen.Open() && screen.Modo == modo::kModificacion && screen.rstPartidas &&
          screen.rstPartidas->IsOpen() && !screen.rstPartidas->Eof() &&
          screen.rstPartidas->Fields(column) == line;
 }

@@ -5,6 +5,7 @@
 #include "data/text.h"
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host {
 
@@ -67,7 +68,7 @@ std::optional<Retenido> DocumentoDe(const forms::Form& screen) {
 
 std::optional<Retenido> RetenidoPor(const forms::Form& screen) {
   const auto* wizard = dynamic_cast<const DocumentWizard*>(&screen);
-  if (wizard == nullptr || !wizard->Open() || wizard->Modo != "MODIFICACION") return {};
+  if (wizard == nullptr || !wizard->Open() || wizard->Modo != modo::kModificacion) return {};
   return DocumentoDe(screen);
 }
 

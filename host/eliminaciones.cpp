@@ -1,5 +1,6 @@
 // Deletions: what they leave behind, and their record.
 #include "host/eliminaciones.h"
+#include "wizard/modos.h"
 
 #include <exception>
 
@@ -14,8 +15,9 @@ std::string Renglones(std::int64_t number) {
 
 std::string AvisoDeEliminacion(data::EngineConnection& connection, const Retenido& documento) {
   const auto stored = ContenidoDe(connection, documento);
-  if (!stored || (stored->estado != "CO" && stored->movimientos == 0)) return "";
-  std::string text = LaDe(documento, true) + (stored->estado == "CO" ? " está afectada" : " está pendiente") +
+  if (!stored || (stored->estado != estado::kAfectado && stored->movimientos == 0)) return "";
+  std::string text = LaDe(documento, true) +
+                     (stored->estado == estado::kAfectado ? " está afectada" : " está pendiente") +
                      " y tiene " + Renglones(stored->renglones);
   if (stored->movimientos == 0) return text + ", sin movimientos en el inventario.";
   return text + " con " + Movimientos(stored->movimientos) +

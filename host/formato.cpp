@@ -18,6 +18,7 @@
 #include "data/text.h"
 #include "forms/platform.h"
 #include "host/barras.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host {
 namespace {
@@ -164,8 +165,8 @@ Nombres Datos(data::EngineConnection& connection, const Pedido& wanted) {
   names.Pon("almacen", text("almacen"));
   names.Pon("almacen_nombre",
             Busca(connection, "SELECT descrip FROM ALMACEN WHERE almacen = ?", header.Fields("almacen")));
-  names.Pon("estado", std::string(text("estado") == "CO" ? "Afectado" : "Pendiente"));
-  if (text("estado") != "CO") names.Pon("pendiente", mustache::data{true});
+  names.Pon("estado", std::string(text("estado") == estado::kAfectado ? "Afectado" : "Pendiente"));
+  if (text("estado") != estado::kAfectado) names.Pon("pendiente", mustache::data{true});
   names.Pon("observaciones", text("observ"));
   names.Pon("usuario", text("usuario"));
   if (in) names.Pon("moneda", text("moneda"));

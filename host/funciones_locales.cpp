@@ -13,6 +13,7 @@
 #include "host/mensajes.h"
 #include "host/numeracion.h"
 #include "host/paciencia.h"
+#include "service/contract/mensajes.h"
 
 namespace tarvik::host {
 namespace {
@@ -162,7 +163,7 @@ void FuncionesLocales::FechaValida(const data::Date& date, service::Ambiente& am
   const auto closed = engine_.Run("SELECT 1 FROM movsinv WHERE f_movim > ? AND cerrado <> 0 LIMIT 1", {date});
   if (!closed.rows.empty()) {
     std::string text;
-    TraeMensaje(253, ambiente, text);
+    TraeMensaje(service::mensaje::PeriodoCerrado, ambiente, text);
     MuestraMensaje(text, forms::kBoxInformation, ambiente);
   }
   out = closed.rows.empty();

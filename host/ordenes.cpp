@@ -17,6 +17,7 @@
 #include "host/peticiones.h"
 #include "host/registro.h"
 #include "service/door/entradas_salidas.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host {
 namespace {
@@ -116,7 +117,7 @@ int OrdenCompletaTodos(Sesion& sesion) {
   int code = kBien;
   for (const DocumentoAMedias& document : sesion.Host().AMedias()) {
     const std::string name = std::string(NombreDe(document.tipo)) + " " + std::to_string(document.documento);
-    if (document.estado != "CO") {
+    if (document.estado != estado::kAfectado) {
       sesion.Donde().salida << name
                             << ": está pendiente con renglones ya movidos; finalícela en su pantalla.\n";
       code = kHayFaltas;

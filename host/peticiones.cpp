@@ -9,6 +9,7 @@
 #include "host/liberacion.h"
 #include "host/renglon_en_curso.h"
 #include "wizard/document_wizard.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host {
 namespace {
@@ -84,7 +85,7 @@ Desenlace ServicioDePeticiones::Mira(const Peticion& peticion) const {
   if (HayQuienConteste(document)) return {};
   const auto left = ContenidoDe(connection_, document);
   if (!left) return {Clase::kNo, LaDe(document, true) + " ya no existe"};
-  if (left->estado == "PE") return {Clase::kAbre, {}};
+  if (left->estado == estado::kPendiente) return {Clase::kAbre, {}};
   return {Clase::kNo, LaDe(document, true) + " ya está finalizada: quien la tenía la cerró sin contestar"};
 }
 

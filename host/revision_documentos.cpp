@@ -3,6 +3,7 @@
 #include "data/error.h"
 #include "host/a_medias.h"
 #include "host/revision_interno.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host::revision {
 namespace {
@@ -12,7 +13,7 @@ void Di(const DocumentoAMedias& partial, Observaciones& found) {
   const std::string of = " de " + std::to_string(partial.renglones);
   const auto missing = static_cast<int>(partial.faltan.size());
   Observacion which{.tipo = std::string(NombreDe(partial.tipo)), .documento = partial.documento};
-  if (partial.estado == "CO") {
+  if (partial.estado == estado::kAfectado) {
     which.clase = "a medias";
     which.reparable = true;
     which.texto = document + ": afectada a medias, " + std::to_string(partial.renglones - missing) + of +

@@ -6,6 +6,7 @@
 
 #include "data/error.h"
 #include "wizard/document_wizard.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host {
 namespace {
@@ -90,8 +91,8 @@ forms::Form* Custodia::PantallaPara(const SentenciaDeDocumento& sentencia) const
     DocumentWizard* wizard = AsistenteDe(**screen);
     if (wizard == nullptr || DocumentoDe(*wizard) != sentencia.documento) continue;
     if (sentencia.clase == Clase::Crea) {
-      if (wizard->Modo == "ALTA") return wizard;
-    } else if (wizard->Modo == "MODIFICACION" &&
+      if (wizard->Modo == modo::kAlta) return wizard;
+    } else if (wizard->Modo == modo::kModificacion &&
                std::none_of(tenidas_.begin(), tenidas_.end(),
                             [&](const Tenida& held) { return held.pantalla == wizard; })) {
       return wizard;

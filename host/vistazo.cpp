@@ -1,6 +1,7 @@
 #include "host/vistazo.h"
 
 #include "host/tenencia_viva.h"
+#include "wizard/modos.h"
 
 namespace tarvik::host {
 namespace {
@@ -30,7 +31,8 @@ std::optional<EstadoDeDocumento> LeeEstado(data::EngineConnection& connection, c
                           .ocupado = data::IsNonZero(row[3]),
                           .renglones = Entero(row[4]),
                           .a_medias = LeeAMedias(connection, documento.tipo, documento.numero)};
-  if (state.a_medias && state.estado == "CO" && TenenciaViva(connection, documento.tipo, documento.numero)) {
+  if (state.a_medias && state.estado == estado::kAfectado &&
+      TenenciaViva(connection, documento.tipo, documento.numero)) {
     state.a_medias.reset();
   }
   return state;

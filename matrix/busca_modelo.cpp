@@ -8,6 +8,7 @@
 #include "data/text.h"
 #include "matrix/frm_malla_modelos.h"
 #include "service/report/trampa.h"
+#include "wizard/campos.h"
 
 namespace tarvik {
 
@@ -15,10 +16,9 @@ using service::Trampa;
 
 namespace {
 
-constexpr int kArticulo = 4;
-constexpr int kCantidad = 5;
-// What each line needs again, since making one empties the entry row: unit, price, tax.
-constexpr int kDeCadaRenglon[] = {27, 6, 9};
+// What each line needs again, since making one empties the entry row: unit, price, and the tax, which the
+// field of the amount carries.
+constexpr int kDeCadaRenglon[] = {campo::Unidad, campo::Precio, campo::ImporteDelRenglon};
 
 constexpr int kFilaDeClave = 0;
 constexpr int kFilaDeTexto = 1;
@@ -57,7 +57,7 @@ class Busqueda {
     if (!captura_.Abierta()) return false;
     if (malla_->Tag() != "Hecho") {
       intenta_([&] { plataforma_.ProcessEvents(); });
-      captura_.Vuelve(kArticulo);
+      captura_.Vuelve(campo::Articulo);
       return false;
     }
     HazRenglones();
@@ -88,7 +88,7 @@ class Busqueda {
   bool EsModelo() {
     intenta_([&] {
       modelos_ = std::make_shared<data::Recordset>(captura_.Contexto().Conexion().Execute(
-          "SELECT * FROM prods WHERE modelo = '" + Texto(kArticulo) + "' AND modelo<>''"));
+          "SELECT * FROM prods WHERE modelo = '" + Texto(campo::Articulo) + "' AND modelo<>''"));
     });
     return !SinFilas(modelos_);
   }
@@ -176,7 +176,7 @@ class Busqueda {
         intenta_([&] {
           Abre("SELECT modelo FROM prods WHERE color='" + Malla().TextMatrix(fila, kColumnaDeClave) +
                    "' AND talla='" + Malla().TextMatrix(kFilaDeClave, columna) + "' AND modelo = '" +
-                   Texto(kArticulo) + "'",
+                   Texto(campo::Articulo) + "'",
                articulo);
         });
         if (!SinFilas(articulo)) continue;
@@ -187,9 +187,9 @@ class Busqueda {
   }
 
   void PonCantidad() {
-    intenta_([&] { malla_->Tag(Texto(kCantidad)); });
-    intenta_([&] { malla_->txtRemanente.Text(Texto(kCantidad)); });
-    const bool sin_reparto = intenta_.Si([&] { return data::Val(Texto(kCantidad)) <= 0; });
+    intenta_([&] { malla_->Tag(Texto(campo::Cantidad)); });
+    intenta_([&] { malla_->txtRemanente.Text(Texto(campo::Cantidad)); });
+    const bool sin_reparto = intenta_.Si([&] { return data::Val(Texto(campo::Cantidad)) <= 0; });
     if (sin_reparto) {
       intenta_([&] { malla_->txtRemanente.Visible(false); });
       intenta_([&] { malla_->lblCantidadRestante.Visible(false); });
@@ -222,8 +222,9 @@ class Busqueda {
   }
 
   void HazRenglon(const std::string& cantidad) {
-    intenta_([&] { captura_.Campo(kArticulo).Text(data::ToText(captura_.Articulo()->Fields("articulo"))); });
-    intenta_([&] { captura_.Campo(kCantidad).Text(cantidad); });
+    intenta_(
+        [&] { captura_.Campo(campo::Articulo).Text(data::ToText(captura_.Articulo()->Fields("articulo"))); });
+    intenta_([&] { captura_.Campo(campo::Cantidad).Text(cantidad); });
     for (std::size_t i = 0; i < std::size(kDeCadaRenglon); ++i) {
       intenta_([&] { captura_.Campo(kDeCadaRenglon[i]).Text(guardado_[i]); });
     }

@@ -17,7 +17,9 @@ constexpr int kEstiloDePregunta = 2;
 frmMovEstaciones::frmMovEstaciones(service::Host& host)
     : Form(host.Plataforma(), "frmMovEstaciones", "Asistente para traspasos entre estaciones"),
       MultiCombo1(*this, "MultiCombo1", {0, 1}),
-      txtFields(*this, "txtFields", {0, 1, 2, 3, 4}),
+      txtFields(*this, "txtFields",
+                {campo_de_traspaso::Entrega, campo_de_traspaso::Recibe, campo_de_traspaso::Articulo,
+                 campo_de_traspaso::Descripcion, campo_de_traspaso::Cantidad}),
       DTPicker1(*this, "DTPicker1"),
       grid(*this, "grid", forms::FlexGrid::Start::Bare),
       Command1(*this, "Command1"),
@@ -29,11 +31,13 @@ frmMovEstaciones::frmMovEstaciones(service::Host& host)
       host_(host) {
   int tab = 0;
   for (forms::Control* control : std::initializer_list<forms::Control*>{
-           &txtFields(0), &txtFields(1), &DTPicker1, &txtFields(2), &txtFields(4), &Command1, &cmdConfirmar,
-           &cmdPendiente, &cmdCancelar, &txtFields(3), &grid}) {
+           &txtFields(campo_de_traspaso::Entrega), &txtFields(campo_de_traspaso::Recibe), &DTPicker1,
+           &txtFields(campo_de_traspaso::Articulo), &txtFields(campo_de_traspaso::Cantidad), &Command1,
+           &cmdConfirmar, &cmdPendiente, &cmdCancelar, &txtFields(campo_de_traspaso::Descripcion), &grid}) {
     control->TabIndex(tab++);
   }
-  for (int caja : {0, 1}) {
+  // A search box has the number of the field that it holds.
+  for (int caja : {campo_de_traspaso::Entrega, campo_de_traspaso::Recibe}) {
     MultiCombo1(caja).buscar("Estaciones");
     MultiCombo1(caja).Hold(txtFields(caja));
   }
@@ -94,17 +98,17 @@ void frmMovEstaciones::txtFields_KeyDown(int /*Index*/, int& KeyCode, int /*Shif
 void frmMovEstaciones::txtFields_KeyUp(int Index, int KeyCode, int /*Shift*/) {
   if (KeyCode != forms::kKeyDown) return;
   service::Ignora ignora;
-  if (Index == 2) {
+  if (Index == campo_de_traspaso::Articulo) {
     // What was chosen is the routine's to take up when the field is left.
     std::unique_ptr<service::ListaArticulos> lista;
     ignora([&] { lista = host_.NuevaLista(); });
     if (lista) {
       ignora([&] { lista->Ambiente(*Ambiente); });
-      ignora([&] { lista->Campo(txtFields(2)); });
+      ignora([&] { lista->Campo(txtFields(campo_de_traspaso::Articulo)); });
       ignora([&] { lista->Muestra(); });
     }
-    ColocaFoco(txtFields(2));
-  } else if (Index == 0 || Index == 1) {
+    ColocaFoco(txtFields(campo_de_traspaso::Articulo));
+  } else if (Index == campo_de_traspaso::Entrega || Index == campo_de_traspaso::Recibe) {
     ignora([&] { MultiCombo1(Index).ShowData(); });
     ignora([&] { txtFields(Index).SelStart(0); });
   }

@@ -25,6 +25,17 @@
 
 namespace tarvik {
 
+// The text fields by what they hold; a routine knows them by number.
+namespace campo_de_traspaso {
+enum Campo : int {
+  Entrega,  // the station that hands over
+  Recibe,   // the station that receives
+  Articulo,
+  Descripcion,
+  Cantidad,
+};
+}  // namespace campo_de_traspaso
+
 class frmMovEstaciones final : public forms::Form {
  public:
   explicit frmMovEstaciones(service::Host& host);

@@ -21,7 +21,7 @@ class CapturaDeModelo {
   virtual service::Ambiente& Contexto() = 0;
   // Whose failures these are: box and log name this screen.
   virtual service::Reportero& Reporta() = 0;
-  // A field of the entry row, by its index: 4 article, 5 quantity, 6 price, 9 amount, 27 unit.
+  // A field of the entry row, by its number (wizard/campos.h): article, quantity, price, amount, unit.
   virtual forms::TextBox& Campo(int indice) = 0;
   // The article last read, which the document's routines may look at.
   virtual data::RecordsetRef& Articulo() = 0;

@@ -10,7 +10,7 @@ namespace tarvik {
 using service::Trampa;
 
 DocumentWizard::DocumentWizard(service::Host& host, const Particular& particular,
-                               std::initializer_list<int> search_boxes, std::initializer_list<int> fields)
+                               std::initializer_list<int> search_boxes, const std::vector<int>& fields)
     : Form(host.Plataforma(), std::string(particular.nombre), std::string(particular.titulo)),
       MultiCombo1(*this, "MultiCombo1", search_boxes),
       txtFields(*this, "txtFields", fields),
@@ -27,19 +27,19 @@ DocumentWizard::DocumentWizard(service::Host& host, const Particular& particular
       Command2(*this, "Command2"),
       Command5(*this, "Command5"),
       Command6(*this, "Command6"),
-      Label10(*this, "Label10", {0, 1, 2}),
+      Label10(*this, "Label10", {letrero::Observaciones, letrero::Pendiente, letrero::Imprimir}),
       host_(host),
       particular_(particular) {
   DTPicker1.Value(host.Plataforma().Now().date);
   RichTextBox2.MultiLine(true);
   Check2.Design(1);
   txtEdit.Visible(false);
-  txtFields(1).Enabled(false);
-  txtFields(11).Enabled(false);
-  txtFields(11).RightAligned(true);
-  Label10(1).Caption("Dejar como movimiento pendiente");
-  Label10(2).Caption("Imprimir movimiento.");
-  Label10(0).Caption("Observaciones al movimiento de entrada.");
+  txtFields(campo::Descripcion).Enabled(false);
+  txtFields(campo::Total).Enabled(false);
+  txtFields(campo::Total).RightAligned(true);
+  Label10(letrero::Pendiente).Caption("Dejar como movimiento pendiente");
+  Label10(letrero::Imprimir).Caption("Imprimir movimiento.");
+  Label10(letrero::Observaciones).Caption("Observaciones al movimiento de entrada.");
   Check4.Caption("Lector de Código de Barras");
   Command2.Caption("&Cancelar");
   Command5.Caption("&Finalizar (F5)");
@@ -96,7 +96,8 @@ bool DocumentWizard::Cancelado() { return std::exchange(CancelaProceso, false); 
 DocumentWizard::Vuelta::Vuelta(DocumentWizard& wizard) : wizard_(wizard) {
   constexpr int kMasHonda = 40;  // real keys need four
   if (wizard_.vueltas_ >= kMasHonda) {
-    throw data::Unrecoverable("La clave " + wizard_.txtFields(4).Text() + " lleva a sí misma sin fin");
+    throw data::Unrecoverable("La clave " + wizard_.txtFields(campo::Articulo).Text() +
+                              " lleva a sí misma sin fin");
   }
   ++wizard_.vueltas_;
 }
@@ -113,7 +114,7 @@ void DocumentWizard::AbreNuevo(const std::string& sentencia, data::RecordsetRef&
   nuevo->Open(sentencia, Ambiente->Conexion(), data::kAsSet, data::kAsSet, data::kTextCommand);
 }
 
-void DocumentWizard::Vacia(Trampa& intenta, std::initializer_list<int> campos) {
+void DocumentWizard::VaciaCampos(Trampa& intenta, std::initializer_list<int> campos) {
   for (int campo : campos) intenta([&] { txtFields(campo).Text(""); });
 }
 

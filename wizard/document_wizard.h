@@ -1,6 +1,16 @@
 // DocumentWizard: what the two document wizards share. One document, a header, an entry row, a grid
 // of lines. What a wizard does differently stands in its own folder, and as data in Particular; a
 // step stands here only if both run it. It knows no table of either wizard.
+//
+// Where to find a procedure:
+//   document_wizard.cpp  ColocaFoco, ReportaError
+//   load.cpp             DejaEnConsulta
+//   fields.cpp           txtFields_Change, txtFields_LostFocus, txtFields_KeyPress, txtFields_KeyUp,
+//                        txtFields_DblClick, TraeConcepto, Valida, ValidaFecha, PonTC, Label10_Click
+//   grid.cpp             EditKeyCode, fg2_RowColChange, fg2_KeyPress, fg2_DblClick, txtEdit_KeyDown,
+//                        txtEdit_KeyPress
+//   finish.cpp           CuantasPartidas, Command2_Click, Command6_Click
+//   malla_externa.cpp    AbajoEnArticulo
 #pragma once
 
 #include <cstdint>
@@ -19,15 +29,13 @@
 #include "service/report/mensajes.h"
 #include "service/report/reporte.h"
 #include "service/report/trampa.h"
+#include "wizard/campos.h"
+#include "wizard/columna.h"
+#include "wizard/modos.h"
 
 namespace tarvik {
 
-// A column of the grid as designed. The width is in twips; 0 hides. Column 0 takes one and a half
-// times the grid's own width.
-struct Columna {
-  const char* titulo;
-  int ancho;
-};
+namespace mensaje = service::mensaje;
 
 // How a stored line's column comes into the grid.
 struct Celda {
@@ -47,24 +55,25 @@ struct MallaExterna {
 
 // What sets the two wizards apart where a shared step differs by a detail only.
 struct Particular {
-  std::string_view nombre;               // the screen's name
-  std::string_view titulo;               // its caption at design
-  std::string_view modulo;               // module text of the log, cut at 13 characters
-  std::string_view ent_sal;              // concepts of this direction: 'E' or 'S'
-  bool recorta_concepto;                 // whether the concept's description is trimmed
-  std::string_view fin_de_valida_fecha;  // how the statement of ValidaFecha ends
-  std::string_view busca_concepto;       // title of the picker of concepts
-  std::string_view antes_de_buscar;      // hook on leaving the article field
-  std::string_view campo_de_formato;     // column of defform
-  std::string_view borra_renglon;        // removal of a line, up to its id
-  int columna_id;                        // grid column that holds the line's id
+  std::string_view nombre;                    // the screen's name
+  std::string_view titulo;                    // its caption at design
+  std::string_view modulo;                    // module text of the log, cut at 13 characters
+  std::string_view ent_sal;                   // concepts of this direction: 'E' or 'S'
+  bool recorta_concepto;                      // whether the concept's description is trimmed
+  std::string_view fin_de_valida_fecha;       // how the statement of ValidaFecha ends
+  std::string_view busca_concepto;            // title of the picker of concepts
+  std::string_view antes_de_buscar;           // hook on leaving the article field
+  std::string_view campo_de_formato;          // column of defform
+  std::string_view borra_renglon;             // removal of a line, up to its id
+  int columna_id;                             // grid column that holds the line's id
+  std::span<const std::string_view> siempre;  // controls that stay enabled where nothing may be changed
   MallaExterna malla;
 };
 
 class DocumentWizard : public forms::Form, public service::Reportero {
  public:
   // ---- public members: the hosts' routines read and write them ----
-  std::string Modo;  // "ALTA", "MODIFICACION" or "CONSULTA"
+  std::string Modo;  // one of kModos (wizard/modos.h)
   service::Objeto<service::Ambiente> Ambiente;
   service::Objeto<service::LateBound> Parent;  // may be unset
   data::RecordsetRef rstArticulo;              // the article last read
@@ -157,11 +166,10 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
  protected:
   DocumentWizard(service::Host& host, const Particular& particular, std::initializer_list<int> search_boxes,
-                 std::initializer_list<int> fields);
+                 const std::vector<int>& fields);
 
   service::Host& host() { return host_; }
   service::Funciones& Funciones() { return host_.Funciones(); }
-  [[nodiscard]] const Particular& Suyo() const { return particular_; }
 
   // Fires a hook; what its routine throws comes out here.
   void Dispara(std::string_view clave);
@@ -198,12 +206,13 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   void Mensaje(service::Trampa& intenta, int numero) {
     service::MuestraMensaje(intenta, host_, Ambiente, numero, service::kInformacion);
   }
-  double Numero(int campo) { return Funciones().ANumero(txtFields(campo).Text()); }
-  bool Vacio(int campo) { return Funciones().EstaVacio(txtFields(campo).Text()); }
-  void Vacia(service::Trampa& intenta, std::initializer_list<int> campos);
+  double NumeroEn(int campo) { return Funciones().ANumero(txtFields(campo).Text()); }
+  bool EstaVacio(int campo) { return Funciones().EstaVacio(txtFields(campo).Text()); }
+  void VaciaCampos(service::Trampa& intenta, std::initializer_list<int> campos);
   // ---- loading and closing (load.cpp) ----
   void EscribeEncabezados(service::Trampa& intenta, std::span<const Columna> columnas);
-  // The date that a new document starts with, into DTPicker1; the station's warehouse, into txtFields(14).
+  // The date that a new document starts with, into DTPicker1; the station's warehouse, into
+  // txtFields(campo::Almacen).
   void PonFechaDeTrabajo(service::Trampa& intenta);
   void PonAlmacenDeCasa(service::Trampa& intenta);
   // A picker from a column; one that holds no date leaves the picker as it is.
@@ -215,8 +224,8 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // The grid from rstPartidas, and the totals if there was a line.
   void LlenaRenglones(service::Trampa& intenta, std::span<const Celda> celdas);
   // The end of the load, where errors are dropped: a document that is only read has its controls
-  // disabled, but for labels and those named; search boxes get their connection, Check4 its start.
-  void TerminaCarga(std::initializer_list<forms::Control*> siempre, int a_la_vista);
+  // disabled, but for labels and Particular::siempre; search boxes get their connection, Check4 its start.
+  void TerminaCarga(int a_la_vista);
   // The hook at the end of the load, which may keep the screen from being presented.
   void Presenta(std::string_view clave);
   void AlternaLector(service::Trampa& intenta);
@@ -240,7 +249,7 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   void AbajoEnArticulo();
   // The document as it stands goes to the base, for the other program to work on.
   virtual void GuardaParaMalla() = 0;
-  [[nodiscard]] virtual std::int32_t Documento() const = 0;
+  [[nodiscard]] virtual std::int32_t NumeroDeDocumento() const = 0;
   // The entry row's first checks: the article is there and is one, the quantity is above 0.
   bool ArticuloYCantidad(service::Trampa& intenta);
   // F8 walks the presentation fields; false where it has no meaning.
@@ -288,7 +297,6 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
   int vueltas_ = 0;
   int reportes_ = 0;
-  std::vector<forms::Control*> siempre_;  // enabled in "CONSULTA" too
 };
 
 // A column's value for a property of the posting object; a column that holds none is an error.

@@ -10,6 +10,16 @@ namespace tarvik {
 
 using service::Trampa;
 
+namespace {
+
+// Fields that the entry row once had between the price and the second key. F8 still leads on from their
+// numbers; of the two screens goods-out alone has a 7, which is never enabled.
+constexpr int kAntes7 = 7;
+constexpr int kAntes22 = 22;
+constexpr int kAntes23 = 23;
+
+}  // namespace
+
 void DocumentWizard::txtFields_Change(int Index) {
   forms::TextBox& campo = txtFields(Index);
   if (!Visible()) campo.Text(Funciones().FormateaTexto(campo, *Ambiente));
@@ -22,7 +32,7 @@ void DocumentWizard::txtFields_Change(int Index) {
 }
 
 void DocumentWizard::txtFields_LostFocus(int Index) {
-  if (Index == 4) {
+  if (Index == campo::Articulo) {
     Dispara(particular_.antes_de_buscar);
     if (Cancelado()) return;
     PonDescripcion();
@@ -43,7 +53,7 @@ void DocumentWizard::txtFields_KeyPress(int Index, int& KeyAscii) {
 }
 
 void DocumentWizard::txtFields_KeyUp(int Index, int KeyCode, int /*Shift*/) {
-  if (Index == 4 || KeyCode != forms::kKeyDown) return;
+  if (Index == campo::Articulo || KeyCode != forms::kKeyDown) return;
   service::Ignora ignora;
   forms::TextBox& campo = txtFields(Index);
   // A field outside a search box has no list to show; that is no error of the operator's.
@@ -57,16 +67,16 @@ void DocumentWizard::txtFields_DblClick(int Index) {
   forms::TextBox& campo = txtFields(Index);
   std::string titulo;
   switch (Index) {
-    case 0:
+    case campo::Concepto:
       titulo = particular_.busca_concepto;
       break;
-    case 4:
+    case campo::Articulo:
       titulo = "Articulos";
       break;
-    case 8:
+    case campo::Impuesto:
       titulo = "Impuestos por porcentaje";
       break;
-    case 14:
+    case campo::Almacen:
       titulo = "Almacenes";
       break;
     default:
@@ -97,23 +107,23 @@ void DocumentWizard::PasaASeleccionado(int campo) {
 
 bool DocumentWizard::PasaConEnter(int Index) {
   switch (Index) {
-    case 0:
-      PasaA(14);
+    case campo::Concepto:
+      PasaA(campo::Almacen);
       return true;
-    case 14:
-      PasaA(4);
+    case campo::Almacen:
+      PasaA(campo::Articulo);
       return true;
-    case 5:
-      PasaASeleccionado(6);
+    case campo::Cantidad:
+      PasaASeleccionado(campo::Precio);
       return true;
-    case 6:
+    case campo::Precio:
       if (!Procesando) LlenaPartida();
       return true;
-    case 28:
-      PasaA(29);
+    case campo::Presentaciones:
+      PasaA(campo::UnidadDePresentacion);
       return true;
-    case 29:
-      PasaA(6);
+    case campo::UnidadDePresentacion:
+      PasaA(campo::Precio);
       return true;
     default:
       return false;
@@ -123,8 +133,8 @@ bool DocumentWizard::PasaConEnter(int Index) {
 bool DocumentWizard::TomaArticulo() {
   if (Procesando) return false;
   const bool lector = Check4.Value() == 1;
-  if (lector) txtFields(5).Text("1");
-  PasaASeleccionado(5);
+  if (lector) txtFields(campo::Cantidad).Text("1");
+  PasaASeleccionado(campo::Cantidad);
   if (lector) {
     PonDescripcion();
     LlenaPartida();
@@ -133,21 +143,22 @@ bool DocumentWizard::TomaArticulo() {
 }
 
 bool DocumentWizard::ArticuloYCantidad(Trampa& intenta) {
-  if (intenta.Si([&] { return Vacio(4); })) {
-    Mensaje(intenta, 234);
-    ColocaFoco(txtFields(4));
+  if (intenta.Si([&] { return EstaVacio(campo::Articulo); })) {
+    Mensaje(intenta, mensaje::SinArticulo);
+    ColocaFoco(txtFields(campo::Articulo));
     return false;
   }
   if (intenta.Si([&] {
-        return !Funciones().ExisteClave(txtFields(4).Text(), "ARTICULO", "PRODS", Ambiente->Conexion());
+        return !Funciones().ExisteClave(txtFields(campo::Articulo).Text(), "ARTICULO", "PRODS",
+                                        Ambiente->Conexion());
       })) {
-    Mensaje(intenta, 235);
-    ColocaFoco(txtFields(4));
+    Mensaje(intenta, mensaje::NoEsArticulo);
+    ColocaFoco(txtFields(campo::Articulo));
     return false;
   }
-  if (intenta.Si([&] { return Numero(5) <= 0; })) {
-    Mensaje(intenta, 236);
-    PasaA(5);
+  if (intenta.Si([&] { return NumeroEn(campo::Cantidad) <= 0; })) {
+    Mensaje(intenta, mensaje::SinCantidad);
+    PasaA(campo::Cantidad);
     return false;
   }
   return true;
@@ -155,24 +166,24 @@ bool DocumentWizard::ArticuloYCantidad(Trampa& intenta) {
 
 bool DocumentWizard::PasaPorPresentacion(int Index) {
   switch (Index) {
-    case 4:
-    case 5:
-    case 6:
-    case 7:
-    case 8:
-    case 22:
-    case 23:
-      PasaA(24);
+    case campo::Articulo:
+    case campo::Cantidad:
+    case campo::Precio:
+    case kAntes7:
+    case campo::Impuesto:
+    case kAntes22:
+    case kAntes23:
+      PasaA(campo::SegundaClave);
       return true;
-    case 24:
-      PasaA(28);
+    case campo::SegundaClave:
+      PasaA(campo::Presentaciones);
       TraeSegundaClave();
       return true;
-    case 28:
-      PasaA(29);
+    case campo::Presentaciones:
+      PasaA(campo::UnidadDePresentacion);
       return true;
-    case 29:
-      PasaA(6);
+    case campo::UnidadDePresentacion:
+      PasaA(campo::Precio);
       return true;
     default:
       return false;
@@ -181,14 +192,14 @@ bool DocumentWizard::PasaPorPresentacion(int Index) {
 
 void DocumentWizard::TraeConcepto() {
   Trampa intenta{*this, "TraeConcepto"};
-  if (intenta.Si([&] { return Vacio(0); })) {
+  if (intenta.Si([&] { return EstaVacio(campo::Concepto); })) {
     intenta([&] { RichTextBox3.Text(""); });
     return;
   }
   data::RecordsetRef concepto;
   intenta([&] {
-    Abre("SELECT * FROM tipominv WHERE tipo_movim = '" + txtFields(0).Text() + "' AND ent_sal = '" +
-             std::string(particular_.ent_sal) + "'",
+    Abre("SELECT * FROM tipominv WHERE tipo_movim = '" + txtFields(campo::Concepto).Text() +
+             "' AND ent_sal = '" + std::string(particular_.ent_sal) + "'",
          concepto);
   });
   if (intenta.Si([&] { return concepto->Eof(); })) {
@@ -220,7 +231,7 @@ void DocumentWizard::ValidaFecha(bool& valida) {
          cerrados);
   });
   if (intenta.Si([&] { return !cerrados->Eof(); })) {
-    Mensaje(intenta, 253);
+    Mensaje(intenta, mensaje::PeriodoCerrado);
     if (DTPicker1.Enabled()) ColocaFoco(DTPicker1);
     valida = false;
   }
@@ -229,15 +240,17 @@ void DocumentWizard::ValidaFecha(bool& valida) {
 void DocumentWizard::PonTC() {
   Trampa intenta{*this, "PonTC"};
   data::RecordsetRef moneda;
-  intenta([&] { AbreNuevo("SELECT * FROM monedas WHERE moneda = '" + txtFields(15).Text() + "'", moneda); });
+  intenta([&] {
+    AbreNuevo("SELECT * FROM monedas WHERE moneda = '" + txtFields(campo::Moneda).Text() + "'", moneda);
+  });
   if (intenta.Si([&] { return moneda->Eof(); })) {
-    intenta([&] { txtFields(16).Text(""); });
+    intenta([&] { txtFields(campo::TipoDeCambio).Text(""); });
     return;
   }
-  intenta([&] { txtFields(16).Text(data::ToText(moneda->Fields("Tc"))); });
+  intenta([&] { txtFields(campo::TipoDeCambio).Text(data::ToText(moneda->Fields("Tc"))); });
   // The base currency's rate is 1 by definition, and nobody's to change.
   if (intenta.Si([&] { return data::IsNonZero(moneda->Fields("Base")); })) {
-    intenta([&] { txtFields(16).Enabled(false); });
+    intenta([&] { txtFields(campo::TipoDeCambio).Enabled(false); });
   }
 }
 
@@ -246,8 +259,8 @@ void DocumentWizard::Label10_Click(int Index) {
   auto alterna = [&](forms::CheckBox& caja) {
     if (caja.Enabled()) intenta([&] { caja.Value(caja.Value() == 1 ? 0 : 1); });
   };
-  if (Index == 1) alterna(Check3);
-  if (Index == 2) alterna(Check2);
+  if (Index == letrero::Pendiente) alterna(Check3);
+  if (Index == letrero::Imprimir) alterna(Check2);
 }
 
 }  // namespace tarvik

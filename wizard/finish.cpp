@@ -9,7 +9,8 @@ std::int32_t DocumentWizard::CuantasPartidas() {
   Trampa intenta{*this, "CuantasPartidas"};
   const int ultimo = fg2.Rows() - fg2.FixedRows();
   for (int renglon = 1; renglon <= ultimo; ++renglon) {
-    if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(renglon, 0)); })) return renglon - 1;
+    if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(renglon, kColumnaDelArticulo)); }))
+      return renglon - 1;
   }
   return ultimo;
 }
@@ -23,7 +24,7 @@ bool DocumentWizard::Acepta(Trampa& intenta, int pregunta) {
 
 bool DocumentWizard::FechaEscrita(Trampa& intenta) {
   if (DTPicker1.Value()) return true;
-  Mensaje(intenta, 224);
+  Mensaje(intenta, mensaje::NoEsFecha);
   if (!DTPicker1.Enabled()) return true;
   ColocaFoco(DTPicker1);
   return false;
@@ -60,7 +61,7 @@ void DocumentWizard::Imprime(std::string_view procedimiento, std::int32_t numero
   data::RecordsetRef formatos;
   intenta([&] { Abre("SELECT * FROM defform", formatos); });
   if (intenta.Si([&] { return formatos->Eof(); })) {
-    Mensaje(intenta, 213);
+    Mensaje(intenta, mensaje::SinFormato);
     return;
   }
   std::string formato;

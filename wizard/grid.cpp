@@ -7,16 +7,26 @@ namespace tarvik {
 
 using service::Trampa;
 
+namespace {
+
+// Columns whose box takes more than figures; the second may also be opened with a letter. Goods-in has its
+// description and its presentation there. Goods-out goes by the same numbers, and edits neither.
+constexpr int kSinFiltro = 4;
+constexpr int kSinFiltroAlAbrir = 6;
+
+}  // namespace
+
 bool DocumentWizard::TextoInicial(Trampa& intenta, forms::TextBox& Edt, int KeyAscii) {
   if (KeyAscii >= 0 && KeyAscii <= forms::kKeySpace) {
     intenta([&] { Edt.Text(fg2.Text()); });
     intenta([&] { Edt.SelStart(1000); });
     return true;
   }
-  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), 0)); })) return false;
+  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), kColumnaDelArticulo)); }))
+    return false;
   int tecla = KeyAscii;
   if (intenta.Si([&] { return Funciones().TeclaNumerica(tecla, Edt) == 0; })) {
-    if (fg2.Col() != 6) return false;
+    if (fg2.Col() != kSinFiltroAlAbrir) return false;
     tecla = KeyAscii;
   }
   intenta([&] { Edt.Text(data::Encode(static_cast<char32_t>(tecla))); });
@@ -77,13 +87,15 @@ void DocumentWizard::fg2_RowColChange() {
 
 void DocumentWizard::fg2_KeyPress(int& KeyAscii) {
   Trampa intenta{*this, "fg2_KeyPress"};
-  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), 0)); })) return;
+  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), kColumnaDelArticulo)); }))
+    return;
   MSFlexGridEdit(fg2, txtEdit, KeyAscii);
 }
 
 void DocumentWizard::fg2_DblClick() {
   Trampa intenta{*this, "fg2_DblClick"};
-  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), 0)); })) return;
+  if (intenta.Si([&] { return Funciones().EstaVacio(fg2.TextMatrix(fg2.Row(), kColumnaDelArticulo)); }))
+    return;
   MSFlexGridEdit(fg2, txtEdit, forms::kKeySpace);
 }
 
@@ -94,7 +106,7 @@ void DocumentWizard::txtEdit_KeyPress(int& KeyAscii) {
     KeyAscii = 0;
     return;
   }
-  if (fg2.Col() == 4 || fg2.Col() == 6) return;
+  if (fg2.Col() == kSinFiltro || fg2.Col() == kSinFiltroAlAbrir) return;
   KeyAscii = Funciones().TeclaNumerica(KeyAscii, txtEdit);
 }
 
@@ -129,7 +141,8 @@ int DocumentWizard::RenglonLibre(Trampa& intenta) {
   const int ultimo = fg2.Rows() - fg2.FixedRows();
   for (int renglon = 1; renglon <= ultimo; ++renglon) {
     // A row that can't be told is taken for used: a line is never written over another.
-    if (!intenta.Si([&] { return !Funciones().EstaVacio(fg2.TextMatrix(renglon, 0)); })) return renglon;
+    if (!intenta.Si([&] { return !Funciones().EstaVacio(fg2.TextMatrix(renglon, kColumnaDelArticulo)); }))
+      return renglon;
   }
   return 0;
 }

@@ -31,7 +31,7 @@ void DocumentWizard::PonFechaDeTrabajo(Trampa& intenta) {
 }
 
 void DocumentWizard::PonAlmacenDeCasa(Trampa& intenta) {
-  intenta([&] { txtFields(14).Text(data::ToText(Ambiente->Parametros()->Fields("Almacen"))); });
+  intenta([&] { txtFields(campo::Almacen).Text(data::ToText(Ambiente->Parametros()->Fields("Almacen"))); });
 }
 
 void DocumentWizard::CargaFecha(Trampa& intenta, forms::DatePicker& picker,
@@ -86,26 +86,25 @@ void DocumentWizard::LlenaRenglones(Trampa& intenta, std::span<const Celda> celd
 
 void DocumentWizard::Bloquea() {
   Ignora ignora;
-  if (Modo == "CONSULTA") {
+  if (Modo == modo::kConsulta) {
     for (forms::Control* control : Controls()) {
       if (!control->IsLabel()) ignora([&] { control->Enabled(false); });
     }
   }
-  for (forms::Control* control : siempre_) {
+  for (std::string_view nombre : particular_.siempre) {
     // Its panel too: what stands in a blocked panel can't be reached.
-    for (forms::Control* around = control; around; around = around->Container()) around->Enabled(true);
+    for (forms::Control* around = Find(nombre); around; around = around->Container()) around->Enabled(true);
   }
 }
 
 void DocumentWizard::DejaEnConsulta() {
-  Modo = "CONSULTA";
+  Modo = modo::kConsulta;
   txtEdit.Visible(false);  // a cell that was being edited stays as it is stored
   Bloquea();
 }
 
-void DocumentWizard::TerminaCarga(std::initializer_list<forms::Control*> siempre, int a_la_vista) {
+void DocumentWizard::TerminaCarga(int a_la_vista) {
   Ignora ignora;
-  siempre_ = siempre;
   Bloquea();
   MultiCombo1.Each([&](forms::SearchBox& caja) { ignora([&] { caja.Conexion(Ambiente->Conexion()); }); });
   if (ignora.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("Lector")); })) {
@@ -128,7 +127,7 @@ void DocumentWizard::AlternaLector(Trampa& intenta) {
     intenta([&] { Check4.Value(0); });
   } else {
     intenta([&] { Check4.Value(1); });
-    PasaA(4);
+    PasaA(campo::Articulo);
   }
 }
 

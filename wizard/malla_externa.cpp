@@ -9,8 +9,8 @@ namespace tarvik {
 void DocumentWizard::AbajoEnArticulo() {
   auto lista = host_.NuevaLista();
   lista->Ambiente(*Ambiente);
-  lista->Campo(txtFields(4));
-  const std::string clave = data::Trim(txtFields(4).Text());
+  lista->Campo(txtFields(campo::Articulo));
+  const std::string clave = data::Trim(txtFields(campo::Articulo).Text());
   if (!clave.empty()) {
     data::RecordsetRef modelo;
     Abre("select * from modelos where modelo = '" + clave + "'", modelo);
@@ -18,8 +18,8 @@ void DocumentWizard::AbajoEnArticulo() {
   }
   lista->Muestra();
   lista.reset();
-  ColocaFoco(txtFields(5));
-  txtFields(5).SelectAll();
+  ColocaFoco(txtFields(campo::Cantidad));
+  txtFields(campo::Cantidad).SelectAll();
 }
 
 // The document goes to the base first: the other program works on what is stored. Then the one row of
@@ -27,10 +27,11 @@ void DocumentWizard::AbajoEnArticulo() {
 void DocumentWizard::ReparteFuera(const std::string& modelo) {
   const MallaExterna& malla = particular_.malla;
   GuardaParaMalla();
-  const std::string documento = data::Trim(data::FormatNumber(Documento(), "######"));
+  const std::string documento = data::Trim(data::FormatNumber(NumeroDeDocumento(), "######"));
   auto entre_comillas = [](std::string_view texto) { return "'" + std::string(texto) + "'"; };
   EjecutaProcedimiento("exec TKMallaParam " + entre_comillas(Ambiente->Usuario()) + "," +
-                       entre_comillas(modelo) + "," + entre_comillas(data::Trim(txtFields(0).Text())) + "," +
+                       entre_comillas(modelo) + "," +
+                       entre_comillas(data::Trim(txtFields(campo::Concepto).Text())) + "," +
                        entre_comillas(documento) + "," + entre_comillas(malla.origen));
   Dispara("TALLASYCOLORES001");
 

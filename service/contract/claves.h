@@ -1,5 +1,5 @@
-// The catalogue keys and numbered messages that the module knows, as tables: each once, with where
-// it fires or is raised. Texts and routines are the host's.
+// The catalogue keys that the module fires, as a table: each once, with where it fires. The routines behind
+// them are the host's.
 #pragma once
 
 #include <array>
@@ -49,57 +49,6 @@ inline constexpr std::array kClaves{
     Clave{"MOVESTACIONES007", "Form_Unload", "cierre", true},
     Clave{"TALLASYCOLORES001", "txtFields_KeyDown", "tallas y colores por fuera", false},
     Clave{"AYUDA", "Form_KeyDown", "tecla F1 de salidas", false},
-};
-
-struct Mensaje {
-  int numero;
-  std::string_view situacion;
-};
-
-inline constexpr std::array kMensajes{
-    Mensaje{1, "pregunta si se borra un documento"},
-    Mensaje{72, "modificar entrada: no existe"},
-    Mensaje{73, "modificar entrada: ya está afectada, se abre sólo para consulta"},
-    Mensaje{74, "modificar entrada: la tiene este mismo usuario"},
-    Mensaje{75, "modificar entrada: la tiene otro usuario, texto antes del nombre"},
-    Mensaje{76, "modificar entrada: la tiene otro usuario, texto después del nombre"},
-    Mensaje{77, "modificar salida: no existe"},
-    Mensaje{78, "modificar salida: ya está afectada, se abre sólo para consulta"},
-    Mensaje{79, "modificar salida: la tiene este mismo usuario"},
-    Mensaje{80, "modificar salida: la tiene otro usuario, texto antes del nombre"},
-    Mensaje{81, "modificar salida: la tiene otro usuario, texto después del nombre"},
-    Mensaje{110, "consultar entrada: no existe"},
-    Mensaje{111, "consultar salida: no existe"},
-    Mensaje{147, "eliminar entrada: no existe"},
-    Mensaje{148, "eliminar entrada: la tiene este mismo usuario"},
-    Mensaje{149, "eliminar entrada: la tiene otro usuario, texto antes del nombre"},
-    Mensaje{150, "eliminar entrada: la tiene otro usuario, texto después del nombre"},
-    Mensaje{151, "eliminar salida: no existe"},
-    Mensaje{152, "eliminar salida: la tiene este mismo usuario"},
-    Mensaje{153, "eliminar salida: la tiene otro usuario, texto antes del nombre"},
-    Mensaje{154, "eliminar salida: la tiene otro usuario, texto después del nombre"},
-    Mensaje{213, "no hay formato de impresión"},
-    Mensaje{224, "la fecha no es una fecha"},
-    Mensaje{234, "renglón sin artículo"},
-    Mensaje{235, "la clave no es de un artículo"},
-    Mensaje{236, "cantidad de cero o menos"},
-    Mensaje{238, "precio de cero o menos"},
-    Mensaje{240, "falta el almacén"},
-    Mensaje{241, "el almacén no existe"},
-    Mensaje{253, "el período está cerrado"},
-    Mensaje{338, "salida: falta el concepto"},
-    Mensaje{339, "salida: el concepto no existe"},
-    Mensaje{340, "salida: el documento no tiene renglones"},
-    Mensaje{341, "entrada: falta el concepto"},
-    Mensaje{342, "entrada: el concepto no existe"},
-    Mensaje{343, "entrada: el documento no tiene renglones"},
-    Mensaje{433, "existencia: encabezado del aviso"},
-    Mensaje{434, "existencia: texto antes de la existencia del almacén"},
-    Mensaje{436, "existencia: texto antes de los apartados"},
-    Mensaje{437, "existencia: pregunta si se continúa"},
-    Mensaje{713, "pregunta si se afecta la salida"},
-    Mensaje{726, "pregunta si se afecta la entrada"},
-    Mensaje{829, "el número de compra no existe"},
 };
 
 }  // namespace tarvik::service

@@ -10,11 +10,12 @@
 
 namespace tarvik {
 
+namespace mensaje = service::mensaje;
 using service::kAlto;
 using service::kInformacion;
 using service::Trampa;
 
-struct Documento {
+struct ClaseDeDocumento {
   const char* nueva;
   const char* modifica;
   const char* consulta;
@@ -35,7 +36,7 @@ struct Documento {
 
 namespace {
 
-constexpr Documento kEntrada{
+constexpr ClaseDeDocumento kEntrada{
     .nueva = "NuevaEntrada",
     .modifica = "ModificaEntrada",
     .consulta = "ConsultaEntrada",
@@ -49,21 +50,21 @@ constexpr Documento kEntrada{
     .campo_modifica = "Entrada",
     .campo_consulta = "Entrada",
     .cuenta_renglones = false,
-    .no_existe = 72,
-    .afectado = 73,
-    .propio = 74,
-    .ajeno = 75,
-    .ajeno_fin = 76,
-    .no_existe_consulta = 110,
-    .no_existe_borra = 147,
-    .propio_borra = 148,
-    .ajeno_borra = 149,
-    .ajeno_borra_fin = 150,
+    .no_existe = mensaje::ModificaEntradaNoExiste,
+    .afectado = mensaje::ModificaEntradaAfectada,
+    .propio = mensaje::ModificaEntradaPropia,
+    .ajeno = mensaje::ModificaEntradaAjena,
+    .ajeno_fin = mensaje::ModificaEntradaAjenaFin,
+    .no_existe_consulta = mensaje::ConsultaEntradaNoExiste,
+    .no_existe_borra = mensaje::EliminaEntradaNoExiste,
+    .propio_borra = mensaje::EliminaEntradaPropia,
+    .ajeno_borra = mensaje::EliminaEntradaAjena,
+    .ajeno_borra_fin = mensaje::EliminaEntradaAjenaFin,
 };
 
 // The number after "(salida) =" of the deletion's reading stands without a blank, and a document
 // opened for change shows its folio where one that is only read shows its number.
-constexpr Documento kSalida{
+constexpr ClaseDeDocumento kSalida{
     .nueva = "NuevaSalida",
     .modifica = "ModificaSalida",
     .consulta = "ConsultaSalida",
@@ -77,24 +78,24 @@ constexpr Documento kSalida{
     .campo_modifica = "Folio",
     .campo_consulta = "Salida",
     .cuenta_renglones = true,
-    .no_existe = 77,
-    .afectado = 78,
-    .propio = 79,
-    .ajeno = 80,
-    .ajeno_fin = 81,
-    .no_existe_consulta = 111,
-    .no_existe_borra = 151,
-    .propio_borra = 152,
-    .ajeno_borra = 153,
-    .ajeno_borra_fin = 154,
+    .no_existe = mensaje::ModificaSalidaNoExiste,
+    .afectado = mensaje::ModificaSalidaAfectada,
+    .propio = mensaje::ModificaSalidaPropia,
+    .ajeno = mensaje::ModificaSalidaAjena,
+    .ajeno_fin = mensaje::ModificaSalidaAjenaFin,
+    .no_existe_consulta = mensaje::ConsultaSalidaNoExiste,
+    .no_existe_borra = mensaje::EliminaSalidaNoExiste,
+    .propio_borra = mensaje::EliminaSalidaPropia,
+    .ajeno_borra = mensaje::EliminaSalidaAjena,
+    .ajeno_borra_fin = mensaje::EliminaSalidaAjenaFin,
 };
 
 constexpr int kPreguntaDeBorrado = 36;  // Yes and No, with the question icon
 
-data::RecordsetRef& Registro(frmEntradasWizard& pantalla) { return pantalla.rstEntrada; }
-data::RecordsetRef& Registro(frmSalidasWizard& pantalla) { return pantalla.rstSalida; }
-std::int32_t& Numero(frmEntradasWizard& pantalla) { return pantalla.Entrada; }
-std::int32_t& Numero(frmSalidasWizard& pantalla) { return pantalla.Salida; }
+data::RecordsetRef& Encabezado(frmEntradasWizard& pantalla) { return pantalla.rstEntrada; }
+data::RecordsetRef& Encabezado(frmSalidasWizard& pantalla) { return pantalla.rstSalida; }
+std::int32_t& NumeroDeDocumento(frmEntradasWizard& pantalla) { return pantalla.Entrada; }
+std::int32_t& NumeroDeDocumento(frmSalidasWizard& pantalla) { return pantalla.Salida; }
 
 // The recordset that an operation opens itself; left closed if the opening fails.
 data::RecordsetRef AbreNuevo(Trampa& intenta, const service::Objeto<service::Ambiente>& ambiente,
@@ -126,22 +127,22 @@ bool EntradasSalidas::ReportaError(const std::string& modulo, const std::string&
 }
 
 template <class Pantalla>
-void EntradasSalidas::Nuevo(const Documento& documento, bool modal) {
+void EntradasSalidas::Nuevo(const ClaseDeDocumento& documento, bool modal) {
   Trampa intenta{*this, documento.nueva};
   // A number that no document has: the screen gets an empty recordset of the table's shape.
   const std::string sentencia = std::string(documento.lee) + "0";
   auto pantalla = std::make_shared<Pantalla>(host_);
   data::RecordsetRef registro;
   intenta([&] { host_.Funciones().AbreRecordset(sentencia, Ambiente->Conexion(), registro); });
-  Registro(*pantalla) = registro;
+  Encabezado(*pantalla) = registro;
   pantalla->Ambiente = Ambiente;
   pantalla->Parent = Parent;
-  pantalla->Modo = "ALTA";
+  pantalla->Modo = modo::kAlta;
   intenta([&] { pantalla->Show(modal); });
 }
 
 template <class Pantalla>
-void EntradasSalidas::Modifica(const Documento& documento, std::int32_t numero, bool modal) {
+void EntradasSalidas::Modifica(const ClaseDeDocumento& documento, std::int32_t numero, bool modal) {
   Trampa intenta{*this, documento.modifica};
   auto pantalla = std::make_shared<Pantalla>(host_);
   pantalla->Ambiente = Ambiente;
@@ -151,18 +152,19 @@ void EntradasSalidas::Modifica(const Documento& documento, std::int32_t numero, 
           [&] { return documento.cuenta_renglones ? registro->RecordCount() == 0 : registro->Eof(); })) {
     return MuestraMensaje(intenta, host_, Ambiente, documento.no_existe, kAlto);
   }
-  if (intenta.Si([&] { return data::ToText(registro->Fields("estado")) == "CO"; })) {
+  if (intenta.Si([&] { return data::ToText(registro->Fields("estado")) == estado::kAfectado; })) {
     MuestraMensaje(intenta, host_, Ambiente, documento.afectado, kInformacion);
-    pantalla->Modo = "CONSULTA";
+    pantalla->Modo = modo::kConsulta;
   } else {
-    pantalla->Modo = "MODIFICACION";
+    pantalla->Modo = modo::kModificacion;
   }
-  if (intenta.Si(
-          [&] { return pantalla->Modo == "MODIFICACION" && data::IsNonZero(registro->Fields("Ocupado")); })) {
+  if (intenta.Si([&] {
+        return pantalla->Modo == modo::kModificacion && data::IsNonZero(registro->Fields("Ocupado"));
+      })) {
     return AvisaTomado(intenta, registro, documento.propio, documento.ajeno, documento.ajeno_fin, " ");
   }
-  Registro(*pantalla) = registro;
-  Numero(*pantalla) = numero;
+  Encabezado(*pantalla) = registro;
+  NumeroDeDocumento(*pantalla) = numero;
   intenta([&] {
     pantalla->Caption(documento.titulo + data::ToText(registro->Fields(documento.campo_modifica)));
   });
@@ -181,7 +183,7 @@ void EntradasSalidas::AvisaTomado(Trampa& intenta, const data::RecordsetRef& reg
 }
 
 template <class Pantalla>
-void EntradasSalidas::Consulta(const Documento& documento, std::int32_t numero) {
+void EntradasSalidas::Consulta(const ClaseDeDocumento& documento, std::int32_t numero) {
   Trampa intenta{*this, documento.consulta};
   auto pantalla = std::make_shared<Pantalla>(host_);
   pantalla->Ambiente = Ambiente;
@@ -191,16 +193,16 @@ void EntradasSalidas::Consulta(const Documento& documento, std::int32_t numero) 
   if (intenta.Si([&] { return registro->RecordCount() == 0; })) {
     return MuestraMensaje(intenta, host_, Ambiente, documento.no_existe_consulta, kAlto);
   }
-  Registro(*pantalla) = registro;
-  pantalla->Modo = "CONSULTA";
-  Numero(*pantalla) = numero;
+  Encabezado(*pantalla) = registro;
+  pantalla->Modo = modo::kConsulta;
+  NumeroDeDocumento(*pantalla) = numero;
   intenta([&] {
     pantalla->Caption(documento.titulo + data::ToText(registro->Fields(documento.campo_consulta)));
   });
   intenta([&] { pantalla->Show(false); });
 }
 
-void EntradasSalidas::Elimina(const Documento& documento, std::int32_t numero) {
+void EntradasSalidas::Elimina(const ClaseDeDocumento& documento, std::int32_t numero) {
   Trampa intenta{*this, documento.elimina};
   const std::string condicion = std::to_string(numero) + "))";
   data::RecordsetRef registro;
@@ -214,7 +216,7 @@ void EntradasSalidas::Elimina(const Documento& documento, std::int32_t numero) {
     return AvisaTomado(intenta, registro, documento.propio_borra, documento.ajeno_borra,
                        documento.ajeno_borra_fin, "");
   }
-  const std::string pregunta = TraeMensaje(intenta, host_, Ambiente, 1);
+  const std::string pregunta = TraeMensaje(intenta, host_, Ambiente, mensaje::BorraDocumento);
   bool acepta = false;
   intenta(
       [&] { acepta = host_.Plataforma().ShowBox(forms::BoxKind::Question, pregunta, kPreguntaDeBorrado); });

@@ -14,7 +14,7 @@
 
 namespace tarvik {
 
-struct Documento;  // what sets goods-in and goods-out apart here; in the .cpp
+struct ClaseDeDocumento;  // what sets goods-in and goods-out apart here; in the .cpp
 
 // Example:
 //   EntradasSalidas movimientos(host);
@@ -54,12 +54,12 @@ class EntradasSalidas final : public service::Reportero {
 
  private:
   template <class Pantalla>
-  void Nuevo(const Documento& documento, bool modal);
+  void Nuevo(const ClaseDeDocumento& documento, bool modal);
   template <class Pantalla>
-  void Modifica(const Documento& documento, std::int32_t numero, bool modal);
+  void Modifica(const ClaseDeDocumento& documento, std::int32_t numero, bool modal);
   template <class Pantalla>
-  void Consulta(const Documento& documento, std::int32_t numero);
-  void Elimina(const Documento& documento, std::int32_t numero);
+  void Consulta(const ClaseDeDocumento& documento, std::int32_t numero);
+  void Elimina(const ClaseDeDocumento& documento, std::int32_t numero);
   void RemoveItem();
   // Runs an operation of the class: what even the reporter could not report goes to the platform.
   template <class Operacion>

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "service/contract/mensajes.h"
 #include "service/contract/objeto.h"
 #include "service/report/trampa.h"
 

@@ -113,13 +113,13 @@ DocumentWizard* Estacion::Nueva(Tipo tipo, int renglones, int destino) {
   }
   auto* forma = dynamic_cast<DocumentWizard*>(plataforma_.Screens().back().get());
   acusados_.clear();
-  forma->Type(forma->txtFields(0), tipo == Tipo::Entrada ? "COM" : "VTA");
+  forma->Type(forma->txtFields(campo::Concepto), tipo == Tipo::Entrada ? "COM" : "VTA");
   const int almacen = destino != 0 ? destino % kAlmacenes + 1 : Al(1, kAlmacenes);
-  forma->Type(forma->txtFields(14), std::to_string(almacen));
+  forma->Type(forma->txtFields(campo::Almacen), std::to_string(almacen));
   if (destino != 0) {
     auto& salida = dynamic_cast<frmSalidasWizard&>(*forma);
     salida.Click(salida.SSCheck1);
-    salida.Type(salida.txtFields(2), std::to_string(destino));
+    salida.Type(salida.txtFields(campo::AlmacenDestino), std::to_string(destino));
   }
   for (int i = 0; i < renglones; ++i) Renglon(*forma);
   return forma;
@@ -168,9 +168,9 @@ void Estacion::Renglon(DocumentWizard& forma) {
        std::to_string(espera));
   }
   const std::size_t cajas = cajas_.size();
-  forma.Type(forma.txtFields(4), articulo);
+  forma.Type(forma.txtFields(campo::Articulo), articulo);
   Tecla(forma, "Enter");
-  forma.Type(forma.txtFields(5), std::to_string(cantidad));
+  forma.Type(forma.txtFields(campo::Cantidad), std::to_string(cantidad));
   Tecla(forma, "Enter");
   Tecla(forma, "Enter");
   const int ahora = Filas(forma);
@@ -210,7 +210,7 @@ bool Estacion::Finaliza(DocumentWizard& forma) {
   const std::string documento = Documento(forma);
   const std::size_t cajas = cajas_.size();
   oido_->finaliza = true;
-  forma.Enter(forma.txtFields(0));
+  forma.Enter(forma.txtFields(campo::Concepto));
   Tecla(forma, "F5");
   oido_->finaliza = false;
   const bool bien = !forma.Open() && cajas_.size() == cajas;
@@ -266,7 +266,7 @@ void Estacion::HazDocumento() {
     Finaliza(*forma);
   } else if (como == 8) {
     forma->Check3.Value(1);
-    forma->Enter(forma->txtFields(0));
+    forma->Enter(forma->txtFields(campo::Concepto));
     Tecla(*forma, "F5");
   }
   Cierra(*forma);

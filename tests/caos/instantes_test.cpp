@@ -30,7 +30,7 @@ TEST_F(Instantes, MidnightBetweenTwoLinesOfADocument) {
   reloj = {{2025, 1, 1}, {0, 0, 1}};
   Renglon(f, "A-200", "3");
   bitacora.respuestas = {true};
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_EQ(Uno("SELECT f_emision FROM entradas"), "2024-12-31");
   EXPECT_EQ(Uno("SELECT usufecha FROM entpart WHERE id_entrada = 1"), "2024-12-31");
   EXPECT_EQ(Uno("SELECT usufecha FROM entpart WHERE id_entrada = 2"), "2025-01-01");
@@ -43,7 +43,7 @@ TEST_F(Instantes, MidnightBetweenTwoLinesOfADocument) {
 TEST_F(Instantes, MidnightBetweenTwoMovementsOfAPosting) {
   frmSalidasWizard& f = Salida({{"A-100", "2"}, {"A-200", "1"}, {"A-100", "4"}});
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
+  f.txtFields(campo::AlmacenDestino).Text("2");
   reloj = {{2024, 12, 31}, {23, 59, 59}};
   plataforma.clock = [this] {
     if (bitacora.movimientos.size() >= 3) reloj = {{2025, 1, 1}, {0, 0, 0}};
@@ -69,7 +69,7 @@ TEST_F(Instantes, MidnightWhileTheBoxOfAFailedMovementStands) {
   };
   bitacora.FallaServicio("Afecta", 1, "falla provocada");
   bitacora.respuestas = {true};
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_NE(ArchivoDelDia().find("AfectaPartidas"), std::string::npos);
   EXPECT_EQ(anfitrion->Completa(host::Tipo::Entrada, 1), 1);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv WHERE f_movim = '2024-12-31'"), "2");
@@ -93,13 +93,13 @@ TEST_F(Instantes, F5AgainOnAScreenThatAnUnwritableLogLeftOpen) {
       if (bitacora.movimientos.size() == 1 && hechos++ == 0) throw data::Error("falla provocada");
       return reloj;
     };
-    Tecla(f, "F5", f.txtFields(0));
+    Tecla(f, "F5", f.txtFields(campo::Concepto));
     plataforma.clock = [this] { return reloj; };
     EXPECT_TRUE(f.Open());
     EXPECT_FALSE(no_atrapados.empty());
     std::filesystem::remove_all(ruta / "web");
     bitacora.respuestas = {true};
-    Tecla(f, "F5", f.txtFields(0));
+    Tecla(f, "F5", f.txtFields(campo::Concepto));
     EXPECT_FALSE(f.Open());
     const char* columna = entrada ? "id_entrada" : "id_salida";
     EXPECT_EQ(Uno(std::string("SELECT COUNT(*) FROM movsinv WHERE ") + columna + " > 0"), "3");

@@ -177,7 +177,7 @@ void Mundo::ActoEn(forms::Form& forma) {
   if (documento != nullptr && Uno(6)) return RenglonEntero(*documento);
   if (documento != nullptr && Uno(40)) {
     Apunta("F5 en " + forma.Name());
-    forma.Enter(documento->txtFields(0));
+    forma.Enter(documento->txtFields(campo::Concepto));
     return forma.Press(*forms::KeyNamed("F5"));
   }
   switch (Al(0, 12)) {
@@ -263,12 +263,13 @@ void Mundo::RenglonEntero(DocumentWizard& forma) {
   const std::string articulo = De(kArticulosYClaves);
   const std::string cantidad = De(kCantidades);
   Apunta("renglón " + articulo + " " + cantidad + " en " + forma.Name());
-  if (forma.txtFields(0).Text().empty()) {
-    forma.Type(forma.txtFields(0), dynamic_cast<frmEntradasWizard*>(&forma) != nullptr ? "COM" : "VTA");
+  if (forma.txtFields(campo::Concepto).Text().empty()) {
+    forma.Type(forma.txtFields(campo::Concepto),
+               dynamic_cast<frmEntradasWizard*>(&forma) != nullptr ? "COM" : "VTA");
   }
-  if (forma.Open()) forma.Type(forma.txtFields(4), articulo);
+  if (forma.Open()) forma.Type(forma.txtFields(campo::Articulo), articulo);
   if (forma.Open()) forma.Press(*forms::KeyNamed("Enter"));
-  if (forma.Open()) forma.Type(forma.txtFields(5), cantidad);
+  if (forma.Open()) forma.Type(forma.txtFields(campo::Cantidad), cantidad);
   for (int i = 0; i < 2 && forma.Open(); ++i) forma.Press(*forms::KeyNamed("Enter"));
 }
 
@@ -314,7 +315,7 @@ void Mundo::Provoca() {
     if (como == 0 && documento != nullptr) documento->CancelaProceso = true;
     if (como == 0 && estaciones != nullptr) estaciones->CancelaProceso = true;
     if (como == 1) throw data::Error("la rutina falló");
-    if (como == 2 && documento != nullptr) documento->txtFields(4).Text("A-200");
+    if (como == 2 && documento != nullptr) documento->txtFields(campo::Articulo).Text("A-200");
     if (como == 3 && Uno(4)) forma.Unload();
     if (como == 4 && documento != nullptr) documento->Command6_Click();
   });

@@ -15,13 +15,13 @@ class LectorDeBarras : public Escenario {
   }
   frmEntradasWizard& EnElArticulo() {
     frmEntradasWizard& f = Nueva();
-    Teclea(f, f.txtFields(0), "COM");
-    f.Enter(f.txtFields(4));
+    Teclea(f, f.txtFields(campo::Concepto), "COM");
+    f.Enter(f.txtFields(campo::Articulo));
     Olvida();
     return f;
   }
   static void Lee(frmEntradasWizard& f, const std::string& codigo, const std::string& final = "Enter") {
-    Teclea(f, f.txtFields(4), codigo);
+    Teclea(f, f.txtFields(campo::Articulo), codigo);
     Tecla(f, final);
   }
 };
@@ -37,15 +37,15 @@ TEST_F(LectorDeBarras, TheSettingOfTheStationStartsTheReader) {
 TEST_F(LectorDeBarras, OneScanIsOneLineAndTheNextScanCanFollow) {
   frmEntradasWizard& f = EnElArticulo();
   Lee(f, "A-100");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
-  EXPECT_EQ(f.txtFields(4).Text(), "");
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "");
   Lee(f, "A-200");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "2");
   EXPECT_EQ(Uno("SELECT SUM(cantidad) FROM entpart"), "2");
   EXPECT_EQ(Uno("SELECT precio FROM entpart WHERE articulo = 'A-100'"), "116");
   EXPECT_EQ(Uno("SELECT precio FROM entpart WHERE articulo = 'A-200'"), "50");
-  EXPECT_EQ(f.txtFields(11).Text(), "166");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "166");
   EXPECT_TRUE(Numeros().empty());
   EXPECT_TRUE(Reportes().empty());
 }
@@ -54,7 +54,7 @@ TEST_F(LectorDeBarras, AReaderThatEndsItsCodesWithTabComesBackToTheArticleToo) {
   frmEntradasWizard& f = EnElArticulo();
   Lee(f, "A-100", "Tab");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart"), "1");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
 }
 
 TEST_F(LectorDeBarras, AScanLooksTheArticleUpTwiceAndThenMakesTheLine) {
@@ -76,12 +76,12 @@ TEST_F(LectorDeBarras, AScanLooksTheArticleUpTwiceAndThenMakesTheLine) {
 
 TEST_F(LectorDeBarras, WhileALineIsBeingStoredAScanDoesNothing) {
   frmEntradasWizard& f = EnElArticulo();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   f.Procesando = true;
   Olvida();
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(5).Text(), "");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "");
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_TRUE(bitacora.sentencias.empty());
 }
 
@@ -93,25 +93,25 @@ TEST_F(LectorDeBarras, AScannedSecondKeyMakesALineOfOneAndNotOfOnePresentation) 
   EXPECT_EQ(Uno("SELECT prcantidad FROM entpart"), "1");
   EXPECT_EQ(Uno("SELECT prdescrip FROM entpart"), "CJ");
   EXPECT_EQ(Uno("SELECT claveadd FROM entpart"), "7501");
-  EXPECT_EQ(f.txtFields(5).Text(), "0");  // left behind as the presentation was emptied
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "0");  // left behind as the presentation was emptied
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
 }
 
 TEST_F(LectorDeBarras, AnUnknownCodeIsRefusedAndStaysInTheField) {
   frmEntradasWizard& f = EnElArticulo();
   Lee(f, "NADA");
-  EXPECT_EQ(Numeros(), std::vector<int>{235});
-  EXPECT_EQ(f.txtFields(4).Text(), "NADA");
-  EXPECT_EQ(f.txtFields(5).Text(), "1");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsArticulo});
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "NADA");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "1");
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
 }
 
 TEST_F(LectorDeBarras, ACodeAtNoPriceAsksForThePrice) {
   Sql("UPDATE prods SET precio1 = 0 WHERE articulo = 'A-100'");
   frmEntradasWizard& f = EnElArticulo();
   Lee(f, "A-100");
-  EXPECT_EQ(Numeros(), std::vector<int>{238});
-  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinPrecio});
+  EXPECT_TRUE(f.txtFields(campo::Precio).HasFocus());
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
 }
 
@@ -120,16 +120,16 @@ TEST_F(LectorDeBarras, AfterAScanTheFirstArticleWithAnEmptyModelAnswersForTheEmp
   Sql("UPDATE prods SET modelo = '' WHERE articulo = 'A-200'");
   frmEntradasWizard& f = EnElArticulo();
   Lee(f, "A-100");
-  EXPECT_EQ(f.txtFields(27).Text(), "KG");
-  EXPECT_EQ(f.txtFields(6).Text(), "20");
-  EXPECT_EQ(f.txtFields(9).Text(), "IVA");
+  EXPECT_EQ(f.txtFields(campo::Unidad).Text(), "KG");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "20");
+  EXPECT_EQ(f.txtFields(campo::ImporteDelRenglon).Text(), "IVA");
   Lee(f, "A-100");  // the next scan overwrites unit and price
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart WHERE precio = 116"), "2");
 }
 
 TEST_F(LectorDeBarras, AScanGoesOnWithItsQuantityFieldDisabled) {
   frmEntradasWizard& f = EnElArticulo();
-  f.txtFields(5).Enabled(false);
+  f.txtFields(campo::Cantidad).Enabled(false);
   Lee(f, "A-100");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart"), "1");
 }
@@ -145,33 +145,33 @@ TEST_F(LectorDeBarras, ARoutineThatStopsTheLeavingDoesNotStopTheScan) {
 
 TEST_F(LectorDeBarras, TheReaderSetsTheQuantityOfEveryLookup) {
   frmEntradasWizard& f = EnElArticulo();
-  f.txtFields(4).Text("A-100");
-  f.txtFields(5).Text("8");
+  f.txtFields(campo::Articulo).Text("A-100");
+  f.txtFields(campo::Cantidad).Text("8");
   std::string cantidad;
-  Gancho("ENTRADA009", [&](frmEntradasWizard& g) { cantidad = g.txtFields(5).Text(); });
+  Gancho("ENTRADA009", [&](frmEntradasWizard& g) { cantidad = g.txtFields(campo::Cantidad).Text(); });
   f.PonDescripcion();
   EXPECT_EQ(cantidad, "1");
   f.Check4.Value(0);
-  f.txtFields(5).Text("8");
+  f.txtFields(campo::Cantidad).Text("8");
   f.PonDescripcion();
-  EXPECT_EQ(f.txtFields(5).Text(), "8");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "8");
 }
 
 TEST_F(LectorDeBarras, F3SwitchesTheReaderOffAndOnForThisScreenOnly) {
   frmEntradasWizard& f = EnElArticulo();
-  Tecla(f, "F3", f.txtFields(0));
+  Tecla(f, "F3", f.txtFields(campo::Concepto));
   EXPECT_EQ(f.Check4.Value(), 0);
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Concepto).HasFocus());
   Lee(f, "A-100");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
   Tecla(f, "F3");
   EXPECT_EQ(f.Check4.Value(), 1);
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   f.Check4.Value(0);
-  f.txtFields(4).Enabled(false);
-  Tecla(f, "F3", f.txtFields(5));
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  f.txtFields(campo::Articulo).Enabled(false);
+  Tecla(f, "F3", f.txtFields(campo::Cantidad));
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
   EXPECT_EQ(data::ToText(anfitrion->Ambiente().Parametro("Lector")), "1");
 }
 

@@ -1,6 +1,7 @@
 // Failures of whole events: loading, finishing, closing, the grid's own events, a posting that breaks
 // in the middle, and a log that cannot be written. Single steps of the procedures are in
 // failures_test.cpp and write_failures_test.cpp.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -74,7 +75,7 @@ TEST_F(FallasDeEventos, AScreenLoadsWithoutAWorkingDate) {
   Falla("FechaDeTrabajo");
   frmEntradasWizard& f = Nueva();
   EXPECT_EQ(Procedimientos(), (Textos{"Form_Load"}));
-  EXPECT_EQ(f.txtFields(14).Text(), "1");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "1");
   EXPECT_TRUE(f.Command5.Enabled());
 }
 
@@ -82,7 +83,7 @@ TEST_F(FallasDeEventos, AScreenLoadsWithoutABuilder) {
   Falla("NuevoQuery");
   frmEntradasWizard& f = Nueva();
   EXPECT_EQ(Procedimientos(), (Textos{"Form_Load", "Form_Load*"}));
-  EXPECT_EQ(f.txtFields(14).Text(), "1");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "1");
   EXPECT_TRUE(f.Visible());
 }
 
@@ -90,7 +91,7 @@ TEST_F(FallasDeEventos, AChangeThatFailsDuringLoadingBelongsToTheAssignment) {
   Falla("FormateaTexto");
   frmEntradasWizard& f = Nueva();
   EXPECT_EQ(Procedimientos(), (Textos{"Form_Load"}));
-  EXPECT_EQ(f.txtFields(14).Text(), "1");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "1");
 }
 
 TEST_F(FallasDeEventos, FromTheTailOfLoadingOnNothingIsReported) {
@@ -112,7 +113,7 @@ TEST_F(FallasDeEventos, ADocumentOpensWithoutItsLock) {
     frmEntradasWizard& f = Modifica(1);
     EXPECT_EQ(Procedimientos(), (Textos{"Form_Load"})) << servicio;
     EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "0") << servicio;
-    EXPECT_EQ(Celda(f, 3, 1), "1");
+    EXPECT_EQ(Celda(f, 3, columna_entrada::Cantidad), "1");
     f.Discard();
   }
 }
@@ -123,7 +124,7 @@ TEST_F(FallasDeEventos, ADocumentWhoseLinesCannotBeReadOpensEmpty) {
   FallaSentencia("FROM entpart WHERE entrada = \\(");
   frmEntradasWizard& f = Modifica(1);
   EXPECT_EQ(Procedimientos(), (Textos{"Form_Load", "Form_Load*"}));
-  EXPECT_EQ(Celda(f, 1, 0), "");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "");
   EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "1");
   EXPECT_TRUE(f.Command5.Enabled());
 }
@@ -159,7 +160,7 @@ TEST_F(FallasDeEventos, ADateThatCannotBeCheckedIsRefused) {
 
 TEST_F(FallasDeEventos, ARoutineThatFailsAfterPostingDoesNotKeepTheDocumentFromPrinting) {
   frmEntradasWizard& f = Tres();
-  f.txtFields(0).Text("A++");
+  f.txtFields(campo::Concepto).Text("A++");
   Falla("BuscaCatalogo", 2);
   Finaliza(f);
   EXPECT_EQ(Procedimientos(), (Textos{"Command5_Click", "Command5_Click"}));
@@ -279,7 +280,7 @@ TEST_F(FallasDeEventos, TheSameHoldsOnLeavingTheCell) {
   f.ClickCell(f.fg2, 1, 1);
   Tecla(f, "9");
   f.txtEdit.OnChange = [] { throw data::Error("falla provocada"); };
-  f.fg2.MoveTo(2, 1);
+  f.fg2.MoveTo(2, columna_entrada::Cantidad);
   EXPECT_EQ(Procedimientos(), (Textos{"fg2_LeaveCell"}));
   EXPECT_FALSE(f.txtEdit.Visible());
   EXPECT_EQ(f.fg2.Row(), 2);
@@ -293,13 +294,13 @@ TEST_F(FallasDeEventos, AChangeThatIsNotStoredIsReportedByTheSavingAndStaysOnThe
   FallaSentencia("UPDATE entpart");
   Tecla(f, "Enter");
   EXPECT_EQ(Procedimientos(), (Textos{"SalvaCambios"}));
-  EXPECT_EQ(Celda(f, 1, 1), "9");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Cantidad), "9");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart WHERE id_entrada = 1"), "3");
 }
 
 TEST_F(FallasDeEventos, TheKeysOfTheGridTrapTheirTests) {
   frmEntradasWizard& f = Tres();
-  f.fg2.MoveTo(1, 1);
+  f.fg2.MoveTo(1, columna_entrada::Cantidad);
   Falla("EstaVacio");
   int tecla = 13;
   f.fg2_KeyPress(tecla);
@@ -322,12 +323,12 @@ TEST_F(FallasDeEventos, TheBoxItselfHasNoTrap) {
 
 TEST_F(FallasDeEventos, TheReadingOfAModelHasNoTrapEither) {
   frmEntradasWizard& f = Tres();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   FallaSentencia("WHERE modelo = 'A-100'$");
   Tecla(f, "Enter");
   EXPECT_TRUE(Reportes().empty());
   EXPECT_EQ(no_atrapados, (Textos{"falla provocada"}));
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
 }
 
 // ---- the log ----
@@ -361,9 +362,9 @@ TEST_F(FallasDeEventos, ErrorsAcrossMidnightGoToTwoFiles) {
 
 TEST_F(FallasDeEventos, ALogThatCannotBeWrittenEndsTheEventAndThePlatformIsTold) {
   frmEntradasWizard& f = Tres();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "3");
+  Teclea(f, f.txtFields(campo::Cantidad), "3");
   Tecla(f, "Enter");
   FallaSentencia("SELECT ubicacion");
   bitacora.FallaServicio("AgregaArchivoLog", 1, "disco lleno");
@@ -372,7 +373,7 @@ TEST_F(FallasDeEventos, ALogThatCannotBeWrittenEndsTheEventAndThePlatformIsTold)
   EXPECT_EQ(ArchivoDelDia(), "");
   EXPECT_EQ(no_atrapados, (Textos{"disco lleno"}));
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "3");
-  EXPECT_EQ(f.txtFields(4).Text(), "A-100");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-100");
   EXPECT_TRUE(f.Open());
 }
 

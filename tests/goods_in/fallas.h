@@ -2,6 +2,7 @@
 // thing, and tells which procedures report it and what stands afterwards. It holds no case itself.
 #pragma once
 
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -13,13 +14,13 @@ class Fallas;
 
 struct Caso {
   std::string nombre;
-  std::string servicio;  // an operation by its name; with ":" in front, a pattern of statements
-  int veces;
+  std::string falla;  // an operation by its name; with ":" in front, a pattern of statements
+  int veces = 1;
   // The procedures reported, in order. One with "*" fails as a consequence, with a text of its own.
-  Textos reportes;
-  std::function<void(Fallas&, frmEntradasWizard&)> prepara;
-  std::function<void(Fallas&, frmEntradasWizard&)> actua;
-  std::function<void(Fallas&, frmEntradasWizard&)> queda;
+  Textos reportan;
+  std::function<void(Fallas&, frmEntradasWizard&)> dado;
+  std::function<void(Fallas&, frmEntradasWizard&)> cuando;
+  std::function<void(Fallas&, frmEntradasWizard&)> entonces;
 };
 
 class Fallas : public Escenario, public ::testing::WithParamInterface<Caso> {
@@ -62,13 +63,13 @@ class Fallas : public Escenario, public ::testing::WithParamInterface<Caso> {
   void Corre() {
     const Caso& caso = GetParam();
     frmEntradasWizard& f = Nueva();
-    caso.prepara(*this, f);
+    caso.dado(*this, f);
     ASSERT_TRUE(Reportes().empty());
     Olvida();
-    Arma(caso.servicio, caso.veces);
-    caso.actua(*this, f);
-    Compara(caso.reportes);
-    caso.queda(*this, f);
+    Arma(caso.falla, caso.veces);
+    caso.cuando(*this, f);
+    Compara(caso.reportan);
+    caso.entonces(*this, f);
     EXPECT_TRUE(f.Open());
   }
 };
@@ -80,25 +81,25 @@ inline std::string Nombre(const ::testing::TestParamInfo<Caso>& info) { return i
 
 // ---- states to start from ----
 inline void Concepto(Fallas&, F& f) {
-  Escenario::Teclea(f, f.txtFields(0), "COM");
-  f.txtFields(4).SetFocus();
+  Escenario::Teclea(f, f.txtFields(campo::Concepto), "COM");
+  f.txtFields(campo::Articulo).SetFocus();
 }
 inline Paso Articulo(const char* clave) {
   return [clave](Fallas& e, F& f) {
     Concepto(e, f);
-    f.txtFields(4).Text(clave);
+    f.txtFields(campo::Articulo).Text(clave);
   };
 }
 inline void Fila(Fallas& e, F& f) {  // a complete entry row
   Concepto(e, f);
-  f.txtFields(4).Text("A-100");
+  f.txtFields(campo::Articulo).Text("A-100");
   f.PonDescripcion();
-  f.txtFields(5).Text("3");
+  f.txtFields(campo::Cantidad).Text("3");
 }
 inline void Presentacion(Fallas& e, F& f) {  // two boxes of twelve
   Concepto(e, f);
-  f.txtFields(24).Text("7501");
-  f.txtFields(28).Text("2");
+  f.txtFields(campo::SegundaClave).Text("7501");
+  f.txtFields(campo::Presentaciones).Text("2");
 }
 inline void Documento(Fallas& e, F& f) {  // one line stored
   Concepto(e, f);
@@ -106,13 +107,13 @@ inline void Documento(Fallas& e, F& f) {  // one line stored
 }
 inline void SegundaFila(Fallas& e, F& f) {
   Documento(e, f);
-  f.txtFields(4).Text("A-200");
+  f.txtFields(campo::Articulo).Text("A-200");
   f.PonDescripcion();
-  f.txtFields(5).Text("2");
+  f.txtFields(campo::Cantidad).Text("2");
 }
 inline void Celda9(Fallas& e, F& f) {  // the quantity cell, changed to 9
   Documento(e, f);
-  f.fg2.MoveTo(1, 1);
+  f.fg2.MoveTo(1, columna_entrada::Cantidad);
   f.fg2.Text("9");
 }
 inline void Leidas(Fallas& e, F& f) {  // three lines, read for posting
@@ -155,13 +156,13 @@ inline void Salva(Fallas&, F& f) { f.SalvaEntrada("PE"); }
 inline void SalvaCelda(Fallas&, F& f) { f.SalvaCambios(); }
 inline void Afecta(Fallas&, F& f) { f.AfectaPartidas(); }
 inline void Borra(Fallas&, F& f) {
-  f.fg2.MoveTo(1, 0);
+  f.fg2.MoveTo(1, columna_entrada::Articulo);
   int tecla = 46;
   f.fg2_KeyDown(tecla, 0);
 }
 inline Paso Edita(int tecla) {
   return [tecla](Fallas&, F& f) {
-    f.fg2.MoveTo(1, 1);
+    f.fg2.MoveTo(1, columna_entrada::Cantidad);
     f.MSFlexGridEdit(f.fg2, f.txtEdit, tecla);
   };
 }

@@ -1,5 +1,6 @@
 // "&Finalizar (F5)" from its checks to the closing of the screen: what stops it, what is left behind
 // when it stops, printing and the host's list. What posting hands over is told in posting_test.cpp.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -19,7 +20,7 @@ class Finalizar : public Escenario {
   }
   void Finaliza(frmEntradasWizard& f) {
     viva_ = f.shared_from_this();
-    Tecla(f, "F5", f.txtFields(0));
+    Tecla(f, "F5", f.txtFields(campo::Concepto));
   }
   void Acepta() { bitacora.respuestas.push_back(true); }
   void NadaEscrito(frmEntradasWizard& f) {
@@ -38,9 +39,9 @@ class Finalizar : public Escenario {
 
 TEST_F(Finalizar, AHeaderThatIsRefusedStopsIt) {
   frmEntradasWizard& f = ConDos();
-  f.txtFields(0).Text("");
+  f.txtFields(campo::Concepto).Text("");
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{341});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::EntradaSinConcepto});
   NadaEscrito(f);
 }
 
@@ -62,7 +63,7 @@ TEST_F(Finalizar, AReadDocumentIsCheckedBeforeItIsLeft) {
   frmEntradasWizard& f = Consulta(1);
   Olvida();
   f.Click(f.Command5);
-  EXPECT_EQ(Numeros(), std::vector<int>{342});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::EntradaNoExisteConcepto});
   EXPECT_TRUE(f.Open());
 }
 
@@ -72,7 +73,7 @@ TEST_F(Finalizar, PostingIsAskedForAndNoLeavesAllAsItWas) {
   Finaliza(f);
   ASSERT_EQ(bitacora.mensajes.size(), 1u);
   EXPECT_EQ(bitacora.mensajes[0].clase, "pregunta");
-  EXPECT_EQ(bitacora.mensajes[0].texto, MensajeDeLaBase(726));
+  EXPECT_EQ(bitacora.mensajes[0].texto, MensajeDeLaBase(mensaje::AfectaEntrada));
   EXPECT_EQ(bitacora.mensajes[0].estilo, 1);
   NadaEscrito(f);
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
@@ -84,8 +85,8 @@ TEST_F(Finalizar, WithoutADateItStopsAtThePicker) {
   f.DTPicker1.Value(std::nullopt);
   Acepta();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{726, 224}));
-  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(224));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaEntrada, mensaje::NoEsFecha}));
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::NoEsFecha));
   EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
   EXPECT_TRUE(f.DTPicker1.HasFocus());
   NadaEscrito(f);
@@ -97,7 +98,7 @@ TEST_F(Finalizar, WithoutADateAndWithTheDateBlockedItGoesOn) {
   f.DTPicker1.Enabled(false);
   f.Check3.Value(1);
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{224});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsFecha});
   EXPECT_FALSE(f.Open());
   EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "0");
 }
@@ -107,7 +108,7 @@ TEST_F(Finalizar, ADateThatTheHostRefusesStopsItWithTheHostsWord) {
   Sql("INSERT INTO movsinv (f_movim, cerrado) VALUES ('2024-04-01', 1)");
   Acepta();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{726, 253}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaEntrada, mensaje::PeriodoCerrado}));
   NadaEscrito(f);
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
 }
@@ -117,7 +118,7 @@ TEST_F(Finalizar, TheDateIsCheckedForAPendingDocumentToo) {
   Sql("INSERT INTO movsinv (f_movim, cerrado) VALUES ('2024-04-01', 1)");
   f.Check3.Value(1);
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{253});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::PeriodoCerrado});
   NadaEscrito(f);
 }
 
@@ -142,18 +143,18 @@ TEST_F(Finalizar, TheButtonsAreDisabledBeforePendingEventsRunSoASecondClickFinds
   };
   Finaliza(f);
   EXPECT_TRUE(corrio);
-  EXPECT_EQ(Numeros(), std::vector<int>{726});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::AfectaEntrada});
   EXPECT_EQ(bitacora.movimientos.size(), 2u);
 }
 
 TEST_F(Finalizar, AnEmptyDocumentIsSavedAsPendingAndOnlyTheCloseBoxLeadsOut) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   Acepta();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{726, 343}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaEntrada, mensaje::EntradaSinRenglones}));
   EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
-  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(343));
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::EntradaSinRenglones));
   EXPECT_EQ(f.Check3.Value(), 1);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "1");
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
@@ -175,7 +176,7 @@ TEST_F(Finalizar, AnEmptyDocumentIsSavedAsPendingAndOnlyTheCloseBoxLeadsOut) {
 
 TEST_F(Finalizar, AnEmptyDocumentThatIsToStayPendingIsNotRemarkedOn) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   f.Check3.Value(1);
   Finaliza(f);
   EXPECT_TRUE(Numeros().empty());
@@ -186,11 +187,11 @@ TEST_F(Finalizar, AnEmptyDocumentThatIsToStayPendingIsNotRemarkedOn) {
 
 TEST_F(Finalizar, ABlockedPendingBoxIsNotTicked) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   f.Check3.Enabled(false);
   Acepta();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{726, 343}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaEntrada, mensaje::EntradaSinRenglones}));
   EXPECT_EQ(f.Check3.Value(), 0);
   EXPECT_TRUE(bitacora.movimientos.empty());
   EXPECT_TRUE(f.Open());
@@ -199,20 +200,20 @@ TEST_F(Finalizar, ABlockedPendingBoxIsNotTicked) {
 TEST_F(Finalizar, LinesAreCountedInTheGrid) {
   frmEntradasWizard& f = ConDos();
   EXPECT_EQ(f.CuantasPartidas(), 2);
-  f.fg2.TextMatrix(4, 0, "X");
+  f.fg2.TextMatrix(4, columna_entrada::Articulo, "X");
   EXPECT_EQ(f.CuantasPartidas(), 2);  // a gap ends the count
-  f.fg2.TextMatrix(1, 0, " ");
+  f.fg2.TextMatrix(1, columna_entrada::Articulo, " ");
   EXPECT_EQ(f.CuantasPartidas(), 0);
-  for (int renglon = 1; renglon < 5000; ++renglon) f.fg2.TextMatrix(renglon, 0, "X");
+  for (int renglon = 1; renglon < 5000; ++renglon) f.fg2.TextMatrix(renglon, columna_entrada::Articulo, "X");
   EXPECT_EQ(f.CuantasPartidas(), 4999);
 }
 
 TEST_F(Finalizar, LinesThatAreStoredAndNotShownLeaveADocumentPending) {
   frmEntradasWizard& f = ConDos();
-  f.fg2.TextMatrix(1, 0, "");
+  f.fg2.TextMatrix(1, columna_entrada::Articulo, "");
   Acepta();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{726, 343}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaEntrada, mensaje::EntradaSinRenglones}));
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
   EXPECT_TRUE(bitacora.movimientos.empty());
   EXPECT_EQ(bitacora.impresos.size(), 1u);
@@ -224,7 +225,7 @@ TEST_F(Finalizar, LinesThatAreShownAndNotStoredEndInTheSameDeadEnd) {
   Sql("DELETE FROM entpart");
   Acepta();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{726});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::AfectaEntrada});
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "CO");
   EXPECT_TRUE(bitacora.movimientos.empty());
   EXPECT_TRUE(f.Open());
@@ -281,9 +282,9 @@ TEST_F(Finalizar, WithoutAPrintFormatTheDocumentIsPostedAndTheScreenCloses) {
   frmEntradasWizard& f = ConDos();
   Acepta();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{726, 213}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaEntrada, mensaje::SinFormato}));
   EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
-  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(213));
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::SinFormato));
   EXPECT_TRUE(bitacora.impresos.empty());
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "CO");
   EXPECT_EQ(bitacora.movimientos.size(), 2u);
@@ -311,7 +312,7 @@ TEST_F(Finalizar, TheHostsRoutinesSeeAPostedDocumentThatIsNotYetPrinted) {
 
 TEST_F(Finalizar, AnAdjustmentFiresItsOwnKeyBehindThatOfEveryPosting) {
   frmEntradasWizard& f = ConDos();
-  f.txtFields(0).Text("A++");
+  f.txtFields(campo::Concepto).Text("A++");
   Acepta();
   Finaliza(f);
   const Textos claves = Claves();
@@ -326,7 +327,7 @@ TEST_F(Finalizar, OnlyTheExactConceptIsAnAdjustment) {
         "tipominv WHERE tipo_movim = ?)",
         {concepto, concepto});
     frmEntradasWizard& f = ConRenglones({{"A-100", "1"}});
-    f.txtFields(0).Text(concepto);
+    f.txtFields(campo::Concepto).Text(concepto);
     Olvida();
     Acepta();
     auto viva = f.shared_from_this();
@@ -343,7 +344,7 @@ TEST_F(Finalizar, OnlyTheExactConceptIsAnAdjustment) {
 
 TEST_F(Finalizar, APendingAdjustmentFiresNoKey) {
   frmEntradasWizard& f = ConDos();
-  f.txtFields(0).Text("A++");
+  f.txtFields(campo::Concepto).Text("A++");
   f.Check3.Value(1);
   Finaliza(f);
   for (const auto& clave : Claves()) EXPECT_NE(clave, "ENTRADA010");
@@ -398,7 +399,7 @@ TEST_F(Finalizar, APendingDocumentOpenedAgainIsPostedThen) {
   Olvida();
   Acepta();
   Finaliza(g);
-  EXPECT_EQ(Numeros(), std::vector<int>{726});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::AfectaEntrada});
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "CO");
   EXPECT_EQ(Uno("SELECT ocupado FROM entradas"), "0");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "2");

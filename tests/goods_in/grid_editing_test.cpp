@@ -1,5 +1,6 @@
 // Correcting a cell in place: what opens the floating box, which keys it takes, and that bringing the
 // focus back to the grid is what stores the change.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -21,7 +22,7 @@ class EdicionDeCeldas : public Escenario {
 };
 
 TEST_F(EdicionDeCeldas, EnterOpensTheBoxWithTheWholeTextAndTheCaretAtItsEnd) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   f.fg2.Text("300");
   Tecla(f, "Enter");
   EXPECT_TRUE(f.txtEdit.Visible());
@@ -41,7 +42,7 @@ TEST_F(EdicionDeCeldas, AHeadingTypedOverBeforeTheFirstLineLeavesTheDocumentAlon
   Tecla(f, "Enter");
   EXPECT_EQ(Reportes().size(), 1u);
   Olvida();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   Renglon(f, "A-100", "2");
   EXPECT_TRUE(Reportes().empty());
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart INNER JOIN entradas ON entradas.entrada = entpart.entrada"),
@@ -49,7 +50,7 @@ TEST_F(EdicionDeCeldas, AHeadingTypedOverBeforeTheFirstLineLeavesTheDocumentAlon
 }
 
 TEST_F(EdicionDeCeldas, SpaceAndADoubleClickOpenItTheSameWay) {
-  frmEntradasWizard& f = EnLaCelda(1, 2);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Precio);
   Tecla(f, "Space");
   EXPECT_TRUE(f.txtEdit.Visible());
   EXPECT_EQ(f.txtEdit.Text(), "116.00");
@@ -61,7 +62,7 @@ TEST_F(EdicionDeCeldas, SpaceAndADoubleClickOpenItTheSameWay) {
 }
 
 TEST_F(EdicionDeCeldas, ADigitOpensTheBoxAndReplacesTheText) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "7");
   EXPECT_TRUE(f.txtEdit.Visible());
   EXPECT_EQ(f.txtEdit.Text(), "7");
@@ -71,7 +72,7 @@ TEST_F(EdicionDeCeldas, ADigitOpensTheBoxAndReplacesTheText) {
 }
 
 TEST_F(EdicionDeCeldas, ACharacterThatIsNoPartOfANumberOpensNothing) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "a");
   EXPECT_FALSE(f.txtEdit.Visible());
   EXPECT_EQ(f.txtEdit.Text(), "");
@@ -80,7 +81,7 @@ TEST_F(EdicionDeCeldas, ACharacterThatIsNoPartOfANumberOpensNothing) {
 }
 
 TEST_F(EdicionDeCeldas, TheBoxStandsExactlyOverTheCell) {
-  frmEntradasWizard& f = EnLaCelda(2, 2);
+  frmEntradasWizard& f = EnLaCelda(2, columna_entrada::Precio);
   f.fg2.Place(300, 500, 9000, 4000);
   Tecla(f, "Enter");
   EXPECT_EQ(f.txtEdit.Left(), 300 + f.fg2.CellLeft());
@@ -91,7 +92,7 @@ TEST_F(EdicionDeCeldas, TheBoxStandsExactlyOverTheCell) {
 }
 
 TEST_F(EdicionDeCeldas, TheArticleIsBlockedWithABeep) {
-  frmEntradasWizard& f = EnLaCelda(1, 0);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Articulo);
   Tecla(f, "Space");
   EXPECT_EQ(pitidos, 1);
   Tecla(f, "7");
@@ -105,7 +106,7 @@ TEST_F(EdicionDeCeldas, TheArticleIsBlockedWithABeep) {
 }
 
 TEST_F(EdicionDeCeldas, AFreeRowOpensNothingAndGivesNoBeep) {
-  frmEntradasWizard& f = EnLaCelda(1, 0);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Articulo);
   for (int columna : {0, 1, 2}) {
     f.ClickCell(f.fg2, 3, columna);
     Tecla(f, "Space");
@@ -117,7 +118,7 @@ TEST_F(EdicionDeCeldas, AFreeRowOpensNothingAndGivesNoBeep) {
 }
 
 TEST_F(EdicionDeCeldas, AFreeRowRefusesATypedCharacterEvenIfARoutineAsks) {
-  frmEntradasWizard& f = EnLaCelda(3, 1);
+  frmEntradasWizard& f = EnLaCelda(3, columna_entrada::Cantidad);
   f.MSFlexGridEdit(f.fg2, f.txtEdit, '7');
   EXPECT_FALSE(f.txtEdit.Visible());
   EXPECT_EQ(f.txtEdit.Text(), "");
@@ -155,7 +156,7 @@ TEST_F(EdicionDeCeldas, AReadDocumentIsNeverEdited) {
 }
 
 TEST_F(EdicionDeCeldas, ARoutineIsAskedBeforeAQuantityAndMayRefuseOnce) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Gancho("ENTRADA013", [](frmEntradasWizard& g) { g.CancelaProceso = true; });
   Tecla(f, "Enter");
   EXPECT_EQ(Claves(), (Textos{"ENTRADA013"}));
@@ -167,62 +168,62 @@ TEST_F(EdicionDeCeldas, ARoutineIsAskedBeforeAQuantityAndMayRefuseOnce) {
 }
 
 TEST_F(EdicionDeCeldas, NoRoutineIsAskedBeforeAPrice) {
-  frmEntradasWizard& f = EnLaCelda(1, 2);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Precio);
   Tecla(f, "Enter");
   EXPECT_TRUE(Claves().empty());
   EXPECT_TRUE(f.txtEdit.Visible());
 }
 
 TEST_F(EdicionDeCeldas, EnterStoresTheQuantityAndTheTotalFollows) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "5");
   Tecla(f, "Enter");
   EXPECT_TRUE(f.fg2.HasFocus());
   EXPECT_FALSE(f.txtEdit.Visible());
   EXPECT_EQ(f.txtEdit.Text(), "");
   EXPECT_EQ(bitacora.sentencias, (Textos{"UPDATE entpart SET cantidad = 5 WHERE id_entrada = 1"}));
-  EXPECT_EQ(Celda(f, 1, 1), "5");
-  EXPECT_EQ(Celda(f, 1, 3), "580");
-  EXPECT_EQ(f.txtFields(11).Text(), "680");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Cantidad), "5");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Importe), "580");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "680");
   EXPECT_EQ(f.fg2.Row(), 1);
 }
 
 TEST_F(EdicionDeCeldas, EnterStoresThePrice) {
-  frmEntradasWizard& f = EnLaCelda(2, 2);
+  frmEntradasWizard& f = EnLaCelda(2, columna_entrada::Precio);
   f.fg2.Text("");
   Teclea(f, f.fg2, "1.5");
   Tecla(f, "Enter");
   EXPECT_EQ(bitacora.sentencias, (Textos{"UPDATE entpart SET precio = 1.5 WHERE id_entrada = 2"}));
   EXPECT_EQ(Uno("SELECT precio FROM entpart WHERE id_entrada = 2"), "1.5");
-  EXPECT_EQ(f.txtFields(11).Text(), "351");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "351");
 }
 
 TEST_F(EdicionDeCeldas, EscKeepsTheOldTextAndWritesNothing) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "9");
   Tecla(f, "Esc");
   EXPECT_FALSE(f.txtEdit.Visible());
   EXPECT_TRUE(f.fg2.HasFocus());
-  EXPECT_EQ(Celda(f, 1, 1), "3");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Cantidad), "3");
   EXPECT_TRUE(bitacora.sentencias.empty());
   Tecla(f, "Enter");
   EXPECT_EQ(f.txtEdit.Text(), "3");
 }
 
 TEST_F(EdicionDeCeldas, DownStoresTheOldRowAndThenGoesToTheNext) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "9");
   Tecla(f, "Down");
   EXPECT_EQ(bitacora.sentencias, (Textos{"UPDATE entpart SET cantidad = 9 WHERE id_entrada = 1"}));
   EXPECT_EQ(f.fg2.Row(), 2);
-  EXPECT_EQ(f.fg2.Col(), 1);
-  EXPECT_EQ(Celda(f, 1, 1), "9");
-  EXPECT_EQ(Celda(f, 2, 1), "2");
+  EXPECT_EQ(f.fg2.Col(), columna_entrada::Cantidad);
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Cantidad), "9");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Cantidad), "2");
   EXPECT_TRUE(f.fg2.HasFocus());
 }
 
 TEST_F(EdicionDeCeldas, UpOnTheFirstRowStoresAndStays) {
-  frmEntradasWizard& f = EnLaCelda(2, 1);
+  frmEntradasWizard& f = EnLaCelda(2, columna_entrada::Cantidad);
   Tecla(f, "9");
   Tecla(f, "Up");
   EXPECT_EQ(f.fg2.Row(), 1);
@@ -234,7 +235,7 @@ TEST_F(EdicionDeCeldas, UpOnTheFirstRowStoresAndStays) {
 }
 
 TEST_F(EdicionDeCeldas, DownOnTheLastRowStoresAndStays) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   for (int columna : {0, 1, 2, 5}) f.fg2.TextMatrix(4999, columna, Celda(f, 2, columna));
   f.ClickCell(f.fg2, 4999, 1);
   Tecla(f, "6");
@@ -245,13 +246,13 @@ TEST_F(EdicionDeCeldas, DownOnTheLastRowStoresAndStays) {
 }
 
 TEST_F(EdicionDeCeldas, PendingEventsAreLetThroughBeforeTheRowMoves) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "9");
   int renglon = 0;
   std::string celda;
   plataforma.Post([&] {
     renglon = f.fg2.Row();
-    celda = Celda(f, 1, 1);
+    celda = Celda(f, 1, columna_entrada::Cantidad);
   });
   int abajo = 40;
   f.EditKeyCode(f.fg2, f.txtEdit, abajo, 0);
@@ -261,29 +262,29 @@ TEST_F(EdicionDeCeldas, PendingEventsAreLetThroughBeforeTheRowMoves) {
 }
 
 TEST_F(EdicionDeCeldas, AClickOnAnotherCellStoresTheCellThatIsLeft) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "9");
   f.ClickCell(f.fg2, 2, 2);
   EXPECT_EQ(bitacora.sentencias, (Textos{"UPDATE entpart SET cantidad = 9 WHERE id_entrada = 1"}));
-  EXPECT_EQ(Celda(f, 1, 1), "9");
-  EXPECT_EQ(Celda(f, 2, 2), "50.00");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Cantidad), "9");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Precio), "50.00");
   EXPECT_FALSE(f.txtEdit.Visible());
 }
 
 TEST_F(EdicionDeCeldas, LeavingTheCellWithTheBoxOpenStoresIt) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "9");
-  f.fg2.MoveTo(2, 1);
+  f.fg2.MoveTo(2, columna_entrada::Cantidad);
   EXPECT_EQ(bitacora.sentencias, (Textos{"UPDATE entpart SET cantidad = 9 WHERE id_entrada = 1"}));
   EXPECT_FALSE(f.txtEdit.Visible());
   EXPECT_EQ(f.fg2.BackColor(1, 1), 0xFFFFFF);
-  EXPECT_EQ(f.txtFields(11).Text(), "1,144");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "1,144");
 }
 
 TEST_F(EdicionDeCeldas, AnotherFieldTakesTheFocusAndTheBoxWaits) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "9");
-  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(campo::Articulo));
   EXPECT_EQ(CuentaSentencias("UPDATE"), 0);
   EXPECT_TRUE(f.txtEdit.Visible());
   f.Enter(f.fg2);
@@ -291,15 +292,15 @@ TEST_F(EdicionDeCeldas, AnotherFieldTakesTheFocusAndTheBoxWaits) {
 }
 
 TEST_F(EdicionDeCeldas, TheFocusOnTheGridWithTheBoxHiddenStoresNothing) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
-  f.Enter(f.txtFields(14));
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
+  f.Enter(f.txtFields(campo::Almacen));
   Olvida();
   f.Enter(f.fg2);
   EXPECT_TRUE(bitacora.sentencias.empty());
 }
 
 TEST_F(EdicionDeCeldas, OnlyPartsOfNumbersAreTypedIntoTheBox) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "1");
   Teclea(f, f.txtEdit, "x,2.5-");
   EXPECT_EQ(f.txtEdit.Text(), "12.5-");
@@ -322,7 +323,7 @@ TEST_F(EdicionDeCeldas, InDescriptionAndPresentationEveryCharacterPasses) {
 }
 
 TEST_F(EdicionDeCeldas, ALineMayBeBroughtToZero) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "0");
   Tecla(f, "Enter");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart WHERE id_entrada = 1"), "0");
@@ -330,23 +331,23 @@ TEST_F(EdicionDeCeldas, ALineMayBeBroughtToZero) {
   Tecla(f, "-");
   Tecla(f, "Enter");
   EXPECT_EQ(Uno("SELECT precio FROM entpart WHERE id_entrada = 2"), "0");
-  EXPECT_EQ(Celda(f, 2, 2), "-");
-  EXPECT_EQ(f.txtFields(11).Text(), "0");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Precio), "-");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "0");
   EXPECT_TRUE(bitacora.mensajes.empty());
 }
 
 TEST_F(EdicionDeCeldas, AnEmptiedCellIsANumberZero) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "Enter");
   Tecla(f, "Back");
   Tecla(f, "Enter");
-  EXPECT_EQ(Celda(f, 1, 1), "");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Cantidad), "");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart WHERE id_entrada = 1"), "0");
-  EXPECT_EQ(f.txtFields(11).Text(), "100");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "100");
 }
 
 TEST_F(EdicionDeCeldas, OtherKeysMeanNothingToTheBoxItself) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "5");
   for (int codigo : {9, 33, 36, 37, 39, 46, 112}) {
     int tecla = codigo;
@@ -358,11 +359,11 @@ TEST_F(EdicionDeCeldas, OtherKeysMeanNothingToTheBoxItself) {
 }
 
 TEST_F(EdicionDeCeldas, AnEditTakesEffectInPosting) {
-  frmEntradasWizard& f = EnLaCelda(1, 1);
+  frmEntradasWizard& f = EnLaCelda(1, columna_entrada::Cantidad);
   Tecla(f, "9");
   Tecla(f, "Enter");
   bitacora.respuestas.push_back(true);
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_EQ(Uno("SELECT cantidad FROM movsinv WHERE articulo = 'A-100'"), "9");
   EXPECT_EQ(Uno("SELECT importe FROM entradas"), "1144");
 }

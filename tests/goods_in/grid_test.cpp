@@ -1,5 +1,6 @@
 // The grid of lines: its design, the total, the colours of the current cell and the removal of a
 // line. Editing a cell has a file of its own.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -22,7 +23,7 @@ TEST_F(Cuadricula, TheGridIsFixedAtItsRowsAndColumns) {
   EXPECT_EQ(f.fg2.FixedRows(), 1);
   EXPECT_EQ(f.fg2.FixedCols(), 0);
   EXPECT_EQ(f.fg2.Row(), 1);
-  EXPECT_EQ(f.fg2.Col(), 0);
+  EXPECT_EQ(f.fg2.Col(), columna_entrada::Articulo);
 }
 
 TEST_F(Cuadricula, TheHeadersAndWidthsAreThoseOfTheTable) {
@@ -33,7 +34,7 @@ TEST_F(Cuadricula, TheHeadersAndWidthsAreThoseOfTheTable) {
     EXPECT_EQ(Celda(f, 0, columna), titulos[static_cast<std::size_t>(columna)]) << columna;
   }
   const int defecto = f.fg2.ColWidth(8);
-  EXPECT_EQ(f.fg2.ColWidth(0), static_cast<int>(defecto * 1.5 + 0.5));
+  EXPECT_EQ(f.fg2.ColWidth(columna_entrada::Articulo), static_cast<int>(defecto * 1.5 + 0.5));
   const int anchos[] = {800, 900, 900, 4000, 0, 2000, 1000};
   for (int columna = 1; columna <= 7; ++columna)
     EXPECT_EQ(f.fg2.ColWidth(columna), anchos[columna - 1]) << columna;
@@ -45,12 +46,12 @@ TEST_F(Cuadricula, TheFloatingBoxIsHiddenAtFirst) { EXPECT_FALSE(Nueva().txtEdit
 TEST_F(Cuadricula, AStoredDocumentFillsTheGridAndItsTotal) {
   {
     frmEntradasWizard& f = Nueva();
-    Teclea(f, f.txtFields(0), "COM");
-    f.txtFields(4).Text("7501");
-    f.txtFields(4).SetFocus();
+    Teclea(f, f.txtFields(campo::Concepto), "COM");
+    f.txtFields(campo::Articulo).Text("7501");
+    f.txtFields(campo::Articulo).SetFocus();
     Tecla(f, "Enter");
     f.LlenaPartida();
-    f.txtFields(5).Text("");
+    f.txtFields(campo::Cantidad).Text("");
     Renglon(f, "A-200", "2.5");
     f.Click(f.Command2);
   }
@@ -61,7 +62,7 @@ TEST_F(Cuadricula, AStoredDocumentFillsTheGridAndItsTotal) {
     EXPECT_EQ(Celda(f, 1, columna), primero[static_cast<std::size_t>(columna)]) << columna;
     EXPECT_EQ(Celda(f, 2, columna), segundo[static_cast<std::size_t>(columna)]) << columna;
   }
-  EXPECT_EQ(f.txtFields(11).Text(), "1,517");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "1,517");
 }
 
 TEST_F(Cuadricula, TheTotalIsTheSumOfUnroundedProducts) {
@@ -71,17 +72,17 @@ TEST_F(Cuadricula, TheTotalIsTheSumOfUnroundedProducts) {
   int renglon = 0;
   for (const auto& [articulo, cantidad, precio] : renglones) {
     ++renglon;
-    f.fg2.TextMatrix(renglon, 0, articulo);
-    f.fg2.TextMatrix(renglon, 1, cantidad);
-    f.fg2.TextMatrix(renglon, 2, precio);
-    f.fg2.TextMatrix(renglon, 3, "vieja");
+    f.fg2.TextMatrix(renglon, columna_entrada::Articulo, articulo);
+    f.fg2.TextMatrix(renglon, columna_entrada::Cantidad, cantidad);
+    f.fg2.TextMatrix(renglon, columna_entrada::Precio, precio);
+    f.fg2.TextMatrix(renglon, columna_entrada::Importe, "vieja");
   }
   f.CalculaImportes();
-  EXPECT_EQ(Celda(f, 1, 3), "0.3");
-  EXPECT_EQ(Celda(f, 2, 3), "1234.5");
-  EXPECT_EQ(Celda(f, 3, 3), "0");
-  EXPECT_EQ(Celda(f, 4, 3), "-2");
-  EXPECT_EQ(f.txtFields(11).Text(), "1,232.8");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Importe), "0.3");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Importe), "1234.5");
+  EXPECT_EQ(Celda(f, 3, columna_entrada::Importe), "0");
+  EXPECT_EQ(Celda(f, 4, columna_entrada::Importe), "-2");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "1,232.8");
 }
 
 TEST_F(Cuadricula, TheTotalIsGroupedWithAtMostTwoDecimals) {
@@ -91,28 +92,28 @@ TEST_F(Cuadricula, TheTotalIsGroupedWithAtMostTwoDecimals) {
                                {"7", "7"},
                                {"0.004", "0"},
                                {"999.995", "1,000"}}) {
-    f.fg2.TextMatrix(1, 0, "A");
-    f.fg2.TextMatrix(1, 1, "1");
-    f.fg2.TextMatrix(1, 2, precio);
+    f.fg2.TextMatrix(1, columna_entrada::Articulo, "A");
+    f.fg2.TextMatrix(1, columna_entrada::Cantidad, "1");
+    f.fg2.TextMatrix(1, columna_entrada::Precio, precio);
     f.CalculaImportes();
-    EXPECT_EQ(f.txtFields(11).Text(), total);
+    EXPECT_EQ(f.txtFields(campo::Total).Text(), total);
   }
 }
 
 TEST_F(Cuadricula, TheFirstFreeRowEndsTheTotal) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "1"}});
-  f.fg2.TextMatrix(3, 0, "A-200");
-  f.fg2.TextMatrix(3, 1, "1");
-  f.fg2.TextMatrix(3, 2, "50");
+  f.fg2.TextMatrix(3, columna_entrada::Articulo, "A-200");
+  f.fg2.TextMatrix(3, columna_entrada::Cantidad, "1");
+  f.fg2.TextMatrix(3, columna_entrada::Precio, "50");
   f.CalculaImportes();
-  EXPECT_EQ(f.txtFields(11).Text(), "116");
-  EXPECT_EQ(Celda(f, 3, 3), "");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "116");
+  EXPECT_EQ(Celda(f, 3, columna_entrada::Importe), "");
 }
 
 TEST_F(Cuadricula, AnEmptyDocumentShowsZero) {
   frmEntradasWizard& f = Nueva();
   f.CalculaImportes();
-  EXPECT_EQ(f.txtFields(11).Text(), "0");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "0");
 }
 
 TEST_F(Cuadricula, TheTotalLeavesTheSumsOfTheRoutinesAlone) {
@@ -127,9 +128,9 @@ TEST_F(Cuadricula, TheTotalLeavesTheSumsOfTheRoutinesAlone) {
 
 TEST_F(Cuadricula, ARoutineMayAskForTheTotalByTheBoxThatIsNotThere) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "1"}});
-  f.fg2.TextMatrix(1, 1, "2");
+  f.fg2.TextMatrix(1, columna_entrada::Cantidad, "2");
   f.Check1_Click();
-  EXPECT_EQ(f.txtFields(11).Text(), "232");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "232");
 }
 
 TEST_F(Cuadricula, TheCurrentCellIsLightCyanAndTheOneLeftWhite) {
@@ -146,9 +147,9 @@ TEST_F(Cuadricula, TheCurrentCellIsLightCyanAndTheOneLeftWhite) {
 
 TEST_F(Cuadricula, TheHeaderRowIsNotColoured) {
   frmEntradasWizard& f = Nueva();
-  f.fg2.MoveTo(0, 2);
+  f.fg2.MoveTo(0, columna_entrada::Precio);
   EXPECT_EQ(f.fg2.BackColor(0, 2), 0);
-  f.fg2.MoveTo(1, 2);
+  f.fg2.MoveTo(1, columna_entrada::Precio);
   EXPECT_EQ(f.fg2.BackColor(0, 2), 0);
   EXPECT_EQ(f.fg2.BackColor(1, 2), kCianDeCelda);
 }
@@ -160,11 +161,11 @@ TEST_F(Cuadricula, DeleteOnTheArticleRemovesTheLineAtOnceAndAsksNothing) {
   Tecla(f, "Delete");
   EXPECT_EQ(bitacora.sentencias, (Textos{"DELETE FROM entpart WHERE id_entrada = 2"}));
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "2");
-  EXPECT_EQ(Celda(f, 1, 1), "1");
-  EXPECT_EQ(Celda(f, 2, 1), "3");
-  EXPECT_EQ(Celda(f, 3, 0), "");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Cantidad), "1");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Cantidad), "3");
+  EXPECT_EQ(Celda(f, 3, columna_entrada::Articulo), "");
   EXPECT_EQ(f.fg2.Rows(), 5000);
-  EXPECT_EQ(f.txtFields(11).Text(), "464");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "464");
   EXPECT_TRUE(bitacora.mensajes.empty());
 }
 
@@ -182,7 +183,7 @@ TEST_F(Cuadricula, DeleteElsewhereDoesNothing) {
   f.ClickCell(f.fg2, 1, 0);
   Tecla(f, "Back");
   EXPECT_TRUE(bitacora.sentencias.empty());
-  EXPECT_EQ(Celda(f, 1, 0), "A-100");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "A-100");
   EXPECT_EQ(f.fg2.Rows(), 5000);
 }
 
@@ -193,7 +194,7 @@ TEST_F(Cuadricula, AReadDocumentLosesNoLine) {
   Olvida();
   Tecla(f, "Delete");
   EXPECT_TRUE(bitacora.sentencias.empty());
-  EXPECT_EQ(Celda(f, 1, 0), "A-100");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "A-100");
 }
 
 TEST_F(Cuadricula, AfterARemovalTheNextLineTakesTheRowThatIsFree) {
@@ -201,17 +202,17 @@ TEST_F(Cuadricula, AfterARemovalTheNextLineTakesTheRowThatIsFree) {
   f.ClickCell(f.fg2, 1, 0);
   Tecla(f, "Delete");
   Renglon(f, "A-100", "5");
-  EXPECT_EQ(Celda(f, 1, 0), "A-200");
-  EXPECT_EQ(Celda(f, 2, 1), "5");
-  EXPECT_EQ(f.txtFields(11).Text(), "680");
-  EXPECT_EQ(Celda(f, 2, 5), "3");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "A-200");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Cantidad), "5");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "680");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::IdEntrada), "3");
 }
 
 TEST_F(Cuadricula, RemovingTheLastLineLeavesAnEmptyDocument) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "1"}});
   f.ClickCell(f.fg2, 1, 0);
   Tecla(f, "Delete");
-  EXPECT_EQ(f.txtFields(11).Text(), "0");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "0");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "1");
 }

@@ -56,8 +56,8 @@ TEST_F(Encabezado, ThereAreExactlyFourteenFieldsWithTheirTagsAndSearches) {
 }
 
 TEST_F(Encabezado, AnUpperCaseFieldTurnsLettersAndANumericOneRefusesThem) {
-  Teclea(f(), campo(0), "añ1");
-  EXPECT_EQ(campo(0).Text(), "AÑ1");
+  Teclea(f(), campo(campo::Concepto), "añ1");
+  EXPECT_EQ(campo(campo::Concepto).Text(), "AÑ1");
   for (int indice : {14, 5, 6}) {
     Teclea(f(), campo(indice), "x1y.5,");
     EXPECT_EQ(campo(indice).Text(), "1.5") << indice;
@@ -65,19 +65,19 @@ TEST_F(Encabezado, AnUpperCaseFieldTurnsLettersAndANumericOneRefusesThem) {
 }
 
 TEST_F(Encabezado, TheTagDAndAnyOtherAreReadFromTheFieldItself) {
-  campo(9).Tag("D");
-  Teclea(f(), campo(9), "a1");
-  EXPECT_EQ(campo(9).Text(), "1");
-  campo(25).Tag("X");
-  Teclea(f(), campo(25), "a1");
-  EXPECT_EQ(campo(25).Text(), "a1");
-  Teclea(f(), campo(29), "caja ñ");
-  EXPECT_EQ(campo(29).Text(), "caja ñ");
+  campo(campo::ImporteDelRenglon).Tag("D");
+  Teclea(f(), campo(campo::ImporteDelRenglon), "a1");
+  EXPECT_EQ(campo(campo::ImporteDelRenglon).Text(), "1");
+  campo(campo::Dato1).Tag("X");
+  Teclea(f(), campo(campo::Dato1), "a1");
+  EXPECT_EQ(campo(campo::Dato1).Text(), "a1");
+  Teclea(f(), campo(campo::UnidadDePresentacion), "caja ñ");
+  EXPECT_EQ(campo(campo::UnidadDePresentacion).Text(), "caja ñ");
 }
 
 TEST_F(Encabezado, AKeyFilterThatFailsLeavesTheEventUnreported) {
   bitacora.FallaServicio("TeclaNumerica", 1, "sin filtro");
-  Teclea(f(), campo(14), "1");
+  Teclea(f(), campo(campo::Almacen), "1");
   EXPECT_EQ(no_atrapados, Claves_{"sin filtro"});
   EXPECT_TRUE(Reportes().empty());
 }
@@ -85,67 +85,67 @@ TEST_F(Encabezado, AKeyFilterThatFailsLeavesTheEventUnreported) {
 TEST_F(Encabezado, WhileTheScreenLoadsAChangeIsFormattedAtOnceAndLaterItIsNot) {
   std::string cargando;
   Gancho("ENTRADA001", [&](frmEntradasWizard& g) {
-    g.txtFields(6).Text("1234.5");
-    cargando = g.txtFields(6).Text();
+    g.txtFields(campo::Precio).Text("1234.5");
+    cargando = g.txtFields(campo::Precio).Text();
   });
   frmEntradasWizard& otra = Nueva();
   EXPECT_EQ(cargando, "1,234.50");
-  otra.txtFields(6).Text("99.5");
-  EXPECT_EQ(otra.txtFields(6).Text(), "99.5");
+  otra.txtFields(campo::Precio).Text("99.5");
+  EXPECT_EQ(otra.txtFields(campo::Precio).Text(), "99.5");
 }
 
 // ---- entering and leaving ----
 
 TEST_F(Encabezado, EnteringSelectsTheWholeTextAndFiresWithTheIndex) {
-  campo(29).Text("Caja");
-  f().Enter(campo(29));
-  EXPECT_EQ(campo(29).SelStart(), 0);
-  EXPECT_EQ(campo(29).SelLength(), 4);
+  campo(campo::UnidadDePresentacion).Text("Caja");
+  f().Enter(campo(campo::UnidadDePresentacion));
+  EXPECT_EQ(campo(campo::UnidadDePresentacion).SelStart(), 0);
+  EXPECT_EQ(campo(campo::UnidadDePresentacion).SelLength(), 4);
   ASSERT_FALSE(bitacora.ganchos.empty());
   EXPECT_EQ(bitacora.ganchos.back(), (std::pair<std::string, data::Value>{"ENTRADA008", 29}));
 }
 
 TEST_F(Encabezado, LeavingFiresWithTheIndexLeftBeforeTheNextIsEntered) {
-  f().Enter(campo(14));
+  f().Enter(campo(campo::Almacen));
   ASSERT_EQ(bitacora.ganchos.size(), 2u);
   EXPECT_EQ(bitacora.ganchos[0], (std::pair<std::string, data::Value>{"ENTRADA007", 0}));
   EXPECT_EQ(bitacora.ganchos[1], (std::pair<std::string, data::Value>{"ENTRADA008", 14}));
 }
 
 TEST_F(Encabezado, LeavingFormatsTheTextAfterItsHook) {
-  f().Enter(campo(6));
-  campo(6).Text("1234.5");
+  f().Enter(campo(campo::Precio));
+  campo(campo::Precio).Text("1234.5");
   std::string visto;
-  Gancho("ENTRADA007", [&](frmEntradasWizard& g) { visto = g.txtFields(6).Text(); });
-  f().Enter(campo(14));
+  Gancho("ENTRADA007", [&](frmEntradasWizard& g) { visto = g.txtFields(campo::Precio).Text(); });
+  f().Enter(campo(campo::Almacen));
   EXPECT_EQ(visto, "1234.5");
-  EXPECT_EQ(campo(6).Text(), "1,234.50");
+  EXPECT_EQ(campo(campo::Precio).Text(), "1,234.50");
 }
 
 TEST_F(Encabezado, LeavingTheArticleFiresItsHookThenLooksItUp) {
-  f().Enter(campo(4));
-  campo(4).Text("A-100");
+  f().Enter(campo(campo::Articulo));
+  campo(campo::Articulo).Text("A-100");
   Olvida();
-  f().Enter(campo(14));
+  f().Enter(campo(campo::Almacen));
   EXPECT_EQ(Claves(), (Claves_{"ENTRADA012", "ENTRADA009", "ENTRADA007", "ENTRADA008"}));
-  EXPECT_EQ(campo(1).Text(), "Martillo de uña");
+  EXPECT_EQ(campo(campo::Descripcion).Text(), "Martillo de uña");
 }
 
 TEST_F(Encabezado, ACancelledArticleEndsAllOfTheLeavingLogic) {
   Gancho("ENTRADA012", [](frmEntradasWizard& g) { g.CancelaProceso = true; });
-  f().Enter(campo(4));
-  campo(4).Text("A-100");
+  f().Enter(campo(campo::Articulo));
+  campo(campo::Articulo).Text("A-100");
   Olvida();
-  f().Enter(campo(14));
+  f().Enter(campo(campo::Almacen));
   EXPECT_EQ(Claves(), (Claves_{"ENTRADA012", "ENTRADA008"}));
-  EXPECT_EQ(campo(1).Text(), "");
+  EXPECT_EQ(campo(campo::Descripcion).Text(), "");
   EXPECT_FALSE(f().CancelaProceso);
   EXPECT_EQ(foco(), 14);
 }
 
 TEST_F(Encabezado, AHookThatFailsOnLeavingIsNoReportAndTheFocusMoves) {
   Gancho("ENTRADA007", [](frmEntradasWizard&) { throw data::Error("rutina"); });
-  f().Enter(campo(14));
+  f().Enter(campo(campo::Almacen));
   EXPECT_EQ(no_atrapados, Claves_{"rutina"});
   EXPECT_TRUE(Reportes().empty());
   EXPECT_EQ(foco(), 14);
@@ -192,25 +192,25 @@ TEST_F(Encabezado, EachMoveTakesPlaceOnlyToAnEnabledField) {
 }
 
 TEST_F(Encabezado, FromTheQuantityThePriceIsEnteredSelected) {
-  campo(6).Text("12.00");
-  f().Enter(campo(5));
+  campo(campo::Precio).Text("12.00");
+  f().Enter(campo(campo::Cantidad));
   Tecla(f(), "Enter");
-  EXPECT_EQ(campo(6).SelLength(), 5);
+  EXPECT_EQ(campo(campo::Precio).SelLength(), 5);
 }
 
 TEST_F(Encabezado, EnterInThePriceStoresTheLineUnlessOneIsBeingStored) {
-  f().Enter(campo(6));
+  f().Enter(campo(campo::Precio));
   f().Procesando = true;
   Tecla(f(), "Enter");
   EXPECT_TRUE(bitacora.mensajes.empty());
   EXPECT_TRUE(f().Procesando);
   f().Procesando = false;
   Tecla(f(), "Enter");
-  EXPECT_EQ(Numeros(), std::vector<int>{234});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinArticulo});
 }
 
 TEST_F(Encabezado, AnyOtherKeyEndsTheStoring) {
-  f().Enter(campo(29));
+  f().Enter(campo(campo::UnidadDePresentacion));
   f().Procesando = true;
   Tecla(f(), "Tab");
   EXPECT_TRUE(f().Procesando);
@@ -219,8 +219,8 @@ TEST_F(Encabezado, AnyOtherKeyEndsTheStoring) {
 }
 
 TEST_F(Encabezado, AnEmptyWarehouseIsPassedAndOnlyRefusedAtTheEnd) {
-  campo(14).Text("");
-  Tecla(f(), "Enter", campo(14));
+  campo(campo::Almacen).Text("");
+  Tecla(f(), "Enter", campo(campo::Almacen));
   EXPECT_EQ(foco(), 4);
   EXPECT_TRUE(bitacora.mensajes.empty());
 }
@@ -228,23 +228,23 @@ TEST_F(Encabezado, AnEmptyWarehouseIsPassedAndOnlyRefusedAtTheEnd) {
 // ---- the maximum length ----
 
 TEST_F(Encabezado, AFullFieldMovesOnByItselfOnceForTheChangeThatFillsIt) {
-  campo(0).MaxLength(3);
-  Teclea(f(), campo(0), "co");
+  campo(campo::Concepto).MaxLength(3);
+  Teclea(f(), campo(campo::Concepto), "co");
   EXPECT_EQ(foco(), 0);
-  Teclea(f(), campo(0), "m");
+  Teclea(f(), campo(campo::Concepto), "m");
   EXPECT_EQ(foco(), 14);
   int pasos = 0;
   Gancho("ENTRADA008", [&](frmEntradasWizard&) { ++pasos; });
-  campo(28).MaxLength(1);
-  Teclea(f(), campo(28), "2");
+  campo(campo::Presentaciones).MaxLength(1);
+  Teclea(f(), campo(campo::Presentaciones), "2");
   EXPECT_EQ(foco(), 29);
   EXPECT_EQ(pasos, 2);  // into 28, and on to 29
 }
 
 TEST_F(Encabezado, WithNoMaximumAnEmptiedFieldStaysWhereItIs) {
-  Teclea(f(), campo(0), "c");
+  Teclea(f(), campo(campo::Concepto), "c");
   Tecla(f(), "Back");
-  EXPECT_EQ(campo(0).Text(), "");
+  EXPECT_EQ(campo(campo::Concepto).Text(), "");
   EXPECT_EQ(foco(), 0);
 }
 
@@ -265,8 +265,8 @@ TEST_F(Encabezado, F2OpensTheFieldsListWithTheFocusAlreadyOnTheArticle) {
 
 TEST_F(Encabezado, AChoiceGoesToTheFieldItWasMadeFor) {
   bitacora.elige = [](forms::TextBox&) { return std::optional<std::string>("2"); };
-  Tecla(f(), "F2", campo(14));
-  EXPECT_EQ(campo(14).Text(), "2");
+  Tecla(f(), "F2", campo(campo::Almacen));
+  EXPECT_EQ(campo(campo::Almacen).Text(), "2");
   EXPECT_EQ(foco(), 4);
 }
 
@@ -280,13 +280,13 @@ TEST_F(Encabezado, ADoubleClickOpensTheSameListsAndTheNumericHelperForThePrice) 
 
 TEST_F(Encabezado, APickerThatFailsLeavesTheEventUnreported) {
   bitacora.FallaServicio("Muestra", 1, "sin lista");
-  f().DoubleClick(campo(0));
+  f().DoubleClick(campo(campo::Concepto));
   EXPECT_EQ(no_atrapados, Claves_{"sin lista"});
   EXPECT_TRUE(Reportes().empty());
 }
 
 TEST_F(Encabezado, DownOpensTheSearchBoxOfAnyFieldButTheArticles) {
-  campo(24).Text("7501");
+  campo(campo::SegundaClave).Text("7501");
   for (int indice : {0, 14, 24}) {
     Tecla(f(), "Down", campo(indice));
     EXPECT_EQ(campo(indice).SelStart(), 0) << indice;
@@ -294,18 +294,18 @@ TEST_F(Encabezado, DownOpensTheSearchBoxOfAnyFieldButTheArticles) {
   }
   EXPECT_EQ(listas, (Claves_{"txtFields(0)", "txtFields(14)", "txtFields(24)"}));
   listas.clear();
-  Tecla(f(), "Down", campo(4));
+  Tecla(f(), "Down", campo(campo::Articulo));
   EXPECT_TRUE(listas.empty());
   EXPECT_EQ(bitacora.selectores.size(), 1u);
   EXPECT_EQ(bitacora.selectores[0].substr(0, 15), "ListaArticulos|");
 }
 
 TEST_F(Encabezado, DownInAPlainFieldFailsUnseenAndTheCaretGoesToTheFront) {
-  campo(29).Text("Caja");
-  f().Enter(campo(29));
-  campo(29).SelStart(3);
+  campo(campo::UnidadDePresentacion).Text("Caja");
+  f().Enter(campo(campo::UnidadDePresentacion));
+  campo(campo::UnidadDePresentacion).SelStart(3);
   Tecla(f(), "Down");
-  EXPECT_EQ(campo(29).SelStart(), 0);
+  EXPECT_EQ(campo(campo::UnidadDePresentacion).SelStart(), 0);
   EXPECT_TRUE(listas.empty());
   EXPECT_TRUE(no_atrapados.empty());
   EXPECT_TRUE(Reportes().empty());
@@ -332,16 +332,16 @@ TEST_F(Encabezado, F8HasNoMeaningElsewhere) {
 
 TEST_F(Encabezado, F8EndsTheHandlingWhereItHasAMeaning) {
   f().Procesando = true;
-  Tecla(f(), "F8", campo(28));
+  Tecla(f(), "F8", campo(campo::Presentaciones));
   EXPECT_TRUE(f().Procesando);
 }
 
 TEST_F(Encabezado, F8InTheSecondKeyFetchesItEvenWhereNoFocusCanGo) {
-  f().Enter(campo(24));
+  f().Enter(campo(campo::SegundaClave));
   Tecla(f(), "F8");
   EXPECT_EQ(foco(), 28);
-  campo(28).Enabled(false);
-  f().Enter(campo(24));
+  campo(campo::Presentaciones).Enabled(false);
+  f().Enter(campo(campo::SegundaClave));
   Olvida();
   Tecla(f(), "F8");
   EXPECT_EQ(CuentaSentencias("SELECT * FROM clavesadd WHERE clave = ''"), 1);
@@ -356,7 +356,7 @@ TEST_F(Encabezado, F5InAnyFieldIsTheFinishAndEndsTheHandling) {
     f().Enter(campo(indice));
     Olvida();
     Tecla(f(), "F5");
-    EXPECT_EQ(Numeros(), std::vector<int>{341}) << indice;
+    EXPECT_EQ(Numeros(), std::vector<int>{mensaje::EntradaSinConcepto}) << indice;
     EXPECT_TRUE(f().Procesando) << indice;
   }
 }
@@ -365,7 +365,7 @@ TEST_F(Encabezado, F5InAnyFieldIsTheFinishAndEndsTheHandling) {
 
 TEST_F(Encabezado, AConceptShowsItsDescriptionAndSetsTheWorkingDateAgain) {
   f().DTPicker1.Value(data::Date{2024, 1, 15});
-  campo(0).Text("COM");
+  campo(campo::Concepto).Text("COM");
   EXPECT_EQ(f().RichTextBox3.Text(), "Compra a proveedor");
   EXPECT_EQ(f().DTPicker1.Value(), reloj.date);
   EXPECT_EQ(bitacora.sentencias.back(), "SELECT * FROM tipominv WHERE tipo_movim = 'COM' AND ent_sal = 'E'");
@@ -373,15 +373,15 @@ TEST_F(Encabezado, AConceptShowsItsDescriptionAndSetsTheWorkingDateAgain) {
 
 TEST_F(Encabezado, TheDescriptionIsTakenAsItStands) {
   Sql("INSERT INTO tipominv (tipo_movim, ent_sal, descrip) VALUES (?, ?, ?)", {"DEV", "E", "  Devolución  "});
-  campo(0).Text("DEV");
+  campo(campo::Concepto).Text("DEV");
   EXPECT_EQ(f().RichTextBox3.Text(), "  Devolución  ");
 }
 
 TEST_F(Encabezado, AnEmptyConceptEmptiesTheDescriptionAndAsksNothing) {
-  campo(0).Text("COM");
+  campo(campo::Concepto).Text("COM");
   f().DTPicker1.Value(data::Date{2024, 1, 15});
   Olvida();
-  campo(0).Text("");
+  campo(campo::Concepto).Text("");
   EXPECT_EQ(f().RichTextBox3.Text(), "");
   EXPECT_TRUE(bitacora.sentencias.empty());
   EXPECT_EQ(f().DTPicker1.Value(), (data::Date{2024, 1, 15}));
@@ -391,7 +391,7 @@ TEST_F(Encabezado, AnUnknownConceptAndOneForGoodsOutShowNothingAndKeepTheDate) {
   f().DTPicker1.Value(data::Date{2024, 1, 15});
   for (const char* clave : {"ZZZ", "VTA"}) {
     f().RichTextBox3.Text("otra");
-    campo(0).Text(clave);
+    campo(campo::Concepto).Text(clave);
     EXPECT_EQ(f().RichTextBox3.Text(), "") << clave;
     EXPECT_EQ(f().DTPicker1.Value(), (data::Date{2024, 1, 15}));
   }
@@ -399,21 +399,21 @@ TEST_F(Encabezado, AnUnknownConceptAndOneForGoodsOutShowNothingAndKeepTheDate) {
 }
 
 TEST_F(Encabezado, EveryChangeOfTheConceptLooksItUp) {
-  Teclea(f(), campo(0), "com");
+  Teclea(f(), campo(campo::Concepto), "com");
   EXPECT_EQ(CuentaSentencias("SELECT * FROM tipominv WHERE"), 3);
 }
 
 TEST_F(Encabezado, AConceptThatCannotBeReadIsReportedAndShowsNothing) {
   f().RichTextBox3.Text("otra");
   bitacora.Falla("FROM tipominv", 1, "no se lee");
-  campo(0).Text("COM");
+  campo(campo::Concepto).Text("COM");
   ASSERT_EQ(Reportes().size(), 2u);
   EXPECT_EQ(Reportes()[0], Reporte("TraeConcepto", "no se lee"));
   EXPECT_EQ(f().RichTextBox3.Text(), "");
 }
 
 TEST_F(Encabezado, AQuoteInAConceptIsReportedAndHarmsNothing) {
-  campo(0).Text("C'");
+  campo(campo::Concepto).Text("C'");
   ASSERT_FALSE(Reportes().empty());
   EXPECT_EQ(Reportes()[0].find("Module: frmEntradasWi\r\nFunction: TraeConcepto"), 0u);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM tipominv"), "3");
@@ -424,7 +424,7 @@ TEST_F(Encabezado, AQuoteInAConceptIsReportedAndHarmsNothing) {
 class Revision : public Encabezado {
  protected:
   Revision() {
-    campo(0).Text("COM");
+    campo(campo::Concepto).Text("COM");
     f().Enter(f().fg2);
     Olvida();
   }
@@ -452,29 +452,29 @@ TEST_F(Revision, AGoodHeaderPasses) {
 }
 
 TEST_F(Revision, NoConcept) {
-  campo(0).Text("  ");
-  campo(14).Text("");
+  campo(campo::Concepto).Text("  ");
+  campo(campo::Almacen).Text("");
   ExpectRefusal(341, 0);
 }
 
 TEST_F(Revision, AnUnknownConcept) {
-  campo(0).Text("ZZZ");
-  campo(14).Text("");
+  campo(campo::Concepto).Text("ZZZ");
+  campo(campo::Almacen).Text("");
   ExpectRefusal(342, 0);
 }
 
 TEST_F(Revision, AConceptForGoodsOut) {
-  campo(0).Text("VTA");
+  campo(campo::Concepto).Text("VTA");
   ExpectRefusal(342, 0);
 }
 
 TEST_F(Revision, NoWarehouse) {
-  campo(14).Text(" ");
+  campo(campo::Almacen).Text(" ");
   ExpectRefusal(240, 14);
 }
 
 TEST_F(Revision, AnUnknownWarehouse) {
-  campo(14).Text("99");
+  campo(campo::Almacen).Text("99");
   ExpectRefusal(241, 14);
 }
 
@@ -483,12 +483,12 @@ TEST_F(Revision, AValidationWhoseQueryFailsRefuses) {
   EXPECT_FALSE(f().Valida());
   ASSERT_EQ(Reportes().size(), 2u);
   EXPECT_EQ(Reportes()[0], Reporte("ValidaTab1", "no se lee"));
-  EXPECT_EQ(Numeros(), std::vector<int>{342});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::EntradaNoExisteConcepto});
   Olvida();
   bitacora.FallaServicio("ExisteClave", 1, "sin catálogo");
   EXPECT_FALSE(f().Valida());
   EXPECT_EQ(Reportes(), Claves_{Reporte("ValidaTab1", "sin catálogo")});
-  EXPECT_EQ(Numeros(), std::vector<int>{241});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoExisteAlmacen});
 }
 
 TEST_F(Revision, ADateWithALaterClosedMovementIsRefused) {
@@ -508,7 +508,7 @@ TEST_F(Revision, ADateWithALaterClosedMovementIsRefused) {
       {"EN", "A-100", "2024-02-11", 1});
   f().ValidaFecha(valida);
   EXPECT_FALSE(valida);
-  ASSERT_EQ(Numeros(), std::vector<int>{253});
+  ASSERT_EQ(Numeros(), std::vector<int>{mensaje::PeriodoCerrado});
   EXPECT_EQ(bitacora.mensajes[0].estilo, 64);
   EXPECT_EQ(f().ActiveControl(), &f().DTPicker1);
 }
@@ -529,7 +529,7 @@ TEST_F(Revision, ADateWhoseQueryFailsIsRefused) {
   f().ValidaFecha(valida);
   EXPECT_FALSE(valida);
   EXPECT_EQ(Reportes()[0], Reporte("ValidaFecha", "no se lee"));
-  EXPECT_EQ(Numeros(), std::vector<int>{253});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::PeriodoCerrado});
 }
 
 TEST_F(Revision, TheRateOfACurrencyHasNoFieldsHereAndIsReported) {

@@ -1,5 +1,6 @@
 // What a screen bears from outside: routines that throw at each hook, and texts that would break or
 // widen a statement. Failures of services are in failures_test.cpp and its neighbours.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -18,8 +19,8 @@ class Rutinas : public Escenario {
   }
   frmEntradasWizard& EnElArticulo() {
     frmEntradasWizard& f = Nueva();
-    Teclea(f, f.txtFields(0), "COM");
-    f.Enter(f.txtFields(4));
+    Teclea(f, f.txtFields(campo::Concepto), "COM");
+    f.Enter(f.txtFields(campo::Articulo));
     Olvida();
     return f;
   }
@@ -65,57 +66,57 @@ TEST_F(Rutinas, AtTheClosingItIsReportedAndTheScreenCloses) {
 
 TEST_F(Rutinas, OnLeavingAFieldItReachesThePlatformAndTheFieldStaysUnformatted) {
   frmEntradasWizard& f = EnElArticulo();
-  Teclea(f, f.txtFields(6), "5");
+  Teclea(f, f.txtFields(campo::Precio), "5");
   Revienta("ENTRADA007");
-  f.Enter(f.txtFields(14));
+  f.Enter(f.txtFields(campo::Almacen));
   EXPECT_EQ(no_atrapados, (Textos{"rutina ENTRADA007"}));
   EXPECT_TRUE(Reportes().empty());
-  EXPECT_TRUE(f.txtFields(14).HasFocus());
-  EXPECT_EQ(f.txtFields(6).Text(), "5");
+  EXPECT_TRUE(f.txtFields(campo::Almacen).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "5");
 }
 
 TEST_F(Rutinas, OnLeavingByTheScreensOwnMoveItIsIgnored) {
   frmEntradasWizard& f = EnElArticulo();
-  f.Enter(f.txtFields(5));
+  f.Enter(f.txtFields(campo::Cantidad));
   Olvida();
   Revienta("ENTRADA007");
   Tecla(f, "Enter");
-  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Precio).HasFocus());
   EXPECT_TRUE(no_atrapados.empty());
   EXPECT_TRUE(Reportes().empty());
 }
 
 TEST_F(Rutinas, OnEnteringAFieldItReachesThePlatformOrIsIgnoredTheSameWay) {
   frmEntradasWizard& f = EnElArticulo();
-  f.Enter(f.txtFields(14));
+  f.Enter(f.txtFields(campo::Almacen));
   Revienta("ENTRADA008");
-  f.Enter(f.txtFields(5));
+  f.Enter(f.txtFields(campo::Cantidad));
   EXPECT_EQ(no_atrapados, (Textos{"rutina ENTRADA008"}));
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
   Olvida();
   Tecla(f, "Enter");
-  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Precio).HasFocus());
   EXPECT_TRUE(no_atrapados.empty());
 }
 
 TEST_F(Rutinas, WithTheArticleFoundItIsReportedAndTheRowIsFilled) {
   frmEntradasWizard& f = EnElArticulo();
   Revienta("ENTRADA009");
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
   EXPECT_EQ(Reportes(), (Textos{Queja("PonDescripcion", "ENTRADA009")}));
-  EXPECT_EQ(f.txtFields(6).Text(), "116.00");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "116.00");
 }
 
 TEST_F(Rutinas, AfterPostingBothAreReportedAndTheDocumentIsPrinted) {
   frmEntradasWizard& f = EnElArticulo();
   Renglon(f, "A-100", "3");
-  f.txtFields(0).Text("A++");
+  f.txtFields(campo::Concepto).Text("A++");
   Revienta("ENTRADA014");
   Revienta("ENTRADA010");
   bitacora.respuestas.push_back(true);
   auto viva = f.shared_from_this();
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_EQ(Reportes(),
             (Textos{Queja("Command5_Click", "ENTRADA014"), Queja("Command5_Click", "ENTRADA010")}));
   EXPECT_EQ(bitacora.impresos.size(), 1u);
@@ -124,13 +125,13 @@ TEST_F(Rutinas, AfterPostingBothAreReportedAndTheDocumentIsPrinted) {
 
 TEST_F(Rutinas, BeforeTheLookupItReachesThePlatformAndTheArticleIsNotLookedUp) {
   frmEntradasWizard& f = EnElArticulo();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Revienta("ENTRADA012");
-  f.Enter(f.txtFields(14));
+  f.Enter(f.txtFields(campo::Almacen));
   EXPECT_EQ(no_atrapados, (Textos{"rutina ENTRADA012"}));
-  EXPECT_EQ(f.txtFields(6).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "");
   for (const auto& clave : Claves()) EXPECT_NE(clave, "ENTRADA007");
-  EXPECT_TRUE(f.txtFields(14).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Almacen).HasFocus());
 }
 
 TEST_F(Rutinas, BeforeAQuantityIsEditedItIsReportedAndTheBoxOpens) {
@@ -176,7 +177,7 @@ class TextosHostiles : public Escenario, public ::testing::WithParamInterface<st
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM clavesadd"), "1");
     EXPECT_EQ(Uno("SELECT observ FROM entradas WHERE entrada = 900"), "ajena");
     EXPECT_TRUE(f.Open());
-    f.txtFields(0).Text("COM");
+    f.txtFields(campo::Concepto).Text("COM");
     for (int campo : {4, 24, 28, 5, 6}) f.txtFields(campo).Text("");
     Olvida();
     Renglon(f, "A-100", "3");
@@ -187,29 +188,29 @@ class TextosHostiles : public Escenario, public ::testing::WithParamInterface<st
 
 TEST_P(TextosHostiles, AsAnArticleItIsNoArticleAndTheScreenLives) {
   frmEntradasWizard& f = Nueva();
-  Pega(f, f.txtFields(4), GetParam());
+  Pega(f, f.txtFields(campo::Articulo), GetParam());
   Tecla(f, "Enter");
-  f.txtFields(5).Text("1");
-  f.txtFields(6).Text("1");
+  f.txtFields(campo::Cantidad).Text("1");
+  f.txtFields(campo::Precio).Text("1");
   f.LlenaPartida();
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
-  EXPECT_EQ(Numeros(), std::vector<int>{235});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsArticulo});
   Sigue(f, {"PonDescripcion", "TraeSegundaClave", "CalculaCantidad", "LlenaPartida", "BuscaModelo"});
 }
 
 TEST_P(TextosHostiles, AsAConceptItHasNoDescriptionAndIsRefusedAtTheFinish) {
   frmEntradasWizard& f = Nueva();
-  Pega(f, f.txtFields(0), GetParam());
+  Pega(f, f.txtFields(campo::Concepto), GetParam());
   EXPECT_FALSE(f.Valida());
-  EXPECT_EQ(Numeros(), std::vector<int>{342});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::EntradaNoExisteConcepto});
   Sigue(f, {"TraeConcepto", "ValidaTab1"});
 }
 
 TEST_P(TextosHostiles, AsASecondKeyItResolvesNothing) {
   frmEntradasWizard& f = Nueva();
-  Pega(f, f.txtFields(24), GetParam());
+  Pega(f, f.txtFields(campo::SegundaClave), GetParam());
   Tecla(f, "F8");
-  EXPECT_EQ(f.txtFields(25).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Dato1).Text(), "");
   Sigue(f, {"TraeSegundaClave", "CalculaCantidad"});
 }
 
@@ -225,11 +226,11 @@ TEST_P(TextosHostiles, AsRemarksItIsStoredToTheLetter) {
 TEST_P(TextosHostiles, InTheCatalogueItIsDataLikeAnyOther) {
   Sql("UPDATE prods SET descrip = ? WHERE articulo = 'A-200'", {data::Value(GetParam())});
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   Renglon(f, "A-200", "1");
   EXPECT_TRUE(Reportes().empty());
-  EXPECT_EQ(Uno("SELECT observ FROM entpart"), Celda(f, 1, 4));
-  EXPECT_NE(Celda(f, 1, 4), "");
+  EXPECT_EQ(Uno("SELECT observ FROM entpart"), Celda(f, 1, columna_entrada::Descripcion));
+  EXPECT_NE(Celda(f, 1, columna_entrada::Descripcion), "");
 }
 
 std::string NombreDeTexto(const ::testing::TestParamInfo<std::string>& info) {

@@ -3,6 +3,7 @@
 // their own; models are not tested here.
 #include <algorithm>
 
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -16,7 +17,7 @@ class Renglones : public Escenario {
 
   frmEntradasWizard& ConConcepto() {
     frmEntradasWizard& f = Nueva();
-    Teclea(f, f.txtFields(0), "COM");
+    Teclea(f, f.txtFields(campo::Concepto), "COM");
     Tecla(f, "Enter");
     return f;
   }
@@ -28,9 +29,9 @@ class Renglones : public Escenario {
   }
   void Usa(frmEntradasWizard& f, int hasta) {
     for (int renglon = 1; renglon <= hasta; ++renglon) {
-      f.fg2.TextMatrix(renglon, 0, "X");
-      f.fg2.TextMatrix(renglon, 1, "1");
-      f.fg2.TextMatrix(renglon, 2, "1");
+      f.fg2.TextMatrix(renglon, columna_entrada::Articulo, "X");
+      f.fg2.TextMatrix(renglon, columna_entrada::Cantidad, "1");
+      f.fg2.TextMatrix(renglon, columna_entrada::Precio, "1");
     }
   }
   void RenglonVacio(frmEntradasWizard& f) {
@@ -42,44 +43,44 @@ class Renglones : public Escenario {
 
 TEST_F(Renglones, TheArticleBringsDescriptionUnitAndPriceWithItsTax) {
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "A-200");
+  Teclea(f, f.txtFields(campo::Articulo), "A-200");
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(1).Text(), "Clavo a granel");
-  EXPECT_EQ(f.txtFields(27).Text(), "KG");
-  EXPECT_EQ(f.txtFields(6).Text(), "50.00");  // 43.10 plus 16 %
-  EXPECT_EQ(f.txtFields(5).Text(), "");
-  EXPECT_EQ(f.txtFields(9).Text(), "");
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Descripcion).Text(), "Clavo a granel");
+  EXPECT_EQ(f.txtFields(campo::Unidad).Text(), "KG");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "50.00");  // 43.10 plus 16 %
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::ImporteDelRenglon).Text(), "");
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
 }
 
 TEST_F(Renglones, DescriptionAndUnitComeTrimmedAndMissingOnesEmpty) {
   Sql("UPDATE prods SET descrip = '  Martillo  ', unidad = ' PZA ' WHERE articulo = 'A-100'");
   Sql("UPDATE prods SET descrip = NULL, unidad = NULL, precio1 = NULL WHERE articulo = 'A-200'");
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(1).Text(), "Martillo");
-  EXPECT_EQ(f.txtFields(27).Text(), "PZA");
-  f.txtFields(4).Text("A-200");
+  EXPECT_EQ(f.txtFields(campo::Descripcion).Text(), "Martillo");
+  EXPECT_EQ(f.txtFields(campo::Unidad).Text(), "PZA");
+  f.txtFields(campo::Articulo).Text("A-200");
   f.PonDescripcion();
-  EXPECT_EQ(f.txtFields(1).Text(), "");
-  EXPECT_EQ(f.txtFields(27).Text(), "");
-  EXPECT_EQ(f.txtFields(6).Text(), "0.00");
+  EXPECT_EQ(f.txtFields(campo::Descripcion).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Unidad).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "0.00");
   EXPECT_TRUE(Reportes().empty());
 }
 
 TEST_F(Renglones, ThePriceFollowsThePatternOfTheContext) {
   anfitrion->Ambiente().Pon("FormatoImporte", "###,##0.0000");
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "A-200");
+  Teclea(f, f.txtFields(campo::Articulo), "A-200");
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(6).Text(), "49.9960");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "49.9960");
 }
 
 TEST_F(Renglones, TheKeyIsTrimmedForTheArticleAndAsTypedForTheSecondKey) {
   frmEntradasWizard& f = ConConcepto();
   Olvida();
-  Teclea(f, f.txtFields(4), " A-9 ");
+  Teclea(f, f.txtFields(campo::Articulo), " A-9 ");
   Tecla(f, "Enter");
   EXPECT_EQ(Sentencias(),
             (Textos{"SELECT prods.descrip,unidad,precio1,impuestos.valor FROM prods INNER JOIN impuestos ON "
@@ -90,16 +91,16 @@ TEST_F(Renglones, TheKeyIsTrimmedForTheArticleAndAsTypedForTheSecondKey) {
 
 TEST_F(Renglones, AnUnknownKeyEmptiesOnlyThePriceAndTellsNothing) {
   frmEntradasWizard& f = ConConcepto();
-  f.txtFields(4).Text("A-100");
+  f.txtFields(campo::Articulo).Text("A-100");
   f.PonDescripcion();
-  f.txtFields(5).Text("2");
+  f.txtFields(campo::Cantidad).Text("2");
   Olvida();
-  f.txtFields(4).Text("NADA");
+  f.txtFields(campo::Articulo).Text("NADA");
   f.PonDescripcion();
-  EXPECT_EQ(f.txtFields(6).Text(), "");
-  EXPECT_EQ(f.txtFields(1).Text(), "Martillo de uña");
-  EXPECT_EQ(f.txtFields(27).Text(), "PZA");
-  EXPECT_EQ(f.txtFields(5).Text(), "2");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Descripcion).Text(), "Martillo de uña");
+  EXPECT_EQ(f.txtFields(campo::Unidad).Text(), "PZA");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "2");
   EXPECT_TRUE(bitacora.mensajes.empty());
   EXPECT_TRUE(Claves().empty());
 }
@@ -107,11 +108,11 @@ TEST_F(Renglones, AnUnknownKeyEmptiesOnlyThePriceAndTellsNothing) {
 TEST_F(Renglones, AnEmptyKeyEmptiesTheEntryRowSaveItsUnit) {
   frmEntradasWizard& f = ConConcepto();
   for (int campo : {1, 5, 6, 9, 25, 26, 27, 29}) f.txtFields(campo).Text("7");
-  f.txtFields(4).Text("  ");
+  f.txtFields(campo::Articulo).Text("  ");
   Olvida();
   f.PonDescripcion();
   for (int campo : {1, 5, 6, 9, 24, 25, 26, 28, 29}) EXPECT_EQ(f.txtFields(campo).Text(), "") << campo;
-  EXPECT_EQ(f.txtFields(27).Text(), "7");
+  EXPECT_EQ(f.txtFields(campo::Unidad).Text(), "7");
   EXPECT_TRUE(bitacora.sentencias.empty());
   EXPECT_TRUE(Claves().empty());
 }
@@ -119,22 +120,22 @@ TEST_F(Renglones, AnEmptyKeyEmptiesTheEntryRowSaveItsUnit) {
 TEST_F(Renglones, TheArticleWinsOverASecondKeyOfTheSameText) {
   Sql("INSERT INTO clavesadd (clave, articulo, cantidad) VALUES ('A-100', 'A-200', 5)");
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(4).Text(), "A-100");
-  EXPECT_EQ(f.txtFields(24).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-100");
+  EXPECT_EQ(f.txtFields(campo::SegundaClave).Text(), "");
 }
 
 TEST_F(Renglones, AnArticleWithoutTaxRateIsUnknownToTheLookupYetALineAtATypedPriceCanBeMade) {
   Sql("INSERT INTO prods (articulo, descrip, precio1, impuesto) VALUES ('LIBRE', 'Sin tasa', 10, 'NO')");
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "LIBRE");
+  Teclea(f, f.txtFields(campo::Articulo), "LIBRE");
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(6).Text(), "");
-  EXPECT_EQ(f.txtFields(1).Text(), "");
-  Teclea(f, f.txtFields(5), "2");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Descripcion).Text(), "");
+  Teclea(f, f.txtFields(campo::Cantidad), "2");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(6), "7.5");
+  Teclea(f, f.txtFields(campo::Precio), "7.5");
   f.LlenaPartida();
   EXPECT_TRUE(Numeros().empty());
   EXPECT_EQ(Uno("SELECT articulo FROM entpart"), "LIBRE");
@@ -142,7 +143,7 @@ TEST_F(Renglones, AnArticleWithoutTaxRateIsUnknownToTheLookupYetALineAtATypedPri
 
 TEST_F(Renglones, TheRoadOfALineFiresItsHooksInOrder) {
   frmEntradasWizard& f = ConConcepto();
-  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(campo::Articulo));
   Olvida();
   Renglon(f, "A-100", "3");
   std::vector<std::pair<std::string, std::string>> vistos;
@@ -189,7 +190,7 @@ TEST_F(Renglones, OnlyTheFirstLineMakesTheDocument) {
 
 TEST_F(Renglones, TheLineTakesTheConceptOfTheStoredHeader) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "3"}});
-  f.txtFields(0).Text("A++");
+  f.txtFields(campo::Concepto).Text("A++");
   Renglon(f, "A-200", "1");
   EXPECT_EQ(Uno("SELECT tipo_doc FROM entpart WHERE articulo = 'A-200'"), "COM");
 }
@@ -201,68 +202,68 @@ TEST_F(Renglones, TheGridShowsTheLineAndTheEntryRowIsFreeForTheNext) {
     EXPECT_EQ(Celda(f, 2, columna), esperado[static_cast<std::size_t>(columna)]) << columna;
   }
   EXPECT_EQ(f.fg2.Row(), 2);
-  EXPECT_EQ(Celda(f, 3, 0), "");
-  EXPECT_EQ(f.txtFields(11).Text(), "473");
+  EXPECT_EQ(Celda(f, 3, columna_entrada::Articulo), "");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "473");
   RenglonVacio(f);
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_FALSE(f.Procesando);
 }
 
 TEST_F(Renglones, TheAmountIsFirstWrittenWithTwoDecimalsAndThenRecomputed) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "3"}});
   std::string antes;
-  f.fg2.OnRowColChange = [&] { antes = Celda(f, 2, 3); };
+  f.fg2.OnRowColChange = [&] { antes = Celda(f, 2, columna_entrada::Importe); };
   Renglon(f, "A-100", "1500");
   EXPECT_EQ(antes, "174,000.00");
-  EXPECT_EQ(Celda(f, 2, 3), "174000");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Importe), "174000");
 }
 
 TEST_F(Renglones, APriceInThousandsIsStoredWhole) {
   Sql("UPDATE prods SET precio1 = 2000 WHERE articulo = 'A-100'");
   frmEntradasWizard& f = ConRenglones({{"A-100", "2"}});
   EXPECT_EQ(Uno("SELECT precio FROM entpart"), "2320");
-  EXPECT_EQ(Celda(f, 1, 2), "2,320.00");
-  EXPECT_EQ(f.txtFields(11).Text(), "4,640");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Precio), "2,320.00");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "4,640");
 }
 
 TEST_F(Renglones, WithoutASecondKeyTheAmountOfTheEntryRowIsNotComputed) {
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "3");
-  EXPECT_EQ(f.txtFields(9).Text(), "");
+  Teclea(f, f.txtFields(campo::Cantidad), "3");
+  EXPECT_EQ(f.txtFields(campo::ImporteDelRenglon).Text(), "");
 }
 
 TEST_F(Renglones, AnEmptyArticleIsRefused) {
   frmEntradasWizard& f = ConConcepto();
-  Tecla(f, "F9", f.txtFields(5));
-  EXPECT_EQ(Numeros(), std::vector<int>{234});
-  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(234));
+  Tecla(f, "F9", f.txtFields(campo::Cantidad));
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinArticulo});
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::SinArticulo));
   EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
   EXPECT_EQ(bitacora.mensajes.back().clase, "mensaje");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
 }
 
 TEST_F(Renglones, AKeyThatIsNoArticleIsRefused) {
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "NADA");
+  Teclea(f, f.txtFields(campo::Articulo), "NADA");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "3");
+  Teclea(f, f.txtFields(campo::Cantidad), "3");
   Tecla(f, "F9");
-  EXPECT_EQ(Numeros(), std::vector<int>{235});
-  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(235));
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsArticulo});
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::NoEsArticulo));
   EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
-  EXPECT_EQ(f.txtFields(4).Text(), "NADA");
-  EXPECT_EQ(f.txtFields(5).Text(), "3");
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "NADA");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "3");
 }
 
 TEST_F(Renglones, AKeyWithBlanksAroundItIsDescribedButMakesNoLine) {
   frmEntradasWizard& f = ConConcepto();
   Renglon(f, " A-100", "3");
-  EXPECT_EQ(f.txtFields(1).Text(), "Martillo de uña");
-  EXPECT_EQ(Numeros(), std::vector<int>{235});
+  EXPECT_EQ(f.txtFields(campo::Descripcion).Text(), "Martillo de uña");
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsArticulo});
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
 }
 
@@ -270,16 +271,16 @@ TEST_F(Renglones, AQuantityOfZeroOrLessIsRefused) {
   frmEntradasWizard& f = ConConcepto();
   for (const char* cantidad : {"", "0", "-1"}) {
     Olvida();
-    f.txtFields(4).Text("A-100");
+    f.txtFields(campo::Articulo).Text("A-100");
     f.PonDescripcion();
-    f.txtFields(5).Text(cantidad);
+    f.txtFields(campo::Cantidad).Text(cantidad);
     f.LlenaPartida();
-    EXPECT_EQ(Numeros(), std::vector<int>{236}) << cantidad;
+    EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinCantidad}) << cantidad;
     EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
-    EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(236));
-    EXPECT_TRUE(f.txtFields(5).HasFocus());
-    EXPECT_EQ(f.txtFields(4).Text(), "A-100");
-    EXPECT_EQ(f.txtFields(6).Text(), "116.00");
+    EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::SinCantidad));
+    EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
+    EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-100");
+    EXPECT_EQ(f.txtFields(campo::Precio).Text(), "116.00");
   }
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
 }
@@ -288,16 +289,16 @@ TEST_F(Renglones, APriceOfZeroOrLessIsRefused) {
   frmEntradasWizard& f = ConConcepto();
   for (const char* precio : {"", "0", "-5", "12 pesos"}) {
     Olvida();
-    f.txtFields(4).Text("A-100");
-    f.txtFields(5).Text("3");
-    Tecla(f, "Enter", f.txtFields(5));
-    f.txtFields(6).Text(precio);
+    f.txtFields(campo::Articulo).Text("A-100");
+    f.txtFields(campo::Cantidad).Text("3");
+    Tecla(f, "Enter", f.txtFields(campo::Cantidad));
+    f.txtFields(campo::Precio).Text(precio);
     f.LlenaPartida();
-    EXPECT_EQ(Numeros(), std::vector<int>{238}) << precio;
+    EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinPrecio}) << precio;
     EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
-    EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(238));
-    EXPECT_TRUE(f.txtFields(6).HasFocus());
-    EXPECT_EQ(f.txtFields(5).Text(), "3");
+    EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::SinPrecio));
+    EXPECT_TRUE(f.txtFields(campo::Precio).HasFocus());
+    EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "3");
   }
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
 }
@@ -305,88 +306,88 @@ TEST_F(Renglones, APriceOfZeroOrLessIsRefused) {
 TEST_F(Renglones, ARefusalAfterTabLeavesTheFocusOnThePriceAtFault) {
   Sql("UPDATE prods SET precio1 = 0 WHERE articulo = 'A-100'");
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "3");
+  Teclea(f, f.txtFields(campo::Cantidad), "3");
   Tecla(f, "Enter");
   Tecla(f, "Tab");
-  EXPECT_EQ(Numeros(), std::vector<int>{238});
-  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinPrecio});
+  EXPECT_TRUE(f.txtFields(campo::Precio).HasFocus());
 }
 
 TEST_F(Renglones, TheFocusOfARefusalMovesOnlyToAnEnabledField) {
   frmEntradasWizard& f = ConConcepto();
-  f.txtFields(5).Enabled(false);
-  f.txtFields(4).Text("A-100");
-  f.txtFields(0).SetFocus();
+  f.txtFields(campo::Cantidad).Enabled(false);
+  f.txtFields(campo::Articulo).Text("A-100");
+  f.txtFields(campo::Concepto).SetFocus();
   f.LlenaPartida();
-  EXPECT_EQ(Numeros(), std::vector<int>{236});
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
-  f.txtFields(5).Text("3");
-  f.txtFields(6).Enabled(false);
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinCantidad});
+  EXPECT_TRUE(f.txtFields(campo::Concepto).HasFocus());
+  f.txtFields(campo::Cantidad).Text("3");
+  f.txtFields(campo::Precio).Enabled(false);
   Olvida();
   f.LlenaPartida();
-  EXPECT_EQ(Numeros(), std::vector<int>{238});
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinPrecio});
+  EXPECT_TRUE(f.txtFields(campo::Concepto).HasFocus());
   EXPECT_TRUE(Reportes().empty());
 }
 
 TEST_F(Renglones, AKnownPriceBringsTheFocusToTheArticleBeforeTheChecks) {
   frmEntradasWizard& f = ConConcepto();
-  f.txtFields(4).Text("NADA");
-  f.txtFields(6).Text("10");
-  f.txtFields(5).SetFocus();
+  f.txtFields(campo::Articulo).Text("NADA");
+  f.txtFields(campo::Precio).Text("10");
+  f.txtFields(campo::Cantidad).SetFocus();
   f.LlenaPartida();
-  EXPECT_EQ(Numeros(), std::vector<int>{235});
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsArticulo});
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
 }
 
 TEST_F(Renglones, F9AndTheButtonStoreTheLineLikeEnterInThePrice) {
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "3");
+  Teclea(f, f.txtFields(campo::Cantidad), "3");
   Tecla(f, "F9");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
-  Teclea(f, f.txtFields(4), "A-200");
+  Teclea(f, f.txtFields(campo::Articulo), "A-200");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "4");
+  Teclea(f, f.txtFields(campo::Cantidad), "4");
   f.Click(f.Command6);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "2");
-  Teclea(f, f.txtFields(4), "A-200");
+  Teclea(f, f.txtFields(campo::Articulo), "A-200");
   Tecla(f, "Tab");
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
-  Teclea(f, f.txtFields(5), "5");
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
+  Teclea(f, f.txtFields(campo::Cantidad), "5");
   Tecla(f, "Tab");
-  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Precio).HasFocus());
   Tecla(f, "Tab");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "3");
 }
 
 TEST_F(Renglones, EnterLeadsThroughTheRowWithEachTextSelected) {
   frmEntradasWizard& f = ConConcepto();
-  f.txtFields(5).Text("33");
-  Teclea(f, f.txtFields(4), "A-100");
+  f.txtFields(campo::Cantidad).Text("33");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(5).SelStart(), 0);
-  EXPECT_EQ(f.txtFields(5).SelLength(), 2);
+  EXPECT_EQ(f.txtFields(campo::Cantidad).SelStart(), 0);
+  EXPECT_EQ(f.txtFields(campo::Cantidad).SelLength(), 2);
   Tecla(f, "Enter");
-  EXPECT_TRUE(f.txtFields(6).HasFocus());
-  EXPECT_EQ(f.txtFields(6).SelLength(), 6);
+  EXPECT_TRUE(f.txtFields(campo::Precio).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Precio).SelLength(), 6);
 }
 
 TEST_F(Renglones, EnterSkipsWhatIsDisabled) {
   frmEntradasWizard& f = ConConcepto();
-  f.txtFields(5).Enabled(false);
-  Teclea(f, f.txtFields(4), "A-100");
+  f.txtFields(campo::Cantidad).Enabled(false);
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Olvida();
   Tecla(f, "Enter");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_EQ(Sentencias(), (Textos{"SELECT * FROM prods WHERE modelo = 'A-100'"}));
-  f.txtFields(5).Enabled(true);
-  f.txtFields(6).Enabled(false);
-  Tecla(f, "Enter", f.txtFields(5));
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  f.txtFields(campo::Cantidad).Enabled(true);
+  f.txtFields(campo::Precio).Enabled(false);
+  Tecla(f, "Enter", f.txtFields(campo::Cantidad));
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
 }
 
 TEST_F(Renglones, WhileALineIsBeingStoredEnterMakesNoSecondOne) {
@@ -397,16 +398,16 @@ TEST_F(Renglones, WhileALineIsBeingStoredEnterMakesNoSecondOne) {
   EXPECT_TRUE(procesando);
   EXPECT_FALSE(f.Procesando);
 
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   f.Procesando = true;
   Olvida();
   Tecla(f, "Enter");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_TRUE(bitacora.sentencias.empty());
-  f.Enter(f.txtFields(6));
+  f.Enter(f.txtFields(campo::Precio));
   Olvida();
   Tecla(f, "Enter");
-  EXPECT_TRUE(f.txtFields(6).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Precio).HasFocus());
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
   Tecla(f, "Left");
   EXPECT_FALSE(f.Procesando);
@@ -415,17 +416,17 @@ TEST_F(Renglones, WhileALineIsBeingStoredEnterMakesNoSecondOne) {
 TEST_F(Renglones, ARoutineMayKeepTheArticleFromBeingLookedUpOnce) {
   frmEntradasWizard& f = ConConcepto();
   Gancho("ENTRADA012", [](frmEntradasWizard& g) { g.CancelaProceso = true; });
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Olvida();
   Tecla(f, "Enter");
   EXPECT_FALSE(f.CancelaProceso);
-  EXPECT_EQ(f.txtFields(6).Text(), "");
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "");
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
   EXPECT_EQ(Claves(), (Textos{"ENTRADA012", "ENTRADA008"}));
   anfitrion->Gancho("ENTRADA012", {});
-  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(campo::Articulo));
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(6).Text(), "116.00");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "116.00");
 }
 
 TEST_F(Renglones, ARoutineMayRefuseALineAndTheEntryRowIsEmptiedAllTheSame) {
@@ -435,10 +436,10 @@ TEST_F(Renglones, ARoutineMayRefuseALineAndTheEntryRowIsEmptiedAllTheSame) {
   EXPECT_FALSE(f.CancelaProceso);
   EXPECT_EQ(f.Modo, "ALTA");
   EXPECT_EQ(f.Entrada, 0);
-  EXPECT_EQ(Celda(f, 1, 0), "");
-  EXPECT_EQ(f.txtFields(11).Text(), "");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "");
   RenglonVacio(f);
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
   anfitrion->Gancho("ENTRADA005", {});
   Renglon(f, "A-100", "3");
@@ -447,8 +448,8 @@ TEST_F(Renglones, ARoutineMayRefuseALineAndTheEntryRowIsEmptiedAllTheSame) {
 
 TEST_F(Renglones, ARoutineMayChangeTheLineBeforeItIsStored) {
   frmEntradasWizard& f = ConConcepto();
-  Gancho("ENTRADA009", [](frmEntradasWizard& g) { g.txtFields(6).Text("7"); });
-  Gancho("ENTRADA005", [](frmEntradasWizard& g) { g.txtFields(5).Text("9"); });
+  Gancho("ENTRADA009", [](frmEntradasWizard& g) { g.txtFields(campo::Precio).Text("7"); });
+  Gancho("ENTRADA005", [](frmEntradasWizard& g) { g.txtFields(campo::Cantidad).Text("9"); });
   Renglon(f, "A-100", "3");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart"), "9");
   EXPECT_EQ(Uno("SELECT precio FROM entpart"), "7");
@@ -473,52 +474,52 @@ TEST_F(Renglones, ARowBeyondTheTenthScrollsTheGrid) {
 TEST_F(Renglones, TheFirstFreeRowTakesTheLine) {
   frmEntradasWizard& f = ConConcepto();
   Usa(f, 3);
-  f.fg2.TextMatrix(2, 0, "");
+  f.fg2.TextMatrix(2, columna_entrada::Articulo, "");
   Renglon(f, "A-100", "3");
-  EXPECT_EQ(Celda(f, 2, 0), "A-100");
-  EXPECT_EQ(Celda(f, 4, 0), "");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Articulo), "A-100");
+  EXPECT_EQ(Celda(f, 4, columna_entrada::Articulo), "");
 }
 
 TEST_F(Renglones, TheLastRowOfTheGridTakesALineAndTheNextIsStoredAndNotShown) {
   frmEntradasWizard& f = ConConcepto();
   Usa(f, 4998);
   Renglon(f, "A-100", "3");
-  EXPECT_EQ(Celda(f, 4999, 0), "A-100");
+  EXPECT_EQ(Celda(f, 4999, columna_entrada::Articulo), "A-100");
   EXPECT_EQ(f.fg2.TopRow(), 4992);
-  EXPECT_EQ(f.txtFields(11).Text(), "5,346");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "5,346");
   Renglon(f, "A-200", "2");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "2");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart WHERE articulo = 'A-200'"), "2");
-  EXPECT_EQ(Celda(f, 4999, 0), "A-100");
+  EXPECT_EQ(Celda(f, 4999, columna_entrada::Articulo), "A-100");
   EXPECT_EQ(f.fg2.Row(), 4999);
   EXPECT_EQ(f.fg2.Rows(), 5000);
-  EXPECT_EQ(f.txtFields(11).Text(), "5,346");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "5,346");
   RenglonVacio(f);
   EXPECT_TRUE(Reportes().empty());
 }
 
 TEST_F(Renglones, DownInTheArticleOpensTheListOfArticlesAndLeadsToTheQuantity) {
   frmEntradasWizard& f = ConConcepto();
-  f.txtFields(5).Text("12");
+  f.txtFields(campo::Cantidad).Text("12");
   bitacora.elige = [](forms::TextBox&) { return "A-100"; };
   Olvida();
-  Tecla(f, "Down", f.txtFields(4));
+  Tecla(f, "Down", f.txtFields(campo::Articulo));
   EXPECT_EQ(bitacora.selectores, (Textos{"ListaArticulos||txtFields(4)"}));
-  EXPECT_EQ(f.txtFields(4).Text(), "A-100");
-  EXPECT_EQ(f.txtFields(6).Text(), "116.00");
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
-  EXPECT_EQ(f.txtFields(5).SelLength(), 2);
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-100");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "116.00");
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Cantidad).SelLength(), 2);
   EXPECT_TRUE(listas.empty());
 }
 
 TEST_F(Renglones, DownWithAKeyThatIsNoModelOpensTheListToo) {
   frmEntradasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "A-200");
+  Teclea(f, f.txtFields(campo::Articulo), "A-200");
   Olvida();
   Tecla(f, "Down");
   EXPECT_EQ(bitacora.selectores, (Textos{"ListaArticulos||txtFields(4)"}));
-  EXPECT_EQ(f.txtFields(4).Text(), "A-200");
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-200");
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
 }
 
 }  // namespace

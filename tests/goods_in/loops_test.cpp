@@ -1,4 +1,5 @@
 // Second keys that lead back to themselves: the lookup ends, the operator is told, the screen goes on.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -25,29 +26,29 @@ class ClavesEnCirculo : public Escenario {
     EXPECT_NE(no_atrapados[0].find("sin fin"), std::string::npos) << no_atrapados[0];
     EXPECT_TRUE(f.Open());
     EXPECT_FALSE(f.Procesando);
-    f.txtFields(24).Text("");
+    f.txtFields(campo::SegundaClave).Text("");
     Renglon(f, "A-100", "2");
-    EXPECT_EQ(Celda(f, 1, 0), "A-100");
+    EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "A-100");
   }
 };
 
 TEST_F(ClavesEnCirculo, AKeyThatStandsForItselfIsLookedUpOnceAndLeavesTheScreenAlive) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
-  Teclea(f, f.txtFields(4), "X");
-  f.Enter(f.txtFields(5));
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
+  Teclea(f, f.txtFields(campo::Articulo), "X");
+  f.Enter(f.txtFields(campo::Cantidad));
   EXPECT_TRUE(no_atrapados.empty());
-  EXPECT_EQ(f.txtFields(24).Text(), "X");
-  f.txtFields(24).Text("");
+  EXPECT_EQ(f.txtFields(campo::SegundaClave).Text(), "X");
+  f.txtFields(campo::SegundaClave).Text("");
   Renglon(f, "A-100", "2");
-  EXPECT_EQ(Celda(f, 1, 0), "A-100");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "A-100");
 }
 
 TEST_F(ClavesEnCirculo, TwoKeysThatStandForEachOtherEndTheLookupAndNotTheProgram) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
-  Teclea(f, f.txtFields(4), "Y");
-  f.Enter(f.txtFields(5));
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
+  Teclea(f, f.txtFields(campo::Articulo), "Y");
+  f.Enter(f.txtFields(campo::Cantidad));
   ElDocumentoSigue(f);
 }
 
@@ -58,16 +59,16 @@ class RutinasEnCirculo : public Escenario {};
 TEST_F(RutinasEnCirculo, ARoutineThatLeadsBackToItselfEndsAndNotTheProgram) {
   Catalogo();
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   int veces = 0;
   Gancho("ENTRADA012", [&](frmEntradasWizard& forma) {
     ++veces;
     forma.Command6_Click();
-    forma.Enter(forma.txtFields(4));
-    forma.Enter(forma.txtFields(5));
+    forma.Enter(forma.txtFields(campo::Articulo));
+    forma.Enter(forma.txtFields(campo::Cantidad));
   });
-  f.Enter(f.txtFields(4));
-  f.Enter(f.txtFields(5));
+  f.Enter(f.txtFields(campo::Articulo));
+  f.Enter(f.txtFields(campo::Cantidad));
   EXPECT_GT(veces, 1);
   EXPECT_LE(veces, 40);
   ASSERT_FALSE(no_atrapados.empty());
@@ -76,7 +77,7 @@ TEST_F(RutinasEnCirculo, ARoutineThatLeadsBackToItselfEndsAndNotTheProgram) {
   anfitrion->Gancho("ENTRADA012", {});
   EXPECT_TRUE(f.Open());
   Renglon(f, "A-100", "2");
-  EXPECT_EQ(Celda(f, 1, 0), "A-100");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "A-100");
 }
 
 class Fechas : public Escenario {};

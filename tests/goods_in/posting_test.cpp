@@ -1,5 +1,6 @@
 // Posting: what each movement is given, in which order, and what stays unwritten. The finish around
 // it is told in finish_test.cpp, failures in failures_test.cpp.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -16,7 +17,7 @@ class Afectacion : public Escenario {
   void Afecta(frmEntradasWizard& f) {
     Olvida();
     bitacora.respuestas.push_back(true);
-    Tecla(f, "F5", f.txtFields(0));
+    Tecla(f, "F5", f.txtFields(campo::Concepto));
   }
   static Textos Propiedades(const host::Propiedades& propiedades) {
     Textos textos;
@@ -33,12 +34,12 @@ class Afectacion : public Escenario {
 
 TEST_F(Afectacion, EachLineIsOneMovementWithTheHeadersAndItsOwnData) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
-  f.txtFields(14).Text("2");
-  Teclea(f, f.txtFields(4), "7501");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
+  f.txtFields(campo::Almacen).Text("2");
+  Teclea(f, f.txtFields(campo::Articulo), "7501");
   Tecla(f, "Enter");
   Tecla(f, "F9");
-  f.txtFields(5).Text("");
+  f.txtFields(campo::Cantidad).Text("");
   Renglon(f, "A-200", "2.5");
   Afecta(f);
   ASSERT_EQ(bitacora.movimientos.size(), 2u);
@@ -119,7 +120,7 @@ TEST_F(Afectacion, WhilePostingNoPendingEventIsLetThrough) {
 TEST_F(Afectacion, LinesArePostedAsTheyAreStoredAndNotAsTheyAreShown) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "3"}});
   Sql("UPDATE entpart SET cantidad = 8, precio = 2, claveadd = NULL");
-  f.fg2.TextMatrix(1, 1, "99");
+  f.fg2.TextMatrix(1, columna_entrada::Cantidad, "99");
   Afecta(f);
   ASSERT_EQ(bitacora.movimientos.size(), 1u);
   EXPECT_EQ(Propiedad(bitacora.movimientos[0].first, "Cantidad"), "8");
@@ -144,7 +145,7 @@ TEST_F(Afectacion, GoodsAlwaysGoInWhateverTheStock) {
   Sql("UPDATE entpart SET cantidad = -5");
   Afecta(f);
   EXPECT_EQ(Uno("SELECT existencia FROM existenciaalmacen WHERE articulo = 'A-100'"), "-5");
-  EXPECT_EQ(Numeros(), std::vector<int>{726});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::AfectaEntrada});
 }
 
 TEST_F(Afectacion, TheSumReachesTheScreenAndNeverTheRow) {

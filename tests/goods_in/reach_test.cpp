@@ -30,10 +30,10 @@ class AlcanceDeEntrada : public Escenario, public ::testing::WithParamInterface<
 
 TEST_P(AlcanceDeEntrada, InTheArticleItIsToldAtOnceAndNothingIsLockedReadOrChanged) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   Olvida();
   const auto began = std::chrono::steady_clock::now();
-  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(campo::Articulo));
   f.Paste(GetParam());
   Tecla(f, "Enter");
   EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(3));
@@ -53,7 +53,7 @@ TEST_P(AlcanceDeEntrada, InTheArticleItIsToldAtOnceAndNothingIsLockedReadOrChang
   // Another station goes on as if nothing had been typed, and so does this one.
   Sql("UPDATE prods SET descrip = 'Martillo' WHERE articulo = 'A-100'");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
-  f.txtFields(4).Text("");
+  f.txtFields(campo::Articulo).Text("");
   Olvida();
   Renglon(f, "A-100", "3");
   EXPECT_TRUE(Reportes().empty()) << ::testing::PrintToString(Reportes());
@@ -74,17 +74,17 @@ TEST_P(PalabrasDeOperador, AsAKeyItIsFoundAndItsLineIsMadeAndPosted) {
       "'IVA', 2)",
       {clave, "Pieza " + clave});
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   f.Enter(f.RichTextBox2);
   f.Paste("caja; " + clave);
-  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(campo::Articulo));
   f.Paste(clave);
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "2");
+  Teclea(f, f.txtFields(campo::Cantidad), "2");
   Tecla(f, "Enter");
   Tecla(f, "Enter");
   bitacora.respuestas.push_back(true);
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_TRUE(Reportes().empty()) << ::testing::PrintToString(Reportes());
   EXPECT_EQ(Uno("SELECT cantidad FROM movsinv WHERE articulo = ?", {clave}), "2");
   EXPECT_EQ(Uno("SELECT observ FROM entradas WHERE entrada = 1"), "caja; " + clave);

@@ -1,5 +1,6 @@
 // Writing the header and one edited cell: the columns, their order and values, and the numbers that
 // are taken. When they are written is told in lines_test.cpp and finish_test.cpp.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -15,10 +16,10 @@ class Guardado : public Escenario {
   }
   frmEntradasWizard& Llena() {
     frmEntradasWizard& f = Nueva();
-    Teclea(f, f.txtFields(0), "COM");
-    f.txtFields(14).Text("2");
+    Teclea(f, f.txtFields(campo::Concepto), "COM");
+    f.txtFields(campo::Almacen).Text("2");
     f.RichTextBox2.Text("O'Hara; ojo");
-    f.txtFields(11).Text("1,234.5");
+    f.txtFields(campo::Total).Text("1,234.5");
     f.DTPicker1.Value(data::Date{2024, 2, 29});
     Olvida();
     return f;
@@ -120,7 +121,7 @@ TEST_F(Guardado, TheFirstLineTakesItsNumberWithoutAsking) {
 
 TEST_F(Guardado, AWarehouseThatIsNoNumberIsZero) {
   frmEntradasWizard& f = Llena();
-  f.txtFields(14).Text("");
+  f.txtFields(campo::Almacen).Text("");
   f.SalvaEntrada("PE");
   EXPECT_EQ(Uno("SELECT almacen FROM entradas"), "0");
 }
@@ -141,10 +142,10 @@ TEST_F(Guardado, TheLinesAreReadAgainAndAnsweredFor) {
 
 TEST_F(Guardado, AnEditedCellIsWrittenByItsColumn) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "3"}, {"A-200", "1"}});
-  f.fg2.MoveTo(2, 1);
-  f.fg2.TextMatrix(2, 1, "1,250.5");
-  f.fg2.TextMatrix(2, 2, "nada");
-  f.fg2.TextMatrix(2, 6, "O'Hara");
+  f.fg2.MoveTo(2, columna_entrada::Cantidad);
+  f.fg2.TextMatrix(2, columna_entrada::Cantidad, "1,250.5");
+  f.fg2.TextMatrix(2, columna_entrada::Precio, "nada");
+  f.fg2.TextMatrix(2, columna_entrada::Presentacion, "O'Hara");
   const std::pair<int, const char*> casos[] = {
       {1, "UPDATE entpart SET cantidad = 1250.5 WHERE id_entrada = 2"},
       {2, "UPDATE entpart SET precio = 0 WHERE id_entrada = 2"},
@@ -184,8 +185,8 @@ TEST_F(Guardado, NumbersOfTwoScreensNeverMeet) {
 // Its box gives a text, and an empty one is no warehouse: neither number 0 nor one that exists.
 TEST_F(Guardado, WithoutAWarehouseItComesBackEmptyAndItsFinishSays240) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
-  f.txtFields(14).Text("");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
+  f.txtFields(campo::Almacen).Text("");
   Renglon(f, "A-100", "3");
   EXPECT_TRUE(Reportes().empty()) << Reportes().front();
   EXPECT_EQ(Uno("SELECT COALESCE(CAST(almacen AS VARCHAR(9)), '') FROM entradas"), "");
@@ -193,11 +194,11 @@ TEST_F(Guardado, WithoutAWarehouseItComesBackEmptyAndItsFinishSays240) {
   f.Unload();
 
   frmEntradasWizard& again = Modifica(1);
-  EXPECT_EQ(again.txtFields(14).Text(), "");
+  EXPECT_EQ(again.txtFields(campo::Almacen).Text(), "");
   bitacora.mensajes.clear();
   bitacora.respuestas = {true};
   Tecla(again, "F5");
-  EXPECT_EQ(Numeros(), std::vector<int>{240});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinAlmacen});
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "0");
   EXPECT_TRUE(anfitrion->Revisa().empty());
@@ -207,8 +208,8 @@ TEST_F(Guardado, WithoutAWarehouseItComesBackEmptyAndItsFinishSays240) {
 // keeps it as it was written.
 TEST_F(Guardado, AWarehouseThatIsNoNumberIsTheEnginesAffair) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
-  f.txtFields(14).Text("X1");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
+  f.txtFields(campo::Almacen).Text("X1");
   Renglon(f, "A-100", "3");
   const bool stored = Uno("SELECT COUNT(*) FROM entradas") == "1";
   EXPECT_EQ(stored, anfitrion->Conexion().Kind() == data::Dialect::Sqlite);
@@ -216,7 +217,7 @@ TEST_F(Guardado, AWarehouseThatIsNoNumberIsTheEnginesAffair) {
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), stored ? "1" : "0");
   if (!stored) return;
   f.Unload();
-  EXPECT_EQ(Modifica(1).txtFields(14).Text(), "X1");
+  EXPECT_EQ(Modifica(1).txtFields(campo::Almacen).Text(), "X1");
   EXPECT_TRUE(anfitrion->Revisa().empty());
 }
 

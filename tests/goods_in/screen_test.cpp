@@ -1,4 +1,5 @@
 // The goods-in screen: its controls as designed, loading in the three modes, the lock, closing.
+#include "goods_in/columnas.h"
 #include "tests/support/escenario.h"
 
 namespace tarvik::tests {
@@ -81,9 +82,9 @@ TEST_F(Pantalla, TheStatesAtDesign) {
   EXPECT_FALSE(f.Command5.Enabled());
   EXPECT_FALSE(f.Command3.Visible());
   EXPECT_FALSE(f.txtEdit.Visible());
-  EXPECT_FALSE(f.txtFields(1).Enabled());
-  EXPECT_FALSE(f.txtFields(11).Enabled());
-  EXPECT_TRUE(f.txtFields(11).RightAligned());
+  EXPECT_FALSE(f.txtFields(campo::Descripcion).Enabled());
+  EXPECT_FALSE(f.txtFields(campo::Total).Enabled());
+  EXPECT_TRUE(f.txtFields(campo::Total).RightAligned());
   EXPECT_EQ(f.Check2.Value(), 1);
   EXPECT_EQ(f.Check3.Value(), 0);
   EXPECT_EQ(f.Timer1.Interval(), 0);
@@ -97,7 +98,7 @@ TEST_F(Pantalla, TheStatesAtDesign) {
 
 TEST_F(Pantalla, TheGridsHeadersAndWidths) {
   frmEntradasWizard sin_cargar(*anfitrion);
-  const int de_fabrica = sin_cargar.fg2.ColWidth(0);
+  const int de_fabrica = sin_cargar.fg2.ColWidth(columna_entrada::Articulo);
   frmEntradasWizard& f = Nueva();
   const std::pair<const char*, int> columnas[] = {{"Artículo", (de_fabrica * 3 + 1) / 2},
                                                   {"QTY", 800},
@@ -115,7 +116,7 @@ TEST_F(Pantalla, TheGridsHeadersAndWidths) {
   }
   EXPECT_EQ(Celda(f, 0, 8), "");
   EXPECT_EQ(f.fg2.Row(), 1);
-  EXPECT_EQ(f.fg2.Col(), 0);
+  EXPECT_EQ(f.fg2.Col(), columna_entrada::Articulo);
 }
 
 // ---- loading ----
@@ -127,8 +128,8 @@ TEST_F(Pantalla, ANewDocumentStartsAtTheWorkingDateAndTheStationsWarehouse) {
   anfitrion->Funciones().FechaDeTrabajo(3, 0, esperada);
   frmEntradasWizard& f = Nueva();
   EXPECT_EQ(f.DTPicker1.Value(), esperada);
-  EXPECT_EQ(f.txtFields(14).Text(), "2");
-  EXPECT_EQ(f.txtFields(0).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "2");
+  EXPECT_EQ(f.txtFields(campo::Concepto).Text(), "");
   EXPECT_EQ(f.NumeroDePartidas, 10);
   EXPECT_TRUE(f.Query);
   EXPECT_TRUE(f.Command5.Enabled());
@@ -137,34 +138,34 @@ TEST_F(Pantalla, ANewDocumentStartsAtTheWorkingDateAndTheStationsWarehouse) {
 TEST_F(Pantalla, AStoredDocumentFillsHeaderAndLines) {
   Documento(2);
   frmEntradasWizard& f = Modifica(7);
-  EXPECT_EQ(f.txtFields(0).Text(), "COM");
-  EXPECT_EQ(f.txtFields(14).Text(), "2");
+  EXPECT_EQ(f.txtFields(campo::Concepto).Text(), "COM");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "2");
   EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2024, 2, 28}));
   EXPECT_EQ(f.RichTextBox3.Text(), "Compra vieja");
   EXPECT_EQ(f.RichTextBox2.Text(), "Frágil");
-  EXPECT_EQ(Celda(f, 1, 0), "A-100");
-  EXPECT_EQ(Celda(f, 1, 1), "1.5");
-  EXPECT_EQ(Celda(f, 1, 2), "11.6");
-  EXPECT_EQ(Celda(f, 1, 3), "17.4");
-  EXPECT_EQ(Celda(f, 1, 4), " Martillo");
-  EXPECT_EQ(Celda(f, 1, 5), "71");
-  EXPECT_EQ(Celda(f, 1, 6), "Caja");
-  EXPECT_EQ(Celda(f, 1, 7), "1");
-  EXPECT_EQ(Celda(f, 2, 4), " ");
-  EXPECT_EQ(Celda(f, 3, 0), "");
-  EXPECT_EQ(f.txtFields(11).Text(), "46.4");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "A-100");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Cantidad), "1.5");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Precio), "11.6");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Importe), "17.4");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Descripcion), " Martillo");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::IdEntrada), "71");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Presentacion), "Caja");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Presentaciones), "1");
+  EXPECT_EQ(Celda(f, 2, columna_entrada::Descripcion), " ");
+  EXPECT_EQ(Celda(f, 3, columna_entrada::Articulo), "");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "46.4");
   EXPECT_TRUE(f.rstPartidas->Eof());
   EXPECT_EQ(f.rstPartidas->CursorType(), 1);
   EXPECT_EQ(f.rstPartidas->LockType(), 3);
   EXPECT_EQ(f.fg2.Row(), 1);
-  EXPECT_EQ(f.fg2.Col(), 0);
+  EXPECT_EQ(f.fg2.Col(), columna_entrada::Articulo);
   EXPECT_EQ(CuentaSentencias("SELECT * FROM entpart WHERE entrada = (7)"), 1);
 }
 
 TEST_F(Pantalla, NullColumnsOfTheHeaderShowAsNothing) {
   Sql("INSERT INTO entradas (entrada, estado) VALUES (?, ?)", {7, "PE"});
   frmEntradasWizard& f = Modifica(7);
-  EXPECT_EQ(f.txtFields(11).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "");
   EXPECT_EQ(f.RichTextBox2.Text(), "");
   EXPECT_EQ(f.RichTextBox3.Text(), "");
   EXPECT_EQ(f.Modo, "MODIFICACION");
@@ -187,8 +188,8 @@ TEST_F(Pantalla, ForReadingTheLockStaysAsItIs) {
 TEST_F(Pantalla, ADocumentWithoutLinesKeepsItsStoredTotal) {
   Documento();
   frmEntradasWizard& f = Modifica(7);
-  EXPECT_EQ(f.txtFields(11).Text(), "23.2");
-  EXPECT_EQ(Celda(f, 1, 0), "");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "23.2");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "");
   EXPECT_EQ(Ocupado(), "1");
 }
 
@@ -207,9 +208,9 @@ TEST_F(Pantalla, ForReadingOnlyGridCancelAndFinishStayEnabled) {
 TEST_F(Pantalla, InTheOtherModesTheControlsAreAsDesigned) {
   Documento();
   for (frmEntradasWizard* f : {&Nueva(), &Modifica(7)}) {
-    EXPECT_TRUE(f->txtFields(0).Enabled());
-    EXPECT_FALSE(f->txtFields(1).Enabled());
-    EXPECT_FALSE(f->txtFields(11).Enabled());
+    EXPECT_TRUE(f->txtFields(campo::Concepto).Enabled());
+    EXPECT_FALSE(f->txtFields(campo::Descripcion).Enabled());
+    EXPECT_FALSE(f->txtFields(campo::Total).Enabled());
     EXPECT_TRUE(f->Check3.Enabled());
     EXPECT_TRUE(f->Command5.Enabled());
   }
@@ -231,7 +232,7 @@ TEST_F(Pantalla, TheReaderStartsAsTheStationHasIt) {
 TEST_F(Pantalla, TheLoadHookSeesTheScreenReadyAndNotYetShown) {
   std::string visto;
   Gancho("ENTRADA001", [&](frmEntradasWizard& f) {
-    visto = f.Modo + "|" + std::to_string(f.Entrada) + "|" + f.txtFields(0).Text() + "|" +
+    visto = f.Modo + "|" + std::to_string(f.Entrada) + "|" + f.txtFields(campo::Concepto).Text() + "|" +
             (f.Visible() ? "v" : "-") + "|" + (f.rstEntrada ? "r" : "-") + "|" +
             std::to_string(f.NumeroDePartidas);
   });
@@ -258,7 +259,7 @@ TEST_F(Pantalla, AStepOfTheLoadingThatFailsIsReportedAndTheLoadingGoesOn) {
   frmEntradasWizard& f = Nueva();
   ASSERT_EQ(Reportes().size(), 2u);  // the builder, and giving it the connection
   EXPECT_EQ(Reportes()[0], Reporte("Form_Load", "sin constructor"));
-  EXPECT_EQ(f.txtFields(14).Text(), "1");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "1");
   EXPECT_EQ(bitacora.presentadas.size(), 1u);
 }
 
@@ -268,7 +269,7 @@ TEST_F(Pantalla, LinesThatCannotBeReadAreReportedAndTheScreenOpens) {
   frmEntradasWizard& f = Modifica(7);
   ASSERT_FALSE(Reportes().empty());
   EXPECT_EQ(Reportes()[0], Reporte("Form_Load", "no se lee"));
-  EXPECT_EQ(Celda(f, 1, 0), "");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "");
   EXPECT_EQ(f.Caption(), "Entrada: 7");
   EXPECT_TRUE(f.Command5.Enabled());
 }
@@ -278,7 +279,7 @@ TEST_F(Pantalla, ALockThatCannotBeTakenIsReportedOnceAndTheLinesAreRead) {
   bitacora.Falla("SET ocupado = 1", 1, "no se toma");
   frmEntradasWizard& f = Modifica(7);
   EXPECT_EQ(Reportes(), std::vector<std::string>{Reporte("Form_Load", "no se toma")});
-  EXPECT_EQ(Celda(f, 1, 0), "A-100");
+  EXPECT_EQ(Celda(f, 1, columna_entrada::Articulo), "A-100");
   EXPECT_EQ(ArchivoDelDia(), bitacora.mensajes[0].texto);
 }
 
@@ -286,14 +287,14 @@ TEST_F(Pantalla, AWorkingDateThatFailsLeavesTheRestOfTheLoading) {
   bitacora.FallaServicio("FechaDeTrabajo", 1, "sin fecha");
   frmEntradasWizard& f = Nueva();
   EXPECT_EQ(Reportes(), std::vector<std::string>{Reporte("Form_Load", "sin fecha")});
-  EXPECT_EQ(f.txtFields(14).Text(), "1");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "1");
 }
 
 TEST_F(Pantalla, AWarehouseThatCannotBeReadIsReported) {
   bitacora.FallaServicio("Parametros", 1, "sin parámetros");
   frmEntradasWizard& f = Nueva();
   EXPECT_EQ(Reportes(), std::vector<std::string>{Reporte("Form_Load", "sin parámetros")});
-  EXPECT_EQ(f.txtFields(14).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "");
 }
 
 TEST_F(Pantalla, FromTheModesControlsOnEverythingIsIgnored) {
@@ -310,30 +311,30 @@ TEST_F(Pantalla, FromTheModesControlsOnEverythingIsIgnored) {
 
 TEST_F(Pantalla, F3TogglesTheReaderAndGoesToTheArticle) {
   frmEntradasWizard& f = Nueva();
-  Tecla(f, "F3", f.txtFields(14));
+  Tecla(f, "F3", f.txtFields(campo::Almacen));
   EXPECT_EQ(f.Check4.Value(), 1);
-  EXPECT_EQ(f.ActiveControl(), &f.txtFields(4));
-  f.Enter(f.txtFields(14));
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(campo::Articulo));
+  f.Enter(f.txtFields(campo::Almacen));
   Tecla(f, "F3");
   EXPECT_EQ(f.Check4.Value(), 0);
-  EXPECT_EQ(f.ActiveControl(), &f.txtFields(14));
-  f.txtFields(4).Enabled(false);
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(campo::Almacen));
+  f.txtFields(campo::Articulo).Enabled(false);
   Tecla(f, "F3");
   EXPECT_EQ(f.Check4.Value(), 1);
-  EXPECT_EQ(f.ActiveControl(), &f.txtFields(14));
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(campo::Almacen));
 }
 
 TEST_F(Pantalla, F9AndTheDottedButtonStoreTheLineInEntry) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   Tecla(f, "F9");
-  EXPECT_EQ(Numeros(), std::vector<int>{234});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinArticulo});
   Olvida();
   f.Click(f.Command6);
-  EXPECT_EQ(Numeros(), std::vector<int>{234});
-  Teclea(f, f.txtFields(4), "A-100");
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinArticulo});
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "2");
+  Teclea(f, f.txtFields(campo::Cantidad), "2");
   Tecla(f, "F9");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart"), "2");
 }
@@ -437,7 +438,7 @@ TEST_F(Pantalla, ClosingForReadingLeavesAnothersLock) {
 
 TEST_F(Pantalla, ClosingANewDocumentBeforeAnyLineWritesNothing) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   f.Unload();
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
   EXPECT_EQ(CuentaSentencias("INSERT") + CuentaSentencias("UPDATE"), 0);
@@ -476,12 +477,12 @@ TEST_F(Pantalla, EachStepOfClosingFailsAlone) {
 
 TEST_F(Pantalla, MovingTheFocusNeverReportsAnError) {
   frmEntradasWizard& f = Nueva();
-  f.ColocaFoco(f.txtFields(1));
+  f.ColocaFoco(f.txtFields(campo::Descripcion));
   f.ColocaFoco(f.Command3);
-  EXPECT_EQ(f.ActiveControl(), &f.txtFields(0));
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(campo::Concepto));
   bitacora.FallaServicio("BuscaCatalogo", 5, "gancho");
-  f.ColocaFoco(f.txtFields(14));
-  EXPECT_EQ(f.ActiveControl(), &f.txtFields(14));
+  f.ColocaFoco(f.txtFields(campo::Almacen));
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(campo::Almacen));
   EXPECT_TRUE(Reportes().empty());
   EXPECT_TRUE(no_atrapados.empty());
 }

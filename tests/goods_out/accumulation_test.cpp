@@ -1,5 +1,6 @@
 // Equal lines in a row add up on goods-out: what counts as equal, which line is compared, and what becomes
 // of price and totals.
+#include "goods_out/columnas.h"
 #include "tests/goods_out/support.h"
 
 namespace tarvik::tests {
@@ -13,18 +14,18 @@ class LineasQueSeSuman : public EscenarioDeSalidas {
 TEST_F(LineasQueSeSuman, TheSameArticleAgainAddsToTheLineAndItsFirstPriceStands) {
   frmSalidasWizard& f = Salida({{"A-100", "3"}});
   Fila(f, "A-100", "2.5");
-  f.txtFields(6).Text("7");
+  f.txtFields(campo::Precio).Text("7");
   Olvida();
   f.LlenaPartida();
   EXPECT_EQ(Cuantas(), "1");
   EXPECT_EQ(Uno("SELECT cantidad FROM salpart"), "5.5");
   EXPECT_EQ(Uno("SELECT precio FROM salpart"), "116");
-  EXPECT_EQ(Celda(f, 1, 1), "5.5");
-  EXPECT_EQ(Celda(f, 1, 2), "4.5");
-  EXPECT_EQ(Celda(f, 2, 0), "");
-  EXPECT_EQ(f.txtFields(11).Text(), "638");
-  EXPECT_EQ(f.txtFields(8).Text(), "5.5");
-  EXPECT_EQ(f.txtFields(10).Text(), "1");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Cantidad), "5.5");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Existencia), "4.5");
+  EXPECT_EQ(Celda(f, 2, columna_salida::Articulo), "");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "638");
+  EXPECT_EQ(f.txtFields(campo::Unidades).Text(), "5.5");
+  EXPECT_EQ(f.txtFields(campo::Renglones).Text(), "1");
   const Textos ultimas(bitacora.sentencias.end() - 2, bitacora.sentencias.end());
   EXPECT_EQ(ultimas, (Textos{"SELECT * FROM salpart WHERE (((salida)=1)) AND id_salida = 1",
                              "UPDATE salpart SET cantidad = cantidad + 2.5 WHERE id_salida = 1"}));
@@ -35,15 +36,15 @@ TEST_F(LineasQueSeSuman, TheSameArticleAgainAddsToTheLineAndItsFirstPriceStands)
 TEST_F(LineasQueSeSuman, TheGridShowsTheSumInThePatternOfQuantities) {
   anfitrion->Ambiente().Pon("FormatoCantidad", "###,##0.00");
   frmSalidasWizard& f = Salida({{"A-100", "1500"}, {"A-100", "3"}});
-  EXPECT_EQ(Celda(f, 1, 1), "1,503.00");
-  EXPECT_EQ(f.txtFields(8).Text(), "1,503");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Cantidad), "1,503.00");
+  EXPECT_EQ(f.txtFields(campo::Unidades).Text(), "1,503");
 }
 
 TEST_F(LineasQueSeSuman, TheSumStartsFromTheStoredQuantityNotFromTheGrid) {
   frmSalidasWizard& f = Salida({{"A-100", "3"}});
   Sql("UPDATE salpart SET cantidad = 20");
   Linea(f, "A-100", "2");
-  EXPECT_EQ(Celda(f, 1, 1), "22");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Cantidad), "22");
   EXPECT_EQ(Uno("SELECT cantidad FROM salpart"), "22");
 }
 
@@ -53,22 +54,22 @@ TEST_F(LineasQueSeSuman, OnlyTheLastLineIsCompared) {
   f.fg2.Row(1);
   Linea(f, "A-100", "5");  // whatever row is current
   EXPECT_EQ(Cuantas(), "3");
-  EXPECT_EQ(Celda(f, 3, 1), "6");
-  EXPECT_EQ(Celda(f, 1, 1), "1");
+  EXPECT_EQ(Celda(f, 3, columna_salida::Cantidad), "6");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Cantidad), "1");
 }
 
 TEST_F(LineasQueSeSuman, AnotherSecondKeyIsAnotherLineAndTheSameOneAddsUp) {
   frmSalidasWizard& f = Salida({{"A-100", "1"}});
   for (const char* clave : {"7501", "7501", "7502", ""}) {
     if (*clave) {
-      f.txtFields(24).Text(clave);
+      f.txtFields(campo::SegundaClave).Text(clave);
     } else {
       Fila(f, "A-100", "1");
     }
     f.LlenaPartida();
   }
   EXPECT_EQ(Cuantas(), "4");
-  EXPECT_EQ(Celda(f, 2, 1), "24");
+  EXPECT_EQ(Celda(f, 2, columna_salida::Cantidad), "24");
   EXPECT_EQ(Uno("SELECT prcantidad FROM salpart WHERE claveadd = '7501'"), "1");  // the count is not added
 }
 
@@ -98,7 +99,7 @@ TEST_F(LineasQueSeSuman, AfterALineIsRemovedTheNextEqualOneAddsToTheLastThatIsLe
   EXPECT_EQ(f.UltimaPartida, 1);
   Linea(f, "A-100", "4");
   EXPECT_EQ(Cuantas(), "1");
-  EXPECT_EQ(Celda(f, 1, 1), "5");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Cantidad), "5");
 }
 
 TEST_F(LineasQueSeSuman, AfterTheOnlyLineIsRemovedTheNextOneIsANewLine) {
@@ -108,7 +109,7 @@ TEST_F(LineasQueSeSuman, AfterTheOnlyLineIsRemovedTheNextOneIsANewLine) {
   EXPECT_EQ(Cuantas(), "0");
   Linea(f, "A-100", "2");
   EXPECT_EQ(Cuantas(), "1");
-  EXPECT_EQ(Celda(f, 1, 6), "2");
+  EXPECT_EQ(Celda(f, 1, columna_salida::IdSalida), "2");
 }
 
 TEST_F(LineasQueSeSuman, ALineOfAReopenedDocumentIsAddedToAsWell) {
@@ -117,7 +118,7 @@ TEST_F(LineasQueSeSuman, ALineOfAReopenedDocumentIsAddedToAsWell) {
   Linea(f, "A-100", "4");
   EXPECT_EQ(Cuantas(), "1");
   EXPECT_EQ(Uno("SELECT cantidad FROM salpart"), "5.5");
-  EXPECT_EQ(Celda(f, 1, 3), "11.6");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Precio), "11.6");
 }
 
 TEST_F(LineasQueSeSuman, ALineThatIsGoneFromTheBaseIsMadeAnew) {
@@ -125,7 +126,7 @@ TEST_F(LineasQueSeSuman, ALineThatIsGoneFromTheBaseIsMadeAnew) {
   Sql("DELETE FROM salpart");
   Linea(f, "A-100", "4");
   EXPECT_EQ(Cuantas(), "1");
-  EXPECT_EQ(Celda(f, 2, 1), "4");
+  EXPECT_EQ(Celda(f, 2, columna_salida::Cantidad), "4");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Failures of whole events on goods-out: loading, finishing, closing, the host's list, a posting that breaks
 // in the middle, and a log that cannot be written. Single steps are in failures_test.cpp.
+#include "goods_out/columnas.h"
 #include "tests/goods_out/support.h"
 
 namespace tarvik::tests {
@@ -69,7 +70,8 @@ TEST_F(FallasDeEventosDeSalida, AScreenLoadsWithoutABuilderADateOrItsSettings) {
     Falla(servicio);
     frmSalidasWizard& f = NuevaSalida();
     EXPECT_EQ(Procedimientos(), reportes) << servicio;
-    EXPECT_EQ(f.txtFields(14).Text(), std::string(servicio) == "Parametros" ? "" : "1") << servicio;
+    EXPECT_EQ(f.txtFields(campo::Almacen).Text(), std::string(servicio) == "Parametros" ? "" : "1")
+        << servicio;
     EXPECT_TRUE(f.Visible());
     EXPECT_TRUE(f.Acumulado);
   }
@@ -83,14 +85,14 @@ TEST_F(FallasDeEventosDeSalida, ADocumentOpensWithoutItsLockOrItsLines) {
     frmSalidasWizard& f = ModificaSalida(7);
     EXPECT_EQ(Procedimientos(), (Textos{"Form_Load"})) << servicio;
     EXPECT_EQ(Uno("SELECT ocupado FROM salidas"), "0") << servicio;
-    EXPECT_EQ(Celda(f, 2, 1), "2.5");
+    EXPECT_EQ(Celda(f, 2, columna_salida::Cantidad), "2.5");
     f.Discard();
   }
   Olvida();
   FallaSentencia("FROM salpart WHERE salida = \\(");
   frmSalidasWizard& f = ModificaSalida(7);
   EXPECT_EQ(Procedimientos(), (Textos{"Form_Load", "Form_Load*"}));
-  EXPECT_EQ(Celda(f, 1, 0), "");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Articulo), "");
   EXPECT_EQ(Uno("SELECT ocupado FROM salidas"), "1");
 }
 
@@ -101,9 +103,9 @@ TEST_F(FallasDeEventosDeSalida, AChangeThatFailsWhileLoadingBelongsToTheAssignme
   Gancho("SALIDAS015", [](frmSalidasWizard&) { throw data::Error("falla provocada"); });
   frmSalidasWizard& f = ModificaSalida(7);
   EXPECT_EQ(Procedimientos(), (Textos{"Form_Load", "Form_Load"}));
-  EXPECT_EQ(f.txtFields(13).Text(), "C1");
-  EXPECT_EQ(f.txtFields(15).Text(), "");
-  EXPECT_EQ(f.txtFields(17).Text(), "Calle");
+  EXPECT_EQ(f.txtFields(campo::Cliente).Text(), "C1");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).Text(), "Calle");
   EXPECT_EQ(f.Check1.Value(), 1);
 }
 
@@ -136,16 +138,17 @@ TEST_F(FallasDeEventosDeSalida, AKeyThatCannotBeLookedUpIsRefused) {
   const std::pair<const char*, std::function<void(frmSalidasWizard&)>> casos[] = {
       {"No se encuentra el empleado indicado",
        [](frmSalidasWizard& f) {
-         f.txtFields(16).Text("M7");
+         f.txtFields(campo::Empleado).Text("M7");
          f.Check1.Value(1);
        }},
       {"No existe la estación de trabajo",
        [](frmSalidasWizard& f) {
-         f.txtFields(9).Text("E2");
+         f.txtFields(campo::EstacionDestino).Text("E2");
          f.SSCheck2.Value(1);
        }},
-      {"No existe la sucursal indicada", [](frmSalidasWizard& f) { f.txtFields(3).Text("NTE"); }},
-      {"El cliente indicado no existe", [](frmSalidasWizard& f) { f.txtFields(13).Text("C1"); }}};
+      {"No existe la sucursal indicada",
+       [](frmSalidasWizard& f) { f.txtFields(campo::Sucursal).Text("NTE"); }},
+      {"El cliente indicado no existe", [](frmSalidasWizard& f) { f.txtFields(campo::Cliente).Text("C1"); }}};
   const auto caja = plataforma.on_box;
   for (const auto& [aviso, prepara] : casos) {
     frmSalidasWizard& f = Salida({{"A-100", "1"}});
@@ -253,14 +256,14 @@ TEST_F(FallasDeEventosDeSalida, LinesThatCannotBeReadPostNothingAndTheScreenClos
 TEST_F(FallasDeEventosDeSalida, FieldsAndTheCellsBoxHaveNoTrap) {
   frmSalidasWizard& f = Tres();
   Falla("TeclaNumerica");
-  Tecla(f, "1", f.txtFields(5));
-  f.txtFields(24).Text("7501");
-  f.Enter(f.txtFields(5));
+  Tecla(f, "1", f.txtFields(campo::Cantidad));
+  f.txtFields(campo::SegundaClave).Text("7501");
+  f.Enter(f.txtFields(campo::Cantidad));
   FallaSentencia("FROM clavesadd");
   Tecla(f, "1");
-  f.txtFields(4).SetFocus();
+  f.txtFields(campo::Articulo).SetFocus();
   Falla("BuscaCatalogo");
-  f.Enter(f.txtFields(17));
+  f.Enter(f.txtFields(campo::DireccionDeEmbarque));
   f.ClickCell(f.fg2, 1, 1);
   Tecla(f, "9");
   Falla("TeclaNumerica");
@@ -285,7 +288,7 @@ TEST_F(FallasDeEventosDeSalida, ThreeFailingStepsAreThreeBoxesAndThreeEntriesOfT
 TEST_F(FallasDeEventosDeSalida, ALogThatCannotBeWrittenEndsTheEventAndThePlatformIsTold) {
   frmSalidasWizard& f = Tres();
   Fila(f, "A-200", "1");
-  f.Enter(f.txtFields(6));
+  f.Enter(f.txtFields(campo::Precio));
   Olvida();
   FallaSentencia("SELECT linea");
   bitacora.FallaServicio("AgregaArchivoLog", 1, "disco lleno");
@@ -294,7 +297,7 @@ TEST_F(FallasDeEventosDeSalida, ALogThatCannotBeWrittenEndsTheEventAndThePlatfor
   EXPECT_EQ(ArchivoDelDia(), "");
   EXPECT_EQ(no_atrapados, (Textos{"disco lleno"}));
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM salpart"), "3");
-  EXPECT_EQ(f.txtFields(4).Text(), "A-200");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-200");
 }
 
 }  // namespace

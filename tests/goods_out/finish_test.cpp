@@ -1,6 +1,7 @@
 // "&Finalizar (F5)" on goods-out from its checks to the closing of the screen: what stops it, in which
 // order, what is left behind, printing and the host's list. What posting hands over is told in
 // posting_test.cpp.
+#include "goods_out/columnas.h"
 #include "tests/goods_out/support.h"
 
 namespace tarvik::tests {
@@ -23,7 +24,7 @@ class FinalizarSalida : public EscenarioDeSalidas {
   void RechazaCon(frmSalidasWizard& f, const std::string& texto, int campo) {
     Finaliza(f);
     ASSERT_EQ(bitacora.mensajes.size(), 2u);
-    EXPECT_EQ(Numeros(), std::vector<int>{713});
+    EXPECT_EQ(Numeros(), std::vector<int>{mensaje::AfectaSalida});
     EXPECT_EQ(bitacora.mensajes[1].clase, "error");
     EXPECT_EQ(bitacora.mensajes[1].texto, texto);
     EXPECT_TRUE(f.txtFields(campo).HasFocus());
@@ -33,10 +34,10 @@ class FinalizarSalida : public EscenarioDeSalidas {
 
 TEST_F(FinalizarSalida, AHeaderThatIsRefusedStopsItBeforeAnyQuestion) {
   frmSalidasWizard& f = ConDos();
-  f.txtFields(14).Text("9");
+  f.txtFields(campo::Almacen).Text("9");
   Olvida();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{241});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoExisteAlmacen});
   NadaEscrito(f);
 }
 
@@ -45,7 +46,7 @@ TEST_F(FinalizarSalida, PostingIsAskedForAndNoLeavesAllAsItWas) {
   Finaliza(f, false);
   ASSERT_EQ(bitacora.mensajes.size(), 1u);
   EXPECT_EQ(bitacora.mensajes[0].clase, "pregunta");
-  EXPECT_EQ(bitacora.mensajes[0].texto, MensajeDeLaBase(713));
+  EXPECT_EQ(bitacora.mensajes[0].texto, MensajeDeLaBase(mensaje::AfectaSalida));
   EXPECT_EQ(bitacora.mensajes[0].estilo, 1);
   NadaEscrito(f);
 }
@@ -65,7 +66,7 @@ TEST_F(FinalizarSalida, APendingDocumentIsNotAskedAbout) {
 
 TEST_F(FinalizarSalida, AnUnknownEmployeeIsRefusedWhereTheMarkIsSet) {
   frmSalidasWizard& f = ConDos();
-  f.txtFields(16).Text("NADIE");
+  f.txtFields(campo::Empleado).Text("NADIE");
   f.Check1.Value(1);
   Olvida();
   RechazaCon(f, "No se encuentra el empleado indicado", 16);
@@ -73,9 +74,9 @@ TEST_F(FinalizarSalida, AnUnknownEmployeeIsRefusedWhereTheMarkIsSet) {
 
 TEST_F(FinalizarSalida, AnUnknownStationIsRefusedWhereTheMarkIsSet) {
   frmSalidasWizard& f = ConDos();
-  f.txtFields(9).Visible(true);
+  f.txtFields(campo::EstacionDestino).Visible(true);
   f.MultiCombo1(6).Visible(true);
-  f.txtFields(9).Text("E9");
+  f.txtFields(campo::EstacionDestino).Text("E9");
   f.SSCheck2.Value(1);
   Olvida();
   RechazaCon(f, "No existe la estación de trabajo", 9);
@@ -83,23 +84,23 @@ TEST_F(FinalizarSalida, AnUnknownStationIsRefusedWhereTheMarkIsSet) {
 
 TEST_F(FinalizarSalida, AnUnknownBranchIsRefusedWhereTheMarkIsSet) {
   frmSalidasWizard& f = ConDos();
-  f.txtFields(3).Text("SUR");
+  f.txtFields(campo::Sucursal).Text("SUR");
   Olvida();
   RechazaCon(f, "No existe la sucursal indicada", 3);
 }
 
 TEST_F(FinalizarSalida, AnUnknownCustomerIsRefusedWhereOneIsGiven) {
   frmSalidasWizard& f = ConDos();
-  f.txtFields(13).Text("C9");
+  f.txtFields(campo::Cliente).Text("C9");
   Olvida();
   RechazaCon(f, "El cliente indicado no existe", 13);
 }
 
 TEST_F(FinalizarSalida, WithoutTheirMarksEmployeeStationAndBranchAreNotChecked) {
   frmSalidasWizard& f = ConDos();
-  f.txtFields(16).Text("NADIE");
-  f.txtFields(9).Text("E9");
-  f.txtFields(3).Text("SUR");
+  f.txtFields(campo::Empleado).Text("NADIE");
+  f.txtFields(campo::EstacionDestino).Text("E9");
+  f.txtFields(campo::Sucursal).Text("SUR");
   f.Check5.Value(0);  // as a routine may
   Finaliza(f);
   EXPECT_EQ(Uno("SELECT estado FROM salidas"), "CO");
@@ -111,20 +112,20 @@ TEST_F(FinalizarSalida, TheChecksRunInOrderForAPendingDocumentToo) {
   f.Check3.Value(1);
   f.Check1.Value(1);
   f.SSCheck2.Value(1);
-  f.txtFields(3).Text("SUR");
+  f.txtFields(campo::Sucursal).Text("SUR");
   f.DTPicker1.Value(std::nullopt);
-  f.txtFields(13).Text("C9");
+  f.txtFields(campo::Cliente).Text("C9");
   Sql("INSERT INTO movsinv (f_movim, cerrado) VALUES ('2024-04-01', 1)");
   const std::pair<std::string, std::function<void()>> pasos[] = {
       {"No se encuentra el empleado indicado", [&] { f.Check1.Value(0); }},
       {"No existe la estación de trabajo", [&] { f.SSCheck2.Value(0); }},
-      {"No existe la sucursal indicada", [&] { f.txtFields(3).Text(""); }},
-      {MensajeDeLaBase(224),
+      {"No existe la sucursal indicada", [&] { f.txtFields(campo::Sucursal).Text(""); }},
+      {MensajeDeLaBase(mensaje::NoEsFecha),
        [&] {
          f.DTPicker1.Value(data::Date{2024, 3, 5});
        }},
-      {"El cliente indicado no existe", [&] { f.txtFields(13).Text(""); }},
-      {MensajeDeLaBase(253), [] {}}};
+      {"El cliente indicado no existe", [&] { f.txtFields(campo::Cliente).Text(""); }},
+      {MensajeDeLaBase(mensaje::PeriodoCerrado), [] {}}};
   for (const auto& [texto, remedio] : pasos) {
     Olvida();
     f.Command5_Click();
@@ -140,14 +141,14 @@ TEST_F(FinalizarSalida, WithoutADateItStopsAtThePickerUnlessThePickerIsBlocked) 
   f.DTPicker1.Value(std::nullopt);
   f.Check3.Value(1);
   f.Command5_Click();
-  EXPECT_EQ(Numeros(), std::vector<int>{224});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsFecha});
   EXPECT_EQ(bitacora.mensajes[0].estilo, 64);
   EXPECT_TRUE(f.DTPicker1.HasFocus());
   NadaEscrito(f);
   f.DTPicker1.Enabled(false);
   Olvida();
   f.Command5_Click();
-  EXPECT_EQ(Numeros(), std::vector<int>{224});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsFecha});
   EXPECT_FALSE(f.Open());
 }
 
@@ -169,9 +170,9 @@ TEST_F(FinalizarSalida, AllThreeButtonsAreDisabledBeforePendingEventsRun) {
     }
     return caja(clase, texto, estilo);
   };
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_TRUE(corrio);
-  EXPECT_EQ(Numeros(), std::vector<int>{713});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::AfectaSalida});
   EXPECT_EQ(bitacora.movimientos.size(), 2u);
 }
 
@@ -208,8 +209,8 @@ TEST_F(FinalizarSalida, WithoutAPrintFormatTheDocumentStaysSavedAndPosted) {
   Sql("DELETE FROM defform");
   frmSalidasWizard& f = ConDos();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{713, 213}));
-  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(213));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaSalida, mensaje::SinFormato}));
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::SinFormato));
   EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
   EXPECT_TRUE(bitacora.impresos.empty());
   EXPECT_EQ(Uno("SELECT estado FROM salidas"), "CO");
@@ -229,8 +230,8 @@ TEST_F(FinalizarSalida, AnEmptyDocumentIsStoredAsPendingAndTheScreenCloses) {
   frmSalidasWizard& f = ConConcepto();
   Olvida();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{713, 340}));
-  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(340));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaSalida, mensaje::SalidaSinRenglones}));
+  EXPECT_EQ(bitacora.mensajes.back().texto, MensajeDeLaBase(mensaje::SalidaSinRenglones));
   EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
   EXPECT_EQ(f.Check3.Value(), 1);
   EXPECT_FALSE(f.Open());
@@ -265,7 +266,7 @@ TEST_F(FinalizarSalida, WithThePendingBoxBlockedAnEmptyDocumentIsMarkedPostedAnd
   f.Check3.Enabled(false);
   Olvida();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), (std::vector<int>{713, 340}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::AfectaSalida, mensaje::SalidaSinRenglones}));
   EXPECT_EQ(Uno("SELECT estado FROM salidas"), "CO");
   EXPECT_TRUE(bitacora.movimientos.empty());
   EXPECT_EQ(CuentaClaves("SALIDAS005"), 1);
@@ -285,9 +286,9 @@ TEST_F(FinalizarSalida, ADocumentWhoseLinesAreGoneGoesOnToTheEnd) {
 TEST_F(FinalizarSalida, LinesAreCountedInTheGrid) {
   frmSalidasWizard& f = ConDos();
   EXPECT_EQ(f.CuantasPartidas(), 2);
-  f.fg2.TextMatrix(4, 0, "X");
+  f.fg2.TextMatrix(4, columna_salida::Articulo, "X");
   EXPECT_EQ(f.CuantasPartidas(), 2);
-  for (int renglon = 1; renglon < 5000; ++renglon) f.fg2.TextMatrix(renglon, 0, "X");
+  for (int renglon = 1; renglon < 5000; ++renglon) f.fg2.TextMatrix(renglon, columna_salida::Articulo, "X");
   EXPECT_EQ(f.CuantasPartidas(), 4999);
 }
 

@@ -10,7 +10,7 @@ class EncabezadoDeSalidas : public EscenarioDeSalidas {
   // A header that passes.
   frmSalidasWizard& Correcta() {
     frmSalidasWizard& f = NuevaSalida();
-    f.txtFields(0).Text("VTA");
+    f.txtFields(campo::Concepto).Text("VTA");
     Olvida();
     return f;
   }
@@ -45,7 +45,7 @@ TEST_F(EncabezadoDeSalidas, AHeaderInOrderIsAccepted) {
 
 TEST_F(EncabezadoDeSalidas, WithoutAConceptItIsRefused) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(0).Text("  ");
+  f.txtFields(campo::Concepto).Text("  ");
   Rechaza(f, 338, 0);
   EXPECT_EQ(CuentaSentencias("SELECT * FROM tipominv"), 0);
 }
@@ -53,7 +53,7 @@ TEST_F(EncabezadoDeSalidas, WithoutAConceptItIsRefused) {
 TEST_F(EncabezadoDeSalidas, AnUnknownConceptAndOneOfGoodsInAreRefused) {
   frmSalidasWizard& f = Correcta();
   for (const char* concepto : {"NADA", "COM"}) {
-    f.txtFields(0).Text(concepto);
+    f.txtFields(campo::Concepto).Text(concepto);
     Rechaza(f, 339, 0);
     EXPECT_EQ(f.RichTextBox3.Text(), "");
   }
@@ -61,69 +61,69 @@ TEST_F(EncabezadoDeSalidas, AnUnknownConceptAndOneOfGoodsInAreRefused) {
 
 TEST_F(EncabezadoDeSalidas, WithoutAWarehouseOrWithAnUnknownOneItIsRefused) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(14).Text("");
+  f.txtFields(campo::Almacen).Text("");
   Rechaza(f, 240, 14);
-  f.txtFields(14).Text("9");
+  f.txtFields(campo::Almacen).Text("9");
   Rechaza(f, 241, 14);
 }
 
 TEST_F(EncabezadoDeSalidas, TheTargetWarehouseIsCheckedOnlyForATransfer) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(2).Text("9");
+  f.txtFields(campo::AlmacenDestino).Text("9");
   EXPECT_TRUE(Acepta(f));
   f.SSCheck1.Value(1);
   Rechaza(f, 241, 2);
-  f.txtFields(2).Text("");
+  f.txtFields(campo::AlmacenDestino).Text("");
   Rechaza(f, 240, 2);
-  f.txtFields(2).Text("1");  // the same as the source: nothing compares them
+  f.txtFields(campo::AlmacenDestino).Text("1");  // the same as the source: nothing compares them
   Olvida();
   EXPECT_TRUE(Acepta(f));
 }
 
 TEST_F(EncabezadoDeSalidas, APurchaseNumberIsLookedUpWhenOneIsGiven) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(12).Text("55");
+  f.txtFields(campo::Compra).Text("55");
   EXPECT_TRUE(Acepta(f));
   EXPECT_EQ(CuentaSentencias("SELECT id FROM compra2 WHERE id = 55"), 1);
-  f.txtFields(12).Visible(true);
-  f.txtFields(12).Text("1,056");
+  f.txtFields(campo::Compra).Visible(true);
+  f.txtFields(campo::Compra).Text("1,056");
   Rechaza(f, 829, 12);
   EXPECT_EQ(CuentaSentencias("SELECT id FROM compra2 WHERE id = 1056"), 1);
-  f.txtFields(12).Text("nada");
+  f.txtFields(campo::Compra).Text("nada");
   Rechaza(f, 829, 12);
   EXPECT_EQ(CuentaSentencias("SELECT id FROM compra2 WHERE id = 0"), 1);
 }
 
 TEST_F(EncabezadoDeSalidas, ARefusalAtTheHiddenPurchaseLeavesTheFocusWhereItWas) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(12).Text("56");
+  f.txtFields(campo::Compra).Text("56");
   f.DTPicker1.SetFocus();
   EXPECT_FALSE(f.Valida());
-  EXPECT_EQ(Numeros(), std::vector<int>{829});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoExisteCompra});
   EXPECT_TRUE(f.DTPicker1.HasFocus());
 }
 
 TEST_F(EncabezadoDeSalidas, TheChecksRunInOrderAndTheFirstOneEndsThem) {
   frmSalidasWizard& f = NuevaSalida();
-  f.txtFields(14).Text("");
+  f.txtFields(campo::Almacen).Text("");
   f.SSCheck1.Value(1);
-  f.txtFields(12).Text("9");
+  f.txtFields(campo::Compra).Text("9");
   Rechaza(f, 338, 0);
-  f.txtFields(0).Text("VTA");
+  f.txtFields(campo::Concepto).Text("VTA");
   Rechaza(f, 240, 14);
-  f.txtFields(14).Text("1");
+  f.txtFields(campo::Almacen).Text("1");
   Rechaza(f, 240, 2);
-  f.txtFields(2).Text("2");
-  f.txtFields(12).Visible(true);
+  f.txtFields(campo::AlmacenDestino).Text("2");
+  f.txtFields(campo::Compra).Visible(true);
   Rechaza(f, 829, 12);
 }
 
 TEST_F(EncabezadoDeSalidas, CustomerEmployeeStationBranchAndDateAreNotCheckedHere) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(13).Text("NADIE");
+  f.txtFields(campo::Cliente).Text("NADIE");
   f.Check1.Value(1);
   f.SSCheck2.Value(1);
-  f.txtFields(3).Text("NADA");
+  f.txtFields(campo::Sucursal).Text("NADA");
   f.DTPicker1.Value(std::nullopt);
   EXPECT_TRUE(Acepta(f));
 }
@@ -134,7 +134,7 @@ TEST_F(EncabezadoDeSalidas, AReadDocumentThatIsRefusedStaysOpenAndMovesNoFocus) 
   frmSalidasWizard& f = ConsultaSalida(7);
   const forms::Control* antes = f.ActiveControl();
   Tecla(f, "F5");
-  EXPECT_EQ(Numeros(), std::vector<int>{339});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SalidaNoExisteConcepto});
   EXPECT_EQ(f.ActiveControl(), antes);
   EXPECT_TRUE(f.Open());
 }
@@ -146,8 +146,8 @@ TEST_F(EncabezadoDeSalidas, TheConceptBringsItsDescriptionTrimmedAndTheWorkingDa
   frmSalidasWizard& f = NuevaSalida();
   f.DTPicker1.Value(data::Date{2023, 1, 1});
   f.DTPicker2.Value(data::Date{2023, 1, 1});
-  Teclea(f, f.txtFields(0), "pre");
-  EXPECT_EQ(f.txtFields(0).Text(), "PRE");
+  Teclea(f, f.txtFields(campo::Concepto), "pre");
+  EXPECT_EQ(f.txtFields(campo::Concepto).Text(), "PRE");
   EXPECT_EQ(f.RichTextBox3.Text(), "Préstamo");
   EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2024, 3, 5}));
   EXPECT_EQ(f.DTPicker2.Value(), (data::Date{2023, 1, 1}));
@@ -159,7 +159,7 @@ TEST_F(EncabezadoDeSalidas, AnEmptyOrUnknownConceptOnlyEmptiesTheDescription) {
   f.DTPicker1.Value(data::Date{2023, 1, 1});
   for (const char* concepto : {"NO", ""}) {
     f.RichTextBox3.Text("algo");
-    f.txtFields(0).Text(concepto);
+    f.txtFields(campo::Concepto).Text(concepto);
     EXPECT_EQ(f.RichTextBox3.Text(), "") << concepto;
   }
   EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2023, 1, 1}));
@@ -167,13 +167,13 @@ TEST_F(EncabezadoDeSalidas, AnEmptyOrUnknownConceptOnlyEmptiesTheDescription) {
 
 TEST_F(EncabezadoDeSalidas, AConceptOfGoodsInShowsNothingAndTheLinesGoOn) {
   frmSalidasWizard& f = NuevaSalida();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   EXPECT_EQ(f.RichTextBox3.Text(), "");
-  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(campo::Articulo));
   Linea(f, "A-100", "1");
   EXPECT_EQ(Uno("SELECT tipo_doc FROM salpart"), "COM");
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{339});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SalidaNoExisteConcepto});
   EXPECT_TRUE(f.Open());
 }
 
@@ -181,62 +181,62 @@ TEST_F(EncabezadoDeSalidas, AConceptOfGoodsInShowsNothingAndTheLinesGoOn) {
 
 TEST_F(EncabezadoDeSalidas, TheCustomerBringsItsNameAndEveryAddressOfAll) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(13).Text("C1");
+  f.txtFields(campo::Cliente).Text("C1");
   EXPECT_EQ(bitacora.sentencias,
             (Textos{"SELECT cliente, nombre FROM clients WHERE cliente = 'C1'", "SELECT * FROM diremb"}));
-  EXPECT_EQ(f.txtFields(15).Text(), "Ferretería del Sur");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), "Ferretería del Sur");
   EXPECT_EQ(f.Combo1.List(), (Textos{"Calle Uno 1", "Calle Dos 2", "Calle Tres 3"}));
-  EXPECT_EQ(f.txtFields(17).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).Text(), "");
 }
 
 TEST_F(EncabezadoDeSalidas, EachCustomerTypedInAddsTheAddressesAgain) {
   Sql("INSERT INTO clients (cliente, nombre) VALUES ('C', 'Corto')");
   frmSalidasWizard& f = Correcta();
-  Teclea(f, f.txtFields(13), "C1");  // "C" is a customer by itself
+  Teclea(f, f.txtFields(campo::Cliente), "C1");  // "C" is a customer by itself
   EXPECT_EQ(f.Combo1.List().size(), 6u);
-  f.txtFields(13).Text("C2");
+  f.txtFields(campo::Cliente).Text("C2");
   EXPECT_EQ(f.Combo1.List().size(), 9u);
-  EXPECT_EQ(f.txtFields(15).Text(), "Obras y Caminos");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), "Obras y Caminos");
 }
 
 TEST_F(EncabezadoDeSalidas, AnUnknownCustomerLeavesNameAndAddressesAsTheyWere) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(13).Text("C1");
-  f.txtFields(13).Text("C9");
-  f.txtFields(13).Text("");
-  EXPECT_EQ(f.txtFields(15).Text(), "Ferretería del Sur");
+  f.txtFields(campo::Cliente).Text("C1");
+  f.txtFields(campo::Cliente).Text("C9");
+  f.txtFields(campo::Cliente).Text("");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), "Ferretería del Sur");
   EXPECT_EQ(f.Combo1.List().size(), 3u);
   EXPECT_TRUE(bitacora.mensajes.empty());
 }
 
 TEST_F(EncabezadoDeSalidas, AFullCustomerFieldMovesOnOnlyForAKnownCustomer) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(13).MaxLength(2);
-  Teclea(f, f.txtFields(13), "X9");
-  EXPECT_TRUE(f.txtFields(13).HasFocus());
-  f.txtFields(13).Text("");
-  Teclea(f, f.txtFields(13), "C1");
-  EXPECT_TRUE(f.txtFields(17).HasFocus());
+  f.txtFields(campo::Cliente).MaxLength(2);
+  Teclea(f, f.txtFields(campo::Cliente), "X9");
+  EXPECT_TRUE(f.txtFields(campo::Cliente).HasFocus());
+  f.txtFields(campo::Cliente).Text("");
+  Teclea(f, f.txtFields(campo::Cliente), "C1");
+  EXPECT_TRUE(f.txtFields(campo::DireccionDeEmbarque).HasFocus());
 }
 
 TEST_F(EncabezadoDeSalidas, AnAddressIsPickedOrTyped) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(13).Text("C1");
+  f.txtFields(campo::Cliente).Text("C1");
   f.Choose(f.Combo1, 1);
-  EXPECT_EQ(f.txtFields(17).Text(), "Calle Dos 2");
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).Text(), "Calle Dos 2");
   f.Combo1.Text("Por teléfono");
-  EXPECT_EQ(f.txtFields(17).Text(), "Por teléfono");
-  f.txtFields(17).Text("Patio trasero");
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).Text(), "Por teléfono");
+  f.txtFields(campo::DireccionDeEmbarque).Text("Patio trasero");
   EXPECT_EQ(f.Combo1.Text(), "Por teléfono");
 }
 
 TEST_F(EncabezadoDeSalidas, WithoutAddressesFreeTextStillServes) {
   Sql("DELETE FROM diremb");
   frmSalidasWizard& f = Correcta();
-  f.txtFields(13).Text("C1");
+  f.txtFields(campo::Cliente).Text("C1");
   EXPECT_TRUE(f.Combo1.List().empty());
-  Teclea(f, f.txtFields(17), "Patio");
-  EXPECT_EQ(f.txtFields(17).Text(), "Patio");
+  Teclea(f, f.txtFields(campo::DireccionDeEmbarque), "Patio");
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).Text(), "Patio");
 }
 
 // ---- keys ----
@@ -250,21 +250,21 @@ TEST_F(EncabezadoDeSalidas, EnterAndTabLeadThroughTheHeader) {
       EXPECT_EQ(f.ActiveControl(), &f.txtFields(a)) << de << " " << tecla;
     }
   }
-  f.txtFields(16).Enabled(false);
-  Tecla(f, "Enter", f.txtFields(15));
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
-  f.txtFields(14).Enabled(false);
-  Tecla(f, "Enter", f.txtFields(0));
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  f.txtFields(campo::Empleado).Enabled(false);
+  Tecla(f, "Enter", f.txtFields(campo::NombreDelCliente));
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
+  f.txtFields(campo::Almacen).Enabled(false);
+  Tecla(f, "Enter", f.txtFields(campo::Concepto));
+  EXPECT_TRUE(f.txtFields(campo::Concepto).HasFocus());
 }
 
 TEST_F(EncabezadoDeSalidas, EnteringAFieldTrimsItsTextAndSelectsAll) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(17).Text("  Calle  ");
-  f.Enter(f.txtFields(17));
-  EXPECT_EQ(f.txtFields(17).Text(), "Calle");
-  EXPECT_EQ(f.txtFields(17).SelStart(), 0);
-  EXPECT_EQ(f.txtFields(17).SelLength(), 5);
+  f.txtFields(campo::DireccionDeEmbarque).Text("  Calle  ");
+  f.Enter(f.txtFields(campo::DireccionDeEmbarque));
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).Text(), "Calle");
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).SelStart(), 0);
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).SelLength(), 5);
 }
 
 TEST_F(EncabezadoDeSalidas, NoFieldButTheArticleHasAHook) {
@@ -275,7 +275,7 @@ TEST_F(EncabezadoDeSalidas, NoFieldButTheArticleHasAHook) {
 
 TEST_F(EncabezadoDeSalidas, TheTypeOfAFieldFiltersItsKeys) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(0).Text("");
+  f.txtFields(campo::Concepto).Text("");
   for (int campo : {0, 3, 13, 16}) {
     Teclea(f, f.txtFields(campo), "aé1");
     EXPECT_EQ(f.txtFields(campo).Text(), "AÉ1") << campo;
@@ -292,12 +292,12 @@ TEST_F(EncabezadoDeSalidas, TheTypeOfAFieldFiltersItsKeys) {
 
 TEST_F(EncabezadoDeSalidas, DownOpensTheListOfASearchBoxAndNothingElsewhere) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(13).Text("C1");
+  f.txtFields(campo::Cliente).Text("C1");
   for (int campo : {0, 14, 2, 3, 13, 16, 24}) Tecla(f, "Down", f.txtFields(campo));
   EXPECT_EQ(listas, (Textos{"txtFields(0)", "txtFields(14)", "txtFields(2)", "txtFields(3)", "txtFields(13)",
                             "txtFields(16)", "txtFields(24)"}));
   listas.clear();
-  Tecla(f, "Down", f.txtFields(17));
+  Tecla(f, "Down", f.txtFields(campo::DireccionDeEmbarque));
   EXPECT_TRUE(listas.empty());
   EXPECT_TRUE(no_atrapados.empty());
 }
@@ -317,24 +317,24 @@ TEST_F(EncabezadoDeSalidas, F2OpensThePickerOfTheFieldWithTheFocusOnTheArticle) 
   frmSalidasWizard& f = Correcta();
   bool en_articulo = false;
   bitacora.elige = [&](forms::TextBox&) -> std::optional<std::string> {
-    en_articulo = f.txtFields(4).HasFocus();
+    en_articulo = f.txtFields(campo::Articulo).HasFocus();
     return "2";
   };
-  Tecla(f, "F2", f.txtFields(14));
+  Tecla(f, "F2", f.txtFields(campo::Almacen));
   EXPECT_EQ(bitacora.selectores, (Textos{"BuscadorCatalogo|Almacenes|txtFields(14)"}));
   EXPECT_TRUE(en_articulo);
-  EXPECT_EQ(f.txtFields(14).Text(), "2");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "2");
 }
 
 TEST_F(EncabezadoDeSalidas, AFullFieldActsAsIfEnterHadBeenPressedOnlyWhereALengthIsSet) {
   frmSalidasWizard& f = Correcta();
-  f.txtFields(0).Text("");
-  Teclea(f, f.txtFields(0), "VTA");
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
-  f.txtFields(0).Text("");
-  f.txtFields(0).MaxLength(3);
-  Teclea(f, f.txtFields(0), "VTA");
-  EXPECT_TRUE(f.txtFields(14).HasFocus());
+  f.txtFields(campo::Concepto).Text("");
+  Teclea(f, f.txtFields(campo::Concepto), "VTA");
+  EXPECT_TRUE(f.txtFields(campo::Concepto).HasFocus());
+  f.txtFields(campo::Concepto).Text("");
+  f.txtFields(campo::Concepto).MaxLength(3);
+  Teclea(f, f.txtFields(campo::Concepto), "VTA");
+  EXPECT_TRUE(f.txtFields(campo::Almacen).HasFocus());
 }
 
 // ---- kept for the hosts' routines ----
@@ -342,16 +342,16 @@ TEST_F(EncabezadoDeSalidas, AFullFieldActsAsIfEnterHadBeenPressedOnlyWhereALengt
 TEST_F(EncabezadoDeSalidas, TheSellersNameIsFoundByTheDescriptionField) {
   Sql("INSERT INTO vends (vend, Nombre) VALUES ('V1', 'Vera')");
   frmSalidasWizard& f = NuevaSalida();
-  f.txtFields(1).Text("V1");
+  f.txtFields(campo::Descripcion).Text("V1");
   Olvida();
   EXPECT_EQ(f.TraeVends(), "");  // no concept yet
   EXPECT_TRUE(bitacora.sentencias.empty());
-  f.txtFields(0).Text("VTA");
+  f.txtFields(campo::Concepto).Text("VTA");
   EXPECT_EQ(f.TraeVends(), "Vera");
   EXPECT_EQ(bitacora.sentencias.back(), "SELECT * FROM vends WHERE vend = 'V1'");
   EXPECT_EQ(f.rstVends->CursorType(), 1);
   EXPECT_EQ(f.rstVends->LockType(), 3);
-  f.txtFields(1).Text("V2");
+  f.txtFields(campo::Descripcion).Text("V2");
   EXPECT_EQ(f.TraeVends(), "");
 }
 
@@ -359,18 +359,18 @@ TEST_F(EncabezadoDeSalidas, TheRateOfACurrencyIsPutByARoutineOnly) {
   Sql("INSERT INTO monedas (moneda, Tc, Base) VALUES ('USD', 17.5, 0)");
   Sql("INSERT INTO monedas (moneda, Tc, Base) VALUES ('MXN', 1, 1)");
   frmSalidasWizard& f = Correcta();
-  f.txtFields(15).Text("USD");
-  EXPECT_EQ(f.txtFields(16).Text(), "");
+  f.txtFields(campo::NombreDelCliente).Text("USD");
+  EXPECT_EQ(f.txtFields(campo::Empleado).Text(), "");
   f.PonTC();
-  EXPECT_EQ(f.txtFields(16).Text(), "17.5");
-  EXPECT_TRUE(f.txtFields(16).Enabled());
-  f.txtFields(15).Text("MXN");
+  EXPECT_EQ(f.txtFields(campo::Empleado).Text(), "17.5");
+  EXPECT_TRUE(f.txtFields(campo::Empleado).Enabled());
+  f.txtFields(campo::NombreDelCliente).Text("MXN");
   f.PonTC();
-  EXPECT_EQ(f.txtFields(16).Text(), "1");
-  EXPECT_FALSE(f.txtFields(16).Enabled());
-  f.txtFields(15).Text("EUR");
+  EXPECT_EQ(f.txtFields(campo::Empleado).Text(), "1");
+  EXPECT_FALSE(f.txtFields(campo::Empleado).Enabled());
+  f.txtFields(campo::NombreDelCliente).Text("EUR");
   f.PonTC();
-  EXPECT_EQ(f.txtFields(16).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Empleado).Text(), "");
 }
 
 TEST_F(EncabezadoDeSalidas, AClosedMovementBehindTheDateRefusesIt) {
@@ -383,13 +383,13 @@ TEST_F(EncabezadoDeSalidas, AClosedMovementBehindTheDateRefusesIt) {
   Sql("INSERT INTO movsinv (f_movim, cerrado) VALUES ('2024-03-06', 1)");
   f.ValidaFecha(valida);
   EXPECT_FALSE(valida);
-  EXPECT_EQ(Numeros(), std::vector<int>{253});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::PeriodoCerrado});
   EXPECT_EQ(bitacora.mensajes.back().estilo, 64);
   EXPECT_TRUE(f.DTPicker1.HasFocus());
-  f.txtFields(0).SetFocus();
+  f.txtFields(campo::Concepto).SetFocus();
   f.DTPicker1.Enabled(false);
   f.ValidaFecha(valida);
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Concepto).HasFocus());
   Sql("UPDATE movsinv SET cerrado = 0");
   f.ValidaFecha(valida);
   EXPECT_TRUE(valida);
@@ -400,8 +400,8 @@ TEST_F(EncabezadoDeSalidas, AClosedMovementBehindTheDateRefusesIt) {
 TEST_F(EncabezadoDeSalidas, ACheckThatCannotBeMadeRefuses) {
   frmSalidasWizard& f = Correcta();
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
-  f.txtFields(12).Text("55");
+  f.txtFields(campo::AlmacenDestino).Text("2");
+  f.txtFields(campo::Compra).Text("55");
   const std::pair<const char*, int> casos[] = {{"", 339}, {"ExisteClave", 241}, {"EstaVacio", 338}};
   for (const auto& [servicio, mensaje] : casos) {
     Olvida();
@@ -418,7 +418,7 @@ TEST_F(EncabezadoDeSalidas, ACheckThatCannotBeMadeRefuses) {
   Olvida();
   bitacora.Falla("FROM compra2", 1, "falla provocada");
   EXPECT_FALSE(f.Valida());
-  EXPECT_EQ(Numeros(), std::vector<int>{829});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoExisteCompra});
 }
 
 TEST_F(EncabezadoDeSalidas, TheLookupsOfTheHeaderTrapTheirErrors) {
@@ -448,11 +448,11 @@ TEST_F(EncabezadoDeSalidas, TheLookupsOfTheHeaderTrapTheirErrors) {
 TEST_F(EncabezadoDeSalidas, AddressesAndFieldEventsHaveNoTrap) {
   frmSalidasWizard& f = Correcta();
   bitacora.Falla("FROM diremb", 1, "falla provocada");
-  Teclea(f, f.txtFields(13), "C1");
+  Teclea(f, f.txtFields(campo::Cliente), "C1");
   EXPECT_EQ(no_atrapados, (Textos{"falla provocada"}));
-  EXPECT_EQ(f.txtFields(15).Text(), "Ferretería del Sur");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), "Ferretería del Sur");
   bitacora.Falla("FROM clients", 1, "falla provocada");
-  EXPECT_THROW(f.txtFields(13).Text("C2"), data::Error);
+  EXPECT_THROW(f.txtFields(campo::Cliente).Text("C2"), data::Error);
   EXPECT_TRUE(Reportes().empty());
 }
 

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "data/text.h"
+#include "goods_out/columnas.h"
 #include "tests/goods_out/support.h"
 
 namespace tarvik::tests {
@@ -61,8 +62,8 @@ class TextosHostilesDeSalida : public EscenarioDeSalidas, public ::testing::With
     Gancho("SALIDAS001", [](frmSalidasWizard& f) {
       f.SSCheck2.Visible(true);
       f.MultiCombo1(6).Visible(true);
-      f.txtFields(9).Visible(true);
-      f.txtFields(12).Visible(true);
+      f.txtFields(campo::EstacionDestino).Visible(true);
+      f.txtFields(campo::Compra).Visible(true);
     });
     antes_ = Foto();
   }
@@ -151,11 +152,11 @@ class TextosHostilesDeSalida : public EscenarioDeSalidas, public ::testing::With
 
 TEST_P(TextosHostilesDeSalida, AsAConceptItIsRefusedAtTheFinishAndMended) {
   frmSalidasWizard& f = ConUnRenglon();
-  Pega(f, f.txtFields(0));
-  EXPECT_EQ(f.txtFields(0).Text(), Texto());
+  Pega(f, f.txtFields(campo::Concepto));
+  EXPECT_EQ(f.txtFields(campo::Concepto).Text(), Texto());
   EXPECT_EQ(f.RichTextBox3.Text(), "");
   EXPECT_EQ(Fallas(), SiRompe({{"TraeConcepto", 2}}));  // the reading, and what was to be read
-  FinalizaYSeRechaza(f, 0, MensajeDeLaBase(339));
+  FinalizaYSeRechaza(f, 0, MensajeDeLaBase(mensaje::SalidaNoExisteConcepto));
   EXPECT_EQ(Fallas(), SiRompe({{"ValidaTab1", 2}}));
   Escribe(f, 0, "VTA");
   TerminaBien(f);
@@ -165,13 +166,13 @@ TEST_P(TextosHostilesDeSalida, AsAConceptItIsRefusedAtTheFinishAndMended) {
 // The warehouse stands in the statements without quotes.
 TEST_P(TextosHostilesDeSalida, AsAWarehouseItCostsTheStockColumnAndNoLine) {
   frmSalidasWizard& f = ConUnRenglon();
-  Pega(f, f.txtFields(14));
+  Pega(f, f.txtFields(campo::Almacen));
   Linea(f, "A-200", "1");
   EXPECT_EQ(Fallas(), (Cuenta{{"CreaPartida", 2}}));
-  EXPECT_EQ(Celda(f, 2, 0), "A-200");
-  EXPECT_EQ(Celda(f, 2, 2), "-1");
+  EXPECT_EQ(Celda(f, 2, columna_salida::Articulo), "A-200");
+  EXPECT_EQ(Celda(f, 2, columna_salida::Existencia), "-1");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM salpart WHERE salida = 1"), "2");
-  FinalizaYSeRechaza(f, 14, MensajeDeLaBase(241));
+  FinalizaYSeRechaza(f, 14, MensajeDeLaBase(mensaje::NoExisteAlmacen));
   EXPECT_EQ(Fallas(), Cuenta{});
   Escribe(f, 14, "1");
   TerminaBien(f, 2);
@@ -180,18 +181,18 @@ TEST_P(TextosHostilesDeSalida, AsAWarehouseItCostsTheStockColumnAndNoLine) {
 TEST_P(TextosHostilesDeSalida, AsATargetItIsRefusedWithTheMarkAndNoWarehouseWithoutIt) {
   frmSalidasWizard& f = ConUnRenglon();
   f.Click(f.SSCheck1);
-  Pega(f, f.txtFields(2));
-  FinalizaYSeRechaza(f, 2, MensajeDeLaBase(241));
+  Pega(f, f.txtFields(campo::AlmacenDestino));
+  FinalizaYSeRechaza(f, 2, MensajeDeLaBase(mensaje::NoExisteAlmacen));
   EXPECT_EQ(Fallas(), Cuenta{});
   f.Click(f.SSCheck1);
-  EXPECT_EQ(f.txtFields(2).Text(), Texto());
+  EXPECT_EQ(f.txtFields(campo::AlmacenDestino).Text(), Texto());
   TerminaBien(f);
   EXPECT_EQ(Uno("SELECT almt FROM salidas WHERE salida = 1"), "0");
 }
 
 TEST_P(TextosHostilesDeSalida, AsABranchItIsRefusedAndClearingItTakesTheMarkOff) {
   frmSalidasWizard& f = ConUnRenglon();
-  Pega(f, f.txtFields(3));
+  Pega(f, f.txtFields(campo::Sucursal));
   EXPECT_EQ(f.Check5.Value(), 1);
   FinalizaYSeRechaza(f, 3, "No existe la sucursal indicada");
   EXPECT_EQ(Fallas(), Cuenta{});
@@ -204,7 +205,7 @@ TEST_P(TextosHostilesDeSalida, AsABranchItIsRefusedAndClearingItTakesTheMarkOff)
 TEST_P(TextosHostilesDeSalida, AsAStationItIsRefusedWithTheMarkAndNotStoredWithoutIt) {
   frmSalidasWizard& f = ConUnRenglon();
   f.Click(f.SSCheck2);
-  Pega(f, f.txtFields(9));
+  Pega(f, f.txtFields(campo::EstacionDestino));
   FinalizaYSeRechaza(f, 9, "No existe la estación de trabajo");
   EXPECT_EQ(Fallas(), Cuenta{});
   f.Click(f.SSCheck2);
@@ -215,14 +216,14 @@ TEST_P(TextosHostilesDeSalida, AsAStationItIsRefusedWithTheMarkAndNotStoredWitho
 // The customer's change has no trap: what fails there goes to the platform, once for each change.
 TEST_P(TextosHostilesDeSalida, AsACustomerItIsToldOnceAndRefusedAtTheFinish) {
   frmSalidasWizard& f = ConUnRenglon();
-  Pega(f, f.txtFields(13));
+  Pega(f, f.txtFields(campo::Cliente));
   EXPECT_EQ(no_atrapados.size(), Rompe() ? 1u : 0u);
-  EXPECT_EQ(f.txtFields(15).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), "");
   EXPECT_TRUE(f.Combo1.List().empty());
   FinalizaYSeRechaza(f, 13, "El cliente indicado no existe");
   EXPECT_EQ(Fallas(), Cuenta{});
   Escribe(f, 13, "C1");
-  EXPECT_EQ(f.txtFields(15).Text(), "Ferretería del Sur");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), "Ferretería del Sur");
   TerminaBien(f);
   EXPECT_EQ(Uno("SELECT cliente FROM salidas WHERE salida = 1"), "C1");
 }
@@ -230,7 +231,7 @@ TEST_P(TextosHostilesDeSalida, AsACustomerItIsToldOnceAndRefusedAtTheFinish) {
 TEST_P(TextosHostilesDeSalida, AsAnEmployeeItIsRefusedWithTheMarkAndKeptToTheLetterWithoutIt) {
   frmSalidasWizard& f = ConUnRenglon();
   f.Click(f.Check1);
-  Pega(f, f.txtFields(16));
+  Pega(f, f.txtFields(campo::Empleado));
   FinalizaYSeRechaza(f, 16, "No se encuentra el empleado indicado");
   EXPECT_EQ(Fallas(), Cuenta{});
   f.Click(f.Check1);
@@ -240,8 +241,8 @@ TEST_P(TextosHostilesDeSalida, AsAnEmployeeItIsRefusedWithTheMarkAndKeptToTheLet
 
 TEST_P(TextosHostilesDeSalida, AsAPurchaseItIsRefusedAndMended) {
   frmSalidasWizard& f = ConUnRenglon();
-  Pega(f, f.txtFields(12));
-  FinalizaYSeRechaza(f, 12, MensajeDeLaBase(829));
+  Pega(f, f.txtFields(campo::Compra));
+  FinalizaYSeRechaza(f, 12, MensajeDeLaBase(mensaje::NoExisteCompra));
   EXPECT_EQ(Fallas(), Cuenta{});
   Escribe(f, 12, "55");
   TerminaBien(f);
@@ -249,7 +250,9 @@ TEST_P(TextosHostilesDeSalida, AsAPurchaseItIsRefusedAndMended) {
 
 TEST_P(TextosHostilesDeSalida, InTheFreeTextsItIsStoredToTheLetter) {
   frmSalidasWizard& f = ConUnRenglon();
-  forms::TextBox* const libres[] = {&f.RichTextBox2, &f.RichTextBox3, &f.txtFields(17), &f.txtFields(15)};
+  forms::TextBox* const libres[] = {&f.RichTextBox2, &f.RichTextBox3,
+                                    &f.txtFields(campo::DireccionDeEmbarque),
+                                    &f.txtFields(campo::NombreDelCliente)};
   for (forms::TextBox* libre : libres) {
     libre->Text("");
     Pega(f, *libre);
@@ -263,24 +266,24 @@ TEST_P(TextosHostilesDeSalida, InTheFreeTextsItIsStoredToTheLetter) {
   // And comes back as it was, to be corrected another day.
   frmSalidasWizard& g = ModificaSalida(1);
   EXPECT_EQ(g.RichTextBox2.Text(), Texto());
-  EXPECT_EQ(g.txtFields(17).Text(), Texto());
+  EXPECT_EQ(g.txtFields(campo::DireccionDeEmbarque).Text(), Texto());
 }
 
 // ---- the entry row ----
 
 TEST_P(TextosHostilesDeSalida, AsAnArticleItIsRefusedAndTheNextLineIsMade) {
   frmSalidasWizard& f = ConUnRenglon();
-  Pega(f, f.txtFields(4));
+  Pega(f, f.txtFields(campo::Articulo));
   Tecla(f, "Enter");
   // The record of the article before is still in hand, so only the reading itself fails.
   EXPECT_EQ(Fallas(), SiRompe({{"PonDescripcion", 1}}));
-  f.txtFields(5).Text("1");
+  f.txtFields(campo::Cantidad).Text("1");
   Olvida();
   Tecla(f, "F9");
-  EXPECT_EQ(Numeros(), std::vector<int>{235});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsArticulo});
   EXPECT_EQ(Fallas(), Cuenta{});
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
-  EXPECT_EQ(f.txtFields(4).Text(), Texto());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), Texto());
   Escribe(f, 4, "A-200");
   Tecla(f, "Enter");
   Tecla(f, "F9");
@@ -292,11 +295,11 @@ TEST_P(TextosHostilesDeSalida, AsAnArticleItIsRefusedAndTheNextLineIsMade) {
 TEST_P(TextosHostilesDeSalida, AsTheFirstArticleOfTheDayNothingIsWritten) {
   frmSalidasWizard& f = ConConcepto();
   Olvida();
-  Pega(f, f.txtFields(4));
+  Pega(f, f.txtFields(campo::Articulo));
   Tecla(f, "Enter");
   // Both lookups, and what each was to bring.
   EXPECT_EQ(Fallas(), SiRompe({{"PonDescripcion", 4}}));
-  f.txtFields(5).Text("1");
+  f.txtFields(campo::Cantidad).Text("1");
   Tecla(f, "F9");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM salidas"), "1");  // the other one's
   EXPECT_EQ(f.Modo, "ALTA");
@@ -304,20 +307,20 @@ TEST_P(TextosHostilesDeSalida, AsTheFirstArticleOfTheDayNothingIsWritten) {
 
 TEST_P(TextosHostilesDeSalida, AsASecondKeyItResolvesNothingAndIsKeptOnTheLine) {
   frmSalidasWizard& f = ConUnRenglon();
-  Pega(f, f.txtFields(24));
+  Pega(f, f.txtFields(campo::SegundaClave));
   EXPECT_EQ(Fallas(), SiRompe({{"TraeSegundaClave", 2}}));
   Tecla(f, "F8");
   EXPECT_EQ(Fallas(), SiRompe({{"TraeSegundaClave", 4}}));
-  EXPECT_TRUE(f.txtFields(28).HasFocus());
-  EXPECT_EQ(f.txtFields(25).Text(), "");
+  EXPECT_TRUE(f.txtFields(campo::Presentaciones).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Dato1).Text(), "");
   Escribe(f, 4, "A-200");
   Tecla(f, "Enter");
-  f.txtFields(5).Text("");
+  f.txtFields(campo::Cantidad).Text("");
   Olvida();
   Tecla(f, "2");
   // The filter of the quantity's keys has no trap; the key is typed all the same.
   EXPECT_EQ(no_atrapados.size(), Rompe() ? 1u : 0u);
-  EXPECT_EQ(f.txtFields(5).Text(), "2");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "2");
   Tecla(f, "F9");
   EXPECT_EQ(Uno("SELECT claveadd FROM salpart WHERE salida = 1 AND articulo = 'A-200'"), Texto());
   TerminaBien(f, 2);
@@ -327,13 +330,13 @@ TEST_P(TextosHostilesDeSalida, AsAQuantityItIsZeroAndRefused) {
   frmSalidasWizard& f = ConUnRenglon();
   Escribe(f, 4, "A-200");
   Tecla(f, "Enter");
-  f.txtFields(5).SelectAll();
+  f.txtFields(campo::Cantidad).SelectAll();
   f.Paste(GetParam().texto);
   Olvida();
   Tecla(f, "F9");
-  EXPECT_EQ(Numeros(), std::vector<int>{236});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinCantidad});
   EXPECT_EQ(Fallas(), Cuenta{});
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
   Escribe(f, 5, "4");
   Tecla(f, "F9");
   TerminaBien(f, 2);
@@ -376,7 +379,7 @@ TEST_P(TextosHostilesDeSalida, InACellItIsAQuantityOfZeroAndTheLineStays) {
   Tecla(f, "Enter");
   EXPECT_EQ(Fallas(), Cuenta{});
   EXPECT_EQ(Uno("SELECT cantidad FROM salpart WHERE salida = 1"), "0");
-  EXPECT_EQ(f.txtFields(8).Text(), "0");
+  EXPECT_EQ(f.txtFields(campo::Unidades).Text(), "0");
   f.ClickCell(f.fg2, 1, 1);
   Tecla(f, "3");
   Tecla(f, "Enter");
@@ -395,17 +398,17 @@ TEST_P(TextosHostilesDeSalida, InTheCatalogueItIsDataLikeAnyOther) {
   const std::string antes = Foto();
   frmSalidasWizard& f = ConConcepto();
   EXPECT_EQ(f.RichTextBox3.Text(), Texto());
-  Teclea(f, f.txtFields(13), "C1");
-  EXPECT_EQ(f.txtFields(15).Text(), Texto());
+  Teclea(f, f.txtFields(campo::Cliente), "C1");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), Texto());
   f.Choose(f.Combo1, 0);
-  EXPECT_EQ(f.txtFields(17).Text(), Texto());
-  Teclea(f, f.txtFields(4), "7501");
+  EXPECT_EQ(f.txtFields(campo::DireccionDeEmbarque).Text(), Texto());
+  Teclea(f, f.txtFields(campo::Articulo), "7501");
   Tecla(f, "Enter");
-  EXPECT_EQ(f.txtFields(25).Text(), Texto());
+  EXPECT_EQ(f.txtFields(campo::Dato1).Text(), Texto());
   Tecla(f, "F9");
   EXPECT_EQ(Fallas(), Cuenta{});
   EXPECT_EQ(Uno("SELECT observ FROM salpart WHERE salida = 1"), Texto() + " " + Texto());
-  EXPECT_EQ(Celda(f, 1, 7), Texto());
+  EXPECT_EQ(Celda(f, 1, columna_salida::Presentacion), Texto());
   f.Check3.Value(1);
   Tecla(f, "F5");
   EXPECT_EQ(Uno("SELECT datos FROM salidas WHERE salida = 1"), Texto());
@@ -426,9 +429,9 @@ TEST_P(TextosHostilesDeSalida, AsAKeyOfTheCatalogueItsLineIsMadePostedAndRemoved
     Olvida();
     f.Acumulado = false;
     bitacora.respuestas = {true};
-    Pega(f, f.txtFields(4));
+    Pega(f, f.txtFields(campo::Articulo));
     Tecla(f, "Enter");
-    f.txtFields(5).Text("2");
+    f.txtFields(campo::Cantidad).Text("2");
     Tecla(f, "F9");
     Cuenta fallas = Fallas();
     if (GetParam().efecto == Efecto::Ninguno) {
@@ -442,7 +445,7 @@ TEST_P(TextosHostilesDeSalida, AsAKeyOfTheCatalogueItsLineIsMadePostedAndRemoved
     }
   }
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM salpart WHERE salida = 1 AND articulo = ?", {Texto()}), "2");
-  EXPECT_EQ(Celda(f, 2, 0), Texto());
+  EXPECT_EQ(Celda(f, 2, columna_salida::Articulo), Texto());
   Olvida();
   f.ClickCell(f.fg2, 1, 0);
   Tecla(f, "Delete");
@@ -469,7 +472,7 @@ TEST_P(TextosHostilesDeSalida, AsAUserItIsWrittenToTheLetterAndHasNoRightThatCan
   EXPECT_EQ(Fallas(), leido ? Cuenta{} : sin_derecho);
   bitacora.respuestas.clear();
   if (!leido) {
-    f.txtFields(5).Text("10");  // the row still stands there
+    f.txtFields(campo::Cantidad).Text("10");  // the row still stands there
     Tecla(f, "F9");
   }
   Olvida();
@@ -496,9 +499,9 @@ TEST_P(TextosHostilesDeSalida, AsAStationItHasItsOwnSeriesOfFolios) {
 TEST_P(TextosHostilesDeSalida, AsTheStationsWarehouseItIsShownAndRefused) {
   anfitrion->Ambiente().Parametro("Almacen", Texto());
   frmSalidasWizard& f = ConConcepto();
-  EXPECT_EQ(f.txtFields(14).Text(), Texto());
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), Texto());
   Linea(f, "A-100", "3");
-  FinalizaYSeRechaza(f, 14, MensajeDeLaBase(241));
+  FinalizaYSeRechaza(f, 14, MensajeDeLaBase(mensaje::NoExisteAlmacen));
   Escribe(f, 14, "1");
   TerminaBien(f);
 }
@@ -540,13 +543,13 @@ TEST_F(ManoCansada, ANullCharacterKeepsItsStatementFromBeingWrittenAndNothingEls
   const std::string nulo("a\0b", 3);
   frmSalidasWizard& f = ConConcepto();
   Linea(f, "A-100", "3");
-  for (forms::TextBox* campo : {&f.txtFields(4), &f.txtFields(17)}) {
+  for (forms::TextBox* campo : {&f.txtFields(campo::Articulo), &f.txtFields(campo::DireccionDeEmbarque)}) {
     f.Enter(*campo);
     f.Paste(nulo);
   }
   Olvida();
   Tecla(f, "F9");
-  EXPECT_EQ(Numeros(), std::vector<int>{235});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoEsArticulo});
   Linea(f, "A-200", "1");
   Olvida();
   f.Check3.Value(1);
@@ -560,8 +563,8 @@ TEST_F(ManoCansada, ANullCharacterKeepsItsStatementFromBeingWrittenAndNothingEls
 TEST_F(ManoCansada, AQuoteTypedInTheConceptIsToldAtEveryLetterAfterIt) {
   frmSalidasWizard& f = NuevaSalida();
   Olvida();
-  Teclea(f, f.txtFields(0), "O'Hara");
-  EXPECT_EQ(f.txtFields(0).Text(), "O'HARA");
+  Teclea(f, f.txtFields(campo::Concepto), "O'Hara");
+  EXPECT_EQ(f.txtFields(campo::Concepto).Text(), "O'HARA");
   EXPECT_EQ(Reportes().size(), 10u);  // five letters from the quote on, two reports each
   for (const auto& reporte : Reportes()) {
     EXPECT_NE(reporte.find("Function: TraeConcepto\r\n"), std::string::npos);
@@ -572,17 +575,17 @@ TEST_F(ManoCansada, AQuoteTypedInTheConceptIsToldAtEveryLetterAfterIt) {
 TEST_F(ManoCansada, AQuoteTypedInTheCustomerGoesToThePlatformAtEveryLetterAfterIt) {
   frmSalidasWizard& f = ConConcepto();
   Olvida();
-  Teclea(f, f.txtFields(13), "C'1");
+  Teclea(f, f.txtFields(campo::Cliente), "C'1");
   EXPECT_EQ(no_atrapados.size(), 2u);
   EXPECT_TRUE(bitacora.mensajes.empty());
-  EXPECT_EQ(f.txtFields(13).Text(), "C'1");
+  EXPECT_EQ(f.txtFields(campo::Cliente).Text(), "C'1");
 }
 
 // As the suite joins it, this condition is true for every concept: the key is taken, and kept as written.
 TEST_F(ManoCansada, AConditionThatIsAlwaysTrueFindsAConceptAndChangesNothingElse) {
   frmSalidasWizard& f = ConConcepto();
   Linea(f, "A-100", "3");
-  f.Enter(f.txtFields(0));
+  f.Enter(f.txtFields(campo::Concepto));
   f.Paste("zz' OR '1'='1");
   EXPECT_NE(f.RichTextBox3.Text(), "");
   Olvida();
@@ -595,51 +598,51 @@ TEST_F(ManoCansada, AConditionThatIsAlwaysTrueFindsAConceptAndChangesNothingElse
 
 TEST_F(ManoCansada, LettersTypedInTheWarehouseAreSwallowed) {
   frmSalidasWizard& f = ConConcepto();
-  f.Enter(f.txtFields(14));
-  Teclea(f, f.txtFields(14), "a2b;'");
-  EXPECT_EQ(f.txtFields(14).Text(), "2");
+  f.Enter(f.txtFields(campo::Almacen));
+  Teclea(f, f.txtFields(campo::Almacen), "a2b;'");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "2");
 }
 
 TEST_F(ManoCansada, AConditionInTheWarehouseShowsAnotherStockAndIsRefusedAtTheFinish) {
   frmSalidasWizard& f = ConConcepto();
-  f.txtFields(14).Text("1 OR 1=1");
+  f.txtFields(campo::Almacen).Text("1 OR 1=1");
   Olvida();
   Linea(f, "A-200", "1");
   EXPECT_TRUE(Reportes().empty());
-  EXPECT_EQ(Celda(f, 1, 2), "9");  // of the ten hammers, which come first
+  EXPECT_EQ(Celda(f, 1, columna_salida::Existencia), "9");  // of the ten hammers, which come first
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{241});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoExisteAlmacen});
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "0");
   EXPECT_EQ(Uno("SELECT almacen FROM salidas"), "0");
-  f.txtFields(14).Text("1");
+  f.txtFields(campo::Almacen).Text("1");
   Finaliza(f);
   EXPECT_EQ(Uno("SELECT existencia FROM existenciaalmacen WHERE articulo = 'A-200'"), "3");
 }
 
 TEST_F(ManoCansada, AnEmptyWarehouseCostsTheStockColumnAndNoLine) {
   frmSalidasWizard& f = ConConcepto();
-  f.txtFields(14).Text("");
+  f.txtFields(campo::Almacen).Text("");
   Olvida();
   Linea(f, "A-200", "1");
   EXPECT_EQ(Reportes().size(), 2u);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM salpart"), "1");
   Olvida();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{240});
-  EXPECT_TRUE(f.txtFields(14).HasFocus());
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinAlmacen});
+  EXPECT_TRUE(f.txtFields(campo::Almacen).HasFocus());
 }
 
 TEST_F(ManoCansada, ABranchTypedAndClearedAgainLeavesAPlainGoodsOut) {
   frmSalidasWizard& f = ConConcepto();
   Linea(f, "A-100", "3");
-  Teclea(f, f.txtFields(3), "nt");
-  EXPECT_EQ(f.txtFields(3).Text(), "NT");
+  Teclea(f, f.txtFields(campo::Sucursal), "nt");
+  EXPECT_EQ(f.txtFields(campo::Sucursal).Text(), "NT");
   EXPECT_EQ(f.Check5.Value(), 1);
   Olvida();
   Finaliza(f);
   EXPECT_EQ(Avisos().back(), "No existe la sucursal indicada");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "0");
-  f.txtFields(3).SelStart(2);
+  f.txtFields(campo::Sucursal).SelStart(2);
   Tecla(f, "Back");
   EXPECT_EQ(f.Check5.Value(), 1);
   Tecla(f, "Back");
@@ -653,22 +656,22 @@ TEST_F(ManoCansada, ABranchTypedAndClearedAgainLeavesAPlainGoodsOut) {
 
 TEST_F(ManoCansada, ABranchOfBlanksSetsNoMark) {
   frmSalidasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(3), "   ");
+  Teclea(f, f.txtFields(campo::Sucursal), "   ");
   EXPECT_EQ(f.Check5.Value(), 0);
 }
 
 TEST_F(ManoCansada, ACustomerMistypedAfterItsNameCameUpKeepsTheNameAndIsRefused) {
   frmSalidasWizard& f = ConConcepto();
   Linea(f, "A-100", "3");
-  Teclea(f, f.txtFields(13), "c12");
-  EXPECT_EQ(f.txtFields(13).Text(), "C12");
-  EXPECT_EQ(f.txtFields(15).Text(), "Ferretería del Sur");
+  Teclea(f, f.txtFields(campo::Cliente), "c12");
+  EXPECT_EQ(f.txtFields(campo::Cliente).Text(), "C12");
+  EXPECT_EQ(f.txtFields(campo::NombreDelCliente).Text(), "Ferretería del Sur");
   EXPECT_EQ(f.Combo1.List().size(), 3u);
   Olvida();
   Finaliza(f);
   EXPECT_EQ(Avisos().back(), "El cliente indicado no existe");
-  EXPECT_TRUE(f.txtFields(13).HasFocus());
-  f.txtFields(13).SelStart(3);
+  EXPECT_TRUE(f.txtFields(campo::Cliente).HasFocus());
+  f.txtFields(campo::Cliente).SelStart(3);
   Tecla(f, "Back");
   EXPECT_EQ(f.Combo1.List().size(), 6u);  // found again, so its addresses come again
   Finaliza(f);
@@ -679,23 +682,23 @@ TEST_F(ManoCansada, ACustomerMistypedAfterItsNameCameUpKeepsTheNameAndIsRefused)
 TEST_F(ManoCansada, APresentationCountOfZeroOrLessIsRefusedAndTheRowWaits) {
   frmSalidasWizard& f = ConConcepto();
   Linea(f, "A-200", "1");
-  Teclea(f, f.txtFields(4), "7501");
+  Teclea(f, f.txtFields(campo::Articulo), "7501");
   Tecla(f, "Enter");
-  ASSERT_TRUE(f.txtFields(28).HasFocus());
+  ASSERT_TRUE(f.txtFields(campo::Presentaciones).HasFocus());
   for (const auto& [veces, unidades] : {std::pair{"0", "0"}, {"-2", "-24"}}) {
-    f.txtFields(28).SelectAll();
-    Teclea(f, f.txtFields(28), veces);
-    EXPECT_EQ(f.txtFields(5).Text(), unidades);
+    f.txtFields(campo::Presentaciones).SelectAll();
+    Teclea(f, f.txtFields(campo::Presentaciones), veces);
+    EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), unidades);
     Olvida();
     Tecla(f, "F9");
-    EXPECT_EQ(Numeros(), std::vector<int>{236}) << veces;
-    EXPECT_TRUE(f.txtFields(5).HasFocus());
-    EXPECT_EQ(f.txtFields(4).Text(), "A-100");
-    EXPECT_EQ(f.txtFields(24).Text(), "7501");
+    EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinCantidad}) << veces;
+    EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
+    EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-100");
+    EXPECT_EQ(f.txtFields(campo::SegundaClave).Text(), "7501");
   }
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM salpart"), "1");
-  f.Enter(f.txtFields(28));
-  Teclea(f, f.txtFields(28), "3");
+  f.Enter(f.txtFields(campo::Presentaciones));
+  Teclea(f, f.txtFields(campo::Presentaciones), "3");
   Tecla(f, "F9");
   EXPECT_EQ(Uno("SELECT cantidad FROM salpart WHERE articulo = 'A-100'"), "36");
   EXPECT_EQ(Uno("SELECT prcantidad FROM salpart WHERE articulo = 'A-100'"), "3");
@@ -703,30 +706,30 @@ TEST_F(ManoCansada, APresentationCountOfZeroOrLessIsRefusedAndTheRowWaits) {
 
 TEST_F(ManoCansada, AnEmptiedPresentationCountIsAQuantityOfZero) {
   frmSalidasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(4), "7501");
+  Teclea(f, f.txtFields(campo::Articulo), "7501");
   Tecla(f, "Enter");
-  f.txtFields(28).SelectAll();
+  f.txtFields(campo::Presentaciones).SelectAll();
   Tecla(f, "Delete");
-  EXPECT_EQ(f.txtFields(5).Text(), "0");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "0");
   Olvida();
   Tecla(f, "F9");
-  EXPECT_EQ(Numeros(), std::vector<int>{236});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SinCantidad});
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM salidas"), "0");
 }
 
 TEST_F(ManoCansada, APurchaseNumberWithLettersIsRefusedAndMended) {
-  Gancho("SALIDAS001", [](frmSalidasWizard& g) { g.txtFields(12).Visible(true); });
+  Gancho("SALIDAS001", [](frmSalidasWizard& g) { g.txtFields(campo::Compra).Visible(true); });
   frmSalidasWizard& f = ConConcepto();
   Linea(f, "A-100", "3");
-  Teclea(f, f.txtFields(3), "NTE");
-  Teclea(f, f.txtFields(12), "55A");
-  EXPECT_EQ(f.txtFields(12).Text(), "55A");
+  Teclea(f, f.txtFields(campo::Sucursal), "NTE");
+  Teclea(f, f.txtFields(campo::Compra), "55A");
+  EXPECT_EQ(f.txtFields(campo::Compra).Text(), "55A");
   Olvida();
   Finaliza(f);
-  EXPECT_EQ(Numeros(), std::vector<int>{829});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::NoExisteCompra});
   EXPECT_EQ(CuentaSentencias("SELECT id FROM compra2 WHERE id = 0"), 1);
-  EXPECT_TRUE(f.txtFields(12).HasFocus());
-  f.txtFields(12).SelStart(3);
+  EXPECT_TRUE(f.txtFields(campo::Compra).HasFocus());
+  f.txtFields(campo::Compra).SelStart(3);
   Tecla(f, "Back");
   bitacora.respuestas.clear();
   Finaliza(f);
@@ -747,9 +750,9 @@ TEST_F(ManoCansada, AUserWhomNobodyKnowsTakesOutWhatThereIsAndNoMore) {
   EXPECT_NE(Reportes()[0].find("Function: LlenaPartida\r\n"), std::string::npos);
   EXPECT_EQ(bitacora.mensajes[1].texto,
             "No hay existencia suficiente en el almacen seleccionado\r\n Existencia: 10\r\n");
-  EXPECT_EQ(f.txtFields(5).Text(), "11");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "11");
   EXPECT_EQ(Uno("SELECT cantidad FROM salpart"), "4");
-  f.txtFields(5).Text("6");
+  f.txtFields(campo::Cantidad).Text("6");
   Tecla(f, "F9");
   Finaliza(f);
   EXPECT_EQ(Uno("SELECT existencia FROM existenciaalmacen WHERE articulo = 'A-100'"), "0");

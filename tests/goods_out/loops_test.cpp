@@ -14,13 +14,13 @@ class ClavesDeSalidaEnCirculo : public EscenarioDeSalidas {
     if (clave != articulo) Sql("INSERT INTO clavesadd (clave, articulo) VALUES (?, ?)", {articulo, clave});
     movimientos->NuevaSalida();
     auto& f = dynamic_cast<frmSalidasWizard&>(*plataforma.Screens().back());
-    Teclea(f, f.txtFields(4), clave);
-    f.Enter(f.txtFields(5));
+    Teclea(f, f.txtFields(campo::Articulo), clave);
+    f.Enter(f.txtFields(campo::Cantidad));
     ASSERT_EQ(no_atrapados.size(), 1u);
     EXPECT_NE(no_atrapados[0].find("sin fin"), std::string::npos) << no_atrapados[0];
     EXPECT_TRUE(f.Open());
     EXPECT_FALSE(f.Procesando);
-    Teclea(f, f.txtFields(14), "1");
+    Teclea(f, f.txtFields(campo::Almacen), "1");
     EXPECT_TRUE(f.Visible());
   }
 };

@@ -16,7 +16,7 @@ class AfectacionDeSalida : public EscenarioDeSalidas {
     anfitrion->Ambiente().Pon("ClaveLocal", "L1");
     frmSalidasWizard& f = ConConcepto();
     Linea(f, "A-100", "3");
-    f.txtFields(24).Text("7501");
+    f.txtFields(campo::SegundaClave).Text("7501");
     f.LlenaPartida();
     Linea(f, "A-200", "2");
     Olvida();
@@ -64,9 +64,9 @@ TEST_F(AfectacionDeSalida, EachLineIsAnOutflowUnderTheFolio) {
 TEST_F(AfectacionDeSalida, TheDateIsTheOneReadWhenTheDocumentWasMadeAllElseIsReadAfresh) {
   frmSalidasWizard& f = Lista();
   f.DTPicker1.Value(data::Date{2024, 3, 1});
-  f.txtFields(14).Text("2");
+  f.txtFields(campo::Almacen).Text("2");
   Sql("INSERT INTO tipominv (tipo_movim, ent_sal, descrip) VALUES ('PRE', 'S', 'Préstamo')");
-  f.txtFields(0).Text("PRE");
+  f.txtFields(campo::Concepto).Text("PRE");
   f.DTPicker1.Value(data::Date{2024, 3, 1});
   Finaliza(f);
   Comprueba(0, {{"Fecha", "2024-03-05"}, {"Almacen", "2"}, {"TipoDoc", "PRE"}});
@@ -85,8 +85,8 @@ TEST_F(AfectacionDeSalida, WithoutLinesNothingIsDoneAtAll) {
   frmSalidasWizard& f = Lista();
   Sql("DELETE FROM salpart");
   f.SSCheck1.Value(1);
-  f.txtFields(12).Text("55");
-  f.txtFields(3).Text("NTE");
+  f.txtFields(campo::Compra).Text("55");
+  f.txtFields(campo::Sucursal).Text("NTE");
   f.Costo = 9;
   bool hay = true;
   f.SalvaPartidas(hay);
@@ -126,7 +126,7 @@ TEST_F(AfectacionDeSalida, TheCostsStatementIsBuiltAndRunWithoutACondition) {
 TEST_F(AfectacionDeSalida, ATransferArrivesLineByLineAtItsTarget) {
   frmSalidasWizard& f = Lista();
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
+  f.txtFields(campo::AlmacenDestino).Text("2");
   int movidos = -1;
   Gancho("SALIDAS017", [&](frmSalidasWizard&) { movidos = static_cast<int>(bitacora.movimientos.size()); });
   Olvida();
@@ -162,7 +162,7 @@ TEST_F(AfectacionDeSalida, ATransferArrivesLineByLineAtItsTarget) {
 TEST_F(AfectacionDeSalida, ATransferToItsOwnWarehouseMovesBothWays) {
   frmSalidasWizard& f = Lista();
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("1");
+  f.txtFields(campo::AlmacenDestino).Text("1");
   Finaliza(f);
   EXPECT_EQ(bitacora.movimientos.size(), 6u);
   EXPECT_EQ(Existencia("A-100", 1), "10");
@@ -172,9 +172,9 @@ TEST_F(AfectacionDeSalida, TheArrivalCarriesTheStationTrimmed) {
   frmSalidasWizard& f = Lista();
   Sql("INSERT INTO ESTACIONES (ESTACION) VALUES ('E2 ')");
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
+  f.txtFields(campo::AlmacenDestino).Text("2");
   f.SSCheck2.Value(1);
-  f.txtFields(9).Text("E2 ");
+  f.txtFields(campo::EstacionDestino).Text("E2 ");
   Finaliza(f);
   ASSERT_EQ(bitacora.movimientos.size(), 6u);
   Comprueba(0, {{"EstacionTraspaso", "(nada)"}});
@@ -186,7 +186,7 @@ TEST_F(AfectacionDeSalida, TheArrivalCarriesTheStationTrimmed) {
 TEST_F(AfectacionDeSalida, ARoutineOfATransferThatFailsIsReportedByThePosting) {
   frmSalidasWizard& f = Lista();
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
+  f.txtFields(campo::AlmacenDestino).Text("2");
   Gancho("SALIDAS017", [](frmSalidasWizard&) { throw data::Error("sin destino"); });
   Finaliza(f);
   EXPECT_EQ(Reportes(), (Textos{Reporte("AfectaPartidas", "sin destino")}));
@@ -198,8 +198,8 @@ TEST_F(AfectacionDeSalida, ARoutineOfATransferThatFailsIsReportedByThePosting) {
 
 TEST_F(AfectacionDeSalida, AShipmentAgainstAPurchaseAssignsTheSumOfEachArticle) {
   frmSalidasWizard& f = Lista();
-  f.txtFields(12).Text("55");
-  f.txtFields(3).Text("NTE");
+  f.txtFields(campo::Compra).Text("55");
+  f.txtFields(campo::Sucursal).Text("NTE");
   Finaliza(f);
   const data::Rows filas =
       Sql("SELECT id_partida, cantidad, sucursal, tipo FROM compras2sucursal ORDER BY id_partida");
@@ -219,8 +219,8 @@ TEST_F(AfectacionDeSalida, AnArticleThatThePurchaseDoesNotHaveIsPassedOverAndOfT
   Sql("DELETE FROM compra2part WHERE Id = 552");
   Sql("INSERT INTO compra2part (Id, articulo, compra) VALUES (559, 'A-100', 55)");
   frmSalidasWizard& f = Lista();
-  f.txtFields(12).Text("55");
-  f.txtFields(3).Text("NTE");
+  f.txtFields(campo::Compra).Text("55");
+  f.txtFields(campo::Sucursal).Text("NTE");
   Finaliza(f);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM compras2sucursal"), "1");
   EXPECT_EQ(Uno("SELECT id_partida FROM compras2sucursal"), "551");
@@ -229,8 +229,8 @@ TEST_F(AfectacionDeSalida, AnArticleThatThePurchaseDoesNotHaveIsPassedOverAndOfT
 TEST_F(AfectacionDeSalida, WithoutAPurchaseOrWithoutABranchOrPendingNothingIsAssigned) {
   for (int caso : {0, 1, 2}) {
     frmSalidasWizard& f = Salida({{"A-100", "1"}});
-    if (caso != 0) f.txtFields(12).Text("55");
-    if (caso != 1) f.txtFields(3).Text("NTE");
+    if (caso != 0) f.txtFields(campo::Compra).Text("55");
+    if (caso != 1) f.txtFields(campo::Sucursal).Text("NTE");
     if (caso == 2) f.Check3.Value(1);
     bitacora.respuestas.assign(1, true);
     f.Command5_Click();

@@ -1,5 +1,6 @@
 // Writing the goods-out header and one edited cell: the columns, their order and values, and the numbers
 // that are taken.
+#include "goods_out/columnas.h"
 #include "tests/goods_out/support.h"
 
 namespace tarvik::tests {
@@ -9,15 +10,15 @@ class GuardadoDeSalida : public EscenarioDeSalidas {
  protected:
   frmSalidasWizard& Llena() {
     frmSalidasWizard& f = NuevaSalida();
-    f.txtFields(0).Text("VTA");
-    f.txtFields(14).Text("2");
-    f.txtFields(2).Text("1");
-    f.txtFields(3).Text(" NTE ");
-    f.txtFields(13).Text("C1");
-    f.txtFields(16).Text("M7");
-    f.txtFields(17).Text(" Calle ");
-    f.txtFields(9).Text("E2 ");
-    f.txtFields(11).Text("1,234.5");
+    f.txtFields(campo::Concepto).Text("VTA");
+    f.txtFields(campo::Almacen).Text("2");
+    f.txtFields(campo::AlmacenDestino).Text("1");
+    f.txtFields(campo::Sucursal).Text(" NTE ");
+    f.txtFields(campo::Cliente).Text("C1");
+    f.txtFields(campo::Empleado).Text("M7");
+    f.txtFields(campo::DireccionDeEmbarque).Text(" Calle ");
+    f.txtFields(campo::EstacionDestino).Text("E2 ");
+    f.txtFields(campo::Total).Text("1,234.5");
     f.RichTextBox2.Text("O'Hara; ojo");
     f.DTPicker1.Value(data::Date{2024, 2, 29});
     f.DTPicker2.Value(data::Date{2024, 6, 1});
@@ -155,10 +156,10 @@ TEST_F(GuardadoDeSalida, TheLinesAreReadAgainAndAnsweredFor) {
 
 TEST_F(GuardadoDeSalida, AnEditedCellIsWrittenByItsColumnAndTheFocusGoesToTheArticle) {
   frmSalidasWizard& f = Salida({{"A-100", "3"}, {"A-200", "1"}});
-  f.fg2.TextMatrix(2, 1, "1,250.5");
-  f.fg2.TextMatrix(2, 3, "nada");
-  f.fg2.TextMatrix(2, 4, "9");
-  f.fg2.TextMatrix(2, 5, " O'Hara");
+  f.fg2.TextMatrix(2, columna_salida::Cantidad, "1,250.5");
+  f.fg2.TextMatrix(2, columna_salida::Precio, "nada");
+  f.fg2.TextMatrix(2, columna_salida::Importe, "9");
+  f.fg2.TextMatrix(2, columna_salida::Descripcion, " O'Hara");
   const std::pair<int, const char*> casos[] = {
       {1, "UPDATE salpart SET cantidad = 1250.5 WHERE id_salida = 2"},
       {3, "UPDATE salpart SET precio = 0 WHERE id_salida = 2"},
@@ -166,11 +167,11 @@ TEST_F(GuardadoDeSalida, AnEditedCellIsWrittenByItsColumnAndTheFocusGoesToTheArt
       {5, "UPDATE salpart SET observ = ' O''Hara' WHERE id_salida = 2"}};
   for (const auto& [columna, sentencia] : casos) {
     f.fg2.MoveTo(2, columna);
-    f.txtFields(17).SetFocus();
+    f.txtFields(campo::DireccionDeEmbarque).SetFocus();
     Olvida();
     f.SalvaCambios();
     EXPECT_EQ(bitacora.sentencias, (Textos{sentencia}));
-    EXPECT_TRUE(f.txtFields(4).HasFocus());
+    EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   }
 }
 
@@ -178,12 +179,12 @@ TEST_F(GuardadoDeSalida, ACellOfAnotherColumnRunsTheBuilderWithNoField) {
   frmSalidasWizard& f = Salida({{"A-100", "3"}});
   for (int columna : {0, 2, 6, 7, 8, 9, 10}) {
     f.fg2.MoveTo(1, columna);
-    f.txtFields(17).SetFocus();
+    f.txtFields(campo::DireccionDeEmbarque).SetFocus();
     Olvida();
     bitacora.FallaServicio("Ejecuta", 1, "falla provocada");
     f.SalvaCambios();
     EXPECT_EQ(Reportes(), (Textos{Reporte("SalvaCambios")})) << columna;  // it was run
-    EXPECT_TRUE(f.txtFields(4).HasFocus());
+    EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
     Olvida();
     f.SalvaCambios();
     EXPECT_TRUE(bitacora.sentencias.empty()) << columna;

@@ -2,6 +2,7 @@
 // painting and resizing, closing.
 #include <set>
 
+#include "goods_out/columnas.h"
 #include "tests/goods_out/support.h"
 
 namespace tarvik::tests {
@@ -41,8 +42,8 @@ TEST_F(PantallaDeSalidas, TheKeyboardsWayFollowsHeaderLinesAndTotals) {
   }
   EXPECT_EQ(orden, esperado);
   EXPECT_GT(f.wb.TabIndex(), f.txtEdit.TabIndex());  // on the way, though it never takes the focus
-  EXPECT_LT(f.wb.TabIndex(), f.txtFields(4).TabIndex());
-  EXPECT_EQ(f.ActiveControl(), &f.txtFields(0));
+  EXPECT_LT(f.wb.TabIndex(), f.txtFields(campo::Articulo).TabIndex());
+  EXPECT_EQ(f.ActiveControl(), &f.txtFields(campo::Concepto));
 }
 
 TEST_F(PantallaDeSalidas, EveryFieldHasItsTypeAndItsSearch) {
@@ -132,7 +133,7 @@ TEST_F(PantallaDeSalidas, TheStatesAtDesign) {
 
 TEST_F(PantallaDeSalidas, TheGridsHeadersAndWidths) {
   frmSalidasWizard sin_cargar(*anfitrion);
-  const int de_fabrica = sin_cargar.fg2.ColWidth(0);
+  const int de_fabrica = sin_cargar.fg2.ColWidth(columna_salida::Articulo);
   frmSalidasWizard& f = NuevaSalida();
   const std::pair<const char*, int> columnas[] = {{"Artículo", (de_fabrica * 3 + 1) / 2},
                                                   {"QTY", 800},
@@ -152,7 +153,7 @@ TEST_F(PantallaDeSalidas, TheGridsHeadersAndWidths) {
     ++columna;
   }
   EXPECT_EQ(f.fg2.Row(), 1);
-  EXPECT_EQ(f.fg2.Col(), 0);
+  EXPECT_EQ(f.fg2.Col(), columna_salida::Articulo);
 }
 
 TEST_F(PantallaDeSalidas, ThreePanelsHoldTheControls) {
@@ -163,7 +164,7 @@ TEST_F(PantallaDeSalidas, ThreePanelsHoldTheControls) {
     return en == nullptr ? std::string() : en->Name();
   };
   for (int campo : {0, 14, 2, 3, 9, 13, 15, 7, 12}) EXPECT_EQ(panel(f.txtFields(campo)), "Picture1") << campo;
-  EXPECT_EQ(panel(f.txtFields(16)), "Picture2");
+  EXPECT_EQ(panel(f.txtFields(campo::Empleado)), "Picture2");
   EXPECT_EQ(panel(f.fg2), "Picture2");
   EXPECT_EQ(panel(f.txtEdit), "Picture2");
   EXPECT_EQ(panel(f.wb), "Picture2");
@@ -183,8 +184,8 @@ TEST_F(PantallaDeSalidas, ANewDocumentStartsAtTheWorkingDateAndTheStationsWareho
   frmSalidasWizard& f = NuevaSalida();
   EXPECT_EQ(f.DTPicker1.Value(), esperada);
   EXPECT_EQ(f.DTPicker2.Value(), esperada);
-  EXPECT_EQ(f.txtFields(14).Text(), "2");
-  EXPECT_EQ(f.txtFields(0).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Almacen).Text(), "2");
+  EXPECT_EQ(f.txtFields(campo::Concepto).Text(), "");
   EXPECT_EQ(f.NumeroDePartidas, 7);
   EXPECT_TRUE(f.Acumulado);
   EXPECT_TRUE(f.Query);
@@ -216,16 +217,16 @@ TEST_F(PantallaDeSalidas, AStoredDocumentFillsHeaderAndLines) {
     EXPECT_EQ(Celda(f, 1, columna), primero[static_cast<std::size_t>(columna)]) << columna;
     EXPECT_EQ(Celda(f, 2, columna), segundo[static_cast<std::size_t>(columna)]) << columna;
   }
-  EXPECT_EQ(Celda(f, 3, 0), "");
-  EXPECT_EQ(f.txtFields(10).Text(), "2");
-  EXPECT_EQ(f.txtFields(8).Text(), "4");
-  EXPECT_EQ(f.txtFields(11).Text(), "46.4");
+  EXPECT_EQ(Celda(f, 3, columna_salida::Articulo), "");
+  EXPECT_EQ(f.txtFields(campo::Renglones).Text(), "2");
+  EXPECT_EQ(f.txtFields(campo::Unidades).Text(), "4");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "46.4");
   EXPECT_EQ(f.UltimaPartida, 2);
   EXPECT_EQ(f.rstPartidas->CursorType(), 1);
   EXPECT_EQ(f.rstPartidas->LockType(), 3);
   EXPECT_EQ(CuentaSentencias("SELECT * FROM salpart WHERE salida = (7)"), 1);
   EXPECT_EQ(f.fg2.Row(), 1);
-  EXPECT_EQ(f.fg2.Col(), 0);
+  EXPECT_EQ(f.fg2.Col(), columna_salida::Articulo);
   EXPECT_EQ(f.Salida, 7);
 }
 
@@ -290,9 +291,9 @@ TEST_F(PantallaDeSalidas, ForReadingTheLockStaysAsItIsOpenAndClosed) {
 TEST_F(PantallaDeSalidas, ADocumentWithoutLinesKeepsItsStoredTotal) {
   DocumentoGuardado();
   frmSalidasWizard& f = ModificaSalida(7);
-  EXPECT_EQ(f.txtFields(11).Text(), "23.2");
-  EXPECT_EQ(f.txtFields(10).Text(), "");
-  EXPECT_EQ(Celda(f, 1, 0), "");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "23.2");
+  EXPECT_EQ(f.txtFields(campo::Renglones).Text(), "");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Articulo), "");
 }
 
 TEST_F(PantallaDeSalidas, ForReadingOnlyGridResendAndCancelStayEnabled) {
@@ -360,49 +361,49 @@ TEST_F(PantallaDeSalidas, ALoadHookThatCancelsSkipsOnlyThePresentation) {
 
 TEST_F(PantallaDeSalidas, F1AsksForHelpAndDoesNothingElse) {
   frmSalidasWizard& f = NuevaSalida();
-  f.Enter(f.txtFields(14));
+  f.Enter(f.txtFields(campo::Almacen));
   Olvida();
   Tecla(f, "F1");
   EXPECT_EQ(Claves(), (Textos{"AYUDA"}));
-  EXPECT_TRUE(f.txtFields(14).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Almacen).HasFocus());
 }
 
 TEST_F(PantallaDeSalidas, F2GoesToTheArticleFromWhereverTheFocusIs) {
   frmSalidasWizard& f = NuevaSalida();
   Tecla(f, "F2", f.Check3);
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
 }
 
 TEST_F(PantallaDeSalidas, F3TogglesTheReaderAndGoesToTheArticleOnlyWhenItTurnsItOn) {
   frmSalidasWizard& f = NuevaSalida();
-  Tecla(f, "F3", f.txtFields(14));
+  Tecla(f, "F3", f.txtFields(campo::Almacen));
   EXPECT_EQ(f.Check4.Value(), 1);
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
-  Tecla(f, "F3", f.txtFields(14));
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
+  Tecla(f, "F3", f.txtFields(campo::Almacen));
   EXPECT_EQ(f.Check4.Value(), 0);
-  EXPECT_TRUE(f.txtFields(14).HasFocus());
-  f.txtFields(4).Enabled(false);
+  EXPECT_TRUE(f.txtFields(campo::Almacen).HasFocus());
+  f.txtFields(campo::Articulo).Enabled(false);
   Tecla(f, "F3");
   EXPECT_EQ(f.Check4.Value(), 1);
-  EXPECT_TRUE(f.txtFields(14).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Almacen).HasFocus());
 }
 
 TEST_F(PantallaDeSalidas, F6SendsToTheBranchAndF9AndTheDottedButtonStoreTheLine) {
   frmSalidasWizard& f = NuevaSalida();
   Olvida();
-  Tecla(f, "F6", f.txtFields(14));
+  Tecla(f, "F6", f.txtFields(campo::Almacen));
   EXPECT_EQ(Claves(), (Textos{"SALIDAS005"}));
   Tecla(f, "F9");
   f.Click(f.Command6);
-  EXPECT_EQ(Numeros(), (std::vector<int>{234, 234}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::SinArticulo, mensaje::SinArticulo}));
 }
 
 TEST_F(PantallaDeSalidas, OnePressOfF5IsOneFinish) {
   frmSalidasWizard& f = NuevaSalida();
-  Tecla(f, "F5", f.txtFields(4));
-  EXPECT_EQ(Numeros(), std::vector<int>{338});
+  Tecla(f, "F5", f.txtFields(campo::Articulo));
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::SalidaSinConcepto});
   Tecla(f, "F5", f.fg2);
-  EXPECT_EQ(Numeros(), (std::vector<int>{338, 338}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::SalidaSinConcepto, mensaje::SalidaSinConcepto}));
 }
 
 TEST_F(PantallaDeSalidas, ClicksOnTheLabelsToggleTheirBoxesWhereEnabled) {
@@ -452,7 +453,7 @@ TEST_F(PantallaDeSalidas, EnterInTheDayOfReturnGoesToTheArticle) {
   Tecla(f, "Left", f.DTPicker2);
   EXPECT_TRUE(f.DTPicker2.HasFocus());
   Tecla(f, "Enter");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
 }
 
 // ---- closing ----

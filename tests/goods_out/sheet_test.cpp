@@ -2,6 +2,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "goods_out/columnas.h"
 #include "tests/goods_out/support.h"
 
 namespace tarvik::tests {
@@ -40,7 +41,9 @@ TEST_F(HojaDeDistribucion, LoadingMakesAnEmptyPageAndShowsIt) {
 TEST_F(HojaDeDistribucion, LoadingMakesItAfterTheGridIsFilled) {
   DocumentoGuardado(2);
   std::string visto;
-  Gancho("SALIDAS009", [&](frmSalidasWizard& f) { visto = Celda(f, 2, 1) + "|" + f.txtFields(11).Text(); });
+  Gancho("SALIDAS009", [&](frmSalidasWizard& f) {
+    visto = Celda(f, 2, columna_salida::Cantidad) + "|" + f.txtFields(campo::Total).Text();
+  });
   ModificaSalida(7);
   EXPECT_EQ(visto, "2.5|46.4");
 }

@@ -1,4 +1,5 @@
 // The two stock checks of goods-out: that of a new line, and that of a quantity corrected in the grid.
+#include "goods_out/columnas.h"
 #include "tests/goods_out/support.h"
 
 namespace tarvik::tests {
@@ -12,7 +13,7 @@ class ExistenciaDeSalida : public EscenarioDeSalidas {
   bool Entra(const std::string& cantidad) {
     frmSalidasWizard& f = ConConcepto();
     Fila(f, "A-100", cantidad);
-    f.txtFields(17).SetFocus();
+    f.txtFields(campo::DireccionDeEmbarque).SetFocus();
     Olvida();
     f.LlenaPartida();
     return Uno("SELECT COUNT(*) FROM salpart") != "0";
@@ -41,10 +42,10 @@ TEST_F(ExistenciaDeSalida, MoreThanThereIsIsRefusedToAUserWhoMayNot) {
   EXPECT_EQ(bitacora.mensajes[0].estilo, 64);
   EXPECT_EQ(bitacora.mensajes[0].texto, Aviso("10"));
   frmSalidasWizard& f = UltimaSalida();
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
-  EXPECT_EQ(f.txtFields(4).Text(), "A-100");
-  EXPECT_EQ(f.txtFields(5).Text(), "10.5");
-  EXPECT_EQ(f.txtFields(6).Text(), "116.00");
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-100");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "10.5");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "116.00");
   EXPECT_EQ(f.Modo, "ALTA");
   EXPECT_EQ(bitacora.sentencias.back(), "SELECT existsalidas FROM usuarios WHERE usuario = 'ANA'");
   EXPECT_EQ(CuentaClaves("SALIDAS010"), 1);
@@ -58,8 +59,8 @@ TEST_F(ExistenciaDeSalida, AUserWhoMayIsAskedAndNoDropsTheLine) {
   EXPECT_EQ(bitacora.mensajes[0].clase, "pregunta");
   EXPECT_EQ(bitacora.mensajes[0].estilo, 4);  // Yes is the default
   EXPECT_EQ(bitacora.mensajes[0].texto, Aviso("10") + " Desea continuar de cualquier manera\r\n");
-  EXPECT_TRUE(UltimaSalida().txtFields(4).HasFocus());
-  EXPECT_EQ(UltimaSalida().txtFields(5).Text(), "11");
+  EXPECT_TRUE(UltimaSalida().txtFields(campo::Articulo).HasFocus());
+  EXPECT_EQ(UltimaSalida().txtFields(campo::Cantidad).Text(), "11");
 }
 
 TEST_F(ExistenciaDeSalida, AUserWhoMayAndSaysYesGetsTheLine) {
@@ -74,10 +75,10 @@ TEST_F(ExistenciaDeSalida, AUserWhoMayAndSaysYesGetsTheLine) {
 TEST_F(ExistenciaDeSalida, ARefusalAtADisabledArticleLeavesTheFocus) {
   frmSalidasWizard& f = ConConcepto();
   Fila(f, "A-100", "11");
-  f.txtFields(4).Enabled(false);
-  f.txtFields(17).SetFocus();
+  f.txtFields(campo::Articulo).Enabled(false);
+  f.txtFields(campo::DireccionDeEmbarque).SetFocus();
   f.LlenaPartida();
-  EXPECT_TRUE(f.txtFields(17).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::DireccionDeEmbarque).HasFocus());
 }
 
 TEST_F(ExistenciaDeSalida, AnArticleThatIsNotControlledPassesAndTheUserIsNotLookedUp) {
@@ -102,7 +103,7 @@ TEST_F(ExistenciaDeSalida, WithoutARowThereIsNone) {
 TEST_F(ExistenciaDeSalida, AnEmptyWarehouseAsksForWarehouseZero) {
   frmSalidasWizard& f = ConConcepto();
   Fila(f, "A-100", "1");
-  f.txtFields(14).Text("");
+  f.txtFields(campo::Almacen).Text("");
   Olvida();
   f.LlenaPartida();
   EXPECT_EQ(CuentaSentencias("SELECT * FROM existenciaalmacen WHERE almacen = 0 AND articulo = 'A-100'"), 1);
@@ -133,10 +134,10 @@ TEST_F(ExistenciaDeSalida, EachLineIsComparedByItselfEvenWhenTheyAddUp) {
 
 TEST_F(ExistenciaDeSalida, APresentationIsComparedByItsUnits) {
   frmSalidasWizard& f = ConConcepto();
-  f.txtFields(24).Text("7501");
+  f.txtFields(campo::SegundaClave).Text("7501");
   f.LlenaPartida();
   EXPECT_EQ(bitacora.mensajes.at(0).texto, Aviso("10"));
-  EXPECT_EQ(f.txtFields(5).Text(), "12");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "12");
 }
 
 TEST_F(ExistenciaDeSalida, WhatCannotBeReadIsNotAllowed) {
@@ -159,13 +160,13 @@ TEST_F(ExistenciaDeSalida, ACorrectedQuantityIsTakenWhateverTheStock) {
   Tecla(f, "Enter");
   EXPECT_TRUE(bitacora.mensajes.empty());
   EXPECT_EQ(Uno("SELECT cantidad FROM salpart"), "500");
-  EXPECT_EQ(Celda(f, 1, 2), "-490");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Existencia), "-490");
 }
 
 TEST_F(ExistenciaDeSalida, AQuantityThatWasNegativeIsAskedAboutWhateverTheNewOneAndNoDropsTheEdit) {
   frmSalidasWizard& f = Salida({{"A-100", "5"}});
   Sql("UPDATE prods SET ALM1 = 10, Por_Surt = 3 WHERE articulo = 'A-100'");
-  f.fg2.TextMatrix(1, 1, "-2");
+  f.fg2.TextMatrix(1, columna_salida::Cantidad, "-2");
   f.ClickCell(f.fg2, 1, 1);
   Tecla(f, "1");
   Olvida();
@@ -174,10 +175,13 @@ TEST_F(ExistenciaDeSalida, AQuantityThatWasNegativeIsAskedAboutWhateverTheNewOne
   ASSERT_EQ(bitacora.mensajes.size(), 1u);
   EXPECT_EQ(bitacora.mensajes[0].clase, "pregunta");
   EXPECT_EQ(bitacora.mensajes[0].estilo, 260);  // No is the default
-  EXPECT_EQ(Numeros(), (std::vector<int>{433, 434, 436, 437}));
-  EXPECT_EQ(bitacora.mensajes[0].texto, MensajeDeLaBase(433) + "\r\n" + MensajeDeLaBase(434) + "10\r\n" +
-                                            MensajeDeLaBase(436) + "3\r\n" + MensajeDeLaBase(437) + "\r\n");
-  EXPECT_EQ(Celda(f, 1, 1), "-2");
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::ExistenciaEncabezado, mensaje::ExistenciaDelAlmacen,
+                                         mensaje::ExistenciaApartados, mensaje::ExistenciaContinua}));
+  EXPECT_EQ(bitacora.mensajes[0].texto, MensajeDeLaBase(mensaje::ExistenciaEncabezado) + "\r\n" +
+                                            MensajeDeLaBase(mensaje::ExistenciaDelAlmacen) + "10\r\n" +
+                                            MensajeDeLaBase(mensaje::ExistenciaApartados) + "3\r\n" +
+                                            MensajeDeLaBase(mensaje::ExistenciaContinua) + "\r\n");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Cantidad), "-2");
   EXPECT_EQ(f.txtEdit.Text(), "");
   EXPECT_FALSE(f.txtEdit.Visible());
   EXPECT_TRUE(f.fg2.HasFocus());
@@ -187,26 +191,26 @@ TEST_F(ExistenciaDeSalida, AQuantityThatWasNegativeIsAskedAboutWhateverTheNewOne
 
 TEST_F(ExistenciaDeSalida, AQuantityThatWasNegativeIsChangedOnYes) {
   frmSalidasWizard& f = Salida({{"A-100", "5"}});
-  f.fg2.TextMatrix(1, 1, "-2");
+  f.fg2.TextMatrix(1, columna_salida::Cantidad, "-2");
   f.ClickCell(f.fg2, 1, 1);
   Tecla(f, "1");
   bitacora.respuestas.push_back(true);
   Tecla(f, "Enter");
-  EXPECT_EQ(Celda(f, 1, 1), "1");
+  EXPECT_EQ(Celda(f, 1, columna_salida::Cantidad), "1");
   EXPECT_EQ(Uno("SELECT cantidad FROM salpart"), "1");
 }
 
 TEST_F(ExistenciaDeSalida, AnArticleThatIsNotControlledIsNeverAskedAbout) {
   Sql("UPDATE prods SET Invent = 0");
   frmSalidasWizard& f = Salida({{"A-100", "5"}});
-  f.fg2.MoveTo(1, 1);
+  f.fg2.MoveTo(1, columna_salida::Cantidad);
   EXPECT_TRUE(f.ConfirmaExistencia(1, -2));
   EXPECT_TRUE(bitacora.mensajes.empty());
 }
 
 TEST_F(ExistenciaDeSalida, TheConfirmationReadsArticleAndStockOfTheRowInHand) {
   frmSalidasWizard& f = Salida({{"A-200", "1"}, {"A-100", "5"}});
-  f.fg2.MoveTo(1, 1);
+  f.fg2.MoveTo(1, columna_salida::Cantidad);
   Olvida();
   EXPECT_TRUE(f.ConfirmaExistencia(500, 5));
   EXPECT_EQ(bitacora.sentencias,
@@ -216,7 +220,7 @@ TEST_F(ExistenciaDeSalida, TheConfirmationReadsArticleAndStockOfTheRowInHand) {
 
 TEST_F(ExistenciaDeSalida, TheHostIsAskedWhatItsSettingsSayAndTheAnswerChangesNothing) {
   frmSalidasWizard& f = Salida({{"A-100", "5"}});
-  f.fg2.MoveTo(1, 1);
+  f.fg2.MoveTo(1, columna_salida::Cantidad);
   bitacora.FallaServicio("CantidadEnVenta", 1, "en venta");
   bitacora.FallaServicio("CantidadPorSurtir", 1, "por surtir");
   EXPECT_TRUE(f.ConfirmaExistencia(500, 5));
@@ -234,16 +238,17 @@ TEST_F(ExistenciaDeSalida, TheHostIsAskedWhatItsSettingsSayAndTheAnswerChangesNo
 TEST_F(ExistenciaDeSalida, TheQuestionShowsTheColumnOfTheWarehousesLeadingNumber) {
   frmSalidasWizard& f = Salida({{"A-100", "5"}});
   Sql("UPDATE prods SET ALM2 = 77, Por_Surt = 0 WHERE articulo = 'A-100'");
-  f.txtFields(14).Text("2 norte");
-  f.fg2.MoveTo(1, 1);
+  f.txtFields(campo::Almacen).Text("2 norte");
+  f.fg2.MoveTo(1, columna_salida::Cantidad);
   EXPECT_FALSE(f.ConfirmaExistencia(1, -1));
-  EXPECT_NE(bitacora.mensajes.back().texto.find(MensajeDeLaBase(434) + "77\r\n"), std::string::npos);
+  EXPECT_NE(bitacora.mensajes.back().texto.find(MensajeDeLaBase(mensaje::ExistenciaDelAlmacen) + "77\r\n"),
+            std::string::npos);
 }
 
 TEST_F(ExistenciaDeSalida, AWarehouseWithoutAColumnIsReportedAndTheQuestionIsPutAllTheSame) {
   frmSalidasWizard& f = Salida({{"A-100", "5"}});
-  f.txtFields(14).Text("12");
-  f.fg2.MoveTo(1, 1);
+  f.txtFields(campo::Almacen).Text("12");
+  f.fg2.MoveTo(1, columna_salida::Cantidad);
   bitacora.respuestas.push_back(true);
   EXPECT_TRUE(f.ConfirmaExistencia(1, -1));
   ASSERT_EQ(bitacora.mensajes.size(), 2u);
@@ -254,7 +259,7 @@ TEST_F(ExistenciaDeSalida, AWarehouseWithoutAColumnIsReportedAndTheQuestionIsPut
 
 TEST_F(ExistenciaDeSalida, AConfirmationThatCannotReadTheArticleAsks) {
   frmSalidasWizard& f = Salida({{"A-100", "5"}});
-  f.fg2.MoveTo(1, 1);
+  f.fg2.MoveTo(1, columna_salida::Cantidad);
   bitacora.Falla("SELECT \\* FROM prods", 1, "falla provocada");
   EXPECT_FALSE(f.ConfirmaExistencia(1, 5));
   ASSERT_GE(bitacora.mensajes.size(), 2u);

@@ -25,15 +25,15 @@ class HistoriasDeSalida : public EscenarioDeSalidas {
 
 TEST_F(HistoriasDeSalida, ATransferBetweenWarehousesMovesTheStockFromOneToTheOther) {
   frmSalidasWizard& f = NuevaSalida();
-  Teclea(f, f.txtFields(0), "vta");
+  Teclea(f, f.txtFields(campo::Concepto), "vta");
   f.Click(f.SSCheck1);
-  Teclea(f, f.txtFields(2), "2");
-  f.Enter(f.txtFields(4));
+  Teclea(f, f.txtFields(campo::AlmacenDestino), "2");
+  f.Enter(f.txtFields(campo::Articulo));
   Linea(f, "A-100", "4");
   Linea(f, "A-200", "1.5");
   bitacora.respuestas.push_back(true);
   Tecla(f, "F5");
-  EXPECT_EQ(Numeros(), std::vector<int>{713});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::AfectaSalida});
   EXPECT_EQ(Existencia("A-100", 1), "6");
   EXPECT_EQ(Existencia("A-100", 2), "4");
   EXPECT_EQ(Existencia("A-200", 1), "2.5");
@@ -50,24 +50,24 @@ TEST_F(HistoriasDeSalida, ATransferBetweenWarehousesMovesTheStockFromOneToTheOth
 
 TEST_F(HistoriasDeSalida, ALoanToAnEmployeeRemembersWhoAndUntilWhen) {
   frmSalidasWizard& f = NuevaSalida();
-  Teclea(f, f.txtFields(0), "PRE");
+  Teclea(f, f.txtFields(campo::Concepto), "PRE");
   EXPECT_EQ(f.RichTextBox3.Text(), "Préstamo");
   f.Click(f.Check1);
-  Teclea(f, f.txtFields(16), "m8");
+  Teclea(f, f.txtFields(campo::Empleado), "m8");
   f.DTPicker2.Value(data::Date{2024, 3, 19});
-  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(campo::Articulo));
   Linea(f, "A-100", "1");
   bitacora.respuestas = {true, true};
   Tecla(f, "F5");
   EXPECT_EQ(bitacora.mensajes.back().texto, "No se encuentra el empleado indicado");
-  EXPECT_TRUE(f.txtFields(16).HasFocus());
-  f.txtFields(16).Text("");
-  Teclea(f, f.txtFields(16), "m7");
+  EXPECT_TRUE(f.txtFields(campo::Empleado).HasFocus());
+  f.txtFields(campo::Empleado).Text("");
+  Teclea(f, f.txtFields(campo::Empleado), "m7");
   Tecla(f, "F5");
   EXPECT_EQ(Uno("SELECT estado FROM salidas"), "CO");
   frmSalidasWizard& g = ConsultaSalida(1);
   EXPECT_EQ(g.Check1.Value(), 1);
-  EXPECT_EQ(g.txtFields(16).Text(), "M7");
+  EXPECT_EQ(g.txtFields(campo::Empleado).Text(), "M7");
   EXPECT_EQ(g.DTPicker2.Value(), (data::Date{2024, 3, 19}));
   g.Unload();
   TodoEnOrden();
@@ -75,15 +75,15 @@ TEST_F(HistoriasDeSalida, ALoanToAnEmployeeRemembersWhoAndUntilWhen) {
 
 TEST_F(HistoriasDeSalida, AShipmentToABranchAgainstAPurchaseIsAssignedAndSent) {
   // The deployment shows the purchase, and makes the branch's document when it is told to send.
-  Gancho("SALIDAS001", [](frmSalidasWizard& g) { g.txtFields(12).Visible(true); });
+  Gancho("SALIDAS001", [](frmSalidasWizard& g) { g.txtFields(campo::Compra).Visible(true); });
   Gancho("SALIDAS005", [&](frmSalidasWizard& g) {
     Sql("UPDATE salidas SET EntSuc = 900 + salida WHERE salida = ?", {g.Salida});
   });
   frmSalidasWizard& f = ConConcepto();
-  Teclea(f, f.txtFields(3), "nte");
+  Teclea(f, f.txtFields(campo::Sucursal), "nte");
   EXPECT_EQ(f.Check5.Value(), 1);
-  Teclea(f, f.txtFields(12), "55");
-  f.Enter(f.txtFields(4));
+  Teclea(f, f.txtFields(campo::Compra), "55");
+  f.Enter(f.txtFields(campo::Articulo));
   Linea(f, "A-100", "2");
   Linea(f, "A-200", "1");
   Linea(f, "A-100", "3");
@@ -94,8 +94,8 @@ TEST_F(HistoriasDeSalida, AShipmentToABranchAgainstAPurchaseIsAssignedAndSent) {
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM compras2sucursal"), "2");
   EXPECT_EQ(Existencia("A-100", 1), "5");
   frmSalidasWizard& g = ConsultaSalida(1);
-  EXPECT_EQ(g.txtFields(7).Text(), "901");
-  EXPECT_EQ(g.txtFields(3).Text(), "NTE");
+  EXPECT_EQ(g.txtFields(campo::EntradaRemota).Text(), "901");
+  EXPECT_EQ(g.txtFields(campo::Sucursal).Text(), "NTE");
   g.Unload();
   TodoEnOrden();
 }
@@ -104,7 +104,7 @@ TEST_F(HistoriasDeSalida, LeftPendingTodayAndPostedTomorrowUnderANewFolio) {
   frmSalidasWizard& f = ConConcepto();
   Linea(f, "A-100", "3");
   f.Click(f.Label10(1));
-  Tecla(f, "F5", f.txtFields(4));
+  Tecla(f, "F5", f.txtFields(campo::Articulo));
   EXPECT_TRUE(bitacora.mensajes.empty());
   EXPECT_EQ(Uno("SELECT estado FROM salidas"), "PE");
   EXPECT_EQ(Uno("SELECT folio FROM salidas"), "1");
@@ -116,8 +116,8 @@ TEST_F(HistoriasDeSalida, LeftPendingTodayAndPostedTomorrowUnderANewFolio) {
   EXPECT_EQ(g.Modo, "MODIFICACION");
   Linea(g, "A-100", "2");
   bitacora.respuestas.push_back(true);
-  Tecla(g, "F5", g.txtFields(4));
-  EXPECT_EQ(Numeros(), std::vector<int>{713});
+  Tecla(g, "F5", g.txtFields(campo::Articulo));
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::AfectaSalida});
   EXPECT_EQ(Uno("SELECT salida FROM salidas"), "1");
   EXPECT_EQ(Uno("SELECT folio FROM salidas"), "2");
   EXPECT_EQ(Uno("SELECT estado FROM salidas"), "CO");
@@ -138,7 +138,7 @@ TEST_F(HistoriasDeSalida, AnOperatorWithoutTheRightCannotTakeOutMoreThanThereIs)
   PermiteSinExistencia();
   bitacora.respuestas = {true, true};
   Tecla(f, "F9");
-  Tecla(f, "F5", f.txtFields(4));
+  Tecla(f, "F5", f.txtFields(campo::Articulo));
   EXPECT_EQ(Existencia("A-100", 1), "-1");
   TodoEnOrden();
 }

@@ -91,8 +91,8 @@ class EscenarioDeSalidas : public Escenario {
   // A new document with concept VTA, ready for its first line.
   frmSalidasWizard& ConConcepto() {
     frmSalidasWizard& f = NuevaSalida();
-    Teclea(f, f.txtFields(0), "VTA");
-    f.Enter(f.txtFields(4));
+    Teclea(f, f.txtFields(campo::Concepto), "VTA");
+    f.Enter(f.txtFields(campo::Articulo));
     return f;
   }
   // The same with these lines, the record emptied.
@@ -106,21 +106,21 @@ class EscenarioDeSalidas : public Escenario {
   // ---- hands ----
   // A whole line by keyboard: article, quantity, price as the catalogue has it.
   static void Linea(frmSalidasWizard& f, const std::string& articulo, const std::string& cantidad) {
-    Teclea(f, f.txtFields(4), articulo);
+    Teclea(f, f.txtFields(campo::Articulo), articulo);
     Tecla(f, "Enter");
-    Teclea(f, f.txtFields(5), cantidad);
+    Teclea(f, f.txtFields(campo::Cantidad), cantidad);
     Tecla(f, "Enter");
     Tecla(f, "Enter");
   }
   // A complete entry row, not yet stored.
   static void Fila(frmSalidasWizard& f, const std::string& articulo, const std::string& cantidad) {
-    f.txtFields(4).Text(articulo);
+    f.txtFields(campo::Articulo).Text(articulo);
     f.PonDescripcion();
-    f.txtFields(5).Text(cantidad);
+    f.txtFields(campo::Cantidad).Text(cantidad);
   }
   void Finaliza(frmSalidasWizard& f, bool acepta = true) {
     bitacora.respuestas.push_back(acepta);
-    Tecla(f, "F5", f.txtFields(0));
+    Tecla(f, "F5", f.txtFields(campo::Concepto));
   }
   static std::string Celda(frmSalidasWizard& f, int renglon, int columna) {
     return f.fg2.TextMatrix(renglon, columna);

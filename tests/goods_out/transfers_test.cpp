@@ -19,12 +19,12 @@ class Traspasos : public EscenarioDeSalidas {
 
 TEST_F(Traspasos, TheWarehouseMarkOpensItsFieldAndClosesItAgain) {
   frmSalidasWizard& f = NuevaSalida();
-  EXPECT_TRUE(f.txtFields(2).Enabled());  // until the first click
+  EXPECT_TRUE(f.txtFields(campo::AlmacenDestino).Enabled());  // until the first click
   f.Click(f.SSCheck1);
-  EXPECT_TRUE(f.txtFields(2).Enabled());
-  EXPECT_TRUE(f.txtFields(2).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::AlmacenDestino).Enabled());
+  EXPECT_TRUE(f.txtFields(campo::AlmacenDestino).HasFocus());
   f.Click(f.SSCheck1);
-  EXPECT_FALSE(f.txtFields(2).Enabled());
+  EXPECT_FALSE(f.txtFields(campo::AlmacenDestino).Enabled());
   EXPECT_EQ(f.SSCheck1.Value(), 0);
 }
 
@@ -33,34 +33,34 @@ TEST_F(Traspasos, InAReadDocumentTheWarehouseMarkDoesNothing) {
   Sql("UPDATE salidas SET estraspaso = 1, almt = 1");
   frmSalidasWizard& f = ConsultaSalida(7);
   EXPECT_EQ(f.SSCheck1.Value(), 1);
-  EXPECT_FALSE(f.txtFields(2).Enabled());
-  f.txtFields(2).Enabled(true);
+  EXPECT_FALSE(f.txtFields(campo::AlmacenDestino).Enabled());
+  f.txtFields(campo::AlmacenDestino).Enabled(true);
   f.SSCheck1.Value(0);
-  EXPECT_TRUE(f.txtFields(2).Enabled());
+  EXPECT_TRUE(f.txtFields(campo::AlmacenDestino).Enabled());
 }
 
 TEST_F(Traspasos, TheBranchMarkFollowsItsField) {
   frmSalidasWizard& f = NuevaSalida();
-  Teclea(f, f.txtFields(3), "n");
+  Teclea(f, f.txtFields(campo::Sucursal), "n");
   EXPECT_EQ(f.Check5.Value(), 1);
-  f.txtFields(3).Text("");
+  f.txtFields(campo::Sucursal).Text("");
   EXPECT_EQ(f.Check5.Value(), 0);
-  f.txtFields(3).Text("NTE");
-  f.txtFields(3).Text("  ");
+  f.txtFields(campo::Sucursal).Text("NTE");
+  f.txtFields(campo::Sucursal).Text("  ");
   EXPECT_EQ(f.Check5.Value(), 0);
 }
 
 TEST_F(Traspasos, TheMarksOfStationAndEmployeeOnlyCallTheirRoutines) {
   frmSalidasWizard& f = NuevaSalida();
   f.SSCheck2.Visible(true);
-  f.Enter(f.txtFields(17));
+  f.Enter(f.txtFields(campo::DireccionDeEmbarque));
   Olvida();
   f.Click(f.SSCheck2);
   f.Click(f.Check1);
   f.Click(f.Check1);
   EXPECT_EQ(Claves(), (Textos{"SALIDAS012", "SALIDAS015", "SALIDAS015"}));
-  EXPECT_TRUE(f.txtFields(9).Enabled());
-  EXPECT_TRUE(f.txtFields(16).Enabled());
+  EXPECT_TRUE(f.txtFields(campo::EstacionDestino).Enabled());
+  EXPECT_TRUE(f.txtFields(campo::Empleado).Enabled());
   EXPECT_TRUE(bitacora.sentencias.empty());
 }
 
@@ -102,12 +102,12 @@ TEST_F(Traspasos, SendingAgainWorksInAReadDocumentAsOftenAsAsked) {
 TEST_F(Traspasos, NoCodeShowsTheHiddenControlsARoutineMay) {
   frmSalidasWizard& f = Salida({{"A-100", "1"}});
   EXPECT_FALSE(f.SSCheck2.Visible());
-  EXPECT_FALSE(f.txtFields(9).Visible());
-  EXPECT_FALSE(f.txtFields(12).Visible());
-  f.txtFields(9).Visible(true);
+  EXPECT_FALSE(f.txtFields(campo::EstacionDestino).Visible());
+  EXPECT_FALSE(f.txtFields(campo::Compra).Visible());
+  f.txtFields(campo::EstacionDestino).Visible(true);
   f.MultiCombo1(6).Visible(true);
-  Teclea(f, f.txtFields(9), "e2");
-  EXPECT_EQ(f.txtFields(9).Text(), "E2");
+  Teclea(f, f.txtFields(campo::EstacionDestino), "e2");
+  EXPECT_EQ(f.txtFields(campo::EstacionDestino).Text(), "E2");
 }
 
 // ---- what is stored ----
@@ -126,7 +126,7 @@ TEST_F(Traspasos, APlainDocumentStoresEveryMarkOff) {
 
 TEST_F(Traspasos, ATargetWithoutTheMarkIsStoredAndMovesNothing) {
   frmSalidasWizard& f = Salida({{"A-100", "1"}});
-  f.txtFields(2).Text("2");
+  f.txtFields(campo::AlmacenDestino).Text("2");
   Finaliza(f);
   EXPECT_EQ(Columna("almt"), "2");
   EXPECT_EQ(Columna("estraspaso"), "0");
@@ -138,7 +138,7 @@ TEST_F(Traspasos, ATargetWithoutTheMarkIsStoredAndMovesNothing) {
 TEST_F(Traspasos, AStationWithoutAWarehouseIsStoredAndAddsNoMovement) {
   frmSalidasWizard& f = Salida({{"A-100", "1"}});
   f.SSCheck2.Value(1);
-  f.txtFields(9).Text("E2");
+  f.txtFields(campo::EstacionDestino).Text("E2");
   Finaliza(f);
   EXPECT_EQ(Columna("traspasoaestacion"), "1");
   EXPECT_EQ(Columna("estaciontraspaso"), "E2");
@@ -148,7 +148,7 @@ TEST_F(Traspasos, AStationWithoutAWarehouseIsStoredAndAddsNoMovement) {
 
 TEST_F(Traspasos, AnEmployeeIsStoredWhateverTheMarkSays) {
   frmSalidasWizard& f = Salida({{"A-100", "1"}});
-  f.txtFields(16).Text("NADIE");
+  f.txtFields(campo::Empleado).Text("NADIE");
   Guarda(f);
   EXPECT_EQ(Columna("paraempleado"), "0");
   EXPECT_EQ(Columna("empleado"), "NADIE");
@@ -157,11 +157,11 @@ TEST_F(Traspasos, AnEmployeeIsStoredWhateverTheMarkSays) {
 TEST_F(Traspasos, AStationThatWasStoredOnceStaysWhenTheMarkIsTakenOff) {
   frmSalidasWizard& f = Salida({{"A-100", "1"}});
   f.SSCheck2.Value(1);
-  f.txtFields(9).Text("E2");
+  f.txtFields(campo::EstacionDestino).Text("E2");
   Guarda(f);
   frmSalidasWizard& g = ModificaSalida(1);
   g.SSCheck2.Value(0);
-  g.txtFields(9).Text("OTRA");
+  g.txtFields(campo::EstacionDestino).Text("OTRA");
   Guarda(g);
   EXPECT_EQ(Columna("traspasoaestacion"), "0");
   EXPECT_EQ(Columna("estaciontraspaso"), "E2");
@@ -170,7 +170,7 @@ TEST_F(Traspasos, AStationThatWasStoredOnceStaysWhenTheMarkIsTakenOff) {
 TEST_F(Traspasos, TheTransferNumberIsDrawnOnEverySaveAndStaysWithoutTheMark) {
   frmSalidasWizard& f = Salida({{"A-100", "1"}});
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
+  f.txtFields(campo::AlmacenDestino).Text("2");
   Guarda(f);
   EXPECT_EQ(Columna("traspaso"), "1");
   Guarda(ModificaSalida(1));
@@ -187,12 +187,12 @@ TEST_F(Traspasos, TheTransferNumberIsDrawnOnEverySaveAndStaysWithoutTheMark) {
 TEST_F(Traspasos, TheMarksCombineFreely) {
   frmSalidasWizard& f = Salida({{"A-100", "1"}});
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
-  f.txtFields(3).Text("NTE");
+  f.txtFields(campo::AlmacenDestino).Text("2");
+  f.txtFields(campo::Sucursal).Text("NTE");
   f.Check1.Value(1);
-  f.txtFields(16).Text("M7");
-  f.txtFields(13).Text("C1");
-  f.txtFields(17).Text("  Calle Uno 1 ");
+  f.txtFields(campo::Empleado).Text("M7");
+  f.txtFields(campo::Cliente).Text("C1");
+  f.txtFields(campo::DireccionDeEmbarque).Text("  Calle Uno 1 ");
   f.DTPicker2.Value(data::Date{2024, 6, 1});
   Finaliza(f);
   EXPECT_EQ(Columna("estraspaso") + Columna("esparasucursal") + Columna("paraempleado"), "111");

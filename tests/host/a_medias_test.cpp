@@ -57,9 +57,9 @@ class AMedias : public EscenarioDeSalidas {
   frmSalidasWizard& Traspaso() {
     frmSalidasWizard& f = ConConcepto();
     f.SSCheck1.Value(1);
-    f.txtFields(2).Text("2");
+    f.txtFields(campo::AlmacenDestino).Text("2");
     f.SSCheck2.Value(1);
-    f.txtFields(9).Text("E2");
+    f.txtFields(campo::EstacionDestino).Text("E2");
     Linea(f, "A-100", "3");
     Linea(f, "A-200", "1");
     Linea(f, "A-100", "2");
@@ -78,7 +78,7 @@ TEST_F(AMedias, APostingThatFailedOnALineIsSeenAndCompletedOnce) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "3"}, {"A-200", "2"}, {"A-100", "1"}});
   bitacora.FallaServicio("Afecta", 2, "falla provocada");
   bitacora.respuestas = {true};
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   const auto half = anfitrion->AMedias();
   ASSERT_EQ(half.size(), 1U);
   EXPECT_EQ(half[0].tipo, Tipo::Entrada);
@@ -136,7 +136,7 @@ TEST_F(AMedias, APendingDocumentWithLinesThatHaveMovedSaysSoAndMovesTheRest) {
   bitacora.Falla("UPDATE entradas SET tipo_doc", 1, "falla provocada");
   bitacora.FallaServicio("Afecta", 1, "falla provocada");
   bitacora.respuestas = {true};
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "PE");
   auto half = anfitrion->AMedias();
   ASSERT_EQ(half.size(), 1U);
@@ -148,7 +148,7 @@ TEST_F(AMedias, APendingDocumentWithLinesThatHaveMovedSaysSoAndMovesTheRest) {
   Sql("UPDATE entradas SET ocupado = 0");
   bitacora.respuestas = {true};
   frmEntradasWizard& otra = Modifica(1);
-  Tecla(otra, "F5", otra.txtFields(0));
+  Tecla(otra, "F5", otra.txtFields(campo::Concepto));
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "2") << "each line once";
   EXPECT_EQ(Uno("SELECT existencia FROM existenciaalmacen WHERE articulo = 'A-200'"), "6");
   EXPECT_TRUE(anfitrion->AMedias().empty());
@@ -301,7 +301,7 @@ TEST_F(Cierres, AFinishThatBreaksOffSaysWhatDidNotRun) {
 
 TEST_F(Cierres, OfAGoodsInTheKeyOfItsConceptToo) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "A++");
+  Teclea(f, f.txtFields(campo::Concepto), "A++");
   Renglon(f, "A-100", "1");
   f.Check2.Value(0);
   Sql("INSERT INTO parametros (nombre, valor) VALUES ('SoloTarvik', '1') ON CONFLICT (nombre) DO UPDATE SET "
@@ -313,7 +313,7 @@ TEST_F(Cierres, OfAGoodsInTheKeyOfItsConceptToo) {
     seen = Faltan();
   });
   bitacora.respuestas = {true};
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_EQ(seen, (Textos{"ENTRADA014", "ENTRADA010"}));
 }
 
@@ -325,11 +325,11 @@ TEST_F(Cierres, AFinishInsideAnotherIsKeptToo) {
     kept.push_back(Uno("SELECT COUNT(*) FROM cierres"));
     if (&screen != &outer) return;
     bitacora.respuestas = {true};
-    Tecla(inner, "F5", inner.txtFields(0));
+    Tecla(inner, "F5", inner.txtFields(campo::Concepto));
     kept.push_back(Uno("SELECT COUNT(*) FROM cierres"));
   });
   bitacora.respuestas = {true};
-  Tecla(outer, "F5", outer.txtFields(0));
+  Tecla(outer, "F5", outer.txtFields(campo::Concepto));
   EXPECT_EQ(kept, (Textos{"1", "2", "1"}));
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM cierres"), "0");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "2");

@@ -36,8 +36,8 @@ TEST_F(Eliminacion, OfAPostedDocumentSaysItsStateItsLinesAndTheMovementsThatStay
 TEST_F(Eliminacion, OfAGoodsOutTransferCountsItsArrivalsToo) {
   auto& f = ana.Salida({"5"});
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
-  Escenario::Tecla(f, "F5", f.txtFields(4));
+  f.txtFields(campo::AlmacenDestino).Text("2");
+  Escenario::Tecla(f, "F5", f.txtFields(campo::Articulo));
   ASSERT_FALSE(f.Open());
   luis.puerta->EliminaSalida(1);
   ASSERT_EQ(Bitacora().size(), 1U);

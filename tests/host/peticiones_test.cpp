@@ -76,14 +76,14 @@ TEST_F(Peticiones, OfAProgramThatIsGoneWaitNoLonger) {
 // The card still stands on the holder's screen when the asker's machine goes off.
 TEST_F(Peticiones, NothingIsHandedToWhoIsGone) {
   auto& f = ana.Entrada({"5"});
-  f.txtFields(4).Text("A-200");
+  f.txtFields(campo::Articulo).Text("A-200");
   Pide(f);
   auto waiting = ana.anfitrion->Peticiones();
   SeVa(luis);
   EXPECT_EQ(ErrorDe([&] { waiting.at(0).Cede(); }),
             "El programa de quien pidió la entrada 1 ya no está abierto; no se cedió");
   EXPECT_TRUE(f.Open());
-  EXPECT_EQ(f.txtFields(4).Text(), "A-200");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-200");
   EXPECT_EQ(waiting.at(0).Estado(), "pedida");
 }
 
@@ -196,7 +196,7 @@ TEST_F(Peticiones, AYesStoresClosesFreesAndIsOnRecord) {
 TEST_F(Peticiones, AGoodsOutIsStoredWithoutAFolioAndWithTheRestOfItsHeader) {
   auto& f = ana.Salida({"5"});
   f.SSCheck1.Value(1);
-  f.txtFields(2).Text("2");
+  f.txtFields(campo::AlmacenDestino).Text("2");
   f.Check3.Value(0);
   luis.anfitrion->Pide(Tipo::Salida, f.Salida);
   EXPECT_EQ(Cede(), kCedida);
@@ -305,13 +305,13 @@ class RenglonEnCurso : public Peticiones {
 
 TEST_F(RenglonEnCurso, ArticleQuantityAndAPriceOfTheOperatorsOwn) {
   auto& f = ana.Entrada({"5"});
-  Escenario::Teclea(f, f.txtFields(4), "A-200");
+  Escenario::Teclea(f, f.txtFields(campo::Articulo), "A-200");
   Escenario::Tecla(f, "Enter");
-  Escenario::Teclea(f, f.txtFields(5), "7");
+  Escenario::Teclea(f, f.txtFields(campo::Cantidad), "7");
   Escenario::Tecla(f, "Enter");
-  Escenario::Teclea(f, f.txtFields(6), "41.5");
+  Escenario::Teclea(f, f.txtFields(campo::Precio), "41.5");
   auto& g = Pasa(f);
-  EXPECT_EQ(g.txtFields(6).Text(), "41.5");
+  EXPECT_EQ(g.txtFields(campo::Precio).Text(), "41.5");
   Escenario::Tecla(g, "Enter");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart WHERE articulo = 'A-200'"), "7");
   EXPECT_EQ(Uno("SELECT precio FROM entpart WHERE articulo = 'A-200'"), "41.5");
@@ -319,37 +319,37 @@ TEST_F(RenglonEnCurso, ArticleQuantityAndAPriceOfTheOperatorsOwn) {
 
 TEST_F(RenglonEnCurso, AHalfTypedArticleGoesOnWhereItStopped) {
   auto& f = ana.Entrada({"5"});
-  Escenario::Teclea(f, f.txtFields(4), "A-2");
+  Escenario::Teclea(f, f.txtFields(campo::Articulo), "A-2");
   auto& g = Pasa(f);
   for (const char* key : {"0", "0", "Enter"}) Escenario::Tecla(g, key);
-  EXPECT_EQ(g.txtFields(4).Text(), "A-200");
-  EXPECT_EQ(g.txtFields(1).Text(), "Clavo");
+  EXPECT_EQ(g.txtFields(campo::Articulo).Text(), "A-200");
+  EXPECT_EQ(g.txtFields(campo::Descripcion).Text(), "Clavo");
 }
 
 TEST_F(RenglonEnCurso, ASecondKeyWithItsPresentations) {
   auto& f = ana.Entrada({"5"});
-  Escenario::Teclea(f, f.txtFields(4), "7501");
+  Escenario::Teclea(f, f.txtFields(campo::Articulo), "7501");
   Escenario::Tecla(f, "Enter");
-  f.Enter(f.txtFields(28));
-  Escenario::Teclea(f, f.txtFields(28), "3");
-  ASSERT_EQ(f.txtFields(5).Text(), "36");
-  f.Enter(f.txtFields(6));
-  Escenario::Teclea(f, f.txtFields(6), "90");
+  f.Enter(f.txtFields(campo::Presentaciones));
+  Escenario::Teclea(f, f.txtFields(campo::Presentaciones), "3");
+  ASSERT_EQ(f.txtFields(campo::Cantidad).Text(), "36");
+  f.Enter(f.txtFields(campo::Precio));
+  Escenario::Teclea(f, f.txtFields(campo::Precio), "90");
   auto& g = Pasa(f);
-  EXPECT_EQ(g.txtFields(24).Text(), "7501");
+  EXPECT_EQ(g.txtFields(campo::SegundaClave).Text(), "7501");
   Escenario::Tecla(g, "Enter");
   EXPECT_EQ(Uno("SELECT cantidad FROM entpart WHERE claveadd = '7501'"), "36");
 }
 
 TEST_F(RenglonEnCurso, AQuantityOverAPresentationAndAKeyThatIsNone) {
   auto& f = ana.Entrada({"5"});
-  Escenario::Teclea(f, f.txtFields(4), "7501");
+  Escenario::Teclea(f, f.txtFields(campo::Articulo), "7501");
   Escenario::Tecla(f, "Enter");
-  Escenario::Teclea(f, f.txtFields(5), "11");
+  Escenario::Teclea(f, f.txtFields(campo::Cantidad), "11");
   Pasa(f).Unload();
   auto& g = ana.Entrada({"5"});
-  Escenario::Teclea(g, g.txtFields(24), "75");
-  Escenario::Teclea(g, g.txtFields(4), "A-100");
+  Escenario::Teclea(g, g.txtFields(campo::SegundaClave), "75");
+  Escenario::Teclea(g, g.txtFields(campo::Articulo), "A-100");
   Pasa(g);
 }
 
@@ -361,23 +361,23 @@ TEST_F(RenglonEnCurso, AnEmptyRowLeavesAnEmptyRow) {
 
 TEST_F(RenglonEnCurso, IsPutOnceAndByWhoAskedOnly) {
   auto& f = ana.Entrada({"5"});
-  Escenario::Teclea(f, f.txtFields(4), "A-2");
+  Escenario::Teclea(f, f.txtFields(campo::Articulo), "A-2");
   auto& g = Pasa(f);
   g.Unload();
   const auto again = luis.anfitrion->Abre(Tipo::Entrada, 1);
   ASSERT_NE(again, nullptr);
-  EXPECT_EQ(dynamic_cast<frmEntradasWizard&>(*again).txtFields(4).Text(), "");
+  EXPECT_EQ(dynamic_cast<frmEntradasWizard&>(*again).txtFields(campo::Articulo).Text(), "");
 }
 
 TEST_F(RenglonEnCurso, OfAGoodsOut) {
   for (const bool second_key : {false, true}) {
     auto& f = ana.Salida({"5"});
-    Escenario::Teclea(f, f.txtFields(4), second_key ? "7501" : "A-200");
+    Escenario::Teclea(f, f.txtFields(campo::Articulo), second_key ? "7501" : "A-200");
     Escenario::Tecla(f, "Enter");
     f.Enter(f.txtFields(second_key ? 28 : 5));
     Escenario::Teclea(f, f.txtFields(second_key ? 28 : 5), "4");
-    f.Enter(f.txtFields(6));
-    Escenario::Teclea(f, f.txtFields(6), "80");
+    f.Enter(f.txtFields(campo::Precio));
+    Escenario::Teclea(f, f.txtFields(campo::Precio), "80");
     const auto document = RetenidoPor(f);
     const std::string typed = TomaRenglonEnCurso(f, Tipo::Salida);
     luis.anfitrion->Pide(Tipo::Salida, document->numero);
@@ -386,7 +386,7 @@ TEST_F(RenglonEnCurso, OfAGoodsOut) {
     ASSERT_NE(screen, nullptr);
     auto& g = dynamic_cast<frmSalidasWizard&>(*screen);
     EXPECT_EQ(TomaRenglonEnCurso(g, Tipo::Salida), typed);
-    EXPECT_EQ(g.ActiveControl(), &g.txtFields(6));
+    EXPECT_EQ(g.ActiveControl(), &g.txtFields(campo::Precio));
     g.Unload();
   }
 }
@@ -394,19 +394,19 @@ TEST_F(RenglonEnCurso, OfAGoodsOut) {
 TEST_F(RenglonEnCurso, AFullFieldDoesNotMoveOnAndATextOfAnotherMakePutsNothing) {
   auto& f = ana.Entrada({"5"});
   auto& g = luis.Entrada({"1"});
-  g.txtFields(6).MaxLength(2);
-  Escenario::Teclea(f, f.txtFields(4), "A-200");
-  Escenario::Teclea(f, f.txtFields(5), "2");
-  Escenario::Teclea(f, f.txtFields(6), "41");
+  g.txtFields(campo::Precio).MaxLength(2);
+  Escenario::Teclea(f, f.txtFields(campo::Articulo), "A-200");
+  Escenario::Teclea(f, f.txtFields(campo::Cantidad), "2");
+  Escenario::Teclea(f, f.txtFields(campo::Precio), "41");
   const std::string row = TomaRenglonEnCurso(f, Tipo::Entrada);
   PonRenglonEnCurso(g, Tipo::Entrada, row);
-  EXPECT_EQ(g.txtFields(6).Text(), "41");
-  EXPECT_EQ(g.txtFields(6).MaxLength(), 2);
+  EXPECT_EQ(g.txtFields(campo::Precio).Text(), "41");
+  EXPECT_EQ(g.txtFields(campo::Precio).MaxLength(), 2);
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart WHERE entrada = ?", {g.Entrada}), "1") << "no line was stored";
   for (const char* other : {"", "4", "4 99 A", "x", "foco 4", "14 1 9\n"}) {
     PonRenglonEnCurso(g, Tipo::Entrada, other);
-    EXPECT_EQ(g.txtFields(4).Text(), "A-200") << other;
-    EXPECT_EQ(g.txtFields(14).Text(), "1") << other;
+    EXPECT_EQ(g.txtFields(campo::Articulo).Text(), "A-200") << other;
+    EXPECT_EQ(g.txtFields(campo::Almacen).Text(), "1") << other;
   }
 }
 

@@ -99,7 +99,7 @@ struct Puesto {
   frmEntradasWizard& Entrada(std::initializer_list<const char*> cantidades) {
     puerta->NuevaEntrada();
     auto& f = dynamic_cast<frmEntradasWizard&>(*plataforma.Screens().back());
-    tests::Escenario::Teclea(f, f.txtFields(0), "COM");
+    tests::Escenario::Teclea(f, f.txtFields(campo::Concepto), "COM");
     tests::Escenario::Tecla(f, "Enter");
     for (const char* cantidad : cantidades) tests::Escenario::Renglon(f, "A-100", cantidad);
     return f;
@@ -107,15 +107,15 @@ struct Puesto {
   frmSalidasWizard& Salida(std::initializer_list<const char*> cantidades) {
     puerta->NuevaSalida();
     auto& f = dynamic_cast<frmSalidasWizard&>(*plataforma.Screens().back());
-    tests::Escenario::Teclea(f, f.txtFields(0), "VTA");
+    tests::Escenario::Teclea(f, f.txtFields(campo::Concepto), "VTA");
     for (const char* cantidad : cantidades) RenglonDeSalida(f, "A-100", cantidad);
     return f;
   }
   static void RenglonDeSalida(frmSalidasWizard& f, const std::string& articulo, const std::string& cantidad) {
-    f.Enter(f.txtFields(4));
-    tests::Escenario::Teclea(f, f.txtFields(4), articulo);
+    f.Enter(f.txtFields(campo::Articulo));
+    tests::Escenario::Teclea(f, f.txtFields(campo::Articulo), articulo);
     tests::Escenario::Tecla(f, "Enter");
-    tests::Escenario::Teclea(f, f.txtFields(5), cantidad);
+    tests::Escenario::Teclea(f, f.txtFields(campo::Cantidad), cantidad);
     tests::Escenario::Tecla(f, "F9");
   }
   [[nodiscard]] std::string UltimaCaja() const { return cajas.empty() ? "" : cajas.back().texto; }

@@ -31,12 +31,12 @@ class Libros : public EscenarioDeSalidas {
   void Entrada(std::initializer_list<std::pair<std::string, std::string>> renglones) {
     frmEntradasWizard& f = ConRenglones(renglones);
     bitacora.respuestas = {true};
-    Tecla(f, "F5", f.txtFields(0));
+    Tecla(f, "F5", f.txtFields(campo::Concepto));
   }
   void Traspaso() {
     frmSalidasWizard& f = ConConcepto();
     f.SSCheck1.Value(1);
-    f.txtFields(2).Text("2");
+    f.txtFields(campo::AlmacenDestino).Text("2");
     Linea(f, "A-100", "4");
     Linea(f, "A-200", "1");
     Finaliza(f);

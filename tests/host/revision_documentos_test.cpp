@@ -41,7 +41,7 @@ TEST_F(RevisaDocumentos, AHalfPostedDocumentIsFoundOnceAndCompleted) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "3"}, {"A-200", "2"}, {"A-100", "1"}});
   bitacora.FallaServicio("Afecta", 2, "falla provocada");
   bitacora.respuestas = {true};
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   const host::Observacion one = Una();
   EXPECT_EQ(Ficha(one), "a medias|Entrada|1|-|-|-");
   EXPECT_EQ(one.texto,
@@ -149,8 +149,8 @@ TEST_F(RevisaDocumentos, AMovementThatIsNotAsItsLineIsFound) {
 // In a file an empty warehouse is an empty text, on a server none: to a movement both are warehouse 0.
 TEST_F(RevisaDocumentos, AMovementOfADocumentWhoseWarehouseIsEmptyIsNotOtherwise) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
-  f.txtFields(14).Text("");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
+  f.txtFields(campo::Almacen).Text("");
   Renglon(f, "A-100", "3");
   f.Unload();
   Sql("INSERT INTO movsinv (operacion, ent_sal, articulo, almacen, cantidad, id_entrada, movimiento, saldo) "

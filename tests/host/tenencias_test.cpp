@@ -176,7 +176,7 @@ TEST_F(Tenencias, LeasesAreNotAmongTheStatementsOfTheScreens) {
 TEST_F(Tenencias, ASaveWithoutLinesHoldsTheDocumentTooAndAFinishHoldsItToItsEnd) {
   ana.puerta->NuevaEntrada();
   auto& f = dynamic_cast<frmEntradasWizard&>(*ana.plataforma.Screens().back());
-  Escenario::Teclea(f, f.txtFields(0), "COM");
+  Escenario::Teclea(f, f.txtFields(campo::Concepto), "COM");
   Escenario::Tecla(f, "F5");
   ASSERT_TRUE(f.Open());
   EXPECT_EQ(Ocupado(f), "0") << "the save leaves the flag so";
@@ -269,7 +269,7 @@ TEST_F(Tenencias, AScreenWhoseDocumentWasLetGoOfTellsAtTheNextActAndOnlyReads) {
       << ana.UltimaCaja();
   EXPECT_NE(ana.UltimaCaja().find("se fue a comer"), std::string::npos);
   EXPECT_EQ(f.Modo, "CONSULTA");
-  EXPECT_FALSE(f.txtFields(4).Enabled());
+  EXPECT_FALSE(f.txtFields(campo::Articulo).Enabled());
   EXPECT_TRUE(f.fg2.Enabled());
   EXPECT_TRUE(f.Command2.Enabled());
   EXPECT_EQ(ana.testigo.sentencias.size(), sent) << "the act was passed over";
@@ -314,7 +314,7 @@ TEST_F(Tenencias, WhatARoutinePostedIsAnActToo) {
   Libera(Tipo::Entrada, f.Entrada);
   ana.plataforma.ProcessEvents();
   EXPECT_EQ(f.Modo, "CONSULTA");
-  EXPECT_EQ(f.txtFields(4).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "");
 }
 
 TEST_F(Tenencias, AProcedureCalledOnSuchAScreenWritesNothing) {
@@ -330,9 +330,9 @@ TEST_F(Tenencias, AProcedureCalledOnSuchAScreenWritesNothing) {
            Uno("SELECT COUNT(*) FROM movsinv");
   };
   const std::string before = books();
-  f.txtFields(4).Text("A-200");
-  f.txtFields(5).Text("3");
-  f.txtFields(6).Text("10");
+  f.txtFields(campo::Articulo).Text("A-200");
+  f.txtFields(campo::Cantidad).Text("3");
+  f.txtFields(campo::Precio).Text("10");
   EXPECT_NE(SaleDe([&] { f.LlenaPartida(); }).find("La entrada 1 ya no es de esta pantalla"),
             std::string::npos);
   EXPECT_NE(SaleDe([&] { f.SalvaEntrada("CO"); }), "");

@@ -16,7 +16,7 @@ class FinDeCierre : public EscenarioDeSalidas {
   void Traspasada(const std::string& hecho, int imprime = 1) {
     frmSalidasWizard& f = ConConcepto();
     f.SSCheck1.Value(1);
-    f.txtFields(2).Text("2");
+    f.txtFields(campo::AlmacenDestino).Text("2");
     Linea(f, "A-100", "3");
     Finaliza(f);
     Sql("INSERT INTO cierres (tipo, documento, usuario, estacion, cuando, imprime, hecho) VALUES ('Salida', "

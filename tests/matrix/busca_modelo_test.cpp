@@ -13,7 +13,7 @@ class Modelos : public EscenarioDeMalla {
   Modelos() { Camisas(); }
 
   // Enter in the price: the row is to become a line.
-  void Intenta(frmEntradasWizard& f) { Tecla(f, "Enter", f.txtFields(6)); }
+  void Intenta(frmEntradasWizard& f) { Tecla(f, "Enter", f.txtFields(campo::Precio)); }
   // The matrix of a key, looked at and cancelled.
   void Mira(std::function<void(frmMallaModelos&)> mira, const std::string& cantidad = "10",
             const std::string& clave = "CAM") {
@@ -56,16 +56,16 @@ TEST_F(Modelos, AnArticleOfTheModelIsSoldByItself) {
 TEST_F(Modelos, AModelWithoutAnArticleIsNone) {
   Sql("INSERT INTO modelos (modelo, descrip) VALUES ('PAN', 'Pantalón')");
   frmEntradasWizard& f = ConClave("PAN", "3");
-  f.txtFields(6).Text("5");
+  f.txtFields(campo::Precio).Text("5");
   Intenta(f);
   EXPECT_EQ(mostradas, 0);
-  EXPECT_EQ(Numeros(), (std::vector<int>{235}));
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::NoEsArticulo}));
 }
 
 TEST_F(Modelos, ArticlesOfNoModelAreNotTheModelOfAnEmptyKey) {
   Sql("UPDATE prods SET modelo = '' WHERE articulo = 'A-100'");
   frmEntradasWizard& f = ConClave("", "3");
-  f.txtFields(6).Text("5");
+  f.txtFields(campo::Precio).Text("5");
   Ante([](frmMallaModelos&) {});
   bool es_modelo = true;
   f.BuscaModelo(es_modelo);
@@ -75,22 +75,22 @@ TEST_F(Modelos, ArticlesOfNoModelAreNotTheModelOfAnEmptyKey) {
 
 TEST_F(Modelos, TheModelsKeyBringsCostUnitAndTax) {
   frmEntradasWizard& f = ConClave("CAM", "10");
-  EXPECT_EQ(f.txtFields(27).Text(), "PZA");
-  EXPECT_EQ(f.txtFields(6).Text(), "61.5");
-  EXPECT_EQ(f.txtFields(9).Text(), "IVA");
+  EXPECT_EQ(f.txtFields(campo::Unidad).Text(), "PZA");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "61.5");
+  EXPECT_EQ(f.txtFields(campo::ImporteDelRenglon).Text(), "IVA");
 }
 
 TEST_F(Modelos, WithoutAPriceTheMatrixIsNotAskedFor) {
   Sql("UPDATE prods SET costo_u = NULL");
   Ante([](frmMallaModelos&) {});
   frmEntradasWizard& f = ConClave("CAM", "10");
-  EXPECT_EQ(f.txtFields(6).Text(), "");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "");
   for (const char* precio : {"", "0", " 0.00"}) {
-    f.txtFields(6).Text(precio);
+    f.txtFields(campo::Precio).Text(precio);
     Olvida();
     Intenta(f);
     EXPECT_EQ(Cuantas("modelo<>''"), 0) << precio;
-    EXPECT_EQ(Numeros(), (std::vector<int>{235})) << precio;
+    EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::NoEsArticulo})) << precio;
   }
   EXPECT_EQ(mostradas, 0);
 }
@@ -304,7 +304,7 @@ TEST_F(Modelos, WithoutAQuantityNothingIsCountedAndAnyMayBeEntered) {
   for (const char* cantidad : {"0", "", "-3"}) {
     mostradas = 0;
     frmEntradasWizard& f = ConClave("CAM", "1");
-    f.txtFields(5).Text(cantidad);
+    f.txtFields(campo::Cantidad).Text(cantidad);
     Ante([&](frmMallaModelos& m) {
       EXPECT_FALSE(m.txtRemanente.Visible()) << cantidad;
       EXPECT_FALSE(m.lblCantidadRestante.Visible()) << cantidad;
@@ -329,7 +329,7 @@ TEST_F(Modelos, AcceptedWithEveryCellEmptyMakesNoLine) {
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "0");
   EXPECT_TRUE(Numeros().empty());  // the key was a model, and what had to be done is done
-  EXPECT_EQ(f.txtFields(4).Text(), "CAM");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "CAM");
 }
 
 TEST_F(Modelos, EventsAreLetThroughWhileTheMatrixIsBuilt) {
@@ -381,22 +381,22 @@ TEST_F(Modelos, EachFilledCellIsALineSizeBySize) {
               Renglones()[static_cast<std::size_t>(renglon) - 1]);
   }
   EXPECT_EQ(f.fg2.TextMatrix(6, 0), "");
-  EXPECT_EQ(f.txtFields(11).Text(), "922.5");  // 15 at 61.50
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "922.5");  // 15 at 61.50
   EXPECT_TRUE(Numeros().empty());
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entradas"), "1");
   EXPECT_EQ(mostradas, 1);
   EXPECT_EQ(plataforma.Screens().size(), 1u);
   for (int campo : {1, 4, 5, 6, 9, 27}) EXPECT_EQ(f.txtFields(campo).Text(), "") << campo;
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
 }
 
 // A line empties the entry row, so what stood there is put back for each; the price is the same for all.
 TEST_F(Modelos, UnitPriceAndTaxAreTheSameForAllLines) {
   Sql("UPDATE prods SET costo_u = 99, unidad = 'CJ', impuesto = 'EXE' WHERE articulo = 'CAM-RO-2MD'");
   frmEntradasWizard& f = ConClave("CAM", "2");
-  f.txtFields(6).Text("70.00");
-  f.txtFields(27).Text("DOC");
-  f.txtFields(9).Text("OTRO");
+  f.txtFields(campo::Precio).Text("70.00");
+  f.txtFields(campo::Unidad).Text("DOC");
+  f.txtFields(campo::ImporteDelRenglon).Text("OTRO");
   Textos vistos;
   Gancho("ENTRADA005", [&](frmEntradasWizard& g) {
     std::string visto;
@@ -415,9 +415,9 @@ TEST_F(Modelos, UnitPriceAndTaxAreTheSameForAllLines) {
 
 TEST_F(Modelos, LinesOfTheMatrixFollowThoseThatAreThere) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "3"}});
-  Teclea(f, f.txtFields(4), "CAM");
+  Teclea(f, f.txtFields(campo::Articulo), "CAM");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), "2");
+  Teclea(f, f.txtFields(campo::Cantidad), "2");
   Tecla(f, "Enter");
   Ante([](frmMallaModelos& m) {
     Pon(m, "2");
@@ -450,9 +450,9 @@ TEST_F(Modelos, ATextInACellReachesTheQuantityAsItStands) {
     Acepta(m);
   });
   Intenta(f);
-  EXPECT_EQ(f.txtFields(4).Text(), "CAM-AZ-1CH");
-  EXPECT_EQ(f.txtFields(5).Text(), "12a");
-  EXPECT_EQ(Numeros(), (std::vector<int>{236}));
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "CAM-AZ-1CH");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "12a");
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::SinCantidad}));
   EXPECT_TRUE(Renglones().empty());
 }
 
@@ -514,7 +514,7 @@ TEST_P(Cancelaciones, AreNoModelAndLeadBackToTheKey) {
   bool es_modelo = true;
   f.BuscaModelo(es_modelo);
   EXPECT_FALSE(es_modelo);
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_TRUE(Numeros().empty());
   EXPECT_EQ(plataforma.Screens().size(), 1u);
 }
@@ -527,11 +527,11 @@ TEST_P(Cancelaciones, RefuseTheKeyAsAnArticleAndLeaveTheRow) {
   });
   Intenta(f);
   EXPECT_EQ(mostradas, 1);
-  EXPECT_EQ(Numeros(), (std::vector<int>{235}));
-  EXPECT_EQ(f.txtFields(4).Text(), "CAM");
-  EXPECT_EQ(f.txtFields(5).Text(), "10");
-  EXPECT_EQ(f.txtFields(6).Text(), "61.50");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(Numeros(), (std::vector<int>{mensaje::NoEsArticulo}));
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "CAM");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "10");
+  EXPECT_EQ(f.txtFields(campo::Precio).Text(), "61.50");
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
   EXPECT_EQ(plataforma.Screens().size(), 1u);
   EXPECT_TRUE(no_atrapados.empty());
@@ -597,7 +597,7 @@ TEST_F(Modelos, EventsAreLetThroughAfterACancellation) {
 TEST_F(Modelos, AnArticleWithItsModelsKeyEndsInsteadOfAskingForEver) {
   Articulo("UNO", "AZ-1CH", "UNO");
   frmEntradasWizard& f = ConClave("UNO", "1");
-  f.txtFields(6).Text("5");
+  f.txtFields(campo::Precio).Text("5");
   Ante([this](frmMallaModelos& m) {
     ASSERT_LT(mostradas, 1000);
     Pon(m, "1");
@@ -609,13 +609,13 @@ TEST_F(Modelos, AnArticleWithItsModelsKeyEndsInsteadOfAskingForEver) {
   EXPECT_EQ(plataforma.Screens().size(), 1u);  // every matrix is gone
   EXPECT_TRUE(Reportes().empty());
   EXPECT_TRUE(f.Open());
-  EXPECT_EQ(f.txtFields(4).Text(), "UNO");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "UNO");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
   // And the screen goes on.
   mostradas = 0;
-  f.txtFields(4).Text("A-100");
-  f.txtFields(5).Text("1");
-  f.txtFields(6).Text("5");
+  f.txtFields(campo::Articulo).Text("A-100");
+  f.txtFields(campo::Cantidad).Text("1");
+  f.txtFields(campo::Precio).Text("5");
   Intenta(f);
   EXPECT_EQ(Renglones(), (Textos{"A-100 1"}));
 }
@@ -623,7 +623,7 @@ TEST_F(Modelos, AnArticleWithItsModelsKeyEndsInsteadOfAskingForEver) {
 TEST_F(Modelos, AnArticleWithItsModelsKeyCanBeCancelledAtAnyTime) {
   Articulo("UNO", "AZ-1CH", "UNO");
   frmEntradasWizard& f = ConClave("UNO", "1");
-  f.txtFields(6).Text("5");
+  f.txtFields(campo::Precio).Text("5");
   Ante([this](frmMallaModelos& m) {
     if (mostradas == 3) return m.Click(m.cmdCancelar);
     Pon(m, "1");
@@ -813,7 +813,7 @@ TEST_F(FallasDeModelos, ALogThatCannotBeWrittenLeavesNoMatrixBehind) {
     EXPECT_EQ(Reportes(), (Textos{Reporte("BuscaModelo")})) << patron;
     EXPECT_EQ(no_atrapados, (Textos{"disco lleno"})) << patron;
     EXPECT_EQ(ArchivoDelDia(), "");
-    EXPECT_EQ(f.txtFields(4).Text(), "CAM") << patron;
+    EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "CAM") << patron;
     EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0") << patron;
   }
 }
@@ -885,9 +885,9 @@ TEST_F(ModeloGrande, EachFilledCellAddsALinesStatements) {
   f.LlenaPartida();
   const std::size_t con_encabezado = bitacora.sentencias.size() - 248u;
   EXPECT_EQ(CuentaSentencias("INSERT INTO entradas"), 1);
-  Teclea(f, f.txtFields(4), "DIEZ");
+  Teclea(f, f.txtFields(campo::Articulo), "DIEZ");
   Tecla(f, "Enter");
-  f.txtFields(5).Text("0");
+  f.txtFields(campo::Cantidad).Text("0");
   cuantas = 100;
   Olvida();
   f.LlenaPartida();

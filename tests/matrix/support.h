@@ -97,11 +97,11 @@ class EscenarioDeMalla : public Escenario {
   frmEntradasWizard& ConClave(const std::string& clave, const std::string& cantidad) {
     frmEntradasWizard& f = Nueva();
     viva_ = f.shared_from_this();
-    Teclea(f, f.txtFields(0), "COM");
+    Teclea(f, f.txtFields(campo::Concepto), "COM");
     Tecla(f, "Enter");
-    Teclea(f, f.txtFields(4), clave);
+    Teclea(f, f.txtFields(campo::Articulo), clave);
     Tecla(f, "Enter");
-    Teclea(f, f.txtFields(5), cantidad);
+    Teclea(f, f.txtFields(campo::Cantidad), cantidad);
     Tecla(f, "Enter");
     Olvida();
     return f;

@@ -53,12 +53,12 @@ void Shop::Receives(int lines) {
   if (platform_.Screens().size() == before) return;
   auto& form = dynamic_cast<frmEntradasWizard&>(*platform_.Screens().back());
   const auto alive = form.shared_from_this();
-  Escenario::Teclea(form, form.txtFields(0), "COM");
+  Escenario::Teclea(form, form.txtFields(campo::Concepto), "COM");
   for (int line = 0; line < lines; ++line) {
-    form.Enter(form.txtFields(4));
+    form.Enter(form.txtFields(campo::Articulo));
     Escenario::Renglon(form, line % 2 == 0 ? "A-100" : "A-200", line % 2 == 0 ? "10" : "2.5");
   }
-  Escenario::Tecla(form, "F5", form.txtFields(0));
+  Escenario::Tecla(form, "F5", form.txtFields(campo::Concepto));
   if (form.Open()) form.Discard();
 }
 
@@ -68,12 +68,12 @@ void Shop::Sends(int lines) {
   if (platform_.Screens().size() == before) return;
   auto& form = dynamic_cast<frmSalidasWizard&>(*platform_.Screens().back());
   const auto alive = form.shared_from_this();
-  Escenario::Teclea(form, form.txtFields(0), "VTA");
+  Escenario::Teclea(form, form.txtFields(campo::Concepto), "VTA");
   for (int line = 0; line < lines; ++line) {
-    form.Enter(form.txtFields(4));
+    form.Enter(form.txtFields(campo::Articulo));
     EscenarioDeSalidas::Linea(form, line % 2 == 0 ? "A-100" : "A-200", line % 2 == 0 ? "3" : "0.5");
   }
-  Escenario::Tecla(form, "F5", form.txtFields(0));
+  Escenario::Tecla(form, "F5", form.txtFields(campo::Concepto));
   if (form.Open()) form.Discard();
 }
 

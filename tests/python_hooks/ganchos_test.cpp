@@ -196,13 +196,13 @@ TEST_F(Ganchos, ElErrorDelAnfitrionLlegaConSuTexto) {
   Archivo("campo.py", "def ENTRADA009(forma, ambiente):\n    forma.txtFields[99].Text = 'x'\n");
   EXPECT_TRUE(Carga().empty());
   auto& f = Nueva();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
   const Corrida* run = observador.Ultima("ENTRADA009");
   ASSERT_TRUE(run && run->error);
   EXPECT_EQ(run->error->texto, "No existe el control txtFields(99)");
   EXPECT_EQ(run->error->linea, 2);
-  EXPECT_EQ(f.txtFields(1).Text(), "Martillo de uña");
+  EXPECT_EQ(f.txtFields(campo::Descripcion).Text(), "Martillo de uña");
 }
 
 TEST_F(Ganchos, PedirElFinDelProgramaNoLoTermina) {
@@ -437,7 +437,7 @@ TEST_F(Ganchos, UnaPantallaQueLaRutinaCierraSeVaSinDaño) {
   EXPECT_TRUE(Carga().empty());
   auto& f = Nueva();
   const auto held = f.shared_from_this();
-  Teclea(f, f.txtFields(4), "A-100");
+  Teclea(f, f.txtFields(campo::Articulo), "A-100");
   Tecla(f, "Enter");
   plataforma.Advance(1000);
   EXPECT_FALSE(f.Open());
@@ -544,7 +544,7 @@ TEST_F(Ganchos, LosEjemplosCarganYHacenLoQueDicen) {
   Renglon(f, "A-200", "100");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "1");
   EXPECT_TRUE(Contiene(f.RichTextBox2.Text(), "ANA")) << f.RichTextBox2.Text();
-  Tecla(f, "F5", f.txtFields(4));
+  Tecla(f, "F5", f.txtFields(campo::Articulo));
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "CO");
   std::ifstream book(ruta / "afectadas.csv");
   std::string heading;

@@ -42,7 +42,7 @@ TEST_P(Deletion, TheQuestionIsAPlainOneWithYesNoAndItsIcon) {
   ASSERT_EQ(bitacora.mensajes.size(), 1u);
   EXPECT_EQ(bitacora.mensajes[0].clase, "pregunta");
   EXPECT_EQ(bitacora.mensajes[0].numeros, std::vector<int>{1});
-  EXPECT_EQ(bitacora.mensajes[0].texto, MensajeDeLaBase(1));
+  EXPECT_EQ(bitacora.mensajes[0].texto, MensajeDeLaBase(mensaje::BorraDocumento));
   EXPECT_EQ(bitacora.mensajes[0].estilo, 36);
 }
 
@@ -91,7 +91,7 @@ TEST_P(Deletion, APostedDocumentGoesAndItsMovementsStay) {
   Sql("INSERT INTO movsinv (operacion, movimiento, articulo, cantidad) VALUES (?, ?, ?, ?)",
       {"EN", 7, "A-100", 2});
   Elimina(7, true);
-  EXPECT_EQ(Numeros(), std::vector<int>{1});
+  EXPECT_EQ(Numeros(), std::vector<int>{mensaje::BorraDocumento});
   EXPECT_EQ(Cuantos(side().tabla, 7), "0");
   EXPECT_EQ(Uno("SELECT COUNT(*) FROM movsinv"), "1");
   EXPECT_TRUE(bitacora.movimientos.empty());

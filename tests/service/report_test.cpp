@@ -133,13 +133,13 @@ TEST_F(Informe, InAScreensEventTheBoxIsShownTheRestDoesNotRunAndTheScreenStays) 
   f.RichTextBox3.Text("de antes");
   bitacora.Falla("FROM tipominv", 1, "no se lee");
   bitacora.FallaServicio("AgregaArchivoLog", 1, "sin bitácora");
-  Teclea(f, f.txtFields(0), "c");
+  Teclea(f, f.txtFields(campo::Concepto), "c");
   EXPECT_EQ(Reportes(), std::vector<std::string>{Reporte("TraeConcepto", "no se lee")});
   EXPECT_EQ(no_atrapados, std::vector<std::string>{"sin bitácora"});
   EXPECT_EQ(f.RichTextBox3.Text(), "de antes");
   EXPECT_TRUE(f.Open());
-  Teclea(f, f.txtFields(0), "om");
-  EXPECT_EQ(f.txtFields(0).Text(), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "om");
+  EXPECT_EQ(f.txtFields(campo::Concepto).Text(), "COM");
   EXPECT_EQ(f.RichTextBox3.Text(), "Compra a proveedor");
 }
 

@@ -66,7 +66,7 @@ TEST_F(Papeles, AnOperatorEntersAndPostsGoodsInAndGoodsOut) {
     f.fg2.MoveTo(3, 0);
     Tecla(f, "Ctrl+Delete");
     bitacora.respuestas = {true, true};
-    Tecla(f, "F5", f.txtFields(0));
+    Tecla(f, "F5", f.txtFields(campo::Concepto));
   }
   EXPECT_TRUE(Reportes().empty()) << Reportes().front();
   EXPECT_EQ(Uno("SELECT estado FROM entradas"), "CO");
@@ -74,17 +74,17 @@ TEST_F(Papeles, AnOperatorEntersAndPostsGoodsInAndGoodsOut) {
 
   movimientos->NuevaSalida();
   auto& s = dynamic_cast<frmSalidasWizard&>(*plataforma.Screens().back());
-  Teclea(s, s.txtFields(0), "VTA");
+  Teclea(s, s.txtFields(campo::Concepto), "VTA");
   Tecla(s, "Enter");
-  s.Enter(s.txtFields(4));
-  Teclea(s, s.txtFields(4), "A-100");
-  Tecla(s, "Enter", s.txtFields(4));
-  Teclea(s, s.txtFields(5), "2");
-  Tecla(s, "Enter", s.txtFields(5));
+  s.Enter(s.txtFields(campo::Articulo));
+  Teclea(s, s.txtFields(campo::Articulo), "A-100");
+  Tecla(s, "Enter", s.txtFields(campo::Articulo));
+  Teclea(s, s.txtFields(campo::Cantidad), "2");
+  Tecla(s, "Enter", s.txtFields(campo::Cantidad));
   Tecla(s, "Enter");
   EXPECT_EQ(Uno("SELECT SUM(cantidad) FROM salpart"), "2");
   bitacora.respuestas = {true, true};
-  Tecla(s, "F5", s.txtFields(0));
+  Tecla(s, "F5", s.txtFields(campo::Concepto));
   EXPECT_TRUE(Reportes().empty()) << Reportes().front();
   EXPECT_EQ(Uno("SELECT estado FROM salidas"), "CO");
   EXPECT_EQ(Uno("SELECT existencia FROM existenciaalmacen WHERE articulo = 'A-100'"), "3");

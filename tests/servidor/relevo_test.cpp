@@ -72,7 +72,7 @@ TEST_F(Relevo, WhileItIsPostedEveryLineMovesOnce) {
   bitacora.respuestas = {true};
   CaeEn(60);
   const auto begun = std::chrono::steady_clock::now();
-  Tecla(f, "F5", f.txtFields(0));
+  Tecla(f, "F5", f.txtFields(campo::Concepto));
   EXPECT_GT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(250)) << "posted before";
   ASSERT_EQ(Acabado(), 0);
   EXPECT_EQ(Uno("SELECT pg_is_in_recovery()"), "0");

@@ -114,7 +114,7 @@ TEST_F(Estaciones, TheKeyboardsWay) {
   };
   EXPECT_GT(lugar("txtFields(3)"), lugar("cmdPendiente"));  // for show, behind the buttons
   EXPECT_GT(lugar("txtFields(3)"), lugar("cmdCancelar"));
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Entrega).HasFocus());
 }
 
 // ---- loading ----
@@ -142,13 +142,13 @@ TEST_F(Estaciones, LoadingFiresItsKeyWithTheDateOfTodayAndConnectsTheSearchesBeh
 TEST_F(Estaciones, WhatTheLoadingRoutineSetsStays) {
   Gancho("MOVESTACIONES001", [](frmMovEstaciones& f) {
     f.DTPicker1.Value(data::Date{2024, 2, 29});
-    f.txtFields(0).Text("E1");
+    f.txtFields(campo_de_traspaso::Entrega).Text("E1");
     LlenaGrid(f, 2);
   });
   frmMovEstaciones& f = Abre();
   EXPECT_EQ(f.DTPicker1.Value(), (data::Date{2024, 2, 29}));
-  EXPECT_EQ(f.txtFields(0).Text(), "E1");
-  EXPECT_EQ(f.txtFields(0).SelLength(), 2);  // entered on show
+  EXPECT_EQ(f.txtFields(campo_de_traspaso::Entrega).Text(), "E1");
+  EXPECT_EQ(f.txtFields(campo_de_traspaso::Entrega).SelLength(), 2);  // entered on show
   EXPECT_EQ(EnGrid(f), (Textos{"A-1", "A-2"}));
 }
 
@@ -209,13 +209,15 @@ TEST_F(Estaciones, OnlyTheTextFieldsFireAsTheyAreLeft) {
 TEST_F(Estaciones, TheRoutineOfALeftFieldFindsItsTextAndMayFillAnother) {
   Gancho("MOVESTACIONES002", [this](frmMovEstaciones& f) {
     const data::Value campo = std::as_const(anfitrion->Ambiente()).ValorDeGancho();
-    if (data::ToText(campo) == "2") f.txtFields(3).Text("Artículo " + f.txtFields(2).Text());
+    if (data::ToText(campo) == "2")
+      f.txtFields(campo_de_traspaso::Descripcion)
+          .Text("Artículo " + f.txtFields(campo_de_traspaso::Articulo).Text());
   });
   frmMovEstaciones& f = Abre();
-  Teclea(f, f.txtFields(2), "A-100");
+  Teclea(f, f.txtFields(campo_de_traspaso::Articulo), "A-100");
   Tecla(f, "Tab");
-  EXPECT_EQ(f.txtFields(3).Text(), "Artículo A-100");
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_EQ(f.txtFields(campo_de_traspaso::Descripcion).Text(), "Artículo A-100");
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Cantidad).HasFocus());
 }
 
 TEST_F(Estaciones, EnteringAFieldSelectsItsTextUntrimmed) {
@@ -231,17 +233,18 @@ TEST_F(Estaciones, EnteringAFieldSelectsItsTextUntrimmed) {
 
 TEST_F(Estaciones, EnterGoesOnLikeTab) {
   frmMovEstaciones& f = Abre();
-  const std::vector<forms::Control*> orden = {&f.txtFields(0), &f.txtFields(1), &f.DTPicker1,
-                                              &f.txtFields(2), &f.txtFields(4), &f.Command1};
+  const std::vector<forms::Control*> orden = {
+      &f.txtFields(campo_de_traspaso::Entrega),  &f.txtFields(campo_de_traspaso::Recibe),   &f.DTPicker1,
+      &f.txtFields(campo_de_traspaso::Articulo), &f.txtFields(campo_de_traspaso::Cantidad), &f.Command1};
   for (std::size_t i = 0; i + 1 < orden.size(); ++i) {
     ASSERT_TRUE(orden[i]->HasFocus()) << orden[i]->FullName();
     Tecla(f, "Enter");
   }
   EXPECT_TRUE(f.Command1.HasFocus());
   EXPECT_EQ(Claves(), Textos(4, "MOVESTACIONES002"));  // the picker fires none
-  f.Enter(f.txtFields(3));
+  f.Enter(f.txtFields(campo_de_traspaso::Descripcion));
   Tecla(f, "Enter");
-  EXPECT_FALSE(f.txtFields(3).HasFocus());
+  EXPECT_FALSE(f.txtFields(campo_de_traspaso::Descripcion).HasFocus());
 }
 
 TEST_F(Estaciones, EnterOnTheLineButtonIsItsClick) {
@@ -255,13 +258,13 @@ TEST_F(Estaciones, EnterOnTheLineButtonIsItsClick) {
 
 TEST_F(Estaciones, DownInTheArticleShowsTheListAndKeepsTheFocus) {
   frmMovEstaciones& f = Abre();
-  f.Enter(f.txtFields(2));
+  f.Enter(f.txtFields(campo_de_traspaso::Articulo));
   Olvida();
   bitacora.elige = [](forms::TextBox&) { return std::optional<std::string>("A-100"); };
   Tecla(f, "Down");
   EXPECT_EQ(bitacora.selectores, (Textos{"ListaArticulos||txtFields(2)"}));
-  EXPECT_EQ(f.txtFields(2).Text(), "A-100");
-  EXPECT_TRUE(f.txtFields(2).HasFocus());
+  EXPECT_EQ(f.txtFields(campo_de_traspaso::Articulo).Text(), "A-100");
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Articulo).HasFocus());
   EXPECT_TRUE(Claves().empty());  // the article is the routine's once the field is left
   Tecla(f, "Tab");
   EXPECT_EQ(Claves(), (Textos{"MOVESTACIONES002"}));
@@ -270,13 +273,13 @@ TEST_F(Estaciones, DownInTheArticleShowsTheListAndKeepsTheFocus) {
 
 TEST_F(Estaciones, TheListMayHaveTakenTheFocusAway) {
   frmMovEstaciones& f = Abre();
-  f.Enter(f.txtFields(2));
+  f.Enter(f.txtFields(campo_de_traspaso::Articulo));
   bitacora.elige = [&](forms::TextBox&) {
-    f.txtFields(4).SetFocus();
+    f.txtFields(campo_de_traspaso::Cantidad).SetFocus();
     return std::optional<std::string>();
   };
   Tecla(f, "Down");
-  EXPECT_TRUE(f.txtFields(2).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Articulo).HasFocus());
 }
 
 TEST_F(Estaciones, DownInAStationShowsItsSearchWithTheCaretInFront) {
@@ -380,14 +383,14 @@ TEST_P(Botones, AVetoOfTheClosingKeepsTheScreenToo) {
 TEST_P(Botones, AnErrorOfItsRoutineLeavesTheEventAndTheScreenStays) {
   Gancho(GetParam().clave, [](frmMovEstaciones&) { throw data::Error("no hay existencia"); });
   frmMovEstaciones& f = Abre();
-  f.txtFields(4).Text("12");
+  f.txtFields(campo_de_traspaso::Cantidad).Text("12");
   f.Enter(f.DTPicker1);
   Olvida();
   Oprime(f);
   EXPECT_EQ(no_atrapados, (Textos{"no hay existencia"}));
   EXPECT_EQ(Claves(), (Textos{GetParam().clave}));
   EXPECT_TRUE(f.Open());
-  EXPECT_EQ(f.txtFields(4).Text(), "12");
+  EXPECT_EQ(f.txtFields(campo_de_traspaso::Cantidad).Text(), "12");
   EXPECT_TRUE(bitacora.mensajes.empty());
   EXPECT_EQ(ArchivoDelDia(), "");
 }
@@ -467,14 +470,14 @@ TEST_F(Estaciones, F5DoesNothingByItself) {
 // A whole transfer, as a shop's routines would make it.
 TEST_F(Estaciones, EachMomentHasItsKeyInOrder) {
   frmMovEstaciones& f = Abre();
-  Teclea(f, f.txtFields(0), "E1");
+  Teclea(f, f.txtFields(campo_de_traspaso::Entrega), "E1");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(1), "E2");
+  Teclea(f, f.txtFields(campo_de_traspaso::Recibe), "E2");
   Tecla(f, "Enter");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(2), "A-100");
+  Teclea(f, f.txtFields(campo_de_traspaso::Articulo), "A-100");
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(4), "3");
+  Teclea(f, f.txtFields(campo_de_traspaso::Cantidad), "3");
   Tecla(f, "Enter");
   Tecla(f, "Enter");
   f.Click(f.cmdConfirmar);
@@ -595,7 +598,7 @@ TEST_F(Estaciones, EveryKeyComesWithItsScreenAndItsContext) {
   auto f = std::make_shared<frmMovEstaciones>(espia);
   f->Ambiente = &anfitrion->Ambiente();
   f->Show(false);
-  f->Enter(f->txtFields(1));
+  f->Enter(f->txtFields(campo_de_traspaso::Recibe));
   f->cmdCancelar_Click();
   Textos claves;
   for (const auto& llamada : espia.llamadas) {
@@ -619,12 +622,12 @@ TEST_F(Estaciones, WhatFailsInAnEventIsToldToThePlatformAndNotReported) {
     EXPECT_TRUE(bitacora.mensajes.empty()) << servicio;
     EXPECT_TRUE(f.Open()) << servicio;
   };
-  sale("EnviaTeclas", [&] { Tecla(f, "Enter", f.txtFields(0)); });
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
+  sale("EnviaTeclas", [&] { Tecla(f, "Enter", f.txtFields(campo_de_traspaso::Entrega)); });
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Entrega).HasFocus());
   sale("EnviaTeclas", [&] { Tecla(f, "Enter", f.DTPicker1); });
-  f.Enter(f.txtFields(0));
-  sale("BuscaCatalogo", [&] { f.Enter(f.txtFields(1)); });
-  EXPECT_TRUE(f.txtFields(1).HasFocus());  // the focus is where the hand went
+  f.Enter(f.txtFields(campo_de_traspaso::Entrega));
+  sale("BuscaCatalogo", [&] { f.Enter(f.txtFields(campo_de_traspaso::Recibe)); });
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Recibe).HasFocus());  // the focus is where the hand went
   f.Enter(f.DTPicker1);
   sale("BuscaCatalogo", [&] { f.Click(f.Command1); });
   sale("Pregunta", [&] { Tecla(f, "Delete", f.grid); });
@@ -635,29 +638,29 @@ TEST_F(Estaciones, WhatFailsInAnEventIsToldToThePlatformAndNotReported) {
 
 TEST_F(Estaciones, WhatFailsOnKeyUpIsIgnoredAndTheNextStepRuns) {
   frmMovEstaciones& f = Abre();
-  f.Enter(f.txtFields(2));
+  f.Enter(f.txtFields(campo_de_traspaso::Articulo));
   Olvida();
   bitacora.FallaServicio("Muestra", 1, "falla provocada");
   Tecla(f, "Down");
   EXPECT_TRUE(no_atrapados.empty());
-  EXPECT_TRUE(f.txtFields(2).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Articulo).HasFocus());
   plataforma.on_search_list = [](forms::SearchBox&) { throw data::Error("falla provocada"); };
-  f.Enter(f.txtFields(0));
-  f.txtFields(0).Text("E2");
-  f.txtFields(0).SelStart(2);
+  f.Enter(f.txtFields(campo_de_traspaso::Entrega));
+  f.txtFields(campo_de_traspaso::Entrega).Text("E2");
+  f.txtFields(campo_de_traspaso::Entrega).SelStart(2);
   Tecla(f, "Down");
   EXPECT_TRUE(no_atrapados.empty());
-  EXPECT_EQ(f.txtFields(0).SelStart(), 0);
+  EXPECT_EQ(f.txtFields(campo_de_traspaso::Entrega).SelStart(), 0);
   EXPECT_TRUE(bitacora.mensajes.empty());
 }
 
 TEST_F(Estaciones, MovingTheFocusWhereItCannotGoIsIgnored) {
   frmMovEstaciones& f = Abre();
-  f.txtFields(4).Enabled(false);
-  f.ColocaFoco(f.txtFields(4));
-  EXPECT_TRUE(f.txtFields(0).HasFocus());
-  f.ColocaFoco(f.txtFields(1));
-  EXPECT_TRUE(f.txtFields(1).HasFocus());
+  f.txtFields(campo_de_traspaso::Cantidad).Enabled(false);
+  f.ColocaFoco(f.txtFields(campo_de_traspaso::Cantidad));
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Entrega).HasFocus());
+  f.ColocaFoco(f.txtFields(campo_de_traspaso::Recibe));
+  EXPECT_TRUE(f.txtFields(campo_de_traspaso::Recibe).HasFocus());
 }
 
 // ---- shown ----

@@ -106,9 +106,9 @@ frmEntradasWizard& Escenario::Consulta(int numero) {
 }
 
 void Escenario::Renglon(frmEntradasWizard& f, const std::string& articulo, const std::string& cantidad) {
-  Teclea(f, f.txtFields(4), articulo);
+  Teclea(f, f.txtFields(campo::Articulo), articulo);
   Tecla(f, "Enter");
-  Teclea(f, f.txtFields(5), cantidad);
+  Teclea(f, f.txtFields(campo::Cantidad), cantidad);
   Tecla(f, "Enter");
   Tecla(f, "Enter");
 }
@@ -116,7 +116,7 @@ void Escenario::Renglon(frmEntradasWizard& f, const std::string& articulo, const
 frmEntradasWizard& Escenario::ConRenglones(
     std::initializer_list<std::pair<std::string, std::string>> renglones) {
   frmEntradasWizard& f = Nueva();
-  Teclea(f, f.txtFields(0), "COM");
+  Teclea(f, f.txtFields(campo::Concepto), "COM");
   Tecla(f, "Enter");
   for (const auto& [articulo, cantidad] : renglones) Renglon(f, articulo, cantidad);
   return f;

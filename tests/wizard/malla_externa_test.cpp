@@ -75,13 +75,13 @@ class MallaExterna : public EscenarioDeSalidas, public ::testing::WithParamInter
     }
     auto& f = dynamic_cast<DocumentWizard&>(*plataforma.Screens().back());
     viva_ = f.shared_from_this();
-    Teclea(f, f.txtFields(0), GetParam().concepto);
-    f.Enter(f.txtFields(4));
-    f.txtFields(4).Text(clave);
+    Teclea(f, f.txtFields(campo::Concepto), GetParam().concepto);
+    f.Enter(f.txtFields(campo::Articulo));
+    f.txtFields(campo::Articulo).Text(clave);
     Olvida();
     return f;
   }
-  void Abajo(DocumentWizard& f) { Tecla(f, "Down", f.txtFields(4)); }
+  void Abajo(DocumentWizard& f) { Tecla(f, "Down", f.txtFields(campo::Articulo)); }
   void Control(const data::Value& valor) { Sql("UPDATE ControlProc SET controlproc = ?", {valor}); }
 
   // The statements that are the matrix's own, in order.
@@ -116,8 +116,8 @@ class MallaExterna : public EscenarioDeSalidas, public ::testing::WithParamInter
     EXPECT_TRUE(no_atrapados.empty()) << ::testing::PrintToString(no_atrapados);
     EXPECT_TRUE(bitacora.selectores.empty());
     EXPECT_TRUE(f.Open());
-    EXPECT_TRUE(f.txtFields(4).HasFocus());
-    EXPECT_EQ(f.txtFields(4).Text(), "CAM");
+    EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
+    EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "CAM");
   }
   // What the other program would leave for the procedure, one line.
   void Reparte() {
@@ -180,9 +180,9 @@ TEST_P(MallaExterna, WhatIsStoredFirst) {
 TEST_P(MallaExterna, ADocumentThatIsThereIsSavedUnderItsNumber) {
   DocumentWizard& f = Pantalla("A-100");
   f.PonDescripcion();
-  f.txtFields(5).Text("2");
+  f.txtFields(campo::Cantidad).Text("2");
   f.LlenaPartida();
-  f.txtFields(4).Text("CAM");
+  f.txtFields(campo::Articulo).Text("CAM");
   Olvida();
   Abajo(f);
   EXPECT_EQ(Uno(std::string("SELECT COUNT(*) FROM ") + GetParam().tabla), "1");
@@ -193,7 +193,7 @@ TEST_P(MallaExterna, ADocumentThatIsThereIsSavedUnderItsNumber) {
 
 TEST_P(MallaExterna, ModelAndConceptAreTrimmedAndTheNumberIsPlain) {
   DocumentWizard& f = Pantalla("  CAM ");
-  f.txtFields(0).Text(std::string(" ") + GetParam().concepto + "  ");
+  f.txtFields(campo::Concepto).Text(std::string(" ") + GetParam().concepto + "  ");
   Abajo(f);
   EXPECT_EQ(DeLaMalla(), Y(Principio(), {"select * from ControlProc"}));
 }
@@ -318,10 +318,10 @@ TEST_P(MallaExterna, NoEventOfTheScreenRunsDuringTheWait) {
 TEST_P(MallaExterna, OnlyTheEndOfTheProgramBreaksTheWaitAndNothingIsLost) {
   DocumentWizard& f = Pantalla("A-100");
   f.PonDescripcion();
-  f.txtFields(5).Text("2");
+  f.txtFields(campo::Cantidad).Text("2");
   f.LlenaPartida();
-  f.txtFields(4).Text("CAM");
-  f.txtFields(5).Text("9");
+  f.txtFields(campo::Articulo).Text("CAM");
+  f.txtFields(campo::Cantidad).Text("9");
   Olvida();
   Control(0);
   al_esperar = [this] { return vueltas == 20; };
@@ -329,7 +329,7 @@ TEST_P(MallaExterna, OnlyTheEndOfTheProgramBreaksTheWaitAndNothingIsLost) {
   EXPECT_EQ(vueltas, 20);
   EXPECT_EQ(CuentaSentencias("exec TKCrea"), 0);
   SinNovedad(f);
-  EXPECT_EQ(f.txtFields(5).Text(), "9");
+  EXPECT_EQ(f.txtFields(campo::Cantidad).Text(), "9");
   EXPECT_EQ(f.fg2.TextMatrix(1, 0), "A-100");
   EXPECT_EQ(Uno(std::string("SELECT estado FROM ") + GetParam().tabla), GetParam().estado);
   EXPECT_EQ(Uno(std::string("SELECT COUNT(*) FROM ") + GetParam().partidas), "1");
@@ -381,7 +381,7 @@ TEST_P(MallaExterna, ARowThatIsFoundFillsTheGridToItsEndWhoseErrorLeavesTheEvent
     }
   }
   EXPECT_TRUE(f.Open());
-  EXPECT_EQ(f.txtFields(4).Text(), "CAM");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "CAM");
 }
 
 TEST_P(MallaExterna, ARowOfAnotherDocumentOrWithoutTheMarkIsNotTaken) {
@@ -409,17 +409,19 @@ TEST_P(SinModelo, AnyOtherKeyOpensTheListAndTheQuantityIsNext) {
     DocumentWizard& f = Pantalla(clave);
     std::string valor = "sin tocar";
     bitacora.elige = [&](forms::TextBox& campo) -> std::optional<std::string> {
-      EXPECT_TRUE(f.txtFields(4).HasFocus());
+      EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
       valor = campo.Text();
-      f.txtFields(5).Text("12");
+      f.txtFields(campo::Cantidad).Text("12");
       return std::nullopt;
     };
     Abajo(f);
     EXPECT_EQ(bitacora.selectores, (Textos{"ListaArticulos||txtFields(4)"})) << clave;
     EXPECT_EQ(valor, clave);
-    EXPECT_TRUE(f.txtFields(5).HasFocus()) << clave;
-    EXPECT_EQ(f.txtFields(5).SelStart(), 0) << clave;
-    EXPECT_EQ(static_cast<std::size_t>(f.txtFields(5).SelLength()), f.txtFields(5).Text().size()) << clave;
+    EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus()) << clave;
+    EXPECT_EQ(f.txtFields(campo::Cantidad).SelStart(), 0) << clave;
+    EXPECT_EQ(static_cast<std::size_t>(f.txtFields(campo::Cantidad).SelLength()),
+              f.txtFields(campo::Cantidad).Text().size())
+        << clave;
     EXPECT_EQ(CuentaSentencias("select * from modelos"), data::Trim(clave).empty() ? 0 : 1) << clave;
     EXPECT_EQ(CuentaSentencias("exec"), 0) << clave;
     EXPECT_EQ(CuentaSentencias("select * from ControlProc"), 0) << clave;
@@ -433,25 +435,25 @@ TEST_P(SinModelo, AnyOtherKeyOpensTheListAndTheQuantityIsNext) {
 
 TEST_P(SinModelo, TheQuantityIsSelectedWhereverTheListLeftTheFocus) {
   DocumentWizard& f = Pantalla("NADA");
-  f.txtFields(5).Text("12");
+  f.txtFields(campo::Cantidad).Text("12");
   bitacora.elige = [&](forms::TextBox&) {
-    f.txtFields(5).SetFocus();
-    f.txtFields(5).SelStart(1);
+    f.txtFields(campo::Cantidad).SetFocus();
+    f.txtFields(campo::Cantidad).SelStart(1);
     return std::optional<std::string>();
   };
   Abajo(f);
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
-  EXPECT_EQ(f.txtFields(5).SelStart(), 0);
-  EXPECT_EQ(f.txtFields(5).SelLength(), 2);
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Cantidad).SelStart(), 0);
+  EXPECT_EQ(f.txtFields(campo::Cantidad).SelLength(), 2);
 }
 
 TEST_P(SinModelo, TheArticleChosenGoesToTheFieldAndIsLookedUpAsItIsLeft) {
   DocumentWizard& f = Pantalla("");
   bitacora.elige = [](forms::TextBox&) { return std::optional<std::string>("A-100"); };
   Abajo(f);
-  EXPECT_EQ(f.txtFields(4).Text(), "A-100");
-  EXPECT_EQ(f.txtFields(1).Text(), "Martillo de uña");
-  EXPECT_TRUE(f.txtFields(5).HasFocus());
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "A-100");
+  EXPECT_EQ(f.txtFields(campo::Descripcion).Text(), "Martillo de uña");
+  EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
 }
 
 TEST_P(SinModelo, AModelIsKnownByItsWholeKey) {
@@ -462,7 +464,7 @@ TEST_P(SinModelo, AModelIsKnownByItsWholeKey) {
 
 TEST_P(SinModelo, DownElsewhereIsNoMatrix) {
   DocumentWizard& f = Pantalla();
-  Tecla(f, "Down", f.txtFields(5));
+  Tecla(f, "Down", f.txtFields(campo::Cantidad));
   EXPECT_EQ(CuentaSentencias("select * from modelos"), 0);
   EXPECT_TRUE(bitacora.selectores.empty());
 }
@@ -497,7 +499,7 @@ class FallasDeMallaExterna : public MallaExterna {
     EXPECT_TRUE(bitacora.mensajes.empty());
     EXPECT_EQ(ArchivoDelDia(), "");
     EXPECT_TRUE(f.Open());
-    EXPECT_EQ(f.txtFields(4).Text(), "CAM");
+    EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "CAM");
   }
 };
 
@@ -569,7 +571,7 @@ TEST_P(FallasDeMallaExterna, AListThatCannotBeShownLeavesTheEvent) {
   bitacora.FallaServicio("Muestra", 1, "falla provocada");
   Abajo(f);
   EXPECT_EQ(no_atrapados, (Textos{"falla provocada"}));
-  EXPECT_TRUE(f.txtFields(4).HasFocus());
+  EXPECT_TRUE(f.txtFields(campo::Articulo).HasFocus());
   EXPECT_TRUE(bitacora.mensajes.empty());
 }
 
@@ -591,7 +593,7 @@ TEST_P(FallasDeMallaExterna, AKeyWithAQuoteIsRefusedBeforeTheBase) {
   EXPECT_EQ(no_atrapados.size(), 1u);
   EXPECT_TRUE(bitacora.mensajes.empty());
   EXPECT_TRUE(bitacora.selectores.empty());
-  EXPECT_EQ(f.txtFields(4).Text(), "CA'M");
+  EXPECT_EQ(f.txtFields(campo::Articulo).Text(), "CA'M");
 }
 
 std::string Nombre(const ::testing::TestParamInfo<Lado>& lado) { return lado.param.nombre; }

@@ -28,8 +28,8 @@ class Gemelos : public EscenarioDeSalidas, public ::testing::WithParamInterface<
   }
   E& Entrada() {
     frmEntradasWizard& f = Nueva();
-    Teclea(f, f.txtFields(0), "COM");
-    f.Enter(f.txtFields(4));
+    Teclea(f, f.txtFields(campo::Concepto), "COM");
+    f.Enter(f.txtFields(campo::Articulo));
     viva_ = f.shared_from_this();
     Olvida();
     return f;
@@ -64,9 +64,9 @@ std::string C(DocumentWizard& f, int renglon, int columna) { return f.fg2.TextMa
 std::string T(DocumentWizard& f, int campo) { return f.txtFields(campo).Text(); }
 // A line through the entry row.
 void Uno(DocumentWizard& f, const char* articulo, const char* cantidad) {
-  f.txtFields(4).Text(articulo);
+  f.txtFields(campo::Articulo).Text(articulo);
   f.PonDescripcion();
-  f.txtFields(5).Text(cantidad);
+  f.txtFields(campo::Cantidad).Text(cantidad);
   f.LlenaPartida();
 }
 std::string Tabla(E&, const char* entradas, const char*) { return entradas; }
@@ -82,14 +82,14 @@ void Salva(S& f) {
 const Diferencia kCampos[] = {
     Igual("EnteringAFieldTrimsItsText", "  7 ", "7",
           [](Gemelos&, auto& f) {
-            f.Enter(f.txtFields(5));
-            f.txtFields(25).Text("  7 ");
-            f.Enter(f.txtFields(25));
-            return T(f, 25);
+            f.Enter(f.txtFields(campo::Cantidad));
+            f.txtFields(campo::Dato1).Text("  7 ");
+            f.Enter(f.txtFields(campo::Dato1));
+            return T(f, campo::Dato1);
           }),
     Igual("TheDescriptionOfTheConceptIsTrimmed", " Con blancos ", "Con blancos",
           [](Gemelos&, auto& f) {
-            f.txtFields(0).Text(Tabla(f, "EB", "SB"));
+            f.txtFields(campo::Concepto).Text(Tabla(f, "EB", "SB"));
             return f.RichTextBox3.Text();
           }),
     Igual("TheStatementOfClosedPeriodsEnds",
@@ -109,29 +109,29 @@ const Diferencia kCampos[] = {
           }),
     Igual("MessagesOfAMissingAndAnUnknownConcept", "341 342", "338 339",
           [](Gemelos& g, auto& f) {
-            f.txtFields(0).Text("");
+            f.txtFields(campo::Concepto).Text("");
             f.Valida();
-            f.txtFields(0).Text("NADA");
+            f.txtFields(campo::Concepto).Text("NADA");
             f.Valida();
             return g.Avisos();
           }),
     Igual("AnyFieldEnteredOrLeftFiresHooks", "ENTRADA007 ENTRADA008", "",
           [](Gemelos& g, auto& f) {
-            f.Enter(f.txtFields(5));
+            f.Enter(f.txtFields(campo::Cantidad));
             g.Olvida();
-            f.Enter(f.txtFields(6));
+            f.Enter(f.txtFields(campo::Precio));
             return g.Todas();
           }),
     Igual("LeavingTheArticleFires", "ENTRADA012 ENTRADA009 ENTRADA007 ENTRADA008", "SALIDAS013 SALIDAS011",
           [](Gemelos& g, auto& f) {
-            f.txtFields(4).Text("A-100");
-            f.Enter(f.txtFields(5));
+            f.txtFields(campo::Articulo).Text("A-100");
+            f.Enter(f.txtFields(campo::Cantidad));
             return g.Todas();
           }),
     Igual("TheHookOfAFoundArticleFindsTheHooksValueEmptied", "(nada)", "5",
           [](Gemelos& g, auto& f) {
             g.anfitrion->Ambiente().ValorDeGancho(5);
-            f.txtFields(4).Text("A-100");
+            f.txtFields(campo::Articulo).Text("A-100");
             f.PonDescripcion();
             const data::Value& valor = g.bitacora.ganchos.back().second;
             return valor.IsNull() ? std::string("(nada)") : data::ToText(valor);
@@ -139,7 +139,7 @@ const Diferencia kCampos[] = {
     Igual("UpLeadsToTheLastLine", "no", "yes",
           [](Gemelos&, auto& f) {
             Uno(f, "A-100", "1");
-            Escenario::Tecla(f, "Up", f.txtFields(5));
+            Escenario::Tecla(f, "Up", f.txtFields(campo::Cantidad));
             return SiNo(f.fg2.HasFocus());
           }),
     Igual("F5OutsideTheFieldsFinishes", "", "713",
@@ -153,7 +153,7 @@ const Diferencia kCampos[] = {
           [](Gemelos&, auto& f) {
             f.Enter(f.Check3);
             Escenario::Tecla(f, "F2");
-            return SiNo(f.txtFields(4).HasFocus());
+            return SiNo(f.txtFields(campo::Articulo).HasFocus());
           }),
     Igual("F1AsksForHelp", "", "AYUDA",
           [](Gemelos& g, auto& f) {
@@ -171,37 +171,37 @@ const Diferencia kCampos[] = {
 const Diferencia kRenglones[] = {
     Igual("AnEmptyArticleEmptiesTheEntryRow", "|", "116.00|3",
           [](Gemelos&, auto& f) {
-            f.txtFields(4).Text("A-100");
+            f.txtFields(campo::Articulo).Text("A-100");
             f.PonDescripcion();
-            f.txtFields(5).Text("3");
-            f.txtFields(4).Text("");
+            f.txtFields(campo::Cantidad).Text("3");
+            f.txtFields(campo::Articulo).Text("");
             f.PonDescripcion();
-            return T(f, 6) + "|" + T(f, 5);
+            return T(f, campo::Precio) + "|" + T(f, campo::Cantidad);
           }),
     Igual("AnUnknownArticleEmptiesThePrice", "", "116.00",
           [](Gemelos&, auto& f) {
-            f.txtFields(4).Text("A-100");
+            f.txtFields(campo::Articulo).Text("A-100");
             f.PonDescripcion();
-            f.txtFields(4).Text("NADA");
+            f.txtFields(campo::Articulo).Text("NADA");
             f.PonDescripcion();
-            return T(f, 6);
+            return T(f, campo::Precio);
           }),
     Igual("TheKeyIsTrimmedForTheLookup", "Martillo de uña", "",
           [](Gemelos&, auto& f) {
-            f.txtFields(4).Text(" A-100 ");
+            f.txtFields(campo::Articulo).Text(" A-100 ");
             f.PonDescripcion();
-            return T(f, 1);
+            return T(f, campo::Descripcion);
           }),
     Igual("TheArticlesDescriptionIsTrimmed", "Tornillo", " Tornillo ",
           [](Gemelos&, auto& f) {
-            f.txtFields(4).Text("B-1");
+            f.txtFields(campo::Articulo).Text("B-1");
             f.PonDescripcion();
-            return T(f, 1);
+            return T(f, campo::Descripcion);
           }),
     Igual("TheLookupIsAConsultation", "0", "1",
           [](Gemelos& g, auto& f) {
             g.bitacora.FallaServicio("AbreConsulta", 1, "falla provocada");
-            f.txtFields(4).Text("A-100");
+            f.txtFields(campo::Articulo).Text("A-100");
             f.PonDescripcion();
             int provocadas = 0;
             for (const auto& reporte : g.Reportes())
@@ -210,48 +210,49 @@ const Diferencia kRenglones[] = {
           }),
     Igual("AMissingQuantityBecomesOne", "", "1",
           [](Gemelos&, auto& f) {
-            f.txtFields(4).Text("A-100");
+            f.txtFields(campo::Articulo).Text("A-100");
             f.PonDescripcion();
-            return T(f, 5);
+            return T(f, campo::Cantidad);
           }),
     Igual("WithTheReaderOnTheLookupPutsAQuantityOfOneOverAnother", "1", "9",
           [](Gemelos&, auto& f) {
             f.Check4.Value(1);
-            f.txtFields(5).Text("9");
-            f.txtFields(4).Text("A-100");
+            f.txtFields(campo::Cantidad).Text("9");
+            f.txtFields(campo::Articulo).Text("A-100");
             f.PonDescripcion();
-            return T(f, 5);
+            return T(f, campo::Cantidad);
           }),
     Igual("AScannedBoxOfTwelveIsALineOf", "1", "12",
           [](Gemelos& g, auto& f) {
             f.Check4.Value(1);
-            Escenario::Teclea(f, f.txtFields(4), "7501");
+            Escenario::Teclea(f, f.txtFields(campo::Articulo), "7501");
             Escenario::Tecla(f, "Enter");
             return g.Uno("SELECT cantidad FROM " + Tabla(f, "entpart", "salpart"));
           }),
     Igual("ClearingTheSecondKeyClearsTheArticle", "A-100|PZA", "|",
           [](Gemelos&, auto& f) {
-            f.txtFields(24).Text("7501");
-            f.txtFields(24).Text("");
-            return T(f, 4) + "|" + T(f, 27);
+            f.txtFields(campo::SegundaClave).Text("7501");
+            f.txtFields(campo::SegundaClave).Text("");
+            return T(f, campo::Articulo) + "|" + T(f, campo::Unidad);
           }),
     Igual("ASecondKeyInItsFieldFillsItsDataAndItsPresentation", "|||", "Caja|Roja|1|CJ",
           [](Gemelos&, auto& f) {
-            f.txtFields(24).Text("7501");
-            return T(f, 25) + "|" + T(f, 26) + "|" + T(f, 28) + "|" + T(f, 29);
+            f.txtFields(campo::SegundaClave).Text("7501");
+            return T(f, campo::Dato1) + "|" + T(f, campo::Dato2) + "|" + T(f, campo::Presentaciones) + "|" +
+                   T(f, campo::UnidadDePresentacion);
           }),
     Igual("ACountWithoutAKeyMakesTheQuantityZero", "0", "4",
           [](Gemelos&, auto& f) {
-            f.txtFields(5).Text("4");
-            f.txtFields(28).Text("3");
-            return T(f, 5);
+            f.txtFields(campo::Cantidad).Text("4");
+            f.txtFields(campo::Presentaciones).Text("3");
+            return T(f, campo::Cantidad);
           }),
     Igual("AFreeQuantityStillFollowsTheCount", "30", "4",
           [](Gemelos&, auto& f) {
-            f.txtFields(24).Text("7502");
-            f.txtFields(5).Text("4");
-            f.txtFields(28).Text("3");
-            return T(f, 5);
+            f.txtFields(campo::SegundaClave).Text("7502");
+            f.txtFields(campo::Cantidad).Text("4");
+            f.txtFields(campo::Presentaciones).Text("3");
+            return T(f, campo::Cantidad);
           }),
     Igual("ALineAtPriceZeroIsMade", "238|0", "|1",
           [](Gemelos& g, auto& f) {
@@ -269,7 +270,8 @@ const Diferencia kRenglones[] = {
             g.anfitrion->Gancho(Tabla(f, "ENTRADA005", "SALIDAS010"),
                                 [&f](forms::Form&, host::AmbienteLocal&) { f.CancelaProceso = true; });
             Uno(f, "A-100", "2");
-            return T(f, 4) + "|" + g.Uno("SELECT COUNT(*) FROM " + Tabla(f, "entpart", "salpart"));
+            return T(f, campo::Articulo) + "|" +
+                   g.Uno("SELECT COUNT(*) FROM " + Tabla(f, "entpart", "salpart"));
           }),
     Igual("TheHookOfALineRunsBeforeItOrAfter", "0", "1",
           [](Gemelos& g, auto& f) {
@@ -283,10 +285,10 @@ const Diferencia kRenglones[] = {
     Igual("PendingEventsRunBeforeTheEntryRowIsEmptied", "", "A-100",
           [](Gemelos& g, auto& f) {
             std::string visto;
-            f.txtFields(4).Text("A-100");
+            f.txtFields(campo::Articulo).Text("A-100");
             f.PonDescripcion();
-            f.txtFields(5).Text("2");
-            g.plataforma.Post([&] { visto = T(f, 4); });
+            f.txtFields(campo::Cantidad).Text("2");
+            g.plataforma.Post([&] { visto = T(f, campo::Articulo); });
             f.LlenaPartida();
             g.plataforma.ProcessEvents();
             return visto;
@@ -298,10 +300,10 @@ const Diferencia kRenglones[] = {
           }),
     Igual("ThePresentationStoredIsTheUnitTrimmedOrTheDatum", "CJ", " Caja ",
           [](Gemelos& g, auto& f) {
-            f.txtFields(24).Text("7501");
-            f.txtFields(25).Text(" Caja ");
-            f.txtFields(29).Text(" CJ ");
-            f.txtFields(5).Text("2");
+            f.txtFields(campo::SegundaClave).Text("7501");
+            f.txtFields(campo::Dato1).Text(" Caja ");
+            f.txtFields(campo::UnidadDePresentacion).Text(" CJ ");
+            f.txtFields(campo::Cantidad).Text("2");
             f.LlenaPartida();
             return g.Uno("SELECT prdescrip FROM " + Tabla(f, "entpart", "salpart"));
           }),

@@ -47,11 +47,11 @@ class ProgramaAjeno : public ::testing::Test {
     movimientos.NuevaEntrada();
     auto& f = dynamic_cast<frmEntradasWizard&>(*host.plataforma.Screens().at(0));
     const forms::Key enter{forms::kKeyEnter, 0, forms::kKeyEnter};
-    f.Type(f.txtFields(0), "com");
-    f.Type(f.txtFields(4), "A-100");
+    f.Type(f.txtFields(campo::Concepto), "com");
+    f.Type(f.txtFields(campo::Articulo), "A-100");
     f.Press(enter);
-    EXPECT_TRUE(f.txtFields(5).HasFocus());
-    f.Type(f.txtFields(5), "3");
+    EXPECT_TRUE(f.txtFields(campo::Cantidad).HasFocus());
+    f.Type(f.txtFields(campo::Cantidad), "3");
     f.Press(enter);
     f.Press(enter);
     return f;
@@ -80,7 +80,7 @@ TEST_F(ProgramaAjeno, ReceivesALineThroughTheDoor) {
   EXPECT_EQ(cajas, std::vector<std::string>{});
   EXPECT_EQ(f.fg2.TextMatrix(1, 0), "A-100");
   EXPECT_EQ(f.fg2.TextMatrix(1, 1), "3");
-  EXPECT_EQ(f.txtFields(11).Text(), "34.8");
+  EXPECT_EQ(f.txtFields(campo::Total).Text(), "34.8");
   EXPECT_NE(Escrito("INSERT INTO entradas ").find("'COM'"), std::string::npos);
   EXPECT_NE(Escrito("INSERT INTO entpart ").find("'A-100', 3, 11.6, 'Cinta'"), std::string::npos)
       << Escrito("INSERT INTO entpart ");
@@ -95,7 +95,7 @@ TEST_F(ProgramaAjeno, ReceivesALineThroughTheDoor) {
 TEST_F(ProgramaAjeno, WithoutPostingTheDocumentIsClosedWithNoLineMoved) {
   auto& f = ConUnRenglon();
   f.Check2.Value(0);
-  f.Enter(f.txtFields(4));
+  f.Enter(f.txtFields(campo::Articulo));
   f.Press({forms::kKeyF5, 0, 0});
   EXPECT_EQ(CajasCon("726"), 1);
   EXPECT_EQ(CajasCon("Este programa no tiene afectación"), 1);
