@@ -42,7 +42,7 @@ void Escribe(std::ostream& out, const Fila& titulos, const std::vector<Fila>& fi
   for (const Fila& row : filas) line(row);
 }
 
-std::string Numero(const auto& value) { return value ? std::to_string(*value) : std::string(); }
+std::string TextoDeNumero(const auto& value) { return value ? std::to_string(*value) : std::string(); }
 
 // A command works on a base that is there: of a name mistyped it makes none.
 void RequiereBase(const std::string& address) {
@@ -173,8 +173,8 @@ int OrdenRevisar(Sesion& sesion, bool repara, bool huecos) {
   std::vector<Fila> rows;
   for (const Observacion& finding : sesion.Host().Revisa(repara, huecos)) {
     if (!finding.reparado) sound = false;
-    rows.push_back({finding.clase, finding.tipo.value_or(""), Numero(finding.documento),
-                    Numero(finding.renglon), finding.articulo.value_or(""),
+    rows.push_back({finding.clase, finding.tipo.value_or(""), TextoDeNumero(finding.documento),
+                    TextoDeNumero(finding.renglon), finding.articulo.value_or(""),
                     finding.almacen ? data::PlainNumber(*finding.almacen) : std::string(),
                     finding.reparado    ? "reparado"
                     : finding.reparable ? "reparable"

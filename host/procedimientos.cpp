@@ -47,7 +47,7 @@ constexpr Sentido kEntrada = {"TKCreaEntradaTYC", "EntradasInventario", "EN",
 constexpr Sentido kSalida = {"TKCreaSalidaTYC", "SalidasInventario", "SA", "la salida", "salidas", "salpart",
                              "salida",          "id_salida",         false};
 
-std::int32_t Numero(const std::string& document) {
+std::int32_t NumeroDeDocumento(const std::string& document) {
   const auto number = data::ParseNumber(document);
   if (!number || *number != std::trunc(*number) || std::abs(*number) > 2147483647.0) {
     throw data::Error("El número de documento \"" + document + "\" no es válido");
@@ -81,7 +81,7 @@ void CreaPartidas(data::EngineConnection& connection, forms::Platform& platform,
                   const Argumentos& arguments) {
   Exige(way.procedimiento, arguments, 1);
   const std::string& document = arguments.front();
-  const std::int32_t number = Numero(document);
+  const std::int32_t number = NumeroDeDocumento(document);
   const data::DateTime now = platform.Now();
 
   data::Transaction whole(connection);

@@ -24,7 +24,7 @@ std::span<const int> Campos(Tipo tipo) {
   return tipo == Tipo::Entrada ? std::span<const int>(kDeEntrada) : std::span<const int>(kDeSalida);
 }
 
-std::optional<int> Numero(std::string_view& text) {
+std::optional<int> LeeNumero(std::string_view& text) {
   int number = 0;
   const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc{} || rest == text.data() + text.size()) return {};
@@ -49,15 +49,15 @@ std::optional<Renglon> Lee(std::string_view text) {
   while (!text.empty()) {
     if (text.starts_with(kFoco)) {
       text.remove_prefix(kFoco.size());
-      const auto field = Numero(text);
-      const auto start = Numero(text);
-      const auto length = Numero(text);
+      const auto field = LeeNumero(text);
+      const auto start = LeeNumero(text);
+      const auto length = LeeNumero(text);
       if (!field || !start || !length) return {};
       row.foco = Foco{*field, *start, *length};
       continue;
     }
-    const auto field = Numero(text);
-    const auto bytes = Numero(text);
+    const auto field = LeeNumero(text);
+    const auto bytes = LeeNumero(text);
     if (!field || !bytes || *bytes < 0 || text.size() < static_cast<std::size_t>(*bytes) + 1) return {};
     row.campos.emplace_back(*field, std::string(text.substr(0, static_cast<std::size_t>(*bytes))));
     text.remove_prefix(static_cast<std::size_t>(*bytes) + 1);

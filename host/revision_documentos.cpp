@@ -61,7 +61,7 @@ void Dobles(const Revisor& revisor, Observaciones& found) {
                         .renglon = Entero(row[0]),
                         .articulo = data::ToText(row[5]),
                         .almacen = data::ToNumber(row[6])};
-      if (!row[7].IsNull()) which.documento = Documento(row[7]);
+      if (!row[7].IsNull()) which.documento = NumeroDeDocumento(row[7]);
       which.texto = "El renglón " + std::to_string(*which.renglon) + " (" + *which.articulo + ") se movió " +
                     std::to_string(Entero(row[2])) + " veces con la operación " + data::ToText(row[1]) +
                     ": del movimiento " + std::to_string(Entero(row[3])) + " al " +
@@ -103,7 +103,7 @@ Observacion Desdicho(Tipo tipo, const std::vector<data::Value>& row) {
   const bool issue = tipo == Tipo::Salida;
   const bool line = !row[7].IsNull();
   const bool header = !row[11].IsNull();
-  if (line) which.documento = Documento(row[8]);
+  if (line) which.documento = NumeroDeDocumento(row[8]);
   if (line && header) {
     which.texto = movement + " no es como su renglón " + std::to_string(*which.renglon) + " de la " +
                   (issue ? "salida " : "entrada ") + std::to_string(*which.documento) + ": lleva " +
@@ -112,7 +112,7 @@ Observacion Desdicho(Tipo tipo, const std::vector<data::Value>& row) {
   }
   which.clase = "huerfano";
   // A goods-in movement names its document by itself; a goods-out one its printed number.
-  if (!line && !issue && !row[3].IsNull()) which.documento = Documento(row[3]);
+  if (!line && !issue && !row[3].IsNull()) which.documento = NumeroDeDocumento(row[3]);
   which.texto = movement +
                 (line ? " es de un documento que no existe: " : " es de un renglón que no existe: ") +
                 (line ? std::to_string(which.documento.value_or(0)) : std::to_string(*which.renglon)) +
@@ -169,7 +169,7 @@ void SinDocumento(const Revisor& revisor, Observaciones& found) {
                         .tipo = std::string(NombreDe(tipo)),
                         .articulo = data::ToText(row[3]),
                         .almacen = data::ToNumber(row[5])};
-      if (tipo == Tipo::Entrada) which.documento = Documento(row[2]);
+      if (tipo == Tipo::Entrada) which.documento = NumeroDeDocumento(row[2]);
       which.texto = "El movimiento " + std::to_string(Entero(row[0])) + " (" + data::ToText(row[1]) + ", " +
                     *which.articulo + ", " + Cifra(data::ToNumber(row[4])) +
                     ") es de un documento que no existe: " + (tipo == Tipo::Entrada ? "entrada " : "folio ") +
@@ -192,7 +192,7 @@ void Sueltos(const Revisor& revisor, Observaciones& found) {
                         .tipo = std::string(NombreDe(tipo)),
                         .renglon = Entero(row[0]),
                         .articulo = data::ToText(row[2])};
-      if (!row[1].IsNull()) which.documento = Documento(row[1]);
+      if (!row[1].IsNull()) which.documento = NumeroDeDocumento(row[1]);
       which.texto = "El renglón " + std::to_string(*which.renglon) + " (" + *which.articulo + ") es de la " +
                     (tipo == Tipo::Salida ? "salida " : "entrada ") +
                     (row[1].IsNull() ? "(ninguna)" : data::ToText(row[1])) +

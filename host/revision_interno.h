@@ -25,7 +25,7 @@ inline constexpr std::array kTipos = {Tipo::Entrada, Tipo::Salida};
 std::optional<Retenido> RetenidoDe(const Observacion& which);
 
 inline std::string Cifra(double number) { return data::PlainNumber(number); }
-inline std::int32_t Documento(const data::Value& value) {
+inline std::int32_t NumeroDeDocumento(const data::Value& value) {
   return static_cast<std::int32_t>(data::ToNumber(value));
 }
 inline std::int64_t Entero(const data::Value& value) {

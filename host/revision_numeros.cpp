@@ -18,7 +18,8 @@ void FueraDeSerie(const Revisor& revisor, Tipo tipo, Observaciones& found) {
                                      "d.{numero}"),
                            {TablasDe(tipo).serie});
   for (const auto& row : rows.rows) {
-    Observacion which{.clase = "numero", .tipo = std::string(NombreDe(tipo)), .documento = Documento(row[0])};
+    Observacion which{
+        .clase = "numero", .tipo = std::string(NombreDe(tipo)), .documento = NumeroDeDocumento(row[0])};
     which.texto =
         Nombre(tipo, row[0]) +
         (data::ToNumber(row[0]) < 1
@@ -38,7 +39,7 @@ void FoliosRepetidos(const Revisor& revisor, Observaciones& found) {
       "1) SELECT estacion, folio, veces, primera, ultima FROM t ORDER BY estacion, folio",
       {});
   for (const auto& row : rows.rows) {
-    Observacion which{.clase = "numero", .tipo = "Salida", .documento = Documento(row[4])};
+    Observacion which{.clase = "numero", .tipo = "Salida", .documento = NumeroDeDocumento(row[4])};
     which.texto = "El folio " + data::ToText(row[1]) + " de la estación " + data::ToText(row[0]) +
                   " lo llevan " + data::ToText(row[2]) + " salidas, de la " + data::ToText(row[3]) +
                   " a la " + data::ToText(row[4]) + ". Distíngalas por su número de salida";
@@ -61,7 +62,7 @@ void Huecos(const Revisor& revisor, Tipo tipo, const std::string& what, const st
                                                {});
   for (const auto& row : rows.rows) {
     Observacion which{.clase = "numero", .tipo = std::string(NombreDe(tipo))};
-    if (documents) which.documento = Documento(row[1]);
+    if (documents) which.documento = NumeroDeDocumento(row[1]);
     const bool one = data::ToNumber(row[1]) == data::ToNumber(row[2]);
     which.texto = std::string("Falta ") + what + (documents ? "" : " de la serie " + data::ToText(row[0])) +
                   ": " + data::ToText(row[1]) + (one ? "" : " a " + data::ToText(row[2]));

@@ -16,7 +16,7 @@ using Clase = SentenciaDeDocumento::Clase;
 constexpr Tipo kTipos[] = {Tipo::Entrada, Tipo::Salida};
 
 // The whole number at the front of a text, which goes on behind it.
-std::optional<std::int32_t> Numero(std::string_view& text) {
+std::optional<std::int32_t> LeeNumero(std::string_view& text) {
   std::int32_t number = 0;
   const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc{}) return {};
@@ -38,7 +38,7 @@ std::optional<std::int32_t> AlFinal(std::string_view text, const std::string& ta
   std::string_view condition = text.substr(where + 7);
   Quita(condition, table + ".");
   if (!Quita(condition, column + " = ")) return {};
-  const auto number = Numero(condition);
+  const auto number = LeeNumero(condition);
   return condition.empty() ? number : std::nullopt;
 }
 
@@ -51,7 +51,7 @@ std::optional<std::int32_t> DeInsert(std::string_view text, std::string_view col
   std::string_view values = text.substr(close + 10);
   for (;;) {
     const std::size_t comma = std::min(names.find(", "), names.size());
-    const auto value = Numero(values);
+    const auto value = LeeNumero(values);
     if (!value) return {};
     if (names.substr(0, comma) == column) return value;
     if (comma == names.size() || !Quita(values, ", ")) return {};
@@ -62,7 +62,7 @@ std::optional<std::int32_t> DeInsert(std::string_view text, std::string_view col
 // "... (((column) = 7))", as the class deletes.
 std::optional<std::int32_t> EntreParentesis(std::string_view text, std::string_view beginning) {
   if (!Quita(text, beginning)) return {};
-  const auto number = Numero(text);
+  const auto number = LeeNumero(text);
   return text == "))" ? number : std::nullopt;
 }
 
@@ -127,7 +127,7 @@ SentenciaDeDocumento DeProcedimiento(std::string_view text) {
   for (const Tipo tipo : kTipos) {
     std::string_view rest = text;
     if (!Quita(rest, "exec TKCrea" + std::string(NombreDe(tipo)) + "TYC '")) continue;
-    const auto number = Numero(rest);
+    const auto number = LeeNumero(rest);
     if (number && rest == "'") return Hecha(Clase::Escribe, tipo, *number);
   }
   return {};
