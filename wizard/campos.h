@@ -61,38 +61,38 @@ enum Letrero : int { Observaciones, Pendiente, Imprimir };
 
 struct CampoDeDocumento {
   int numero;
+  std::string_view nombre;  // as above
   bool en_entradas;
   bool en_salidas;
-  std::string_view guarda;  // what it holds, for who writes routines
 };
 
 // Every field of the two wizards; a number that means two things stands twice.
 inline constexpr std::array kCampos{
-    CampoDeDocumento{campo::Concepto, true, true, "clave del concepto"},
-    CampoDeDocumento{campo::Descripcion, true, true, "descripción del artículo; no se escribe en él"},
-    CampoDeDocumento{campo::AlmacenDestino, false, true, "almacén al que llega un traspaso"},
-    CampoDeDocumento{campo::Sucursal, false, true, "sucursal a la que se envía"},
-    CampoDeDocumento{campo::Articulo, true, true, "clave del artículo, segunda clave o modelo"},
-    CampoDeDocumento{campo::Cantidad, true, true, "cantidad, en unidades del artículo"},
-    CampoDeDocumento{campo::Precio, true, true, "precio de una unidad, con impuesto"},
-    CampoDeDocumento{campo::EntradaRemota, false, true, "entrada de la sucursal que recibió; sólo se ve"},
-    CampoDeDocumento{campo::Unidades, false, true, "suma de las cantidades; sólo se ve"},
-    CampoDeDocumento{campo::ImporteDelRenglon, true, false, "importe del renglón en captura"},
-    CampoDeDocumento{campo::EstacionDestino, false, true, "estación a la que llega un traspaso"},
-    CampoDeDocumento{campo::Renglones, false, true, "cuántos renglones hay; sólo se ve"},
-    CampoDeDocumento{campo::Total, true, true, "total del documento; sólo se ve"},
-    CampoDeDocumento{campo::Compra, false, true, "número de la compra que se surte"},
-    CampoDeDocumento{campo::Cliente, false, true, "clave del cliente"},
-    CampoDeDocumento{campo::Almacen, true, true, "clave del almacén"},
-    CampoDeDocumento{campo::NombreDelCliente, false, true, "nombre del cliente, para verlo"},
-    CampoDeDocumento{campo::Empleado, false, true, "empleado al que se asigna"},
-    CampoDeDocumento{campo::DireccionDeEmbarque, false, true, "dirección de embarque"},
-    CampoDeDocumento{campo::SegundaClave, true, true, "segunda clave"},
-    CampoDeDocumento{campo::Dato1, true, true, "primer dato de la segunda clave"},
-    CampoDeDocumento{campo::Dato2, true, true, "segundo dato de la segunda clave"},
-    CampoDeDocumento{campo::Unidad, true, true, "unidad del artículo"},
-    CampoDeDocumento{campo::Presentaciones, true, true, "cuántas presentaciones"},
-    CampoDeDocumento{campo::UnidadDePresentacion, true, true, "unidad de la presentación"},
+    CampoDeDocumento{campo::Concepto, "Concepto", true, true},
+    CampoDeDocumento{campo::Descripcion, "Descripcion", true, true},
+    CampoDeDocumento{campo::AlmacenDestino, "AlmacenDestino", false, true},
+    CampoDeDocumento{campo::Sucursal, "Sucursal", false, true},
+    CampoDeDocumento{campo::Articulo, "Articulo", true, true},
+    CampoDeDocumento{campo::Cantidad, "Cantidad", true, true},
+    CampoDeDocumento{campo::Precio, "Precio", true, true},
+    CampoDeDocumento{campo::EntradaRemota, "EntradaRemota", false, true},
+    CampoDeDocumento{campo::Unidades, "Unidades", false, true},
+    CampoDeDocumento{campo::ImporteDelRenglon, "ImporteDelRenglon", true, false},
+    CampoDeDocumento{campo::EstacionDestino, "EstacionDestino", false, true},
+    CampoDeDocumento{campo::Renglones, "Renglones", false, true},
+    CampoDeDocumento{campo::Total, "Total", true, true},
+    CampoDeDocumento{campo::Compra, "Compra", false, true},
+    CampoDeDocumento{campo::Cliente, "Cliente", false, true},
+    CampoDeDocumento{campo::Almacen, "Almacen", true, true},
+    CampoDeDocumento{campo::NombreDelCliente, "NombreDelCliente", false, true},
+    CampoDeDocumento{campo::Empleado, "Empleado", false, true},
+    CampoDeDocumento{campo::DireccionDeEmbarque, "DireccionDeEmbarque", false, true},
+    CampoDeDocumento{campo::SegundaClave, "SegundaClave", true, true},
+    CampoDeDocumento{campo::Dato1, "Dato1", true, true},
+    CampoDeDocumento{campo::Dato2, "Dato2", true, true},
+    CampoDeDocumento{campo::Unidad, "Unidad", true, true},
+    CampoDeDocumento{campo::Presentaciones, "Presentaciones", true, true},
+    CampoDeDocumento{campo::UnidadDePresentacion, "UnidadDePresentacion", true, true},
 };
 
 // The numbers of one wizard's fields, rising: CamposCon(&CampoDeDocumento::en_entradas).
