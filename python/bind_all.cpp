@@ -91,7 +91,9 @@ PyObject* error_type = nullptr;
 
 void BindAll(py::module_& module) {
   PyDateTime_IMPORT;
-  Descritas().clear();  // of an interpreter before this one
+  py::options docs;
+  docs.disable_function_signatures();  // each row brings its own
+  Descritas().clear();                 // of an interpreter before this one
   module.doc() = "Movimientos de inventario: maneja las pantallas sin ventana y las amplía con rutinas.";
   error_type = py::exception<data::Error>(module, "Error").inc_ref().ptr();
   py::register_exception_translator([](std::exception_ptr thrown) {

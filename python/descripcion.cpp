@@ -54,13 +54,19 @@ ClaseDescrita& Descrita(std::string_view name) {
 }
 
 std::string MiembroDescrito::Doc() const {
+  if (linea.empty()) return {};
   // The form in which the interpreter finds a signature: for help() and for editors.
-  std::string text = nombre + "($self";
+  std::string text = nombre + "(self";
   for (const auto& parameter : parametros) {
     text += ", " + parameter.nombre;
     if (parameter.omision) text += "=" + *parameter.omision;
   }
   return text + ")\n--\n\n" + linea;
+}
+
+bool TieneDosNombres(const members::Member& member) {
+  return std::any_of(member.parameters.begin(), member.parameters.end(),
+                     [](const auto& parameter) { return !parameter.other_name.empty(); });
 }
 
 MiembroDescrito Descrito(const members::Member& member, bool corto) {
@@ -91,9 +97,7 @@ ClaseDescrita& Describe(const members::Class& table) {
                           table.base ? std::string(table.base->name) : std::string(),
                           {}};
   for (const auto& member : table.members) {
-    const bool two_names = std::any_of(member.parameters.begin(), member.parameters.end(),
-                                       [](const auto& parameter) { return !parameter.other_name.empty(); });
-    if (two_names) described.miembros.push_back(Descrito(member, true));
+    if (TieneDosNombres(member)) described.miembros.push_back(Descrito(member, true));
     described.miembros.push_back(Descrito(member));
   }
   return Descritas().emplace_back(std::move(described));

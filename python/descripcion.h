@@ -28,7 +28,7 @@ struct MiembroDescrito {
   std::string linea;
   std::vector<members::Place> lugares = {};
 
-  // For the interpreter: the signature, and the line.
+  // For the interpreter: the signature, and the line; nothing without a line.
   [[nodiscard]] std::string Doc() const;
 };
 
@@ -44,6 +44,8 @@ std::vector<ClaseDescrita>& Descritas();
 // REQUIRES: it has been described.
 ClaseDescrita& Descrita(std::string_view name);
 
+// Whether a parameter of it may be given by either of two names.
+bool TieneDosNombres(const members::Member& member);
 // A row of the table, as a script sees it. `corto`: by the other names of its parameters.
 MiembroDescrito Descrito(const members::Member& member, bool corto = false);
 ClaseDescrita& Describe(const members::Class& table);

@@ -101,28 +101,30 @@ void BindArray(py::module_& module) {
       });
 }
 
+// One without a base of its own, and without a form that keeps it.
+template <class T, class... Holder>
+py::class_<T, Holder...> BindAlone(py::module_& module, const char* name) {
+  const members::Class& table = *members::ClassNamed(name);
+  py::class_<T, Holder...> type(module, name, std::string(table.line).c_str(), DiceLoParecido());
+  AgregaMiembros(type, table);
+  return type;
+}
+
 void BindRecords(py::module_& module) {
-  const auto fill = [](const py::handle& type, const char* name) {
-    AgregaMiembros(type, *members::ClassNamed(name));
-  };
-  using members::Field;
-  py::class_<Field> field(module, "Field", DiceLoParecido());
-  fill(field, "Field");
   using data::Recordset;
-  py::class_<Recordset, std::shared_ptr<Recordset>> rows(module, "Recordset", DiceLoParecido());
-  fill(rows, "Recordset");
+  BindAlone<members::Field>(module, "Field");
   const MiembroDescrito item{"__getitem__",
                              members::Kind::Procedure,
                              "Valor",
                              {{"name", "str"}},
                              "El valor de una columna del renglón actual."};
-  rows.def(
-      "__getitem__",
-      [](const Recordset& self, const std::string& name) { return ToPython(self.Fields(name)); },
-      item.Doc().c_str());
-  Descritas().back().miembros.push_back(item);
-  py::class_<service::Query, std::shared_ptr<service::Query>> query(module, "Query", DiceLoParecido());
-  fill(query, "Query");
+  BindAlone<Recordset, std::shared_ptr<Recordset>>(module, "Recordset")
+      .def(
+          "__getitem__",
+          [](const Recordset& self, const std::string& name) { return ToPython(self.Fields(name)); },
+          item.Doc().c_str());
+  Descrita("Recordset").miembros.push_back(item);
+  BindAlone<service::Query, std::shared_ptr<service::Query>>(module, "Query");
 }
 
 void BindScreens(py::module_& module) {

@@ -160,10 +160,12 @@ void Add(const py::handle& type, const members::Class& table) {
       if constexpr (!std::is_same_v<Who, Door>) Property<Who>(type, member);
       continue;
     }
-    Define<Who>(type, member, Descrito(member));
-    const bool two_names = std::any_of(member.parameters.begin(), member.parameters.end(),
-                                       [](const auto& parameter) { return !parameter.other_name.empty(); });
-    if (two_names) Define<Who>(type, member, Descrito(member, true));
+    MiembroDescrito row = Descrito(member);
+    if (TieneDosNombres(member)) {
+      Define<Who>(type, member, Descrito(member, true));
+      row.linea.clear();  // said once
+    }
+    Define<Who>(type, member, row);
   }
 }
 

@@ -1045,7 +1045,7 @@ class frmMovEstaciones(Forma):
 
     @property
     def txtFields(self) -> ControlArray[TextBox]:
-        """Cajas de texto."""
+        """Cajas de texto del encabezado y del renglón de captura."""
 
     @property
     def DTPicker1(self) -> DatePicker:
@@ -1073,7 +1073,7 @@ class frmMovEstaciones(Forma):
 
     @property
     def lblLabel(self) -> ControlArray[Label]:
-        """Letreros."""
+        """Letreros de los campos."""
 
     @property
     def Label1(self) -> Label:
