@@ -68,8 +68,9 @@ void BindBitacora(py::module_& module, GuionType& type) {
     return [member](const Acto& self) { return StrOf(self.*member); };
   };
   Clase<Acto>(module, "Acto", "Algo que se hizo por derecho, o sobre una negativa.")
-      .Lee("cuando", "datetime.datetime", "Cuándo.", [](const Acto& self) { return ToPython(self.cuando); })
-      .Lee("usuario", "str", "Quién.", text(&Acto::usuario))
+      .Lee("cuando", "datetime.datetime", "Cuándo se hizo.",
+           [](const Acto& self) { return ToPython(self.cuando); })
+      .Lee("usuario", "str", "Quién lo hizo.", text(&Acto::usuario))
       .Lee("estacion", "str", "En qué estación.", text(&Acto::estacion))
       .Lee("acto", "str", "Qué: libera, cede, elimina, completa, repara...", text(&Acto::acto))
       .Lee("tipo", "str | None", "Entrada o Salida; nada si no fue de un documento.",

@@ -1528,11 +1528,11 @@ class Acto:
 
     @property
     def cuando(self) -> datetime.datetime:
-        """Cuándo."""
+        """Cuándo se hizo."""
 
     @property
     def usuario(self) -> str:
-        """Quién."""
+        """Quién lo hizo."""
 
     @property
     def estacion(self) -> str:

@@ -180,6 +180,25 @@ class Pantalla(unittest.TestCase):
                 self.assertEqual(control, getattr(forma, control.Name) if control.Index is None
                                  else getattr(forma, control.Name)[control.Index])
 
+    def test_each_property_is_read_and_set_back(self):
+        vistas = 0
+        objetos = [self.anf, self.anf.Ambiente, self.anf.Parent, self.anf.Parent.lvListView, self.es, self.f]
+        for objeto in [*objetos, *self.f.Controls]:
+            for nombre in miembros(type(objeto)):
+                propiedad = inspect.getattr_static(type(objeto), nombre)
+                if not isinstance(propiedad, property):
+                    continue
+                valor = getattr(objeto, nombre)
+                if propiedad.fset:
+                    setattr(objeto, nombre, valor)
+                    leido = getattr(objeto, nombre)
+                    if isinstance(valor, tarvik.ListItems):
+                        leido, valor = list(leido), list(valor)
+                    self.assertEqual(leido, valor, nombre)
+                vistas += 1
+        self.assertGreater(vistas, 600)
+        self.assertEqual(self.anf.no_atrapados, [])
+
     def test_parameters_go_by_their_names_too(self):
         self.assertEqual(self.f.txtFields_KeyPress(Index=0, KeyAscii=ord("a")), ord("A"))
         self.f.fg2.setTextMatrix(row=1, col=1, text="7")
