@@ -35,25 +35,31 @@ py::object WhenOrNone(const std::optional<data::DateTime>& when) {
 py::object TextOrNone(const std::string& text) { return text.empty() ? py::object(py::none()) : StrOf(text); }
 
 void BindAMedias(py::module_& module, GuionType& type) {
-  using host::DocumentoAMedias;
-  py::class_<DocumentoAMedias>(module, "DocumentoAMedias")
-      .def_property_readonly("tipo", [](const DocumentoAMedias& self) { return NameOf(self.tipo); })
-      .def_readonly("documento", &DocumentoAMedias::documento)
-      .def_property_readonly("estado", [](const DocumentoAMedias& self) { return StrOf(self.estado); })
-      .def_readonly("renglones", &DocumentoAMedias::renglones)
-      .def_readonly("faltan", &DocumentoAMedias::faltan)
-      .def("__repr__", [](const DocumentoAMedias& self) {
+  using D = host::DocumentoAMedias;
+  Clase<D>(module, "DocumentoAMedias", "Un documento que se afectó sólo en parte.")
+      .Lee("tipo", "str", "Entrada o Salida.", [](const D& self) { return NameOf(self.tipo); })
+      .Lee("documento", "int", "Su número.", [](const D& self) { return self.documento; })
+      .Lee("estado", "str",
+           "CO: afectado, con renglones sin movimiento. PE: pendiente, con renglones ya movidos.",
+           [](const D& self) { return StrOf(self.estado); })
+      .Lee("renglones", "int", "Cuántos renglones tiene.", [](const D& self) { return self.renglones; })
+      .Lee("faltan", "list[int]", "Los renglones que no tienen su movimiento.",
+           [](const D& self) { return self.faltan; })
+      .Tipo()
+      .def("__repr__", [](const D& self) {
         return "<" + std::string(host::NombreDe(self.tipo)) + " " + std::to_string(self.documento) + " " +
                self.estado + ", faltan " + std::to_string(self.faltan.size()) + " de " +
                std::to_string(self.renglones) + ">";
       });
-  type.def("a_medias", [](Guion& self) { return Called([&] { return self.nucleo->Host().AMedias(); }); })
-      .def(
-          "completa",
+  type.Hace("a_medias", "list[DocumentoAMedias]", "Los documentos que se afectaron sólo en parte.",
+            [](Guion& self) { return Called([&] { return self.nucleo->Host().AMedias(); }); })
+      .Hace(
+          "completa", "int",
+          "Afecta lo que falta de un documento afectado, completo o nada; da cuántos movimientos hizo.",
           [](Guion& self, const py::object& tipo, std::int64_t numero) {
             return Called([&] { return self.nucleo->Host().Completa(KindOf(tipo), NumberOf(numero)); });
           },
-          py::arg("tipo"), py::arg("n"));
+          Toma{"tipo", "str"}, Toma{"n", "int"});
 }
 
 void BindBitacora(py::module_& module, GuionType& type) {
@@ -61,25 +67,27 @@ void BindBitacora(py::module_& module, GuionType& type) {
   const auto text = [](std::string Acto::*member) {
     return [member](const Acto& self) { return StrOf(self.*member); };
   };
-  py::class_<Acto>(module, "Acto")
-      .def_property_readonly("cuando", [](const Acto& self) { return ToPython(self.cuando); })
-      .def_property_readonly("usuario", text(&Acto::usuario))
-      .def_property_readonly("estacion", text(&Acto::estacion))
-      .def_property_readonly("acto", text(&Acto::acto))
-      .def_property_readonly("tipo",
-                             [](const Acto& self) {
-                               return self.documento ? NameOf(self.documento->tipo) : py::object(py::none());
-                             })
-      .def_property_readonly("documento",
-                             [](const Acto& self) {
-                               return self.documento ? std::optional(self.documento->numero) : std::nullopt;
-                             })
-      .def_property_readonly("texto", text(&Acto::texto))
+  Clase<Acto>(module, "Acto", "Algo que se hizo por derecho, o sobre una negativa.")
+      .Lee("cuando", "datetime.datetime", "Cuándo se hizo.",
+           [](const Acto& self) { return ToPython(self.cuando); })
+      .Lee("usuario", "str", "Quién lo hizo.", text(&Acto::usuario))
+      .Lee("estacion", "str", "En qué estación.", text(&Acto::estacion))
+      .Lee("acto", "str", "Qué: libera, cede, elimina, completa, repara...", text(&Acto::acto))
+      .Lee("tipo", "str | None", "Entrada o Salida; nada si no fue de un documento.",
+           [](const Acto& self) {
+             return self.documento ? NameOf(self.documento->tipo) : py::object(py::none());
+           })
+      .Lee("documento", "int | None", "El número del documento, o nada.",
+           [](const Acto& self) {
+             return self.documento ? std::optional(self.documento->numero) : std::nullopt;
+           })
+      .Lee("texto", "str", "Qué se hizo, exactamente.", text(&Acto::texto))
+      .Tipo()
       .def("__repr__", [](const Acto& self) {
         return "<" + self.cuando.Iso() + " " + self.usuario + " " + self.acto + " " + self.texto + ">";
       });
-  type.def(
-      "bitacora",
+  type.Hace(
+      "bitacora", "list[Acto]", "Los actos desde ese momento, del más antiguo al más nuevo; sin él, todos.",
       [](Guion& self, const py::object& desde) {
         std::optional<data::DateTime> since = DateTimeOf(desde);
         if (!since && !desde.is_none()) {
@@ -89,37 +97,45 @@ void BindBitacora(py::module_& module, GuionType& type) {
         }
         return Called([&] { return self.nucleo->Host().Bitacora(since); });
       },
-      py::arg("desde") = py::none());
+      Puede{"desde", "datetime.datetime | datetime.date | str | None", py::none()});
 }
 
 void BindTenencias(py::module_& module, GuionType& type) {
   using host::Tenencia;
-  py::class_<Tenencia>(module, "Tenencia")
-      .def_property_readonly("tipo", [](const Tenencia& self) { return NameOf(self.tipo); })
-      .def_readonly("documento", &Tenencia::documento)
-      .def_property_readonly("usuario", [](const Tenencia& self) { return StrOf(self.usuario); })
-      .def_property_readonly("estacion", [](const Tenencia& self) { return TextOrNone(self.estacion); })
-      .def_property_readonly("desde", [](const Tenencia& self) { return WhenOrNone(self.desde); })
-      .def_readonly("viva", &Tenencia::viva)
+  Clase<Tenencia>(module, "Tenencia", "Un documento que alguien tiene abierto para modificarlo.")
+      .Lee("tipo", "str", "Entrada o Salida.", [](const Tenencia& self) { return NameOf(self.tipo); })
+      .Lee("documento", "int", "Su número.", [](const Tenencia& self) { return self.documento; })
+      .Lee("usuario", "str", "Quién lo tiene.", [](const Tenencia& self) { return StrOf(self.usuario); })
+      .Lee("estacion", "str | None", "En qué estación; nada si no se sabe.",
+           [](const Tenencia& self) { return TextOrNone(self.estacion); })
+      .Lee("desde", "datetime.datetime | None", "Desde cuándo; nada si no se sabe.",
+           [](const Tenencia& self) { return WhenOrNone(self.desde); })
+      .Lee("viva", "bool", "Si el programa que lo tiene sigue trabajando.",
+           [](const Tenencia& self) { return self.viva; })
+      .Tipo()
       .def("__repr__", [](const Tenencia& self) {
         return "<" + std::string(host::NombreDe(self.tipo)) + " " + std::to_string(self.documento) + ", " +
                self.usuario + (self.viva ? ", viva>" : ", muerta>");
       });
-  type.def("tenencias", [](Guion& self) { return Called([&] { return self.nucleo->Host().Tenencias(); }); })
-      .def(
-          "abre",
+  type.Hace("tenencias", "list[Tenencia]", "Los documentos que alguien tiene abiertos para modificarlos.",
+            [](Guion& self) { return Called([&] { return self.nucleo->Host().Tenencias(); }); })
+      .Hace(
+          "abre", "Pantalla | None",
+          "Abre un documento para modificarlo; antes suelta el de un programa que ya no está. Da la "
+          "pantalla, o nada.",
           [](Guion& self, const py::object& tipo, std::int64_t numero) -> py::object {
             const auto screen =
                 Called([&] { return self.nucleo->Host().Abre(KindOf(tipo), NumberOf(numero)); });
             return screen ? FormObject(*screen) : py::object(py::none());
           },
-          py::arg("tipo"), py::arg("n"))
-      .def(
-          "libera",
+          Toma{"tipo", "str"}, Toma{"n", "int"})
+      .Hace(
+          "libera", "None",
+          "Suelta un documento que otro tiene; queda en la bitácora. Uno libre se queda igual.",
           [](Guion& self, const py::object& tipo, std::int64_t numero, const py::object& motivo) {
             Called([&] { self.nucleo->Host().Libera(KindOf(tipo), NumberOf(numero), TextOf(motivo)); });
           },
-          py::arg("tipo"), py::arg("n"), py::arg("motivo") = "");
+          Toma{"tipo", "str"}, Toma{"n", "int"}, Puede{"motivo", "str", py::str("")});
 }
 
 // A request keeps the host that it speaks through.
@@ -130,62 +146,80 @@ struct PeticionPropia {
 
 void BindPeticiones(py::module_& module, GuionType& type) {
   using P = PeticionPropia;
-  py::class_<P>(module, "Peticion")
-      .def_property_readonly("tipo", [](const P& self) { return NameOf(self.peticion.documento.tipo); })
-      .def_property_readonly("documento", [](const P& self) { return self.peticion.documento.numero; })
-      .def_property_readonly("usuario", [](const P& self) { return StrOf(self.peticion.usuario); })
-      .def_property_readonly("estacion", [](const P& self) { return StrOf(self.peticion.estacion); })
-      .def_property_readonly("mensaje", [](const P& self) { return StrOf(self.peticion.mensaje); })
-      .def_property_readonly("cuando", [](const P& self) { return ToPython(self.peticion.cuando); })
-      .def_property_readonly(
-          "estado", [](const P& self) { return StrOf(Called([&] { return self.peticion.Estado(); })); })
-      .def_property_readonly(
-          "motivo", [](const P& self) { return StrOf(Called([&] { return self.peticion.Motivo(); })); })
-      .def("cede", [](P& self) { Called([&] { self.peticion.Cede(); }); })
-      .def(
-          "niega",
+  Clase<P>(module, "Peticion", "Alguien pide un documento que otro tiene abierto.")
+      .Lee("tipo", "str", "Entrada o Salida.",
+           [](const P& self) { return NameOf(self.peticion.documento.tipo); })
+      .Lee("documento", "int", "Su número.", [](const P& self) { return self.peticion.documento.numero; })
+      .Lee("usuario", "str", "Quién lo pide.", [](const P& self) { return StrOf(self.peticion.usuario); })
+      .Lee("estacion", "str", "Desde qué estación.",
+           [](const P& self) { return StrOf(self.peticion.estacion); })
+      .Lee("mensaje", "str", "Lo que dice quien lo pide.",
+           [](const P& self) { return StrOf(self.peticion.mensaje); })
+      .Lee("cuando", "datetime.datetime", "Cuándo lo pidió.",
+           [](const P& self) { return ToPython(self.peticion.cuando); })
+      .Lee("estado", "str", "Cómo va ahora: pedida, cedida o negada.",
+           [](const P& self) { return StrOf(Called([&] { return self.peticion.Estado(); })); })
+      .Lee("motivo", "str", "Por qué se negó.",
+           [](const P& self) { return StrOf(Called([&] { return self.peticion.Motivo(); })); })
+      .Hace("cede", "None", "Entrega el documento: se guarda pendiente, la pantalla se cierra y queda libre.",
+            [](P& self) { Called([&] { self.peticion.Cede(); }); })
+      .Hace(
+          "niega", "None", "Contesta que no.",
           [](P& self, const py::object& motivo) { Called([&] { self.peticion.Niega(TextOf(motivo)); }); },
-          py::arg("motivo") = "");
-  type.def(
-          "pide",
+          Puede{"motivo", "str", py::str("")});
+  type.Hace(
+          "pide", "Peticion", "Pide un documento a quien lo tiene abierto.",
           [](Guion& self, const py::object& tipo, std::int64_t numero, const py::object& mensaje) {
             return P{Called([&] {
                        return self.nucleo->Host().Pide(KindOf(tipo), NumberOf(numero), TextOf(mensaje));
                      }),
                      self.nucleo};
           },
-          py::arg("tipo"), py::arg("n"), py::arg("mensaje") = "")
-      .def("peticiones", [](Guion& self) {
-        std::vector<P> requests;
-        for (host::Peticion& request : Called([&] { return self.nucleo->Host().Peticiones(); })) {
-          requests.push_back({std::move(request), self.nucleo});
-        }
-        return requests;
-      });
+          Toma{"tipo", "str"}, Toma{"n", "int"}, Puede{"mensaje", "str", py::str("")})
+      .Hace("peticiones", "list[Peticion]", "Lo que otros piden de lo que este programa tiene abierto.",
+            [](Guion& self) {
+              std::vector<P> requests;
+              for (host::Peticion& request : Called([&] { return self.nucleo->Host().Peticiones(); })) {
+                requests.push_back({std::move(request), self.nucleo});
+              }
+              return requests;
+            });
 }
 
 void BindRevision(py::module_& module, GuionType& type) {
-  using host::Observacion;
+  using O = host::Observacion;
   const auto text_or_none = [](const std::optional<std::string>& text) {
     return text ? py::object(StrOf(*text)) : py::object(py::none());
   };
-  py::class_<Observacion>(module, "Observacion")
-      .def_property_readonly("clase", [](const Observacion& self) { return StrOf(self.clase); })
-      .def_property_readonly("tipo", [=](const Observacion& self) { return text_or_none(self.tipo); })
-      .def_readonly("documento", &Observacion::documento)
-      .def_readonly("renglon", &Observacion::renglon)
-      .def_property_readonly("articulo", [=](const Observacion& self) { return text_or_none(self.articulo); })
-      .def_readonly("almacen", &Observacion::almacen)
-      .def_property_readonly("texto", [](const Observacion& self) { return StrOf(self.texto); })
-      .def_readonly("reparable", &Observacion::reparable)
-      .def_readonly("reparado", &Observacion::reparado)
-      .def("__repr__", [](const Observacion& self) { return "<" + self.clase + ": " + self.texto + ">"; });
-  type.def(
-      "revisa",
+  Clase<O>(module, "Observacion", "Algo que no está como debe en la base.")
+      .Lee("clase", "str",
+           "existencia, columna, a medias, adelantado, doble, distinto, huerfano, suelto, numero, tenencia o "
+           "motor.",
+           [](const O& self) { return StrOf(self.clase); })
+      .Lee("tipo", "str | None", "Entrada o Salida, o nada.",
+           [=](const O& self) { return text_or_none(self.tipo); })
+      .Lee("documento", "int | None", "El número del documento, o nada.",
+           [](const O& self) { return self.documento; })
+      .Lee("renglon", "int | None",
+           "El renglón; de existencia, el primer movimiento desde el que difiere. O nada.",
+           [](const O& self) { return self.renglon; })
+      .Lee("articulo", "str | None", "La clave del artículo, o nada.",
+           [=](const O& self) { return text_or_none(self.articulo); })
+      .Lee("almacen", "float | None", "El almacén, o nada.", [](const O& self) { return self.almacen; })
+      .Lee("texto", "str", "Qué es y qué hacer.", [](const O& self) { return StrOf(self.texto); })
+      .Lee("reparable", "bool", "Si puede repararse sin duda.", [](const O& self) { return self.reparable; })
+      .Lee("reparado", "bool", "Si se acaba de reparar.", [](const O& self) { return self.reparado; })
+      .Tipo()
+      .def("__repr__", [](const O& self) { return "<" + self.clase + ": " + self.texto + ">"; });
+  type.Hace(
+      "revisa", "list[Observacion]",
+      "Revisa toda la base; vacía si está sana. Con repara arregla lo que puede; con huecos da también los "
+      "números que "
+      "faltan.",
       [](Guion& self, bool repara, bool huecos) {
         return Called([&] { return self.nucleo->Host().Revisa(repara, huecos); });
       },
-      py::arg("repara") = false, py::arg("huecos") = false);
+      Puede{"repara", "bool", py::bool_(false)}, Puede{"huecos", "bool", py::bool_(false)});
 }
 
 }  // namespace

@@ -11,6 +11,8 @@
 #include "data/number.h"
 #include "data/text.h"
 #include "python/binding.h"
+#include "python/descripcion.h"
+#include "python/referencia.h"
 
 namespace tarvik::python {
 
@@ -89,6 +91,9 @@ PyObject* error_type = nullptr;
 
 void BindAll(py::module_& module) {
   PyDateTime_IMPORT;
+  py::options docs;
+  docs.disable_function_signatures();  // each row brings its own
+  Descritas().clear();                 // of an interpreter before this one
   module.doc() = "Movimientos de inventario: maneja las pantallas sin ventana y las amplía con rutinas.";
   error_type = py::exception<data::Error>(module, "Error").inc_ref().ptr();
   py::register_exception_translator([](std::exception_ptr thrown) {
@@ -103,9 +108,9 @@ void BindAll(py::module_& module) {
     }
   });
   BindForms(module);
-  BindScreens(module);
   BindAnfitrion(module);
   BindServicios(module);
+  BindReferencia(module);
 }
 
 }  // namespace tarvik::python

@@ -20,7 +20,6 @@ namespace tarvik::python {
 namespace py = pybind11;
 
 void BindForms(py::module_& module);
-void BindScreens(py::module_& module);
 void BindAnfitrion(py::module_& module);
 void BindServicios(py::module_& module);  // after the Ambiente that it adds to
 
@@ -51,16 +50,6 @@ auto Called(Call&& call) {
   }
 }
 
-// A procedure or a setter of a screen as the script calls it: the screen outlives the call, and what the
-// script's own functions raised meanwhile comes out of it.
-template <class Screen, class Result, class... Arguments>
-auto Procedure(Result (Screen::*procedure)(Arguments...)) {
-  return [procedure](Screen& screen, Arguments... arguments) -> Result {
-    auto held = screen.shared_from_this();
-    return Called([&]() -> Result { return (screen.*procedure)(std::forward<Arguments>(arguments)...); });
-  };
-}
-
 // Who is told how long a routine has stood before a box: nobody, if it is empty. With the interpreter's
 // lock held.
 void AlEsperarAlOperador(std::function<void(std::chrono::steady_clock::duration)> listener);
@@ -75,5 +64,7 @@ service::LateBound* ParentOf(const py::object& object);
 py::object FormObject(forms::Form& form);
 // The control as an object of its kind; it keeps its form.
 py::object ControlObject(forms::Control& control);
+// The controls of one name, which is that of their array and lives as long as the form.
+py::object ArrayObject(forms::Form& form, std::string_view name);
 
 }  // namespace tarvik::python

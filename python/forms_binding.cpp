@@ -1,5 +1,5 @@
-// Controls and forms as Python objects: properties, and what an operator does.
-#include <pybind11/functional.h>
+// Screens, controls and records as Python objects. Their members come from the table in members/; here stand
+// the classes themselves, and what is Python's own about them.
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
@@ -7,8 +7,16 @@
 
 #include "data/error.h"
 #include "data/recordset.h"
+#include "forms/auto_resizer.h"
 #include "forms/flex_grid.h"
+#include "goods_in/frm_entradas_wizard.h"
+#include "goods_out/frm_salidas_wizard.h"
+#include "matrix/frm_malla_modelos.h"
 #include "python/binding.h"
+#include "python/descripcion.h"
+#include "python/members_binding.h"
+#include "python/nombres.h"
+#include "stations/frm_mov_estaciones.h"
 
 namespace tarvik::python {
 
@@ -20,11 +28,13 @@ using forms::Form;
 // All controls of one name: forma.txtFields[4], forma.txtFields(4).
 struct ControlGroup {
   std::shared_ptr<Form> form;
-  std::string name;
+  std::string_view name;  // its array's
 
   [[nodiscard]] py::object At(int index) const {
     Control* found = form->Find(name, index);
-    if (!found) throw data::Error("No existe el control " + name + "(" + std::to_string(index) + ")");
+    if (!found) {
+      throw data::Error("No existe el control " + std::string(name) + "(" + std::to_string(index) + ")");
+    }
     return ControlObject(*found);
   }
   [[nodiscard]] std::vector<Control*> All() const {
@@ -36,152 +46,94 @@ struct ControlGroup {
   }
 };
 
-py::object Attribute(Form& form, const std::string& name) {
-  if (Control* single = form.Find(name)) return ControlObject(*single);
-  for (Control* control : form.Controls()) {
-    if (control->Name() == name) return py::cast(ControlGroup{form.shared_from_this(), name});
-  }
-  throw py::attribute_error("La pantalla " + form.Name() + " no tiene " + name);
+// A class whose members are those of its table; the first base comes in its turn before it.
+template <class T, class... Base, class... Extra>
+py::class_<T, Base..., std::shared_ptr<T>> Bind(py::module_& module, const char* name,
+                                                const Extra&... extra) {
+  const members::Class& table = *members::ClassNamed(name);
+  py::class_<T, Base..., std::shared_ptr<T>> type(module, name, std::string(table.line).c_str(), extra...);
+  AgregaMiembros(type, table);
+  return type;
 }
-
-void PressNamed(Form& form, const std::string& name, Control* control) {
-  auto key = forms::KeyNamed(name);
-  if (!key) throw data::Error("No existe la tecla " + name);
-  if (control) form.Enter(*control);
-  form.Press(*key);
-}
-
-// An operator's act: the form outlives it, and what the script's own functions raised comes out.
-template <class Done>
-void Act(Form& form, Done&& done) {
-  auto held = form.shared_from_this();
-  Called(std::forward<Done>(done));
-}
-
-template <class T, class... Base>
-py::class_<T, Base..., std::shared_ptr<T>> Bind(py::module_& module, const char* name) {
-  return py::class_<T, Base..., std::shared_ptr<T>>(module, name);
-}
-
-// A property with its getter and setter under its own name.
-#define TARVIK_PROPERTY(Type, Name, ValueType)                 \
-  .def_property(                                               \
-      #Name, [](const Type& object) { return object.Name(); }, \
-      [](Type& object, ValueType value) { Called([&] { object.Name(std::move(value)); }); })
-#define TARVIK_TEXT(Type, Name)                                       \
-  .def_property(                                                      \
-      #Name, [](const Type& object) { return StrOf(object.Name()); }, \
-      [](Type& object, const py::object& value) { Called([&] { object.Name(TextOf(value)); }); })
 
 void BindControls(py::module_& module) {
-  Bind<Control>(module, "Control")
-      .def_property_readonly("Name", &Control::Name)
-      .def_property_readonly("Index", &Control::Index)
-      .def("SetFocus", [](Control& control) { Called([&] { control.SetFocus(); }); })
+  Bind<Control>(module, "Control", DiceLoParecido())
       .def("__eq__",
            [](const Control& a, const py::object& b) {
              return py::isinstance<Control>(b) && &a == b.cast<Control*>();
            })
       .def("__hash__", [](const Control& control) { return std::hash<const void*>{}(&control); })
-      .def("__repr__", [](const Control& control) { return "<" + control.FullName() + ">"; })
-          TARVIK_PROPERTY(Control, Enabled, bool) TARVIK_PROPERTY(Control, Visible, bool)
-              TARVIK_TEXT(Control, Tag) TARVIK_PROPERTY(Control, TabIndex, int)
-                  TARVIK_PROPERTY(Control, Left, int) TARVIK_PROPERTY(Control, Top, int)
-                      TARVIK_PROPERTY(Control, Width, int) TARVIK_PROPERTY(Control, Height, int)
-                          TARVIK_PROPERTY(Control, ForeColor, int);
-
-  Bind<forms::Label, Control>(module, "Label") TARVIK_TEXT(forms::Label, Caption);
-  Bind<forms::Button, Control>(module, "Button") TARVIK_TEXT(forms::Button, Caption);
-  Bind<forms::CheckBox, Control>(module, "CheckBox") TARVIK_TEXT(forms::CheckBox, Caption)
-      TARVIK_PROPERTY(forms::CheckBox, Value, int);
-  Bind<forms::TextBox, Control>(module, "TextBox") TARVIK_TEXT(forms::TextBox, Text)
-      TARVIK_PROPERTY(forms::TextBox, MaxLength, int) TARVIK_PROPERTY(forms::TextBox, SelStart, int)
-          TARVIK_PROPERTY(forms::TextBox, SelLength, int);
+      .def("__repr__", [](const Control& control) { return "<" + control.FullName() + ">"; });
+  Bind<forms::Label, Control>(module, "Label");
+  Bind<forms::Button, Control>(module, "Button");
+  Bind<forms::CheckBox, Control>(module, "CheckBox");
+  Bind<forms::TextBox, Control>(module, "TextBox");
   Bind<forms::RichTextBox, forms::TextBox>(module, "RichTextBox");
+  Bind<forms::DatePicker, Control>(module, "DatePicker");
+  Bind<forms::ComboBox, Control>(module, "ComboBox");
   Bind<forms::PictureBox, Control>(module, "PictureBox");
-  Bind<forms::WebBrowser, Control>(module, "WebBrowser")
-      .def("Navigate",
-           [](forms::WebBrowser& browser, const py::object& name) { browser.Navigate(TextOf(name)); });
-  Bind<forms::DatePicker, Control>(module, "DatePicker")
-      .def_property(
-          "Value",
-          [](const forms::DatePicker& picker) {
-            return picker.Value() ? ToPython(data::Value(*picker.Value())) : py::object(py::none());
-          },
-          [](forms::DatePicker& picker, const py::object& day) {
-            auto date = DateOf(day);
-            if (!date && !day.is_none()) throw data::Error("El valor no es una fecha");
-            picker.Value(date);
-          });
-  Bind<forms::ComboBox, Control>(module, "ComboBox") TARVIK_TEXT(forms::ComboBox, Text)
-      TARVIK_PROPERTY(forms::ComboBox, ListIndex, int)
-          .def_property_readonly("List",
-                                 [](const forms::ComboBox& box) {
-                                   py::list items;
-                                   for (const auto& item : box.List()) items.append(StrOf(item));
-                                   return items;
-                                 })
-          .def("AddItem", [](forms::ComboBox& box, const py::object& text) { box.AddItem(TextOf(text)); })
-          .def("Clear", &forms::ComboBox::Clear);
-  Bind<forms::SearchBox, Control>(module, "SearchBox") TARVIK_TEXT(forms::SearchBox, buscar)
-      .def("ShowData", &forms::SearchBox::ShowData)
-      .def_property_readonly("Conexion",
-                             [](const forms::SearchBox& box) { return box.Conexion() != nullptr; });
-  Bind<forms::Timer, Control>(module, "Timer") TARVIK_PROPERTY(forms::Timer, Interval, int)
-      TARVIK_PROPERTY(forms::Timer, Enabled, bool);
-
-  using forms::FlexGrid;
-  Bind<FlexGrid, Control>(module, "FlexGrid") TARVIK_PROPERTY(FlexGrid, Rows, int) TARVIK_PROPERTY(
-      FlexGrid, Cols, int) TARVIK_PROPERTY(FlexGrid, FixedRows, int) TARVIK_PROPERTY(FlexGrid, FixedCols, int)
-      TARVIK_PROPERTY(FlexGrid, Row, int) TARVIK_PROPERTY(FlexGrid, Col, int) TARVIK_PROPERTY(
-          FlexGrid, TopRow, int) TARVIK_TEXT(FlexGrid, Text) TARVIK_PROPERTY(FlexGrid, CellBackColor, int)
-          .def("TextMatrix",
-               [](const FlexGrid& grid, int row, int col) { return StrOf(grid.TextMatrix(row, col)); })
-          .def("setTextMatrix", [](FlexGrid& grid, int row, int col,
-                                   const py::object& text) { grid.TextMatrix(row, col, TextOf(text)); })
-          .def("ColWidth", [](const FlexGrid& grid, int col) { return grid.ColWidth(col); })
-          .def("RowHeight", [](const FlexGrid& grid, int row) { return grid.RowHeight(row); })
-          .def("setColWidth", [](FlexGrid& grid, int col, int width) { grid.ColWidth(col, width); })
-          .def("setRowHeight", [](FlexGrid& grid, int row, int height) { grid.RowHeight(row, height); })
-          .def("BackColor", [](const FlexGrid& grid, int row, int col) { return grid.BackColor(row, col); })
-          .def("bloqueada", [](const FlexGrid& grid, int row, int col) { return grid.Blocked(row, col); })
-          .def("RemoveItem", &FlexGrid::RemoveItem)
-          .def("AddItem", [](FlexGrid& grid, const py::object& text) { grid.AddItem(TextOf(text)); })
-          .def_property_readonly("CellLeft", &FlexGrid::CellLeft)
-          .def_property_readonly("CellTop", &FlexGrid::CellTop)
-          .def_property_readonly("CellWidth", &FlexGrid::CellWidth)
-          .def_property_readonly("CellHeight", &FlexGrid::CellHeight);
-
-  py::class_<ControlGroup>(module, "ControlArray")
-      .def("__getitem__", &ControlGroup::At)
-      .def("__call__", &ControlGroup::At)
-      .def("__contains__", [](const ControlGroup& group,
-                              int index) { return group.form->Find(group.name, index) != nullptr; })
-      .def("__len__", [](const ControlGroup& group) { return group.All().size(); })
-      .def("__iter__",
-           [](const ControlGroup& group) {
-             py::list members;
-             for (Control* control : group.All()) members.append(ControlObject(*control));
-             return py::iter(members);
-           })
-      .def_property_readonly("Count", [](const ControlGroup& group) { return group.All().size(); });
+  Bind<forms::SearchBox, Control>(module, "SearchBox");
+  Bind<forms::Timer, Control>(module, "Timer");
+  Bind<forms::WebBrowser, Control>(module, "WebBrowser");
+  Bind<forms::AutoResizer, Control>(module, "AutoResizer");
+  Bind<forms::FlexGrid, Control>(module, "FlexGrid");
 }
 
-void BindRecordset(py::module_& module) {
+void BindArray(py::module_& module) {
+  Clase<ControlGroup> type(
+      module, "ControlArray",
+      "Los controles de un mismo nombre. Uno se pide por su índice: forma.txtFields[4] o "
+      "forma.txtFields(4).");
+  type.Lee("Count", "int", "Cuántos controles hay.",
+           [](const ControlGroup& group) { return group.All().size(); })
+      .Hace("__getitem__", "_Control", "El control de ese índice.", &ControlGroup::At, Toma{"index", "int"})
+      .Hace("__call__", "_Control", "El control de ese índice.", &ControlGroup::At, Toma{"index", "int"})
+      .Hace(
+          "__contains__", "bool", "Si hay un control con ese índice.",
+          [](const ControlGroup& group, int index) { return group.form->Find(group.name, index) != nullptr; },
+          Toma{"index", "int"})
+      .Hace("__len__", "int", "Cuántos controles hay.",
+            [](const ControlGroup& group) { return group.All().size(); })
+      .Hace("__iter__", "Iterator[_Control]", "Los controles, en su orden.", [](const ControlGroup& group) {
+        py::list members;
+        for (Control* control : group.All()) members.append(ControlObject(*control));
+        return py::iter(members);
+      });
+}
+
+// One without a base of its own, and without a form that keeps it.
+template <class T, class... Holder>
+py::class_<T, Holder...> BindAlone(py::module_& module, const char* name) {
+  const members::Class& table = *members::ClassNamed(name);
+  py::class_<T, Holder...> type(module, name, std::string(table.line).c_str(), DiceLoParecido());
+  AgregaMiembros(type, table);
+  return type;
+}
+
+void BindRecords(py::module_& module) {
   using data::Recordset;
-  struct Field {
-    data::Value value;
-  };
-  py::class_<Field>(module, "Field").def_property_readonly("Value", [](const Field& field) {
-    return ToPython(field.value);
-  });
-  py::class_<Recordset, std::shared_ptr<Recordset>>(module, "Recordset")
-      .def_property_readonly("EOF", &Recordset::Eof)
-      .def_property_readonly("RecordCount", &Recordset::RecordCount)
-      .def("MoveNext", &Recordset::MoveNext)
-      .def("Fields", [](const Recordset& rows, const std::string& name) { return Field{rows.Fields(name)}; })
-      .def("__getitem__",
-           [](const Recordset& rows, const std::string& name) { return ToPython(rows.Fields(name)); });
+  BindAlone<members::Field>(module, "Field");
+  const MiembroDescrito item{"__getitem__",
+                             members::Kind::Procedure,
+                             "Valor",
+                             {{"name", "str"}},
+                             "El valor de una columna del renglón actual."};
+  BindAlone<Recordset, std::shared_ptr<Recordset>>(module, "Recordset")
+      .def(
+          "__getitem__",
+          [](const Recordset& self, const std::string& name) { return ToPython(self.Fields(name)); },
+          item.Doc().c_str());
+  Descrita("Recordset").miembros.push_back(item);
+  BindAlone<service::Query, std::shared_ptr<service::Query>>(module, "Query");
+}
+
+void BindScreens(py::module_& module) {
+  Bind<Form>(module, "Forma", DiceLoParecido());
+  Bind<DocumentWizard, Form>(module, "DocumentWizard");
+  Bind<frmEntradasWizard, DocumentWizard>(module, "frmEntradasWizard");
+  Bind<frmSalidasWizard, DocumentWizard>(module, "frmSalidasWizard");
+  Bind<frmMallaModelos, Form>(module, "frmMallaModelos");
+  Bind<frmMovEstaciones, Form>(module, "frmMovEstaciones");
 }
 
 }  // namespace
@@ -192,47 +144,15 @@ py::object ControlObject(Control& control) {
   return py::cast(std::shared_ptr<Control>(control.Owner().shared_from_this(), &control));
 }
 
+py::object ArrayObject(Form& form, std::string_view name) {
+  return py::cast(ControlGroup{form.shared_from_this(), name});
+}
+
 void BindForms(py::module_& module) {
   BindControls(module);
-  BindRecordset(module);
-  auto optional_control = py::arg("control") = static_cast<Control*>(nullptr);
-  py::class_<Form, std::shared_ptr<Form>>(module, "Forma") TARVIK_TEXT(Form, Caption) TARVIK_TEXT(Form, Tag)
-      .def_property_readonly("Name", &Form::Name)
-      .def_property_readonly("Visible", &Form::Visible)
-      .def_property_readonly("abierta", &Form::Open)
-      .def_property_readonly("ActiveControl",
-                             [](Form& form) {
-                               return form.ActiveControl() ? ControlObject(*form.ActiveControl())
-                                                           : py::object(py::none());
-                             })
-      .def_property_readonly("Controls",
-                             [](Form& form) {
-                               py::list all;
-                               for (Control* control : form.Controls()) all.append(ControlObject(*control));
-                               return all;
-                             })
-      .def("enfoca", [](Form& form, Control& control) { Act(form, [&] { form.Enter(control); }); })
-      .def("teclea", [](Form& form, Control& control,
-                        const py::object& text) { Act(form, [&] { form.Type(control, TextOf(text)); }); })
-      .def(
-          "tecla",
-          [](Form& form, const std::string& name, Control* control) {
-            Act(form, [&] { PressNamed(form, name, control); });
-          },
-          py::arg("name"), optional_control)
-      .def("clic", [](Form& form, Control& control) { Act(form, [&] { form.Click(control); }); })
-      .def("doble_clic", [](Form& form, Control& control) { Act(form, [&] { form.DoubleClick(control); }); })
-      .def("clic_celda", [](Form& form, forms::FlexGrid& grid, int row,
-                            int col) { Act(form, [&] { form.ClickCell(grid, row, col); }); })
-      .def("doble_clic_celda", [](Form& form, forms::FlexGrid& grid, int row,
-                                  int col) { Act(form, [&] { form.DoubleClickCell(grid, row, col); }); })
-      .def("elige",
-           [](Form& form, forms::ComboBox& list, int item) { Act(form, [&] { form.Choose(list, item); }); })
-      .def("cierra", [](Form& form) { Act(form, [&] { form.Close(); }); })
-      .def("pinta", [](Form& form) { Act(form, [&] { form.Paint(); }); })
-      .def("redimensiona",
-           [](Form& form, int width, int height) { Act(form, [&] { form.Resize(width, height); }); })
-      .def("__getattr__", &Attribute);
+  BindArray(module);
+  BindRecords(module);
+  BindScreens(module);
 }
 
 }  // namespace tarvik::python

@@ -13,6 +13,7 @@
 #include "host/anfitrion.h"
 #include "host/registro.h"
 #include "python/binding.h"
+#include "python/descripcion.h"
 
 namespace tarvik::python {
 
@@ -104,7 +105,7 @@ struct Guion : Cuaderno {
   py::object parent;  // its Python object, which carries `llamadas`
 };
 
-using GuionType = py::class_<Guion, std::shared_ptr<Guion>>;
+using GuionType = Clase<Guion, std::shared_ptr<Guion>>;
 
 void BindPuerta(py::module_& module);
 // A new public class with its context and its list form already set.

@@ -4,20 +4,13 @@
 
 #include "data/error.h"
 #include "data/text.h"
-#include "python/nucleo.h"
-#include "service/door/entradas_salidas.h"
+#include "python/descripcion.h"
+#include "python/members_binding.h"
+#include "python/puerta.h"
 
 namespace tarvik::python {
 
 namespace {
-
-// The public class, with the references that a script may take away and put back.
-struct Puerta {
-  std::shared_ptr<Nucleo> nucleo;
-  EntradasSalidas door;
-  std::shared_ptr<host::AmbienteLocal> ambiente;  // what the door was given
-  std::shared_ptr<host::FormaMaestra> parent;
-};
 
 // Settings by name: Ambiente.Parametros["Almacen"].
 struct Parametros {
@@ -49,120 +42,124 @@ py::cpp_function Inside(Getter&& getter) {
   return py::cpp_function(std::forward<Getter>(getter), py::keep_alive<0, 1>());
 }
 
-void BindAmbiente(py::module_& module) {
-  py::class_<Parametros>(module, "Parametros")
-      .def("__getitem__", [](Parametros& settings,
-                             const std::string& name) { return ToPython(settings.ambiente.Parametro(name)); })
-      .def("__setitem__", [](Parametros& settings, const std::string& name,
-                             const py::object& value) { settings.ambiente.Parametro(name, ValueOf(value)); })
-      .def("keys", [](Parametros& settings) { return settings.ambiente.NombresDeParametros(); });
-
-  py::class_<host::AmbienteLocal, std::shared_ptr<host::AmbienteLocal>> ambiente(module, "Ambiente");
-  for (const char* name :
-       {"Usuario", "Estacion", "Moneda", "ClaveLocal", "FormatoImporte", "FormatoCantidad", "RutaBase"}) {
-    ambiente.def_property(
-        name, [name](const host::AmbienteLocal& self) { return ToPython(self.Lee(name)); },
-        [name](host::AmbienteLocal& self, const py::object& value) { self.Pon(name, TextOf(value)); });
-  }
-  for (const char* name : {"ValorFechaA", "ValorFechaB", "ValorDeGancho"}) {
-    ambiente.def_property(
-        name, [name](const host::AmbienteLocal& self) { return ToPython(self.Lee(name)); },
-        [name](host::AmbienteLocal& self, const py::object& value) { self.Pon(name, ValueOf(value)); });
-  }
-  ambiente.def_property_readonly("Parametros",
-                                 Inside([](host::AmbienteLocal& self) { return Parametros{self}; }));
+void BindParametros(py::module_& module) {
+  Clase<Parametros>(module, "Parametros",
+                    "Los ajustes de la base, por su nombre: Ambiente.Parametros[\"Almacen\"].")
+      .Hace(
+          "__getitem__", "Valor", "Un ajuste; nada si nadie lo ha puesto.",
+          [](Parametros& settings, const std::string& name) {
+            return ToPython(settings.ambiente.Parametro(name));
+          },
+          Toma{"name", "str"})
+      .Hace(
+          "__setitem__", "None", "Cambia un ajuste; queda en la base.",
+          [](Parametros& settings, const std::string& name, const py::object& value) {
+            settings.ambiente.Parametro(name, ValueOf(value));
+          },
+          Toma{"name", "str"}, Toma{"value", "Valor"})
+      .Hace("keys", "list[str]", "Los nombres de los ajustes.",
+            [](Parametros& settings) { return settings.ambiente.NombresDeParametros(); });
 }
 
-void BindParent(py::module_& module) {
-  py::class_<Elementos> items(module, "ListItems");
+// A property of the context under its own name. A text takes whatever has one.
+void Propiedad(Clase<host::AmbienteLocal, std::shared_ptr<host::AmbienteLocal>>& type, const char* name,
+               const char* kind, const char* line) {
+  const bool text = std::string_view(kind) == "str";
+  type.Tiene(
+      name, kind, line, [name](const host::AmbienteLocal& self) { return ToPython(self.Lee(name)); },
+      [name, text](host::AmbienteLocal& self, const py::object& value) {
+        self.Pon(name, text ? data::Value(TextOf(value)) : ValueOf(value));
+      });
+}
+
+void BindAmbiente(py::module_& module) {
+  BindParametros(module);
+  Clase<host::AmbienteLocal, std::shared_ptr<host::AmbienteLocal>> type(
+      module, "Ambiente", "El contexto de trabajo, el mismo para todas las pantallas de un anfitrión.");
+  Propiedad(type, "Usuario", "str", "Quién trabaja; firma lo que se guarda.");
+  Propiedad(type, "Estacion", "str", "La estación de trabajo; da la serie de los folios de salida.");
+  Propiedad(type, "Moneda", "str", "La moneda con que se guardan las entradas.");
+  Propiedad(type, "ClaveLocal", "str", "La clave del local, que se pasa al afectar.");
+  Propiedad(type, "FormatoImporte", "str", "El formato de precios e importes, como ###,###,##0.00.");
+  Propiedad(type, "FormatoCantidad", "str", "El formato de cantidades, como ###,###,##0.####.");
+  Propiedad(type, "RutaBase", "str", "La carpeta de la bitácora del día y de la hoja de distribución.");
+  Propiedad(type, "ValorFechaA", "Valor", "Días que la fecha de trabajo se aparta de hoy.");
+  Propiedad(type, "ValorFechaB", "Valor", "Meses que la fecha de trabajo se aparta de hoy.");
+  Propiedad(type, "ValorDeGancho", "Valor",
+            "Lo que la pantalla deja a la rutina, como el índice del campo; nada si está vacío.");
+  type.Lee("Parametros", "Parametros", "Los ajustes de la base, por su nombre.",
+           Inside([](host::AmbienteLocal& self) { return Parametros{self}; }));
+}
+
+void BindElementos(py::module_& module) {
+  Clase<Elementos> items(module, "ListItems",
+                         "La lista viva de números de documento; se usa como una lista cualquiera.");
   // What reads the list, and what changes it: as a list of Python's own would.
   for (const char* name : {"__len__", "__getitem__", "__iter__", "__contains__", "__eq__", "__ne__",
                            "__repr__", "__add__", "__reversed__", "index", "count", "copy"}) {
-    items.def(name,
-              [name](const Elementos& self, const py::args& args) { return self.List().attr(name)(*args); });
+    items.Tipo().def(
+        name, [name](const Elementos& self, const py::args& args) { return self.List().attr(name)(*args); });
   }
   for (const char* name : {"__setitem__", "__delitem__", "append", "extend", "insert", "pop", "remove",
                            "clear", "reverse", "sort"}) {
-    items.def(name, [name](Elementos& self, const py::args& args) {
+    items.Tipo().def(name, [name](Elementos& self, const py::args& args) {
       py::list list = self.List();
       py::object result = list.attr(name)(*args);
       self.Take(list);
       return result;
     });
   }
-  py::class_<ListView>(module, "ListView")
-      .def_property("ListItems", Inside([](const ListView& view) { return Elementos{view.forma}; }),
-                    py::cpp_function([](ListView& view, const py::iterable& values) {
-                      Elementos{view.forma}.Take(values);
-                    }))
-      .def_property(
-          "SelectedItem", [](const ListView& view) { return view.forma.seleccionado; },
+}
+
+void BindParent(py::module_& module) {
+  BindElementos(module);
+  Clase<ListView>(module, "ListView", "La lista de documentos de la forma del programa.")
+      .Tiene("ListItems", "ListItems", "Los números de documento que se muestran.",
+             Inside([](const ListView& view) { return Elementos{view.forma}; }),
+             py::cpp_function(
+                 [](ListView& view, const py::iterable& values) { Elementos{view.forma}.Take(values); }))
+      .Tiene(
+          "SelectedItem", "int", "La posición del renglón elegido, desde 1; 0 ninguno.",
+          [](const ListView& view) { return view.forma.seleccionado; },
           [](ListView& view, const py::object& position) {
             view.forma.seleccionado = position.is_none() ? 0 : position.cast<int>();
           });
   // `llamadas` is put on the object by the host that owns it.
-  py::class_<host::FormaMaestra, std::shared_ptr<host::FormaMaestra>>(module, "Parent", py::dynamic_attr())
-      .def_property(
-          "CatalogoActivo", [](const host::FormaMaestra& self) { return StrOf(self.catalogo_activo); },
+  Clase<host::FormaMaestra, std::shared_ptr<host::FormaMaestra>>(
+      module, "Parent", "La forma del programa que muestra las listas de documentos.", py::dynamic_attr())
+      .Tiene(
+          "CatalogoActivo", "str",
+          "La lista que se muestra: Entradas, EntradasPendientes, Salidas o SalidasPendientes.",
+          [](const host::FormaMaestra& self) { return StrOf(self.catalogo_activo); },
           [](host::FormaMaestra& self, const py::object& name) { self.catalogo_activo = TextOf(name); })
-      .def_property_readonly("lvListView", Inside([](host::FormaMaestra& self) { return ListView{self}; }));
+      .Lee("lvListView", "ListView", "La lista de documentos.",
+           Inside([](host::FormaMaestra& self) { return ListView{self}; }))
+      .Row({"llamadas",
+            members::Kind::Property,
+            "list[tuple[str, tuple[Valor, ...]]]",
+            {},
+            "Lo que las pantallas le pidieron, en orden: nombre y argumentos."});
 }
 
 void BindDoor(py::module_& module) {
-  using E = EntradasSalidas;
-  py::class_<Puerta> type(module, "EntradasSalidas");
+  const members::Class& table = *members::ClassNamed("EntradasSalidas");
+  py::class_<Puerta> type(module, "EntradasSalidas", std::string(table.line).c_str(), DiceLoParecido());
+  AgregaMiembros(type, table);
+  // A script gets back the very object that it gave.
   type.def_property(
           "Ambiente", [](Puerta& self) { return self.ambiente; },
           [](Puerta& self, const std::shared_ptr<host::AmbienteLocal>& ambiente) {
             self.ambiente = ambiente;
             self.door.Ambiente = ambiente.get();
-          })
+          },
+          std::string(members::Find(table, "Ambiente")->line).c_str())
       .def_property(
           "Parent", [](Puerta& self) { return self.parent; },
           [](Puerta& self, const std::shared_ptr<host::FormaMaestra>& parent) {
             self.parent = parent;
             self.door.Parent = parent.get();
-          });
-  auto shows = [&](const char* name, void (E::*operation)(bool)) {
-    type.def(
-        name, [operation](Puerta& self, bool modal) { Called([&] { (self.door.*operation)(modal); }); },
-        py::arg("bolModal") = false);
-  };
-  shows("NuevaEntrada", &E::NuevaEntrada);
-  shows("NuevaSalida", &E::NuevaSalida);
-  // A number goes by the short name and by the suite's own.
-  auto opens = [&](const char* name, const char* number, void (E::*operation)(std::int32_t, bool)) {
-    for (const char* argument : {"n", number}) {
-      type.def(
-          name,
-          [operation](Puerta& self, std::int32_t value, bool modal) {
-            Called([&] { (self.door.*operation)(value, modal); });
           },
-          py::arg(argument), py::arg("bolModal") = false);
-    }
-  };
-  opens("ModificaEntrada", "nEntrada", &E::ModificaEntrada);
-  opens("ModificaSalida", "nSalida", &E::ModificaSalida);
-  auto takes = [&](const char* name, const char* number, void (E::*operation)(std::int32_t)) {
-    for (const char* argument : {"n", number}) {
-      type.def(
-          name,
-          [operation](Puerta& self, std::int32_t value) { Called([&] { (self.door.*operation)(value); }); },
-          py::arg(argument));
-    }
-  };
-  takes("ConsultaEntrada", "nEntrada", &E::ConsultaEntrada);
-  takes("ConsultaSalida", "nSalida", &E::ConsultaSalida);
-  takes("EliminaEntrada", "nEntrada", &E::EliminaEntrada);
-  takes("EliminaSalida", "nSalida", &E::EliminaSalida);
-  for (const char* argument : {"n", "nId"}) {
-    type.def(
-        "movimientoEstacion",
-        [](Puerta& self, std::int32_t number, bool modal) {
-          Called([&] { self.door.movimientoEstacion(number, modal); });
-        },
-        py::arg(argument), py::arg("bolModal"));
-  }
+          std::string(members::Find(table, "Parent")->line).c_str());
 }
 
 }  // namespace

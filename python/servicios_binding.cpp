@@ -9,6 +9,7 @@
 #include "data/error.h"
 #include "host/anfitrion.h"
 #include "python/binding.h"
+#include "python/descripcion.h"
 
 namespace tarvik::python {
 
@@ -47,49 +48,71 @@ data::Date Dia(const py::object& value) {
 
 // A movement's properties are told to it and can't be asked back.
 template <class Value>
-void PonPropiedad(py::class_<Movimiento>& type, const char* name,
-                  void (service::MovimientoInventario::*property)(Value)) {
+void PonPropiedad(Clase<Movimiento>& type, const char* name,
+                  void (service::MovimientoInventario::*property)(Value), const char* line) {
   const py::cpp_function unasked;
   if constexpr (std::is_same_v<Value, const std::string&>) {
-    type.def_property(name, unasked, py::cpp_function([property](Movimiento& self, const py::object& text) {
-                        (*self.propio.*property)(TextOf(text));
-                      }));
+    type.Tiene(name, "str", line, unasked,
+               py::cpp_function([property](Movimiento& self, const py::object& text) {
+                 (*self.propio.*property)(TextOf(text));
+               }));
   } else if constexpr (std::is_same_v<Value, const data::Date&>) {
-    type.def_property(name, unasked, py::cpp_function([property](Movimiento& self, const py::object& day) {
-                        (*self.propio.*property)(Dia(day));
-                      }));
+    type.Tiene(name, "datetime.date", line, unasked,
+               py::cpp_function([property](Movimiento& self, const py::object& day) {
+                 (*self.propio.*property)(Dia(day));
+               }));
   } else {
-    type.def_property(name, unasked, py::cpp_function([property](Movimiento& self, Value value) {
-                        (*self.propio.*property)(value);
-                      }));
+    const char* kind = std::is_same_v<Value, bool>       ? "bool"
+                       : std::is_floating_point_v<Value> ? "float"
+                                                         : "int";
+    type.Tiene(name, kind, line, unasked, py::cpp_function([property](Movimiento& self, Value value) {
+                 (*self.propio.*property)(value);
+               }));
   }
 }
 
 void BindMovimiento(py::module_& module) {
   using M = service::MovimientoInventario;
-  py::class_<Movimiento> type(module, "MovimientoInventario");
-  PonPropiedad(type, "EntSal", &M::EntSal);
-  PonPropiedad(type, "ClaveLocal", &M::ClaveLocal);
-  PonPropiedad(type, "Fecha", &M::Fecha);
-  PonPropiedad(type, "Almacen", &M::Almacen);
-  PonPropiedad(type, "Movimiento", &M::Movimiento);
-  PonPropiedad(type, "TipoDoc", &M::TipoDoc);
-  PonPropiedad(type, "Usuario", &M::Usuario);
-  PonPropiedad(type, "Documento", &M::Documento);
-  PonPropiedad(type, "Operacion", &M::Operacion);
-  PonPropiedad(type, "Articulo", &M::Articulo);
-  PonPropiedad(type, "Cantidad", &M::Cantidad);
-  PonPropiedad(type, "Precio", &M::Precio);
-  PonPropiedad(type, "IdEntrada", &M::IdEntrada);
-  PonPropiedad(type, "IdSalida", &M::IdSalida);
-  PonPropiedad(type, "ClaveAdd", &M::ClaveAdd);
-  PonPropiedad(type, "EstacionTraspaso", &M::EstacionTraspaso);
-  PonPropiedad(type, "Aplica", &M::Aplica);
-  type.def("Afecta", [](Movimiento& self) {
-    double amount = 0;
-    self.propio->Afecta(amount);
-    return amount;
-  });
+  Clase<Movimiento> type(
+      module, "MovimientoInventario",
+      "Afecta existencias: se le dicen las propiedades, y Afecta escribe un movimiento. Lo dicho se "
+      "queda para el siguiente. Las propiedades sólo se escriben.");
+  PonPropiedad(type, "EntSal", &M::EntSal, "E entra, S sale.");
+  PonPropiedad(type, "ClaveLocal", &M::ClaveLocal, "La clave del local.");
+  PonPropiedad(type, "Fecha", &M::Fecha, "La fecha del documento.");
+  PonPropiedad(type, "Almacen", &M::Almacen, "El almacén cuya existencia cambia.");
+  PonPropiedad(type, "Movimiento", &M::Movimiento, "El número del documento.");
+  PonPropiedad(type, "TipoDoc", &M::TipoDoc, "El concepto.");
+  PonPropiedad(type, "Usuario", &M::Usuario, "Quién afecta.");
+  PonPropiedad(type, "Documento", &M::Documento, "El número del documento, como texto.");
+  PonPropiedad(type, "Operacion", &M::Operacion, "EN entrada, SA salida, T+ llegada de un traspaso.");
+  PonPropiedad(type, "Articulo", &M::Articulo, "La clave del artículo.");
+  PonPropiedad(type, "Cantidad", &M::Cantidad, "En unidades del artículo.");
+  PonPropiedad(type, "Precio", &M::Precio, "De una unidad, con impuesto.");
+  PonPropiedad(type, "IdEntrada", &M::IdEntrada, "El renglón de la entrada.");
+  PonPropiedad(type, "IdSalida", &M::IdSalida, "El renglón de la salida.");
+  PonPropiedad(type, "ClaveAdd", &M::ClaveAdd, "La clave adicional con que se capturó el renglón.");
+  PonPropiedad(type, "EstacionTraspaso", &M::EstacionTraspaso, "La estación que recibe un traspaso.");
+  PonPropiedad(type, "Aplica", &M::Aplica, "Si se escribe; sin ello sólo se calcula cuánto vale.");
+  type.Hace("Afecta", "float", "Escribe el movimiento y la existencia, completos o nada; da cuánto vale.",
+            [](Movimiento& self) {
+              double amount = 0;
+              self.propio->Afecta(amount);
+              return amount;
+            });
+}
+
+void BindConexion(py::module_& module) {
+  Clase<Conexion>(module, "Conexion", "La base, por la conexión de las pantallas.")
+      .Hace(
+          "Execute", "Recordset", "Envía una sentencia y da sus renglones.",
+          [](Conexion& self, const py::object& text) {
+            const std::string statement = TextOf(text);
+            // The base may be another thread's for a while: it must be able to let go of it.
+            const py::gil_scoped_release others;
+            return std::make_shared<data::Recordset>(self.ambiente.Conexion().Execute(statement));
+          },
+          Toma{"texto", "str"});
 }
 
 }  // namespace
@@ -99,63 +122,51 @@ void AlEsperarAlOperador(std::function<void(Reloj::duration)> listener) { al_esp
 void BindServicios(py::module_& module) {
   using A = host::AmbienteLocal;
   BindMovimiento(module);
-  py::class_<Conexion>(module, "Conexion")
-      .def(
-          "Execute",
-          [](Conexion& self, const py::object& text) {
-            const std::string statement = TextOf(text);
-            // The base may be another thread's for a while: it must be able to let go of it.
-            const py::gil_scoped_release others;
-            return std::make_shared<data::Recordset>(self.ambiente.Conexion().Execute(statement));
-          },
-          py::arg("texto"));
-
-  auto ambiente = py::reinterpret_borrow<py::class_<A, std::shared_ptr<A>>>(module.attr("Ambiente"));
-  ambiente
-      .def_property_readonly("Conexion",
-                             py::cpp_function([](A& self) { return Conexion{self}; }, py::keep_alive<0, 1>()))
-      .def(
-          "NuevoId",
+  BindConexion(module);
+  Clase<A, std::shared_ptr<A>>(module, "Ambiente")
+      .Lee("Conexion", "Conexion", "La base, por la conexión de las pantallas.",
+           py::cpp_function([](A& self) { return Conexion{self}; }, py::keep_alive<0, 1>()))
+      .Hace(
+          "NuevoId", "int", "El número siguiente de una serie; nunca se repite.",
           [](A& self, const py::object& series) {
             std::int32_t number = 0;
             self.Anfitrion().Funciones().NuevoId(TextOf(series), self.Conexion(), number);
             return number;
           },
-          py::arg("serie"))
-      .def(
-          "NuevoMovimiento",
-          [](A& self) {
-            Movimiento movement{self.Anfitrion().NuevoMovimiento()};
-            movement.propio->Ambiente(self);
-            return movement;
-          },
-          py::keep_alive<0, 1>())
-      .def(
-          "Pregunta",
+          Toma{"serie", "str"})
+      .HaceY("NuevoMovimiento", "MovimientoInventario",
+             "Un objeto para afectar existencias, todavía sin propiedades.", py::keep_alive<0, 1>(),
+             [](A& self) {
+               Movimiento movement{self.Anfitrion().NuevoMovimiento()};
+               movement.propio->Ambiente(self);
+               return movement;
+             })
+      .Hace(
+          "Pregunta", "bool", "Pregunta al operador y espera su respuesta.",
           [](A& self, const py::object& text, int style) {
             bool yes = false;
             EsperaAlOperador(
                 [&, words = TextOf(text)] { self.Anfitrion().Funciones().Pregunta(words, style, yes); });
             return yes;
           },
-          py::arg("texto"), py::arg("estilo") = 1)
-      .def(
-          "MuestraMensaje",
+          Toma{"texto", "str"}, Puede{"estilo", "int", py::int_(1)})
+      .Hace(
+          "MuestraMensaje", "None", "Muestra un mensaje al operador y espera a que lo cierre.",
           [](A& self, const py::object& text, int style) {
             EsperaAlOperador([&, words = TextOf(text)] {
               self.Anfitrion().Funciones().MuestraMensaje(words, style, self);
             });
           },
-          py::arg("texto"), py::arg("estilo") = forms::kBoxInformation)
-      .def(
-          "FechaValida",
+          Toma{"texto", "str"}, Puede{"estilo", "int", py::int_(forms::kBoxInformation)})
+      .Hace(
+          "FechaValida", "bool", "Si un documento de esa fecha puede afectarse; si no, avisa por qué.",
           [](A& self, const py::object& value) {
             bool valid = false;
             EsperaAlOperador(
                 [&, day = Dia(value)] { self.Anfitrion().Funciones().FechaValida(day, self, valid); });
             return valid;
           },
-          py::arg("fecha"));
+          Toma{"fecha", "datetime.date"});
 }
 
 }  // namespace tarvik::python

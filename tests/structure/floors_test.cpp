@@ -21,7 +21,7 @@ int Floor(const std::string& file) {
   if (file.starts_with("service/door/")) return 6;
   static const std::map<std::string, int> floors{
       {"data", 0},      {"forms", 1},    {"service", 2}, {"wizard", 3}, {"matrix", 4}, {"goods_in", 5},
-      {"goods_out", 5}, {"stations", 5}, {"host", 7},    {"python", 8}, {"desktop", 9}};
+      {"goods_out", 5}, {"stations", 5}, {"members", 7}, {"host", 8},   {"python", 9}, {"desktop", 10}};
   auto found = floors.find(file.substr(0, file.find('/')));
   return found == floors.end() ? -1 : found->second;
 }
@@ -34,7 +34,7 @@ struct Source {
 std::vector<Source> Sources() {
   std::vector<Source> sources;
   for (const char* folder : {"data", "forms", "service", "wizard", "matrix", "goods_in", "goods_out",
-                             "stations", "host", "python", "desktop"}) {
+                             "stations", "members", "host", "python", "desktop"}) {
     if (!fs::exists(kRaiz / folder)) continue;
     for (const auto& entry : fs::recursive_directory_iterator(kRaiz / folder)) {
       const std::string extension = entry.path().extension();
