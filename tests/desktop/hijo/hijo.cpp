@@ -12,12 +12,12 @@
 #include <map>
 #include <string>
 
-#include "desktop/main_window.h"
-#include "desktop/matrix_view.h"
-#include "desktop/printing.h"
-#include "desktop/program.h"
-#include "desktop/qt_platform.h"
-#include "desktop/theme.h"
+#include "desktop/frame/main_window.h"
+#include "desktop/platform/qt_platform.h"
+#include "desktop/printing/printing.h"
+#include "desktop/program/program.h"
+#include "desktop/screens/matrix_view.h"
+#include "desktop/style/theme.h"
 #include "forms/headless_platform.h"
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
