@@ -26,10 +26,6 @@ void SetProperty(QWidget& widget, const char* name, const QVariant& value) {
   Restyle(widget);
 }
 
-bool HasText(const forms::Control& control) {
-  return dynamic_cast<const forms::TextBox*>(&control) != nullptr;
-}
-
 constexpr int kLookEvery = 2000;  // milliseconds
 
 QLabel* Soft(const QString& text = {}) {
@@ -79,16 +75,15 @@ QWidget* DocumentView::TitleRow(QWidget* at_right) {
 
 QWidget* DocumentView::Labelled(QWidget* caption, QWidget* field, int width) {
   QWidget* box = Under(caption, field, width);
-  for (forms::Control* control : Screen().Controls()) {
-    if (WidgetOf(*control) != field || !dynamic_cast<forms::TextBox*>(control)) continue;
-    auto* reason = new QLabel;
-    reason->setProperty("role", "reason");
-    reason->setWordWrap(false);
-    reason->hide();
-    constexpr int kBehindTheField = 2;
-    static_cast<QVBoxLayout*>(box->layout())->insertWidget(kBehindTheField, reason);
-    reasons_.insert(control, reason);
-  }
+  const Tie* tie = TieOf(field);
+  if (!tie || !tie->HoldsText()) return box;
+  auto* reason = new QLabel;
+  reason->setProperty("role", "reason");
+  reason->setWordWrap(false);
+  reason->hide();
+  constexpr int kBehindTheField = 2;
+  static_cast<QVBoxLayout*>(box->layout())->insertWidget(kBehindTheField, reason);
+  reasons_.insert(&tie->Control(), reason);
   return box;
 }
 
@@ -301,18 +296,18 @@ void DocumentView::AtRest() {
 }
 
 void DocumentView::Refuse(forms::Control& control, const QString& reason) {
-  QLabel* label = reasons_.value(&control);
-  QWidget* widget = WidgetOf(control);
-  if (!HasText(control) || !widget) return;
+  const Tie* tie = TieOf(&control);
+  if (!tie || !tie->HoldsText()) return;
+  QWidget& widget = tie->Widget();
   refused_.insert(&control);
-  if (label) {
-    label->setText(label->fontMetrics().elidedText(reason, Qt::ElideRight, std::max(widget->width(), 160)));
+  if (QLabel* label = reasons_.value(&control)) {
+    label->setText(label->fontMetrics().elidedText(reason, Qt::ElideRight, std::max(widget.width(), 160)));
     label->setToolTip(reason);
     label->show();
   }
-  widget->setToolTip(reason);
-  widget->setAccessibleDescription(reason);
-  SetProperty(*widget, "refused", true);
+  widget.setToolTip(reason);
+  widget.setAccessibleDescription(reason);
+  SetProperty(widget, "refused", true);
 }
 
 void DocumentView::Mend(forms::Control& control) {

@@ -131,7 +131,7 @@ QWidget* GoodsOutView::Lines() {
   column->addWidget(Caption("Label7"));
   sheet_ = new PageBrowser(host::ArchivosDeLaBase(office().host.Base().Address()), this);
   sheet_->setFocusPolicy(Qt::NoFocus);
-  Show("wb", *sheet_, tr("Hoja de distribución"));
+  Page("wb", *sheet_, tr("Hoja de distribución"));
   column->addWidget(sheet_);
   splitter->addWidget(beside);
   splitter->setStretchFactor(0, 4);

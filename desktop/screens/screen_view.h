@@ -1,25 +1,27 @@
 // ScreenView: the view of one screen. It shows what the form holds and turns what the operator does
 // into the form's acts. There is no rule in it: no test of a mode, no statement.
 //
-// A derived view makes a widget for each control it shows and binds it by the control's name. The
-// model owns text, caret, selection and focus; a bound widget never edits itself.
+// A derived view asks for a widget for each control that it shows, by the control's name, and lays the
+// widgets out. Behind each stands a tie (tie.h); the view finds it by the control that tells of a change, and
+// by the widget that an event comes to. The model owns text, caret, selection and focus.
 #pragma once
 
 #include <QHash>
-#include <QPointer>
 #include <QSet>
 #include <QString>
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <unordered_map>
 
 #include "desktop/office.h"
+#include "desktop/screens/tie.h"
 #include "desktop/style/key_caps.h"
 #include "forms/form.h"
 #include "forms/listener.h"
 
-class QAbstractButton;
 class QCheckBox;
 class QComboBox;
 class QDateEdit;
@@ -33,7 +35,7 @@ namespace tarvik::desktop {
 
 class GridView;
 
-class ScreenView : public QWidget, public forms::FormListener {
+class ScreenView : public QWidget, public forms::FormListener, private Hand {
   Q_OBJECT
 
  public:
@@ -83,8 +85,8 @@ class ScreenView : public QWidget, public forms::FormListener {
   void CellEditor(std::string_view name, GridView& grid);
   // The focus to a control, as by a click.
   void Go(forms::Control& control);
-  // Any other widget for a control: a browser's page.
-  void Show(std::string_view name, QWidget& widget, const QString& accessible);
+  // A page that the derived view has made, and fills.
+  void Page(std::string_view name, QWidget& page, const QString& accessible);
   // A control that has no widget of its own here, shown or not shown by another's.
   void Covered(std::string_view name, std::optional<int> index = {});
 
@@ -92,7 +94,9 @@ class ScreenView : public QWidget, public forms::FormListener {
   virtual void AtRest() {}
 
   [[nodiscard]] Office& office() const { return office_; }
-  forms::Control& Required(std::string_view name, std::optional<int> index = {}) const;
+  // nullptr for a control or a widget that has none.
+  [[nodiscard]] Tie* TieOf(const forms::Control* control) const;
+  [[nodiscard]] Tie* TieOf(const QWidget* widget) const;
 
   // ---- forms::FormListener ----
   void ControlChanged(forms::Control& control, forms::Aspect aspect) override;
@@ -114,43 +118,44 @@ class ScreenView : public QWidget, public forms::FormListener {
 
  private:
   // While it lives, the view is in the middle of an operator's act.
-  class Hand {
+  class Held {
    public:
-    explicit Hand(ScreenView& view) : view_(view) { ++view_.hands_; }
-    ~Hand() {
-      if (--view_.hands_ == 0 && view_.dismissed_) view_.deleteLater();
+    explicit Held(ScreenView& view) : view_(view) { ++view_.held_; }
+    ~Held() {
+      if (--view_.held_ == 0 && view_.dismissed_) view_.deleteLater();
     }
-    Hand(const Hand&) = delete;
-    Hand& operator=(const Hand&) = delete;
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
 
    private:
     ScreenView& view_;
   };
 
-  void Bind(forms::Control& control, QWidget& widget, const QString& accessible);
-  void Update(forms::Control& control);
-  bool Forward(QKeyEvent& event);
+  // ---- Hand: by what the ties act ----
+  void Act(const std::function<void(forms::Form&)>& act) override;
+  bool Press(const QKeyEvent& event) override;
+  [[nodiscard]] bool FormMovesFocus() const override { return moving_focus_; }
+  [[nodiscard]] QWidget& View() override { return *this; }
+
+  [[nodiscard]] forms::Control& Required(std::string_view name, std::optional<int> index) const;
+  template <class Kind, class... More>
+  Kind& Tied(std::string_view name, std::optional<int> index, const QString& accessible, More&&... more);
+  void Keep(std::unique_ptr<Tie> tie, const QString& accessible);
   void CatchUp();
-  void Follow(QLineEdit& line, forms::TextBox& box);
-  void SelectionMoved(forms::TextBox& box, int start, int end);
+  void MoveFocus(QWidget& widget);
   void Rest();
   void Exposed();
 
   Office& office_;
   std::shared_ptr<forms::Form> form_;
-  QHash<const forms::Control*, QWidget*> widgets_;
-  QHash<const QObject*, forms::Control*> controls_;
-  QPointer<QLineEdit> cell_editor_;
-  const forms::Control* cell_editor_control_ = nullptr;
-  GridView* cell_grid_ = nullptr;
-  bool taking_focus_ = false;
-  int hands_ = 0;
+  std::unordered_map<const forms::Control*, std::unique_ptr<Tie>> ties_;  // nullptr: covered
+  QHash<const QObject*, Tie*> by_widget_;
+  QSet<forms::Control*> waiting_;  // texts to be shown once the act is over
+  int held_ = 0;
+  bool moving_focus_ = false;
   bool dismissed_ = false;
   bool resting_ = false;
-  bool showing_ = false;    // what the widget tells of is what it was told
-  bool following_ = false;  // what the model tells of came from the widget
   bool catching_up_ = false;
-  QSet<forms::Control*> waiting_;  // texts to be shown once the act is over
   bool painting_ = false;
 };
 
