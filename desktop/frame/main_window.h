@@ -62,7 +62,6 @@ class MainWindow : public QMainWindow {
   QAction* AddTool(const QString& text, const QKeySequence& key, Glyph glyph);
   // A further item of the menu "Ver", whose key works in every window of the program.
   QAction* AddView(const QString& text, const QKeySequence& key);
-  // A further item of the menu "Ayuda".
 
   // "Entradas", "EntradasPendientes", "Salidas", "SalidasPendientes", "Existencias". False for another.
   bool ShowPage(std::string_view name);
@@ -89,6 +88,8 @@ class MainWindow : public QMainWindow {
   void changeEvent(QEvent* event) override;
 
  private:
+  static constexpr int kStockPage = 4;  // behind the four lists
+
   struct Screen {
     ScreenView* view;
     bool window;
@@ -100,6 +101,12 @@ class MainWindow : public QMainWindow {
   void MakeRecovery();
   void MakeRail();
   void MakeMenus();
+  void MakeNewItems(QMenu& document);
+  void MakeListItems(QMenu& document);
+  void MakeLeavingItems(QMenu& document);
+  void MakePageItems(QMenu& view);
+  void MakeScreenItems(QMenu& view);
+  void MakeThemeItems(QMenu& view);
   void MakeStatus();
   static QAction* Everywhere(QAction* action);
   QAction* Add(QMenu& menu, const QString& text, const QList<QKeySequence>& keys);

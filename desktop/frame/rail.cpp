@@ -7,6 +7,7 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 #include <QVBoxLayout>
+#include <functional>
 
 #include "desktop/style/theme.h"
 
@@ -15,7 +16,36 @@ namespace {
 
 constexpr int kIcon = 2 * measure::kGrid;
 
-// In a square of 16, lines alone.
+// In a square of 16, lines alone: what the tools have, beside the lists.
+void DrawTool(QPainter& painter, Glyph glyph, const std::function<void(QPointF)>& dot) {
+  switch (glyph) {
+    case Glyph::Review:
+      painter.drawEllipse(QPointF(8, 8), 6, 6);
+      return painter.drawPolyline(QPolygonF({{5.2, 8.2}, {7.2, 10.2}, {10.8, 6}}));
+    case Glyph::Catalogue:
+      for (const qreal y : {4.0, 8.0, 12.0}) {
+        painter.drawLine(QPointF(6, y), QPointF(14, y));
+        dot({2.6, y});
+      }
+      return;
+    case Glyph::Settings:
+      for (const auto& [y, knob] : {std::pair{4.0, 10.5}, {8.0, 5.0}, {12.0, 9.0}}) {
+        painter.drawLine(QPointF(2, y), QPointF(14, y));
+        dot({knob, y});
+      }
+      return;
+    case Glyph::Hook: {
+      QPainterPath path(QPointF(9, 2));
+      path.lineTo(9, 10);
+      path.arcTo(QRectF(3, 7, 6, 7), 0, -180);
+      return painter.drawPath(path);
+    }
+    default:
+      return painter.drawRoundedRect(QRectF(3, 3, 10, 10), 2, 2);
+  }
+}
+
+// The same, for every glyph.
 void DrawGlyph(QPainter& painter, Glyph glyph) {
   const auto tray = [&] { painter.drawPolyline(QPolygonF({{2, 10}, {2, 14}, {14, 14}, {14, 10}})); };
   const auto arrow = [&](bool down) {
@@ -54,29 +84,8 @@ void DrawGlyph(QPainter& painter, Glyph glyph) {
       painter.drawPolyline(QPolygonF({{10.5, 2}, {13.5, 5}, {10.5, 8}}));
       painter.drawLine(QPointF(2.5, 11), QPointF(14, 11));
       return painter.drawPolyline(QPolygonF({{5.5, 8}, {2.5, 11}, {5.5, 14}}));
-    case Glyph::Review:
-      painter.drawEllipse(QPointF(8, 8), 6, 6);
-      return painter.drawPolyline(QPolygonF({{5.2, 8.2}, {7.2, 10.2}, {10.8, 6}}));
-    case Glyph::Catalogue:
-      for (const qreal y : {4.0, 8.0, 12.0}) {
-        painter.drawLine(QPointF(6, y), QPointF(14, y));
-        dot({2.6, y});
-      }
-      return;
-    case Glyph::Settings:
-      for (const auto& [y, knob] : {std::pair{4.0, 10.5}, {8.0, 5.0}, {12.0, 9.0}}) {
-        painter.drawLine(QPointF(2, y), QPointF(14, y));
-        dot({knob, y});
-      }
-      return;
-    case Glyph::Hook: {
-      QPainterPath path(QPointF(9, 2));
-      path.lineTo(9, 10);
-      path.arcTo(QRectF(3, 7, 6, 7), 0, -180);
-      return painter.drawPath(path);
-    }
-    case Glyph::Other:
-      return painter.drawRoundedRect(QRectF(3, 3, 10, 10), 2, 2);
+    default:
+      return DrawTool(painter, glyph, dot);
   }
 }
 

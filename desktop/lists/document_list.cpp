@@ -55,14 +55,30 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   body->setSpacing(measure::kGrid + measure::kGrid / 2);
   column->addLayout(body, 1);
 
+  body->addLayout(Head());
+  reason_->setProperty("role", "reason");
+  reason_->setWordWrap(true);
+  reason_->hide();
+  body->addWidget(reason_);
+
+  DressRows();
+  body->addWidget(table_, 1);
+  column->addWidget(KeyLine(*keys_, Sums()));
+  Connect();
+  setFocusProxy(filter_);
+  ShowSums();
+  ShowKeys();
+}
+
+QLayout* DocumentList::Head() {
   auto* head = new QHBoxLayout;
-  head->setSpacing(kGap);
-  auto* title = new QLabel(TitleOf(kind), this);
+  head->setSpacing(2 * measure::kGrid);
+  auto* title = new QLabel(TitleOf(Kind()), this);
   title->setProperty("role", "title");
   head->addWidget(title);
   head->addStretch();
   filter_->setPlaceholderText(QStringLiteral("Buscar por número, fecha, concepto u observaciones"));
-  filter_->setAccessibleName(QStringLiteral("Buscar en ") + TitleOf(kind).toLower());
+  filter_->setAccessibleName(QStringLiteral("Buscar en ") + TitleOf(Kind()).toLower());
   filter_->setToolTip(
       QStringLiteral("Cifras: inicio del número. Fecha: 21/11/2026, 11/2026 o 21/11. Palabras: concepto u "
                      "observaciones."));
@@ -70,19 +86,15 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   filter_->setMinimumWidth(54 * measure::kGrid);
   filter_->setFixedHeight(measure::kField);
   head->addWidget(filter_);
-  body->addLayout(head);
+  return head;
+}
 
-  reason_->setProperty("role", "reason");
-  reason_->setWordWrap(true);
-  reason_->hide();
-  body->addWidget(reason_);
-
+// The table, and the words that stand in it while it is empty.
+void DocumentList::DressRows() {
   table_->setModel(model_);
-  DressTable(*table_, office.theme, TitleOf(kind), DocumentListModel::Remarks);
+  DressTable(*table_, office_.theme, TitleOf(Kind()), DocumentListModel::Remarks);
   SetWidths(*table_, {8, 11, 24, 30, 16, 13, 24, 20});
-  LoadWidths(*table_, office.settings, SettingName(kind));
-  body->addWidget(table_, 1);
-
+  LoadWidths(*table_, office_.settings, SettingName(Kind()));
   empty_text_->setProperty("role", "empty");
   empty_text_->setAlignment(Qt::AlignCenter);
   empty_text_->setWordWrap(true);
@@ -90,7 +102,9 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   middle->addWidget(empty_text_);
   empty_->setAttribute(Qt::WA_TransparentForMouseEvents);
   empty_->hide();
+}
 
+QWidget* DocumentList::Sums() {
   count_->setProperty("role", "soft");
   count_->setAccessibleName(QStringLiteral("Documentos en la lista"));
   total_->setAccessibleName(QStringLiteral("Suma de los importes"));
@@ -103,9 +117,10 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
   at_right->setSpacing(2 * measure::kGrid);
   at_right->addWidget(count_);
   at_right->addWidget(total_);
-  QWidget* foot = KeyLine(*keys_, sums);
-  column->addWidget(foot);
+  return sums;
+}
 
+void DocumentList::Connect() {
   filter_->installEventFilter(this);
   table_->installEventFilter(this);
   table_->viewport()->installEventFilter(this);
@@ -135,9 +150,6 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
                          .arg(reason));
     reason_->show();
   });
-  setFocusProxy(filter_);
-  ShowSums();
-  ShowKeys();
 }
 
 void DocumentList::Use(const HalfPosted& half) {
@@ -248,95 +260,86 @@ void DocumentList::showEvent(QShowEvent* event) {
 }
 
 bool DocumentList::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == table_->viewport()) {
-    if (event->type() == QEvent::Resize) empty_->setGeometry(table_->viewport()->rect());
-    if (event->type() == QEvent::ContextMenu && menu_ != nullptr) {
-      auto* asked = static_cast<QContextMenuEvent*>(event);
-      QPoint at = asked->globalPos();
-      if (asked->reason() == QContextMenuEvent::Keyboard) {
-        at = table_->viewport()->mapToGlobal(table_->visualRect(table_->currentIndex()).bottomLeft());
-      } else if (const QModelIndex under = table_->indexAt(asked->pos()); under.isValid()) {
-        table_->setCurrentIndex(under);
-      }
-      menu_->popup(at);
-      return true;
-    }
-    return QWidget::eventFilter(watched, event);
-  }
-  if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) {
-    return QWidget::eventFilter(watched, event);
-  }
-  auto* key = static_cast<QKeyEvent*>(event);
+  if (watched == table_->viewport()) return AtTheRows(*event) || QWidget::eventFilter(watched, event);
   const bool pressed = event->type() == QEvent::KeyPress;
-  const auto modifiers = key->modifiers() & ~Qt::KeypadModifier;
-  const bool plain = modifiers == Qt::NoModifier;
-  const auto take = [&](auto&& act) {
+  if (!pressed && event->type() != QEvent::ShortcutOverride) return QWidget::eventFilter(watched, event);
+  auto& key = static_cast<QKeyEvent&>(*event);
+  if (const auto act = ActOf(key, watched == filter_)) {
     event->accept();
     if (pressed) act();
     return true;
-  };
-  const bool once =
-      key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter || key->key() == Qt::Key_Insert;
-  if (once && key->isAutoRepeat()) return take([] {});  // a key held down opens one document
-  switch (key->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      if (plain) {
-        return take([this] { Ask(&DocumentList::OpenRequested); });
-      }
-      if (modifiers == Qt::ControlModifier) {
-        return take([this] { Ask(&DocumentList::ReadRequested); });
-      }
-      break;
+  }
+  return (pressed && HandedOver(key, watched == filter_)) || QWidget::eventFilter(watched, event);
+}
+
+bool DocumentList::AtTheRows(QEvent& event) {
+  if (event.type() == QEvent::Resize) empty_->setGeometry(table_->viewport()->rect());
+  if (event.type() != QEvent::ContextMenu || menu_ == nullptr) return false;
+  const auto& asked = static_cast<QContextMenuEvent&>(event);
+  QPoint at = asked.globalPos();
+  if (asked.reason() == QContextMenuEvent::Keyboard) {
+    at = table_->viewport()->mapToGlobal(table_->visualRect(table_->currentIndex()).bottomLeft());
+  } else if (const QModelIndex under = table_->indexAt(asked.pos()); under.isValid()) {
+    table_->setCurrentIndex(under);
+  }
+  menu_->popup(at);
+  return true;
+}
+
+// What a key does to the list; nothing for a key that is none of the list's.
+std::function<void()> DocumentList::ActOf(const QKeyEvent& key, bool in_filter) {
+  const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
+  const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+  // A key held down opens one document.
+  if ((enter || key.key() == Qt::Key_Insert) && key.isAutoRepeat()) return [] {};
+  if (enter && modifiers == Qt::ControlModifier) return [this] { Ask(&DocumentList::ReadRequested); };
+  if (modifiers != Qt::NoModifier) return {};
+  if (enter) return [this] { Ask(&DocumentList::OpenRequested); };
+  const bool typed = !filter_->text().isEmpty();
+  switch (key.key()) {
     case Qt::Key_Insert:
-      if (plain) return take([this] { emit NewRequested(); });
-      break;
+      return [this] { emit NewRequested(); };
     case Qt::Key_Delete:
       // In the field the key is the text's as long as there is any.
-      if (plain && (watched == table_ || filter_->text().isEmpty())) {
-        return take([this] {
-          if (Selected() != 0) emit DeleteRequested(Selected());
-        });
-      }
-      break;
+      if (in_filter && typed) return {};
+      return [this] {
+        if (Selected() != 0) emit DeleteRequested(Selected());
+      };
     case Qt::Key_F5:
-      if (plain) {
-        return take([this] {
-          Refresh();
-          emit RefreshRequested();
-        });
-      }
-      break;
+      return [this] {
+        Refresh();
+        emit RefreshRequested();
+      };
     case Qt::Key_F7:
-      if (plain && SelectedHalf()) {
-        return take([this] { emit CompleteRequested(Selected()); });
-      }
-      break;
+      if (!SelectedHalf()) return {};
+      return [this] { emit CompleteRequested(Selected()); };
     case Qt::Key_Escape:
-      if (plain && !filter_->text().isEmpty()) {
-        return take([this] {
-          filter_->clear();
-          filter_->setFocus();
-        });
-      }
-      break;
+      if (!typed) return {};
+      return [this] {
+        filter_->clear();
+        filter_->setFocus();
+      };
     default:
-      break;
+      return {};
   }
-  if (!pressed) return QWidget::eventFilter(watched, event);
-  if (watched == filter_ && plain && MovesInTable(key->key())) {
-    QCoreApplication::sendEvent(table_, event);
+}
+
+// The arrows in the field walk the rows; what is typed on the rows goes into the field.
+bool DocumentList::HandedOver(QKeyEvent& key, bool in_filter) {
+  const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
+  const bool plain = modifiers == Qt::NoModifier;
+  if (in_filter) {
+    if (!plain || !MovesInTable(key.key())) return false;
+    QCoreApplication::sendEvent(table_, &key);
     return true;
   }
-  const bool types = !key->text().isEmpty() && key->text().at(0).isPrint() &&
+  const bool types = !key.text().isEmpty() && key.text().at(0).isPrint() &&
                      !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-  if (watched == table_ && (types || (plain && key->key() == Qt::Key_Backspace))) {
-    filter_->setFocus();
-    filter_->end(false);
-    QCoreApplication::sendEvent(filter_, event);
-    return true;
-  }
-  return QWidget::eventFilter(watched, event);
+  if (!types && !(plain && key.key() == Qt::Key_Backspace)) return false;
+  filter_->setFocus();
+  filter_->end(false);
+  QCoreApplication::sendEvent(filter_, &key);
+  return true;
 }
 
 }  // namespace tarvik::desktop

@@ -3,11 +3,14 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
 #include "desktop/lists/document_list_model.h"
 #include "desktop/office.h"
 
+class QKeyEvent;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QMenu;
 class QTableView;
@@ -57,6 +60,13 @@ class DocumentList : public QWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
+  QLayout* Head();
+  void DressRows();
+  QWidget* Sums();
+  void Connect();
+  bool AtTheRows(QEvent& event);
+  [[nodiscard]] std::function<void()> ActOf(const QKeyEvent& key, bool in_filter);
+  bool HandedOver(QKeyEvent& key, bool in_filter);
   void Ask(void (DocumentList::*what)(int));
   void (DocumentList::*asked_)(int) = nullptr;  // waits for the rows that were asked for
   void ShowSums();

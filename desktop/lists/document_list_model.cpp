@@ -31,6 +31,43 @@ QString Grouped(std::int64_t number) {
   return QString::fromStdString(data::FormatNumber(static_cast<double>(number), "###,###,###,##0"));
 }
 
+// A screen may hold it whose save has cleared the flag already.
+bool Held(const DocumentListModel::Cells& cells) {
+  return data::IsNonZero(De(cells, Read::kOcupado)) || !De(cells, Read::kTomadoPor).IsNull();
+}
+
+QString HolderText(const DocumentListModel::Cells& cells) {
+  if (!Held(cells)) return {};
+  // A flag without a lease: a screen of another program, or one that ended badly.
+  if (De(cells, Read::kTomadoPor).IsNull()) return Text(De(cells, Read::kUsuario));
+  QStringList parts{Text(De(cells, Read::kTomadoPor)), Text(De(cells, Read::kEstacion))};
+  parts.removeAll(QString());
+  if (const auto since = data::DateTime::Parse(data::ToText(De(cells, Read::kDesde)))) {
+    parts += DateText(since->date).left(5) + QLatin1Char(' ') +
+             QString::fromStdString(since->time.Text().substr(0, 5));
+  }
+  return parts.join(QStringLiteral(" · "));
+}
+
+QString HolderTip(const DocumentListModel::Cells& cells) {
+  const auto since = data::DateTime::Parse(data::ToText(De(cells, Read::kDesde)));
+  return QStringLiteral("Tomado por %1 en la estación %2%3")
+      .arg(Text(De(cells, Read::kTomadoPor)), Text(De(cells, Read::kEstacion)),
+           since ? QStringLiteral(" desde el %1 a las %2")
+                       .arg(DateText(since->date), QString::fromStdString(since->time.Text().substr(0, 5)))
+                 : QString());
+}
+
+QVariant AlignmentOf(int column) {
+  const bool number = column == DocumentListModel::Number || column == DocumentListModel::Amount;
+  return QVariant(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));
+}
+
+// "PE" and "CO" as the chip and a reader have them.
+QString Named(const QString& state, const QString& pending, const QString& posted, const QString& other) {
+  return state == QLatin1String("PE") ? pending : state == QLatin1String("CO") ? posted : other;
+}
+
 }  // namespace
 
 std::string_view NameOf(ListKind kind) {
@@ -110,55 +147,43 @@ int DocumentListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  if (role == Qt::TextAlignmentRole) {
-    const bool number = index.column() == Number || index.column() == Amount;
-    return QVariant(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));
-  }
-  if (role == CellDelegate::FiguresRole) {
-    return index.column() == Number || index.column() == IssueDate || index.column() == Amount;
-  }
-  const bool chip = role == CellDelegate::ChipRole && index.column() == State;
-  if (role == CellDelegate::SoftRole) return index.column() == Holder;
+  const int column = index.column();
+  if (role == Qt::TextAlignmentRole) return AlignmentOf(column);
+  if (role == CellDelegate::FiguresRole) return column == Number || column == IssueDate || column == Amount;
+  if (role == CellDelegate::SoftRole) return column == Holder;
+  const bool chip = role == CellDelegate::ChipRole && column == State;
   const bool text = role == Qt::DisplayRole || role == Qt::ToolTipRole || role == Qt::AccessibleTextRole;
   const bool own = role == NumberRole || role == StateRole || role == HeldRole || role == HalfRole;
   if (!text && !chip && !own) return {};
-  const Cells* row = Row(index.row());
-  if (row == nullptr) return {};
-  const Cells& cells = *row;
-  const QString state = Text(De(cells, Read::kEstado));
-  // A screen may hold it whose save has cleared the flag already.
-  const bool held = data::IsNonZero(De(cells, Read::kOcupado)) || !De(cells, Read::kTomadoPor).IsNull();
+  const Cells* cells = Row(index.row());
+  if (cells == nullptr) return {};
+  if (!text) return Own(*cells, role);
+  const bool tip = role == Qt::ToolTipRole && column == Holder && !De(*cells, Read::kTomadoPor).IsNull();
+  return tip ? HolderTip(*cells) : TextOf(*cells, column);
+}
+
+// What is asked of a row by the windows and by the painter of chips.
+QVariant DocumentListModel::Own(const Cells& cells, int role) const {
   const int number = static_cast<int>(data::ToNumber(De(cells, Read::kNumero)));
-  const auto* half = index.column() == State || own ? Half(number) : nullptr;
+  if (role == NumberRole) return number;
+  if (role == HeldRole) return Held(cells);
+  const QString state = Text(De(cells, Read::kEstado));
+  const auto* half = Half(number);
   const bool in_part = half != nullptr && half->estado == "CO" && state == QLatin1String("CO");
-  switch (role) {
-    case NumberRole:
-      return number;
-    case HalfRole:
-      return in_part;
-    case StateRole:
-    case CellDelegate::ChipRole:
-      if (in_part) return QStringLiteral("medias");
-      return state == QLatin1String("PE")   ? QStringLiteral("pendiente")
-             : state == QLatin1String("CO") ? QStringLiteral("afectado")
-                                            : QString();
-    case HeldRole:
-      return held;
-    case Qt::ToolTipRole:
-      if (index.column() == Holder && held && !De(cells, Read::kTomadoPor).IsNull()) {
-        const auto since = data::DateTime::Parse(data::ToText(De(cells, Read::kDesde)));
-        return QStringLiteral("Tomado por %1 en la estación %2%3")
-            .arg(Text(De(cells, Read::kTomadoPor)), Text(De(cells, Read::kEstacion)),
-                 since ? QStringLiteral(" desde el %1 a las %2")
-                             .arg(DateText(since->date),
-                                  QString::fromStdString(since->time.Text().substr(0, 5)))
-                       : QString());
-      }
-      [[fallthrough]];
-    default:
-      break;
-  }
-  switch (index.column()) {
+  if (role == HalfRole) return in_part;
+  return in_part ? QStringLiteral("medias")
+                 : Named(state, QStringLiteral("pendiente"), QStringLiteral("afectado"), {});
+}
+
+QString DocumentListModel::StateOf(const Cells& cells) const {
+  const QString state = Text(De(cells, Read::kEstado));
+  const auto* half = Half(static_cast<int>(data::ToNumber(De(cells, Read::kNumero))));
+  if (half != nullptr && Text(half->estado) == state) return StateText(*half);
+  return Named(state, QStringLiteral("Pendiente"), QStringLiteral("Afectado"), state);
+}
+
+QVariant DocumentListModel::TextOf(const Cells& cells, int column) const {
+  switch (column) {
     case Number:
       return Text(De(cells, Read::kNumero));
     case IssueDate:
@@ -175,22 +200,9 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
                  : QString::fromStdString(
                        data::FormatNumber(data::ToNumber(De(cells, Read::kImporte)), amount_pattern_));
     case State:
-      if (half != nullptr && Text(half->estado) == state) return StateText(*half);
-      return state == QLatin1String("PE")   ? QStringLiteral("Pendiente")
-             : state == QLatin1String("CO") ? QStringLiteral("Afectado")
-                                            : state;
-    case Holder: {
-      if (!held) return QString();
-      // A flag without a lease: a screen of another program, or one that ended badly.
-      if (De(cells, Read::kTomadoPor).IsNull()) return Text(De(cells, Read::kUsuario));
-      QStringList parts{Text(De(cells, Read::kTomadoPor)), Text(De(cells, Read::kEstacion))};
-      parts.removeAll(QString());
-      if (const auto since = data::DateTime::Parse(data::ToText(De(cells, Read::kDesde)))) {
-        parts += DateText(since->date).left(5) + QLatin1Char(' ') +
-                 QString::fromStdString(since->time.Text().substr(0, 5));
-      }
-      return parts.join(QStringLiteral(" · "));
-    }
+      return StateOf(cells);
+    case Holder:
+      return HolderText(cells);
     default:
       return {};
   }
@@ -198,10 +210,7 @@ QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
 
 QVariant DocumentListModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
-  if (role == Qt::TextAlignmentRole) {
-    const bool number = section == Number || section == Amount;
-    return QVariant(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));
-  }
+  if (role == Qt::TextAlignmentRole) return AlignmentOf(section);
   if (role != Qt::DisplayRole) return {};
   switch (section) {
     case Number:

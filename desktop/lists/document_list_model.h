@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -12,6 +13,8 @@
 namespace tarvik::desktop {
 
 enum class ListKind { Entradas, EntradasPendientes, Salidas, SalidasPendientes };
+inline constexpr std::array kAllLists{ListKind::Entradas, ListKind::EntradasPendientes, ListKind::Salidas,
+                                      ListKind::SalidasPendientes};
 
 std::string_view NameOf(ListKind kind);  // as the suite calls the list: "EntradasPendientes"
 QString TitleOf(ListKind kind);          // as an operator reads it
@@ -58,6 +61,9 @@ class DocumentListModel : public PagedModel {
 
  private:
   [[nodiscard]] const host::DocumentoAMedias* Half(int number) const;
+  [[nodiscard]] QVariant Own(const Cells& cells, int role) const;
+  [[nodiscard]] QString StateOf(const Cells& cells) const;
+  [[nodiscard]] QVariant TextOf(const Cells& cells, int column) const;
 
   ListKind kind_;
   std::string amount_pattern_;

@@ -12,6 +12,7 @@
 #include <QSplitter>
 #include <QTableView>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "data/number.h"
 #include "data/text.h"
@@ -228,47 +229,13 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
   body->setSpacing(measure::kGrid + measure::kGrid / 2);
   column->addLayout(body, 1);
 
-  auto* head = new QHBoxLayout;
-  auto* title = new QLabel(QStringLiteral("Existencias"), this);
-  title->setProperty("role", "title");
-  head->addWidget(title);
-  head->addStretch();
-  filter_->setPlaceholderText(QStringLiteral("Buscar por artículo o descripción"));
-  filter_->setAccessibleName(QStringLiteral("Buscar en existencias"));
-  filter_->setMinimumWidth(54 * measure::kGrid);
-  filter_->setFixedHeight(measure::kField);
-  head->addWidget(filter_);
-  body->addLayout(head);
+  body->addLayout(Head());
   reason_->setProperty("role", "reason");
   reason_->setWordWrap(true);
   reason_->hide();
   body->addWidget(reason_);
 
-  table_->setModel(model_);
-  DressTable(*table_, office.theme, QStringLiteral("Existencias por artículo y almacén"),
-             StockModel::Description);
-  SetWidths(*table_, {15, 40, 8, 10, 18, 12, 11});
-  LoadWidths(*table_, office.settings, QStringLiteral("Existencias"));
-
-  auto* below = new QWidget(this);
-  auto* below_column = new QVBoxLayout(below);
-  below_column->setContentsMargins(0, measure::kGrid, 0, 0);
-  below_column->setSpacing(measure::kGrid);
-  ledger_title_->setProperty("role", "soft");
-  below_column->addWidget(ledger_title_);
-  ledger_table_->setModel(ledger_);
-  DressTable(*ledger_table_, office.theme, QStringLiteral("Movimientos del artículo"), LedgerModel::Concept);
-  SetWidths(*ledger_table_, {11, 6, 11, 9, 30, 10, 10, 12, 13, 9});
-  LoadWidths(*ledger_table_, office.settings, QStringLiteral("Movimientos"));
-  below_column->addWidget(ledger_table_, 1);
-
-  splitter_->setChildrenCollapsible(false);
-  splitter_->setHandleWidth(measure::kGrid / 8);
-  splitter_->addWidget(table_);
-  splitter_->addWidget(below);
-  splitter_->setStretchFactor(0, 3);
-  splitter_->setStretchFactor(1, 2);
-  splitter_->restoreState(office.settings.value(QStringLiteral("existencias/division")).toByteArray());
+  DressRows();
   body->addWidget(splitter_, 1);
 
   count_->setProperty("role", "soft");
@@ -280,6 +247,58 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
               {tr("F5"), tr("actualizar")}});
   column->addWidget(KeyLine(*keys, count_));
 
+  Connect();
+  setFocusProxy(filter_);
+  ShowLedger();
+}
+
+QLayout* StockView::Head() {
+  auto* head = new QHBoxLayout;
+  auto* title = new QLabel(QStringLiteral("Existencias"), this);
+  title->setProperty("role", "title");
+  head->addWidget(title);
+  head->addStretch();
+  filter_->setPlaceholderText(QStringLiteral("Buscar por artículo o descripción"));
+  filter_->setAccessibleName(QStringLiteral("Buscar en existencias"));
+  filter_->setMinimumWidth(54 * measure::kGrid);
+  filter_->setFixedHeight(measure::kField);
+  head->addWidget(filter_);
+  return head;
+}
+
+void StockView::DressRows() {
+  table_->setModel(model_);
+  DressTable(*table_, office_.theme, QStringLiteral("Existencias por artículo y almacén"),
+             StockModel::Description);
+  SetWidths(*table_, {15, 40, 8, 10, 18, 12, 11});
+  LoadWidths(*table_, office_.settings, QStringLiteral("Existencias"));
+
+  splitter_->setChildrenCollapsible(false);
+  splitter_->setHandleWidth(measure::kGrid / 8);
+  splitter_->addWidget(table_);
+  splitter_->addWidget(Below());
+  splitter_->setStretchFactor(0, 3);
+  splitter_->setStretchFactor(1, 2);
+  splitter_->restoreState(office_.settings.value(QStringLiteral("existencias/division")).toByteArray());
+}
+
+// The movements of the chosen article.
+QWidget* StockView::Below() {
+  auto* below = new QWidget(this);
+  auto* below_column = new QVBoxLayout(below);
+  below_column->setContentsMargins(0, measure::kGrid, 0, 0);
+  below_column->setSpacing(measure::kGrid);
+  ledger_title_->setProperty("role", "soft");
+  below_column->addWidget(ledger_title_);
+  ledger_table_->setModel(ledger_);
+  DressTable(*ledger_table_, office_.theme, QStringLiteral("Movimientos del artículo"), LedgerModel::Concept);
+  SetWidths(*ledger_table_, {11, 6, 11, 9, 30, 10, 10, 12, 13, 9});
+  LoadWidths(*ledger_table_, office_.settings, QStringLiteral("Movimientos"));
+  below_column->addWidget(ledger_table_, 1);
+  return below;
+}
+
+void StockView::Connect() {
   filter_->installEventFilter(this);
   table_->installEventFilter(this);
   ledger_table_->installEventFilter(this);
@@ -291,40 +310,13 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
       if (value > bar->maximum() - bar->pageStep()) table->model()->fetchMore({});
     });
   }
-  connect(model_, &StockModel::Rested, this, [this] {
-    if (!model_->Failing()) reason_->hide();
-    if (!table_->currentIndex().isValid() && model_->rowCount() > 0) {
-      int row = 0;
-      // The article in its warehouse, or at least the article.
-      bool found = false;
-      for (int i = 0; i < model_->rowCount() && !wanted_.isEmpty(); ++i) {
-        const QModelIndex at = model_->index(i, 0);
-        if (at.data(StockModel::ArticleRole).toString() != wanted_) {
-          if (found) break;
-          continue;
-        }
-        const bool same = at.data(StockModel::WarehouseRole).toDouble() == wanted_warehouse_;
-        if (!found || same) row = i;
-        found = true;
-        if (same) break;
-      }
-      table_->setCurrentIndex(model_->index(row, 0));
-    }
-    ShowLedger();
-  });
+  connect(model_, &StockModel::Rested, this, &StockView::OnRested);
   // A row that had left memory has been read again: now its ledger is known.
   connect(model_, &StockModel::dataChanged, this, [this](const QModelIndex& first, const QModelIndex& last) {
     const int here = table_->currentIndex().row();
     if (here >= first.row() && here <= last.row()) ShowLedger();
   });
-  connect(model_, &StockModel::SumsChanged, this, [this] {
-    if (!model_->Total()) return count_->setText(QStringLiteral("Contando…"));
-    const auto articles = model_->Total()->cuantos;
-    count_->setText(articles == 1 ? QStringLiteral("1 artículo")
-                                  : QString::fromStdString(data::FormatNumber(static_cast<double>(articles),
-                                                                              "###,###,###,##0")) +
-                                        QStringLiteral(" artículos"));
-  });
+  connect(model_, &StockModel::SumsChanged, this, &StockView::ShowSums);
   for (PagedModel* model : {static_cast<PagedModel*>(model_), static_cast<PagedModel*>(ledger_)}) {
     connect(model, &PagedModel::Failed, this, [this](const QString& reason) {
       reason_->setText(
@@ -334,8 +326,38 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
       reason_->show();
     });
   }
-  setFocusProxy(filter_);
+}
+
+void StockView::OnRested() {
+  if (!model_->Failing()) reason_->hide();
+  if (!table_->currentIndex().isValid() && model_->rowCount() > 0) {
+    table_->setCurrentIndex(model_->index(WantedRow(), 0));
+  }
   ShowLedger();
+}
+
+// The article in its warehouse, or at least the article; else the first row.
+int StockView::WantedRow() const {
+  int row = -1;
+  for (int i = 0; i < model_->rowCount() && !wanted_.isEmpty(); ++i) {
+    const QModelIndex at = model_->index(i, 0);
+    if (at.data(StockModel::ArticleRole).toString() != wanted_) {
+      if (row >= 0) break;
+      continue;
+    }
+    if (at.data(StockModel::WarehouseRole).toDouble() == wanted_warehouse_) return i;
+    if (row < 0) row = i;
+  }
+  return std::max(row, 0);
+}
+
+void StockView::ShowSums() {
+  if (!model_->Total()) return count_->setText(QStringLiteral("Contando…"));
+  const auto articles = model_->Total()->cuantos;
+  count_->setText(articles == 1 ? QStringLiteral("1 artículo")
+                                : QString::fromStdString(
+                                      data::FormatNumber(static_cast<double>(articles), "###,###,###,##0")) +
+                                      QStringLiteral(" artículos"));
 }
 
 void StockView::Refresh() {

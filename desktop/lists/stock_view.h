@@ -7,6 +7,7 @@
 #include "desktop/reading/paged_model.h"
 
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QSplitter;
 class QTableView;
@@ -79,6 +80,13 @@ class StockView : public QWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
+  QLayout* Head();
+  void DressRows();
+  QWidget* Below();
+  void Connect();
+  void OnRested();
+  [[nodiscard]] int WantedRow() const;
+  void ShowSums();
   void ShowLedger();
 
   Office& office_;

@@ -166,15 +166,7 @@ CalculatorDialog::CalculatorDialog(const QString& start, QWidget* parent) : QDia
   layout->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
   layout->setSpacing(kGrid);
 
-  tape_ = new QListWidget(this);
-  tape_->setAccessibleName(QStringLiteral("Cinta de cuentas"));
-  tape_->setFocusPolicy(Qt::NoFocus);
-  tape_->setSelectionMode(QAbstractItemView::NoSelection);
-  tape_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  tape_->setFixedHeight(20 * kGrid);
-  tape_->setWordWrap(true);
-  tape_->setStyleSheet(QStringLiteral("QListWidget { padding: %1px; }").arg(kGrid));
-  tape_->setSpacing(kGrid / 4);
+  MakeTape();
   layout->addWidget(tape_);
 
   value_ = new QLabel(this);
@@ -197,6 +189,27 @@ CalculatorDialog::CalculatorDialog(const QString& start, QWidget* parent) : QDia
   reason_->setAlignment(Qt::AlignRight);
   layout->addWidget(reason_);
 
+  layout->addLayout(Foot());
+
+  connect(expression_, &QLineEdit::textChanged, this, &CalculatorDialog::Show);
+  expression_->setFocus();
+  expression_->selectAll();
+  Show();
+}
+
+void CalculatorDialog::MakeTape() {
+  tape_ = new QListWidget(this);
+  tape_->setAccessibleName(QStringLiteral("Cinta de cuentas"));
+  tape_->setFocusPolicy(Qt::NoFocus);
+  tape_->setSelectionMode(QAbstractItemView::NoSelection);
+  tape_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  tape_->setFixedHeight(20 * kGrid);
+  tape_->setWordWrap(true);
+  tape_->setStyleSheet(QStringLiteral("QListWidget { padding: %1px; }").arg(kGrid));
+  tape_->setSpacing(kGrid / 4);
+}
+
+QLayout* CalculatorDialog::Foot() {
   auto* foot = new QHBoxLayout;
   foot->setSpacing(kGrid);
   for (const auto& [key, what] : {std::pair{"=", "seguir"}, {"↑", "anterior"}, {"Esc", "dejar"}}) {
@@ -214,12 +227,7 @@ CalculatorDialog::CalculatorDialog(const QString& start, QWidget* parent) : QDia
   take->setAutoDefault(false);
   connect(take, &QPushButton::clicked, this, &CalculatorDialog::Take);
   foot->addWidget(take);
-  layout->addLayout(foot);
-
-  connect(expression_, &QLineEdit::textChanged, this, &CalculatorDialog::Show);
-  expression_->setFocus();
-  expression_->selectAll();
-  Show();
+  return foot;
 }
 
 void CalculatorDialog::Show() {

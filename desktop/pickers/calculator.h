@@ -9,6 +9,7 @@
 #include <string_view>
 
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QListWidget;
 
@@ -37,6 +38,8 @@ class CalculatorDialog : public QDialog {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void MakeTape();
+  QLayout* Foot();
   void Show();
   bool WorkOut();
   void Take();

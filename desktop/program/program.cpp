@@ -13,7 +13,8 @@
 #include "desktop/pickers/picker.h"
 #include "desktop/pickers/search_popup.h"
 #include "desktop/platform/qt_platform.h"
-#include "desktop/printing/printing.h"
+#include "desktop/printing/desktop_printer.h"
+#include "desktop/printing/preview_window.h"
 #include "desktop/program/last_resort.h"
 #include "desktop/program/program_log.h"
 #include "desktop/screens/goods_in_view.h"
@@ -56,6 +57,15 @@ class Showing final : public QObject, public forms::FormListener {
 
 Program::Program(Theme& theme, const ProgramOptions& options)
     : theme_(theme), platform_(std::make_unique<QtPlatform>()) {
+  Open(options);
+  ConnectPlatform();
+  MakeRoutines();
+  MakeWindow();
+  LoadRoutines(options.routines.toStdString());
+}
+
+// The base, and what stands on it.
+void Program::Open(const ProgramOptions& options) {
   const std::string folder = options.folder.toStdString();
   settings_ = std::make_unique<QSettings>(QDir(options.folder).filePath(QStringLiteral("escritorio.ini")),
                                           QSettings::IniFormat);
@@ -80,7 +90,10 @@ Program::Program(Theme& theme, const ProgramOptions& options)
   door_ = std::make_unique<EntradasSalidas>(*host_);
   door_->Ambiente = &host_->Ambiente();
   door_->Parent = &host_->Parent();
+}
 
+// What the screens' platform asks of the windows.
+void Program::ConnectPlatform() {
   platform_->on_loaded = [this](forms::Form& form) { Loaded(form); };
   platform_->on_unloaded = [this](forms::Form& form) {
     if (const QPointer<ScreenView> view = views_.take(&form)) view->Dismiss();
@@ -106,7 +119,10 @@ Program::Program(Theme& theme, const ProgramOptions& options)
   platform_->on_unhandled = [this](forms::Form* form, const std::exception& error) {
     return Unhandled(form, error);
   };
+}
 
+// The deployer's routines, the window that shows them, and the last means against one that never ends.
+void Program::MakeRoutines() {
   last_resort_ = std::make_unique<LastResort>([this] { return platform_->EndRequested(); }, kLastResort,
                                               [] { std::_Exit(kEndedBySignal + SIGTERM); });
   hooks_ = std::make_unique<HooksWindow>(*office_);
@@ -120,6 +136,9 @@ Program::Program(Theme& theme, const ProgramOptions& options)
             log_->Write(QString::fromStdString(where), QString::fromStdString(text));
           },
   });
+}
+
+void Program::MakeWindow() {
   window_ = std::make_unique<MainWindow>(*office_, *door_);
   connect(window_.get(), &MainWindow::HelpRequested, this, [this] { Help(nullptr); });
   connect(window_.get(), &MainWindow::HooksRequested, this, [this] {
@@ -128,8 +147,11 @@ Program::Program(Theme& theme, const ProgramOptions& options)
     hooks_->activateWindow();
   });
   ListErrors();
+}
+
+void Program::LoadRoutines(const std::string& folder) {
   last_resort_->Begins();
-  const auto failures = routines_->Carga(*host_, options.routines.toStdString());
+  const auto failures = routines_->Carga(*host_, folder);
   last_resort_->Ends();
   hooks_->Loaded(*routines_, failures);
   if (!failures.empty()) {

@@ -7,6 +7,7 @@
 #include <QSet>
 #include <QString>
 #include <memory>
+#include <string>
 
 #include "desktop/office.h"
 #include "desktop/reading/reader.h"
@@ -66,6 +67,11 @@ class Program final : public QObject, public host::Testigo {
   void Presentada(forms::Form& form) override;
 
  private:
+  void Open(const ProgramOptions& options);
+  void ConnectPlatform();
+  void MakeRoutines();
+  void MakeWindow();
+  void LoadRoutines(const std::string& folder);
   void Loaded(forms::Form& form);
   void ShowScreen(forms::Form& form, bool modal);
   void Help(const ScreenView* view);

@@ -112,7 +112,29 @@ HelpWindow::HelpWindow(QSettings* settings, QWidget* parent)
   outer->setContentsMargins(2 * kGrid, 2 * kGrid, 2 * kGrid, 2 * kGrid);
   outer->setSpacing(2 * kGrid);
 
-  // ---- left: keys of the screen in hand ----
+  outer->addWidget(KeysAndPages());
+  outer->addLayout(Manual(), 1);
+  connect(pages_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
+    if (item != nullptr) ShowPage(item->data(Qt::UserRole).toString());
+  });
+  connect(text_, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
+    ShowPage(link.path().remove(QStringLiteral(".md")));
+    if (link.hasFragment()) text_->scrollToAnchor(link.fragment());
+  });
+  connect(search_, &QLineEdit::textChanged, this, &HelpWindow::Search);
+  new QShortcut(QKeySequence::Find, this, this, [this] {
+    search_->setFocus();
+    search_->selectAll();
+  });
+  new QShortcut(QKeySequence(Qt::ALT | Qt::Key_Home), this, this,
+                [this] { ShowPage(QStringLiteral("indice")); });
+
+  if (settings_ != nullptr) restoreGeometry(settings_->value(kPlaceKey).toByteArray());
+  ShowPage(QStringLiteral("indice"));
+}
+
+// On the left: the keys of the screen in hand, and the pages of the manual.
+QWidget* HelpWindow::KeysAndPages() {
   auto* left = new QWidget(this);
   left->setProperty("role", QStringLiteral("panel"));
   left->setAttribute(Qt::WA_StyledBackground);
@@ -136,6 +158,12 @@ HelpWindow::HelpWindow(QSettings* settings, QWidget* parent)
   auto* pages_caption = new QLabel(QStringLiteral("Manual"), left);
   pages_caption->setProperty("role", QStringLiteral("caption"));
   column->addWidget(pages_caption);
+  MakePages(left);
+  column->addWidget(pages_);
+  return left;
+}
+
+void HelpWindow::MakePages(QWidget* left) {
   pages_ = new QListWidget(left);
   pages_->setAccessibleName(QStringLiteral("Páginas del manual"));
   pages_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -149,10 +177,9 @@ HelpWindow::HelpWindow(QSettings* settings, QWidget* parent)
     item->setSizeHint(QSize(0, measure::kRow));
   }
   pages_->setFixedHeight(static_cast<int>(std::size(kPages)) * measure::kRow + kGrid);
-  column->addWidget(pages_);
-  outer->addWidget(left);
+}
 
-  // ---- right: the manual ----
+QLayout* HelpWindow::Manual() {
   auto* right = new QVBoxLayout;
   right->setSpacing(kGrid);
   auto* top = new QHBoxLayout;
@@ -169,6 +196,11 @@ HelpWindow::HelpWindow(QSettings* settings, QWidget* parent)
   found_->hide();
   top->addWidget(found_);
   right->addLayout(top);
+  right->addWidget(MakePaper(), 1);
+  return right;
+}
+
+QWidget* HelpWindow::MakePaper() {
   auto* paper = new QWidget(this);
   paper->setProperty("role", QStringLiteral("panel"));
   paper->setAttribute(Qt::WA_StyledBackground);
@@ -181,26 +213,7 @@ HelpWindow::HelpWindow(QSettings* settings, QWidget* parent)
   // Read, not filled in: no tint of a field in hand.
   text_->setStyleSheet(QStringLiteral("QTextBrowser { background: transparent; border: none; padding: 0; }"));
   paper_layout->addWidget(text_);
-  right->addWidget(paper, 1);
-  outer->addLayout(right, 1);
-
-  connect(pages_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
-    if (item != nullptr) ShowPage(item->data(Qt::UserRole).toString());
-  });
-  connect(text_, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
-    ShowPage(link.path().remove(QStringLiteral(".md")));
-    if (link.hasFragment()) text_->scrollToAnchor(link.fragment());
-  });
-  connect(search_, &QLineEdit::textChanged, this, &HelpWindow::Search);
-  new QShortcut(QKeySequence::Find, this, this, [this] {
-    search_->setFocus();
-    search_->selectAll();
-  });
-  new QShortcut(QKeySequence(Qt::ALT | Qt::Key_Home), this, this,
-                [this] { ShowPage(QStringLiteral("indice")); });
-
-  if (settings_ != nullptr) restoreGeometry(settings_->value(kPlaceKey).toByteArray());
-  ShowPage(QStringLiteral("indice"));
+  return paper;
 }
 
 HelpWindow::~HelpWindow() {

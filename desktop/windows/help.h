@@ -10,6 +10,7 @@
 #include <QWidget>
 
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QListWidget;
 class QSettings;
@@ -47,6 +48,10 @@ class HelpWindow : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  QWidget* KeysAndPages();
+  void MakePages(QWidget* left);
+  QLayout* Manual();
+  QWidget* MakePaper();
   void ShowKeys(const QString& screen, const QList<QPair<QString, QString>>& keys);
   void Mark();
 

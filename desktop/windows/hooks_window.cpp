@@ -1,407 +1,39 @@
 #include "desktop/windows/hooks_window.h"
 
-#include <QAbstractTableModel>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QFileInfo>
-#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenuBar>
-#include <QPainter>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSettings>
-#include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QStyledItemDelegate>
 #include <QTableView>
-#include <QTableWidget>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <deque>
-#include <optional>
-#include <unordered_map>
-#include <utility>
-#include <vector>
 
 #include "desktop/style/theme.h"
+#include "desktop/windows/hooks_detail.h"
+#include "desktop/windows/hooks_looks.h"
+#include "desktop/windows/hooks_model.h"
 #include "forms/platform.h"
 #include "host/anfitrion.h"
-#include "service/contract/claves.h"
 
 namespace tarvik::desktop {
 
 namespace {
 
-enum Column { kTime, kKey, kMoment, kRoutine, kMilliseconds, kChanges, kCancelled, kError, kColumns };
-constexpr int kSearchText = Qt::UserRole;
-constexpr int kHasRoutine = Qt::UserRole + 1;
+using namespace hooks;
 
 QString Text(const std::string& text) { return QString::fromStdString(text); }
-
-QString MomentOf(const std::string& key) {
-  for (const auto& known : service::kClaves) {
-    if (known.clave != key) continue;
-    QString moment = QString::fromUtf8(known.momento.data(), static_cast<qsizetype>(known.momento.size()));
-    moment[0] = moment[0].toUpper();
-    return moment;
-  }
-  return {};
-}
-
-QString Milliseconds(double milliseconds) {
-  const QLocale figures(QLocale::C);
-  return figures.toString(milliseconds, 'f', milliseconds < 10 ? 1 : 0);
-}
-
-// One field of a line of text with tabs.
-QString Flat(QString text) {
-  return text.replace(QLatin1Char('\n'), QStringLiteral(" / "))
-      .replace(QLatin1Char('\t'), QLatin1Char(' '))
-      .remove(QLatin1Char('\r'));
-}
-
-QString Headline(Column column) {
-  switch (column) {
-    case kTime:
-      return QStringLiteral("Hora");
-    case kKey:
-      return QStringLiteral("Clave");
-    case kMoment:
-      return QStringLiteral("Momento");
-    case kRoutine:
-      return QStringLiteral("Rutina");
-    case kMilliseconds:
-      return QStringLiteral("ms");
-    case kChanges:
-      return QStringLiteral("Campos cambiados");
-    case kCancelled:
-      return QStringLiteral("Canceló");
-    case kError:
-      return QStringLiteral("Error");
-    case kColumns:
-      break;
-  }
-  return {};
-}
-
-}  // namespace
-
-// One thing that happened: a key that fired, a run of a routine behind it, or a file that did not load.
-struct Happening {
-  QString time;
-  std::string key;
-  bool running = false;
-  std::optional<python::RutinaCargada> routine;
-  std::optional<python::Corrida> run;
-  std::optional<python::Fallo> failure;
-
-  [[nodiscard]] bool Slow() const { return run && run->milisegundos > HooksWindow::kSlow; }
-  [[nodiscard]] QString Place() const {
-    if (routine) return Text(python::LugarDe(routine->archivo, routine->linea));
-    if (failure) return Text(python::LugarDe(failure->archivo, failure->linea));
-    return {};
-  }
-  [[nodiscard]] QString Error() const {
-    if (failure) return Text(failure->texto);
-    return run && run->error ? Text(run->error->texto) : QString();
-  }
-  [[nodiscard]] QString Changes() const {
-    if (!run) return {};
-    QStringList names;
-    for (const auto& change : run->cambios) names << Text(change.nombre);
-    if (run->cambios_omitidos > 0) names << QStringLiteral("y %1 más").arg(run->cambios_omitidos);
-    return names.join(QStringLiteral(", "));
-  }
-  [[nodiscard]] QString Cancelled() const {
-    if (!run) return {};
-    if (run->cancelado_despues)
-      return run->cancelado_antes ? QStringLiteral("Desde antes") : QStringLiteral("Sí");
-    return run->cancelado_antes ? QStringLiteral("Lo retiró") : QStringLiteral("No");
-  }
-  [[nodiscard]] QString Cell(Column column) const {
-    switch (column) {
-      case kTime:
-        return time;
-      case kKey:
-        return failure ? QStringLiteral("(carga)") : Text(key);
-      case kMoment:
-        return failure ? QStringLiteral("Al cargar el archivo") : MomentOf(key);
-      case kRoutine:
-        return Place();
-      case kMilliseconds:
-        if (running) return QStringLiteral("en curso");
-        return run ? Milliseconds(run->milisegundos) : QString();
-      case kChanges:
-        return Changes();
-      case kCancelled:
-        return Cancelled();
-      case kError:
-        return Error();
-      case kColumns:
-        break;
-    }
-    return {};
-  }
-};
-
-class HooksModel : public QAbstractTableModel {
- public:
-  HooksModel(const Theme& theme, QObject* parent) : QAbstractTableModel(parent), theme_(theme) {}
-
-  void Fired(const QString& time, const std::string& key) {
-    Happening row;
-    row.time = time;
-    row.key = key;
-    fired_[key] = Append(std::move(row));
-  }
-
-  void Failed(const QString& time, const python::Fallo& failure) {
-    Happening row;
-    row.time = time;
-    row.failure = failure;
-    Append(std::move(row));
-  }
-
-  // The first routine of a key takes the row of its firing; a further one has a row of its own.
-  void Begins(const QString& time, const python::RutinaCargada& routine) {
-    const auto fired = fired_.find(routine.clave);
-    quint64 id = 0;
-    if (fired != fired_.end() && fired->second >= first_) {
-      id = fired->second;
-    } else {
-      Happening row;
-      row.time = time;
-      row.key = routine.clave;
-      id = Append(std::move(row));
-    }
-    if (fired != fired_.end()) fired_.erase(fired);
-    Happening& row = At(id);
-    row.running = true;
-    row.routine = routine;
-    running_.push_back(id);
-    Changed(id);
-  }
-
-  void Ended(const QString& time, const python::Corrida& run) {
-    const auto begun = std::find_if(running_.rbegin(), running_.rend(), [&](quint64 id) {
-      return id < first_ || At(id).key == run.rutina.clave;
-    });
-    if (begun == running_.rend()) {
-      Begins(time, run.rutina);
-      return Ended(time, run);
-    }
-    const quint64 id = *begun;
-    running_.erase(std::next(begun).base());
-    if (id < first_) return;  // so much happened meanwhile that its row is gone
-    Happening& row = At(id);
-    row.running = false;
-    row.run = run;
-    Changed(id);
-  }
-
-  void Empty() {
-    beginResetModel();
-    first_ += rows_.size();
-    rows_.clear();
-    endResetModel();
-  }
-
-  [[nodiscard]] const Happening& Row(int row) const { return rows_[static_cast<std::size_t>(row)]; }
-  [[nodiscard]] int WithRoutine() const {
-    return static_cast<int>(
-        std::count_if(rows_.begin(), rows_.end(), [](const auto& row) { return row.routine.has_value(); }));
-  }
-  [[nodiscard]] int Errors() const {
-    return static_cast<int>(std::count_if(rows_.begin(), rows_.end(), [](const auto& row) {
-      return row.failure || (row.run && row.run->error);
-    }));
-  }
-  [[nodiscard]] int SlowOnes() const {
-    return static_cast<int>(
-        std::count_if(rows_.begin(), rows_.end(), [](const auto& row) { return row.Slow(); }));
-  }
-
-  // ---- QAbstractTableModel ----
-  int rowCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-  }
-  int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : kColumns; }
-
-  QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
-    if (orientation != Qt::Horizontal) return {};
-    if (role == Qt::DisplayRole) return Headline(static_cast<Column>(section));
-    if (role == Qt::TextAlignmentRole) return Alignment(section);
-    return {};
-  }
-
-  QVariant data(const QModelIndex& index, int role) const override {
-    if (!index.isValid()) return {};
-    const Happening& row = Row(index.row());
-    const auto column = static_cast<Column>(index.column());
-    switch (role) {
-      case Qt::DisplayRole:
-        return Flat(row.Cell(column));
-      case Qt::ToolTipRole:
-        return row.Cell(column);
-      case Qt::TextAlignmentRole:
-        return Alignment(column);
-      case Qt::AccessibleTextRole:
-        return Headline(column) + QStringLiteral(": ") + row.Cell(column);
-      case Qt::ForegroundRole:
-        return theme_.Color(Ink(row, column));
-      case Qt::BackgroundRole:
-        if (row.Slow() && column == kMilliseconds) return theme_.Color(Role::WarningTint);
-        return {};
-      case Qt::FontRole:
-        if ((row.Slow() && column == kMilliseconds) || (column == kKey && (row.routine || row.failure))) {
-          QFont font = QApplication::font();
-          font.setWeight(QFont::DemiBold);
-          return font;
-        }
-        return {};
-      case kSearchText: {
-        QStringList cells;
-        for (int i = 0; i < kColumns; ++i) cells << row.Cell(static_cast<Column>(i));
-        return cells.join(QLatin1Char('\n'));
-      }
-      case kHasRoutine:
-        return row.routine.has_value() || row.failure.has_value();
-      default:
-        return {};
-    }
-  }
-
- private:
-  static int Alignment(int column) {
-    return static_cast<int>(Qt::AlignVCenter | (column == kMilliseconds ? Qt::AlignRight : Qt::AlignLeft));
-  }
-  static Role Ink(const Happening& row, Column column) {
-    if (!row.routine && !row.failure) return Role::SoftInk;
-    if (column == kError) return Role::Refused;
-    if (column == kMilliseconds && row.Slow()) return Role::Warning;
-    if (column == kTime || column == kMoment) return Role::SoftInk;
-    return Role::Ink;
-  }
-
-  Happening& At(quint64 id) { return rows_[static_cast<std::size_t>(id - first_)]; }
-
-  quint64 Append(Happening row) {
-    if (rows_.size() >= static_cast<std::size_t>(HooksWindow::kKept)) {
-      beginRemoveRows({}, 0, 0);
-      rows_.pop_front();
-      ++first_;
-      endRemoveRows();
-    }
-    const int place = static_cast<int>(rows_.size());
-    beginInsertRows({}, place, place);
-    rows_.push_back(std::move(row));
-    endInsertRows();
-    return first_ + static_cast<quint64>(place);
-  }
-
-  void Changed(quint64 id) {
-    const int row = static_cast<int>(id - first_);
-    emit dataChanged(index(row, 0), index(row, kColumns - 1));
-  }
-
-  const Theme& theme_;
-  std::deque<Happening> rows_;
-  quint64 first_ = 1;  // number of the first row: rows are counted from the program's start
-  std::unordered_map<std::string, quint64> fired_;  // whose routine has not begun
-  std::vector<quint64> running_;
-};
-
-// Rows that hold every word of the filter, in any column.
-class HooksFilter : public QSortFilterProxyModel {
- public:
-  using QSortFilterProxyModel::QSortFilterProxyModel;
-
-  void Words(const QString& text) {
-    words_ = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    invalidateFilter();
-  }
-  void OnlyWithRoutine(bool only) {
-    only_ = only;
-    invalidateFilter();
-  }
-  [[nodiscard]] bool Narrows() const { return only_ || !words_.isEmpty(); }
-
- protected:
-  bool filterAcceptsRow(int row, const QModelIndex& parent) const override {
-    const QModelIndex index = sourceModel()->index(row, 0, parent);
-    if (only_ && !index.data(kHasRoutine).toBool()) return false;
-    if (words_.isEmpty()) return true;
-    const QString text = index.data(kSearchText).toString();
-    return std::all_of(words_.begin(), words_.end(),
-                       [&](const QString& word) { return text.contains(word, Qt::CaseInsensitive); });
-  }
-
- private:
-  QStringList words_;
-  bool only_ = false;
-};
-
-namespace {
-
-QLabel* Label(const char* role, QWidget* parent) {
-  auto* label = new QLabel(parent);
-  label->setProperty("role", QLatin1String(role));
-  label->setTextFormat(Qt::PlainText);
-  return label;
-}
-
-// Text that stands under its heading, and no mark around the single cell: the row is what is chosen.
-class RowDelegate : public QStyledItemDelegate {
- public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    QStyleOptionViewItem cell = option;
-    initStyleOption(&cell, index);
-    const QString text = std::exchange(cell.text, {});
-    cell.state &= ~QStyle::State_HasFocus;
-    const QStyle& style = *cell.widget->style();
-    style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
-    const QRect room = cell.rect.adjusted(measure::kGrid, 0, -measure::kGrid, 0);
-    const bool selected = (cell.state & QStyle::State_Selected) != 0;
-    painter->save();
-    painter->setFont(cell.font);
-    painter->setPen(cell.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
-    painter->drawText(room, static_cast<int>(cell.displayAlignment),
-                      cell.fontMetrics.elidedText(text, Qt::ElideRight, room.width()));
-    painter->restore();
-  }
-};
-
-// Tables here hold rows, not cells: no grid, one height, arrow keys inside and Tab out.
-void Dress(QTableView& table) {
-  table.setAlternatingRowColors(true);
-  table.setShowGrid(false);
-  table.setWordWrap(false);
-  table.setItemDelegate(new RowDelegate(&table));
-  table.setTabKeyNavigation(false);
-  table.setSelectionBehavior(QAbstractItemView::SelectRows);
-  table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-  table.verticalHeader()->hide();
-  table.verticalHeader()->setDefaultSectionSize(measure::kRow);
-  table.horizontalHeader()->setHighlightSections(false);
-  table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-}
-
-// The width of a text that stands for a column's usual contents.
-int WidthOf(const QWidget& widget, const QString& sample) {
-  return widget.fontMetrics().horizontalAdvance(sample) + 3 * measure::kGrid;
-}
 
 constexpr const char* kGeometry = "rutinas/ventana";
 constexpr const char* kHeader = "rutinas/columnas";
@@ -412,8 +44,8 @@ constexpr const char* kSplit = "rutinas/division";
 HooksWindow::HooksWindow(Office& office, QWidget* parent)
     : QMainWindow(parent),
       office_(office),
-      model_(new HooksModel(office.theme, this)),
-      shown_(new HooksFilter(this)) {
+      model_(new Model(office.theme, this)),
+      shown_(new hooks::Filter(this)) {
   setObjectName(QStringLiteral("rutinas"));
   setWindowTitle(QStringLiteral("Claves y rutinas"));
   shown_->setSourceModel(model_);
@@ -428,7 +60,7 @@ HooksWindow::HooksWindow(Office& office, QWidget* parent)
   splitter_->setChildrenCollapsible(false);
   splitter_->setHandleWidth(1);  // a hairline; the air around it is the panels'
   splitter_->addWidget(List());
-  detail_ = Detail();
+  detail_ = new Detail(office_.theme, this);
   splitter_->addWidget(detail_);
   splitter_->setStretchFactor(0, 1);
   column->addWidget(splitter_, 1);
@@ -565,59 +197,6 @@ QWidget* HooksWindow::List() {
   return stack_;
 }
 
-QWidget* HooksWindow::Detail() {
-  auto* frame = new QWidget(this);
-  auto* air = new QVBoxLayout(frame);
-  air->setContentsMargins(0, measure::kGrid, 0, 0);
-  auto* panel = new QFrame(frame);
-  air->addWidget(panel);
-  panel->setProperty("role", QStringLiteral("panel"));
-  auto* column = new QVBoxLayout(panel);
-  column->setContentsMargins(2 * measure::kGrid, measure::kGrid, 2 * measure::kGrid, 2 * measure::kGrid);
-  column->setSpacing(measure::kGrid / 2);
-  auto* heading = new QHBoxLayout;
-  heading->setSpacing(2 * measure::kGrid);
-  detail_title_ = new QLabel(panel);
-  detail_title_->setTextFormat(Qt::PlainText);
-  QFont bold = font();
-  bold.setWeight(QFont::DemiBold);
-  detail_title_->setFont(bold);
-  detail_place_ = Label("soft", panel);
-  detail_place_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  heading->addWidget(detail_title_);
-  heading->addWidget(detail_place_, 1);
-  column->addLayout(heading);
-  detail_error_ = new QLabel(panel);
-  detail_error_->setTextFormat(Qt::PlainText);
-  detail_error_->setWordWrap(true);
-  detail_error_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  detail_error_->setAccessibleName(QStringLiteral("Error de la rutina"));
-  column->addWidget(detail_error_);
-
-  auto* row = new QHBoxLayout;
-  row->setSpacing(measure::kGrid);
-  changes_ = new QTableWidget(0, 3, panel);
-  Dress(*changes_);
-  changes_->setSelectionMode(QAbstractItemView::SingleSelection);
-  changes_->setHorizontalHeaderLabels(
-      {QStringLiteral("Campo"), QStringLiteral("Antes"), QStringLiteral("Después")});
-  changes_->setAccessibleName(QStringLiteral("Campos que la rutina cambió"));
-  changes_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-  trace_ = new QPlainTextEdit(panel);
-  trace_->setReadOnly(true);
-  trace_->setTabChangesFocus(true);
-  trace_->setLineWrapMode(QPlainTextEdit::NoWrap);
-  QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  fixed.setPixelSize(measure::kCaption);
-  trace_->setFont(fixed);
-  trace_->setAccessibleName(QStringLiteral("Rastro del error"));
-  row->addWidget(changes_, 1);
-  row->addWidget(trace_, 1);
-  column->addLayout(row, 1);
-  column->addStretch();
-  return frame;
-}
-
 QWidget* HooksWindow::Foot() {
   auto* foot = new QFrame(this);
   foot->setProperty("role", QStringLiteral("keyline"));
@@ -743,53 +322,10 @@ void HooksWindow::Refresh() {
 
 void HooksWindow::ShowDetail() {
   const QModelIndex current = table_->currentIndex();
-  changes_->setRowCount(0);
-  trace_->clear();
-  detail_error_->setVisible(false);
-  trace_->setVisible(false);
-  detail_place_->setText({});
-  changes_->setVisible(false);
-  if (!current.isValid()) {
-    detail_title_->setText(QStringLiteral("Elija un renglón para ver qué hizo su rutina."));
-    return;
-  }
-  const Happening& row = model_->Row(shown_->mapToSource(current).row());
-  const QString moment = row.Cell(kMoment);
-  detail_title_->setText(moment.isEmpty() ? row.Cell(kKey)
-                                          : row.Cell(kKey) + QStringLiteral("  ·  ") + moment);
-  QStringList place;
-  if (!row.Place().isEmpty()) place << row.Place();
-  if (row.run) place << Milliseconds(row.run->milisegundos) + QStringLiteral(" ms");
-  if (row.Slow()) place << QStringLiteral("más de un segundo: el operador lo nota");
-  if (row.run && row.run->cambios.empty()) place << QStringLiteral("no cambió ningún campo");
-  if (!row.routine && !row.failure) place << QStringLiteral("sin rutina");
-  detail_place_->setText(place.join(QStringLiteral("  ·  ")));
-  if (const QString error = row.Error(); !error.isEmpty()) {
-    const QString at = row.run && row.run->error
-                           ? Text(python::LugarDe(row.run->error->archivo, row.run->error->linea))
-                           : row.Place();
-    detail_error_->setText(at + QStringLiteral(": ") + error);
-    QPalette palette = detail_error_->palette();
-    palette.setColor(QPalette::WindowText, office_.theme.Color(Role::Refused));
-    detail_error_->setPalette(palette);
-    detail_error_->setVisible(true);
-  }
-  if (!row.run) return;
-  changes_->setVisible(!row.run->cambios.empty());
-  if (!row.run->rastro.empty()) {
-    trace_->setPlainText(Text(row.run->rastro).trimmed());
-    trace_->setVisible(true);
-  }
-  changes_->setRowCount(static_cast<int>(row.run->cambios.size()));
-  int line = 0;
-  for (const auto& change : row.run->cambios) {
-    int column = 0;
-    for (const std::string* text : {&change.nombre, &change.antes, &change.despues}) {
-      auto* item = new QTableWidgetItem(Flat(Text(*text)));
-      item->setToolTip(Text(*text));
-      changes_->setItem(line, column++, item);
-    }
-    ++line;
+  if (current.isValid()) {
+    detail_->Show(model_->Row(shown_->mapToSource(current).row()));
+  } else {
+    detail_->ShowNothing();
   }
 }
 

@@ -15,16 +15,17 @@ class QAction;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
-class QPlainTextEdit;
 class QSplitter;
 class QStackedWidget;
 class QTableView;
-class QTableWidget;
 
 namespace tarvik::desktop {
 
-class HooksModel;
-class HooksFilter;
+namespace hooks {
+class Detail;
+class Filter;
+class Model;
+}  // namespace hooks
 
 // Make it once, at the start, hidden: it keeps what happens whether or not it is seen. Hand it to
 // python::Rutinas as its observer, and call KeyFired from the host's witness (Testigo::Gancho).
@@ -32,9 +33,6 @@ class HooksWindow : public QMainWindow, public python::ObservadorDeGanchos {
   Q_OBJECT
 
  public:
-  static constexpr int kKept = 5000;
-  static constexpr double kSlow = 1000;  // milliseconds
-
   explicit HooksWindow(Office& office, QWidget* parent = nullptr);
   ~HooksWindow() override;
 
@@ -69,14 +67,13 @@ class HooksWindow : public QMainWindow, public python::ObservadorDeGanchos {
   void BuildMenu();
   QWidget* Head();
   QWidget* List();
-  QWidget* Detail();
   QWidget* Foot();
   void Refresh();     // counts, empty text, what can be done
   void ShowDetail();  // of the current row
 
   Office& office_;
-  HooksModel* model_;
-  HooksFilter* shown_;
+  hooks::Model* model_;
+  hooks::Filter* shown_;
   QLabel* source_ = nullptr;  // where the routines come from
   QLineEdit* filter_ = nullptr;
   QCheckBox* with_routine_ = nullptr;
@@ -84,12 +81,7 @@ class HooksWindow : public QMainWindow, public python::ObservadorDeGanchos {
   QLabel* empty_ = nullptr;
   QTableView* table_ = nullptr;
   QSplitter* splitter_ = nullptr;
-  QWidget* detail_ = nullptr;
-  QLabel* detail_title_ = nullptr;
-  QLabel* detail_place_ = nullptr;
-  QLabel* detail_error_ = nullptr;
-  QTableWidget* changes_ = nullptr;
-  QPlainTextEdit* trace_ = nullptr;
+  hooks::Detail* detail_ = nullptr;
   QLabel* counts_ = nullptr;
   QAction* copy_ = nullptr;
   QAction* clear_ = nullptr;

@@ -14,7 +14,7 @@
 
 #include "desktop/frame/main_window.h"
 #include "desktop/platform/qt_platform.h"
-#include "desktop/printing/printing.h"
+#include "desktop/printing/preview_window.h"
 #include "desktop/program/program.h"
 #include "desktop/screens/matrix_view.h"
 #include "desktop/style/theme.h"

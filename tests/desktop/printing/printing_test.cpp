@@ -1,6 +1,8 @@
 // Printing: pages, the barcode on paper, PDF files, the paper's size, and what happens with no
 // printer. The base and the page are the host's own.
-#include "desktop/printing/printing.h"
+#include "desktop/printing/desktop_printer.h"
+#include "desktop/printing/preview_window.h"
+#include "desktop/printing/printed_page.h"
 
 #include <gtest/gtest.h>
 

@@ -19,8 +19,8 @@
 #include <sstream>
 
 #include "desktop/boxes/file_dialog.h"
+#include "desktop/printing/preview_window.h"
 #include "desktop/printing/print_dialog.h"
-#include "desktop/printing/printing.h"
 #include "desktop/screens/goods_out_view.h"
 #include "desktop/windows/help.h"
 #include "desktop/windows/hooks_window.h"

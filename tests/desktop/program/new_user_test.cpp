@@ -3,7 +3,7 @@
 #include <QTableView>
 
 #include "data/number.h"
-#include "desktop/printing/printing.h"
+#include "desktop/printing/preview_window.h"
 #include "tests/desktop/escritorio.h"
 
 namespace tarvik::desktop {
@@ -19,6 +19,21 @@ class PrimerDia : public Escritorio {
   }
   frmEntradasWizard& Receipt() {
     return dynamic_cast<frmEntradasWizard&>(*program->Platform().Screens().back());
+  }
+  // Eight typed lines, one scan, one box by its second key.
+  void TenLines() {
+    for (int line = 0; line < 8; ++line) Line(QString::fromStdString(Article(line)), QStringLiteral("3"));
+    Keys({Qt::Key_F3});
+    Type(QStringLiteral("7501206600016"));
+    Keys({Qt::Key_Return, Qt::Key_F3});
+    Type(QStringLiteral("CIN-AIS-C12"));
+    Keys({Qt::Key_Return});  // the article is known, and the box is in hand
+    EXPECT_EQ(Receipt().txtFields(4).Text(), "CIN-AIS");
+    EXPECT_EQ(Receipt().txtFields(5).Text(), "12");
+    for (int press = 0; press < 4 && Receipt().CuantasPartidas() < 10; ++press) Keys({Qt::Key_Return});
+    ASSERT_EQ(Receipt().CuantasPartidas(), 10);
+    EXPECT_EQ(One("SELECT cantidad FROM entpart WHERE articulo = 'CIN-AIS'"), "12");
+    EXPECT_EQ(One("SELECT cantidad FROM entpart WHERE articulo = 'MAR-16'"), "1");
   }
   static PreviewWindow* Preview() {
     for (QWidget* window : QApplication::topLevelWidgets()) {
@@ -36,19 +51,7 @@ TEST_F(PrimerDia, AReceiptOfTenLinesFromTheListAndBackToIt) {
   Type(QStringLiteral("com"));
   Keys({Qt::Key_Return, Qt::Key_Return});
 
-  // Eight typed lines, one scan, one box by its second key.
-  for (int line = 0; line < 8; ++line) Line(QString::fromStdString(Article(line)), QStringLiteral("3"));
-  Keys({Qt::Key_F3});
-  Type(QStringLiteral("7501206600016"));
-  Keys({Qt::Key_Return, Qt::Key_F3});
-  Type(QStringLiteral("CIN-AIS-C12"));
-  Keys({Qt::Key_Return});  // the article is known, and the box is in hand
-  EXPECT_EQ(Receipt().txtFields(4).Text(), "CIN-AIS");
-  EXPECT_EQ(Receipt().txtFields(5).Text(), "12");
-  for (int press = 0; press < 4 && Receipt().CuantasPartidas() < 10; ++press) Keys({Qt::Key_Return});
-  ASSERT_EQ(Receipt().CuantasPartidas(), 10);
-  EXPECT_EQ(One("SELECT cantidad FROM entpart WHERE articulo = 'CIN-AIS'"), "12");
-  EXPECT_EQ(One("SELECT cantidad FROM entpart WHERE articulo = 'MAR-16'"), "1");
+  TenLines();
 
   // The last line was meant to be two boxes; the first is taken away.
   Press(Qt::Key_Up, Qt::AltModifier);

@@ -1,5 +1,6 @@
 // The window of keys and routines: what it keeps, marks, filters and copies, by the keys of a hand.
 #include "desktop/windows/hooks_window.h"
+#include "desktop/windows/hooks_model.h"
 
 #include <gtest/gtest.h>
 
@@ -219,14 +220,14 @@ TEST_F(Rutinas, DosRutinasDeUnaClaveSonDosRenglones) {
 TEST_F(Rutinas, GuardaCincoMilYSueltaLasMasViejas) {
   ventana->KeyFired("SALIDAS001", {});
   ventana->Empieza(Rutina("SALIDAS001"));  // still running when its row goes
-  for (int i = 0; i < HooksWindow::kKept; ++i) ventana->KeyFired("ENTRADA008", {});
-  EXPECT_EQ(Renglones(), HooksWindow::kKept);
+  for (int i = 0; i < hooks::kKept; ++i) ventana->KeyFired("ENTRADA008", {});
+  EXPECT_EQ(Renglones(), hooks::kKept);
   EXPECT_EQ(Celda(0, kClave), "ENTRADA008");
   ventana->Corrio(Corrida("SALIDAS001"));
-  EXPECT_EQ(Renglones(), HooksWindow::kKept);
+  EXPECT_EQ(Renglones(), hooks::kKept);
   Corre(Corrida("ENTRADA005", 7));
-  EXPECT_EQ(Renglones(), HooksWindow::kKept);
-  EXPECT_EQ(Celda(HooksWindow::kKept - 1, kMs), "7.0");
+  EXPECT_EQ(Renglones(), hooks::kKept);
+  EXPECT_EQ(Celda(hooks::kKept - 1, kMs), "7.0");
 }
 
 TEST_F(Rutinas, ElFiltroTomaLoTecleadoYLaCasillaDejaLasDeRutina) {
