@@ -7,11 +7,8 @@
 #include <QCloseEvent>
 #include <QDate>
 #include <QHBoxLayout>
-#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
 #include <QScreen>
 #include <QSettings>
 #include <QStackedWidget>
@@ -19,10 +16,8 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <limits>
 
 #include "desktop/frame/notices.h"
 #include "desktop/frame/recovery.h"
@@ -41,7 +36,7 @@
 namespace tarvik::desktop {
 namespace {
 
-constexpr int kCountEvery = 20000;  // milliseconds between two looks at what others have left waiting
+constexpr int kCountEvery = 20000;  // milliseconds between two counts of the pending documents
 constexpr int kCloseWithin = 1000;  // a screen that is still open then has refused to close
 constexpr int kAgain = 50;          // milliseconds
 constexpr int kFrame = 40;          // pixels that the title of a window takes
@@ -102,7 +97,7 @@ MainWindow::MainWindow(Office& office, EntradasSalidas& door)
   const int mode = office.settings.value(kThemeSetting, static_cast<int>(office.theme.Chosen())).toInt();
   themes_->actions().value(std::clamp(mode, 0, 2))->setChecked(true);
   if (mode != static_cast<int>(office.theme.Chosen())) ChooseTheme(mode);
-  // Within the screen, its frame too: the key line at the foot is to be seen.
+  // The window must fit the monitor together with its frame, so that the key line at the foot is visible.
   const QSize room = screen()->availableSize() - QSize(0, kFrame);
   const QSize wanted = QSize(160 * measure::kGrid, 96 * measure::kGrid).boundedTo(room);
   if (wanted.width() < measure::kNarrowWindow) rail_->SetNarrow(true);
@@ -363,7 +358,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     if (Find(view) != nullptr) CloseOrLeave(*view);
   }
   if (screens_.empty()) return event->accept();
-  // Some screens go a moment after they are asked; one that asks the operator takes longer.
+  // Some screens close a moment after the request; one that asks the operator takes longer.
   event->ignore();
   closing_ = true;
   auto* wait = new QTimer(this);

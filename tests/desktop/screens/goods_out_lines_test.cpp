@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHeaderView>
 
 #include "tests/desktop/screens/salidas_en_el_escritorio.h"
 

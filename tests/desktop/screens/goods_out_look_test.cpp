@@ -1,4 +1,6 @@
 // How a goods-out looks at the size of a shop's monitor, in both themes.
+#include <QHeaderView>
+#include <QScrollBar>
 #include <QSplitter>
 
 #include "tests/desktop/screens/salidas_en_el_escritorio.h"
