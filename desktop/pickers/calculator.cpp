@@ -21,12 +21,12 @@ namespace {
 
 using measure::kGrid;
 
-// What a reader of an expression gives up with.
+// Thrown for an expression that can't be read.
 struct Refused {
   std::string reason;  // empty: it only ends too early
 };
 
-// A hand that leans on the parenthesis key shall not use up the program's stack.
+// A parenthesis key that is held down must not overflow the stack.
 constexpr int kDeepest = 100;
 // From here on a number is written with an exponent, which no field reads.
 constexpr double kLargest = 1e15;
@@ -205,7 +205,7 @@ void CalculatorDialog::MakeTape() {
   tape_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   tape_->setFixedHeight(20 * kGrid);
   tape_->setWordWrap(true);
-  tape_->setStyleSheet(QStringLiteral("QListWidget { padding: %1px; }").arg(kGrid));
+  tape_->setProperty("role", QStringLiteral("tape"));
   tape_->setSpacing(kGrid / 4);
 }
 

@@ -85,7 +85,7 @@ bool DesktopSelector::Elige(const std::string& clase, const std::string& titulo,
     elegido = calculator.Result().toStdString();
     return true;
   }
-  // The list of articles comes with no title, or with one that only its own makers read.
+  // The list of articles comes without a title, or with an internal one that means nothing to an operator.
   const bool articles = clase == "ListaArticulos" && host::BusquedaPor(titulo) == nullptr;
   PickerDialog picker(SourceFor(office_->host.Conexion(), articles ? "Articulos" : titulo), over);
   const QString place = QStringLiteral("selector/tamaño");

@@ -20,7 +20,7 @@ namespace {
 using measure::kGrid;
 
 constexpr std::size_t kPage = 60;
-// Between two keys of a fast hand; whoever presses Enter earlier does not wait for it.
+// Milliseconds after a key until the search runs; Enter does not wait for it.
 constexpr int kTypingPause = 60;
 
 // The suite writes its titles without accents; an operator reads them as Spanish has them.
@@ -117,10 +117,10 @@ void SearchRows::fetchMore(const QModelIndex& parent) {
   more_ = false;
   std::vector<host::Hallazgo> found;
   try {
-    // Pages grow, so that a walk to the end of a long list stays one of few questions.
+    // Pages grow, so that reaching the end of a long list takes few queries.
     found = source_.rows(typed_, rows_.size() * 2 + kPage + 1);
   } catch (const std::exception&) {
-    return;  // the rows at hand stay good; the next key asks again and tells
+    return;  // the rows read so far stay; the next key reads again and reports the error
   }
   const std::size_t wanted = rows_.size() * 2 + kPage;
   const bool more = found.size() > wanted;
@@ -157,7 +157,7 @@ SearchPanel::SearchPanel(SearchSource source, bool compact, QWidget* parent) : Q
   table_->setAlternatingRowColors(true);
   table_->setShowGrid(false);
   table_->setWordWrap(false);
-  table_->setStyleSheet(QStringLiteral("QTableView::item { padding: 0 %1px; }").arg(kGrid));
+  table_->setProperty("role", QStringLiteral("found"));
   table_->setTabKeyNavigation(false);
   table_->setFocusPolicy(Qt::NoFocus);  // the field keeps the keys: one may go on typing at any time
   table_->verticalHeader()->hide();

@@ -28,8 +28,8 @@ struct SearchSource {
   std::function<std::vector<host::Hallazgo>(const std::string& typed, std::size_t limit)> rows;
 };
 
-// The search of the suite by its title; the connection outlives what is made of it. A title that
-// nobody gave a meaning gives a source whose rows throw.
+// The search of the suite by its title; the connection outlives what is made of it. For an unknown title it
+// gives a source whose rows throw.
 SearchSource SourceFor(data::EngineConnection& connection, std::string_view title);
 
 class SearchRows : public QAbstractTableModel {
@@ -67,7 +67,7 @@ class SearchPanel : public QWidget {
   void Start(const QString& typed);
   [[nodiscard]] QLineEdit& Filter() const { return *filter_; }
   [[nodiscard]] QTableView& Table() const { return *table_; }
-  // The row in hand; empty if there is none. What is typed counts to the last key.
+  // The row in hand; empty if there is none. Everything typed so far counts.
   [[nodiscard]] QString Current();
 
  signals:

@@ -52,7 +52,7 @@ class Face {
                 [&] { return Shape(QFontMetricsF(font_).elidedText(text, Qt::ElideRight, width)); });
   }
 
-  // Cut off at its end, and so that it can be seen: a figure without its front would be another figure.
+  // Elided at the end, and visibly: a number without its first digits would be another number.
   const Shaped& FiguresWithin(const QString& text, int width) {
     const Shaped& whole = Kept(figures_, text, [&] { return ShapeFigures(text); });
     return whole.width <= width ? whole : TextWithin(text, width);
@@ -125,7 +125,7 @@ class Face {
   QCache<Cut, Shaped> cuts_{kKeptTexts};
 };
 
-// A handful of fonts at a time; the one that was used longest ago goes.
+// Keeps a few fonts and drops the least recently used one.
 Face& FaceOf(const QFont& font) {
   static std::deque<std::unique_ptr<Face>> faces;
   const auto known =

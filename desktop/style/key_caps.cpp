@@ -11,7 +11,7 @@ namespace tarvik::desktop {
 
 namespace {
 
-QString said;  // the word of now
+QString said;  // the current notice
 
 }  // namespace
 
@@ -29,7 +29,7 @@ void LineWord::SayAll(const QString& words) {
   }
 }
 
-// The line is laid out at once: in the middle of an act nobody else would.
+// The line is laid out at once: in the middle of an act the event loop does not run.
 void LineWord::Say(const QString& words) {
   setText(words);
   setVisible(!words.isEmpty());

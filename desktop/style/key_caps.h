@@ -16,14 +16,14 @@ namespace tarvik::desktop {
 
 using Keys = QList<QPair<QString, QString>>;  // key, what it does
 
-// What the operator is told in the line of keys while his act runs: that the base is waited for, how many
-// errors it met. It takes no room while there is nothing to say, and moves nothing but the line's own.
+// A notice in the line of keys while an act runs: that the base is waited for, or how many errors occurred.
+// Without a notice it takes no room, and it never moves anything outside the line.
 class LineWord final : public QLabel {
   Q_OBJECT
 
  public:
   explicit LineWord(QWidget* parent = nullptr);
-  // To all lines of all windows; an empty text takes the word away. What comes up later hears it too.
+  // Sets the notice of all lines of all windows, also of those made later; an empty text removes it.
   static void SayAll(const QString& words);
 
  signals:
@@ -53,7 +53,7 @@ class KeyCaps final : public QWidget {
   int used_ = 0;  // labels in use, two a key
 };
 
-// A key of a window: works wherever in the window the hand is.
+// A key that works wherever in the window the focus is.
 void AddKey(QWidget& window, const QKeySequence& key, std::function<void()> act);
 
 // The line at a screen's foot: keys at the left, what the caller adds at the right.

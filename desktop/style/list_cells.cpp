@@ -1,4 +1,4 @@
-// The painting of cells, and the manners that all tables of the lists share. It reads no data.
+// How cells are painted, and how all tables of the lists behave. It reads no data.
 #include "desktop/style/list_cells.h"
 
 #include <QHeaderView>
@@ -20,8 +20,8 @@ constexpr int kPadding = measure::kGrid;
 void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
   using Ink = tarvik::desktop::Role;
-  // The row is chosen, not the cell: one ground for all of it, no frame around one of them. The style
-  // has no say in a cell: asking it for each is most of what a page of a list costs.
+  // The whole row is selected: one ground, no frame around a single cell. Cells are painted without the
+  // style, whose calls would be most of the cost of a page.
   const bool selected = option.state.testFlag(QStyle::State_Selected);
   if (selected) painter->fillRect(option.rect, theme_.Color(Ink::Selection));
   const QString text = index.data().toString();

@@ -1,8 +1,10 @@
 // Theme: the one file of colours and measures, in a light and a dark set. Views name roles, never
-// colours: a widget says what it is by a dynamic property, and what it paints itself it asks for here.
+// colours: a widget says what it is by a dynamic property, which resources/style.qss dresses, and what it
+// paints itself it asks for here.
 //
 //   widget->setProperty("role", "panel");     // panel, band, caption, title, total, soft, keycap,
-//                                             // keyline, rail, railTitle, railItem, reason, empty, notice
+//                                             // keyline, rail, railTitle, railItem, reason, empty, notice,
+//                                             // report, found, tape, pages, manual
 //   button->setProperty("role", "primary");   // primary, outlined, quiet
 //   chip->setProperty("role", "chip");        // with "state": nuevo, pendiente, afectado, medias, lectura
 //   field: "hand" (the field in hand), "refused", "blocked", each true or false
@@ -11,6 +13,7 @@
 #pragma once
 
 #include <QColor>
+#include <QHash>
 #include <QString>
 #include <array>
 
@@ -45,8 +48,9 @@ enum class Role {
   RailInk,
   RailSoft,
   RailHere,
-  Good,     // exact, stored, posted
-  Warning,  // pending
+  RailMark,  // beside the page in hand
+  Good,      // exact, stored, posted
+  Warning,   // pending
   WarningTint,
   GoodTint,
   Quiet,  // chips without urgency
@@ -66,6 +70,7 @@ namespace measure {
 inline constexpr int kGrid = 8;
 inline constexpr int kText = 13;  // pixels
 inline constexpr int kCaption = 11;
+inline constexpr int kEmpty = 15;
 inline constexpr int kTitle = 19;
 inline constexpr int kTotal = 28;
 inline constexpr int kField = 32;  // height
@@ -92,9 +97,11 @@ class Theme {
   // Fonts, palette and style of the whole program. Again after Set, and when the system's theme changes.
   void ApplyTo(QApplication& application) const;
 
- private:
-  [[nodiscard]] QString StyleSheet() const;
+  // What resources/style.qss may name, "@Ink" or "@TextSize", and what stands for it.
+  static QHash<QString, QString> Placeholders(bool dark);
+  static QString StyleSheet(bool dark);
 
+ private:
   Mode mode_;
 };
 

@@ -168,9 +168,7 @@ void HelpWindow::MakePages(QWidget* left) {
   pages_->setAccessibleName(QStringLiteral("Páginas del manual"));
   pages_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   pages_->setFrameShape(QFrame::NoFrame);
-  pages_->setStyleSheet(QStringLiteral("QListWidget { border: none; background: transparent; }"
-                                       "QListWidget::item { padding-left: %1px; }")
-                            .arg(kGrid));
+  pages_->setProperty("role", QStringLiteral("pages"));
   for (const Known& page : kPages) {
     auto* item = new QListWidgetItem(QString::fromUtf8(page.title), pages_);
     item->setData(Qt::UserRole, QString::fromUtf8(page.name));
@@ -210,8 +208,7 @@ QWidget* HelpWindow::MakePaper() {
   text_->setAccessibleName(QStringLiteral("Manual"));
   text_->setOpenLinks(false);
   text_->document()->setDocumentMargin(3 * kGrid);
-  // Read, not filled in: no tint of a field in hand.
-  text_->setStyleSheet(QStringLiteral("QTextBrowser { background: transparent; border: none; padding: 0; }"));
+  text_->setProperty("role", QStringLiteral("manual"));
   paper_layout->addWidget(text_);
   return paper;
 }
@@ -233,7 +230,7 @@ void HelpWindow::Open(const QString& screen, const QList<QPair<QString, QString>
 
 void HelpWindow::ShowKeys(const QString& screen, const QList<QPair<QString, QString>>& keys) {
   screen_->setText(screen);
-  // A new holder each time: an old line must not stay because it was still being painted.
+  // The lines are made anew each time: an old one must not stay visible while it waits to be deleted.
   while (QLayoutItem* item = keys_layout_->takeAt(0)) {
     delete item->widget();
     delete item;
