@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -143,6 +144,17 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
   // From here on the document is only read, as after a load in "CONSULTA".
   void DejaEnConsulta();
+  // Whether the document is only read, loaded so or left so.
+  [[nodiscard]] bool SoloLectura() const { return Modo == "CONSULTA"; }
+
+  // A line that is being posted: its number, from 1, of how many stored lines.
+  struct Avance {
+    int renglon = 0;
+    int de = 0;
+  };
+  // Told with each line's text in RichTextBox1: a listener that hears of that change asks here for the
+  // figures. Nothing at any other time, also when somebody else writes into RichTextBox1.
+  [[nodiscard]] const std::optional<Avance>& Afectando() const { return afectando_; }
   // How many failures this screen has reported: whoever calls a procedure learns whether all went well.
   [[nodiscard]] int Reportes() const { return reportes_; }
 
@@ -288,6 +300,7 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
   int vueltas_ = 0;
   int reportes_ = 0;
+  std::optional<Avance> afectando_;
   std::vector<forms::Control*> siempre_;  // enabled in "CONSULTA" too
 };
 

@@ -40,7 +40,7 @@ DocumentView::DocumentView(Office& office, DocumentWizard& wizard, QWidget* pare
     : ScreenView(office, wizard, parent), wizard_(wizard), look_(office.reader) {
   if (auto* platform = dynamic_cast<QtPlatform*>(&wizard.GetPlatform()))
     messages_seen_ = platform->MessagesShown();
-  // The suite's keys lead to the lines on goods-out alone; here two lead there and back on both.
+  // Only goods-out has keys of its own to reach the lines; these two lead there and back on both screens.
   auto way = [this](Qt::Key key, forms::Control& target) {
     auto* shortcut = new QShortcut(QKeySequence(Qt::ALT | key), this);
     shortcut->setContext(Qt::WidgetWithChildrenShortcut);
@@ -144,7 +144,7 @@ QWidget* DocumentView::KeyLine() {
 Keys DocumentView::KeysNow() const {
   Keys keys;
   const forms::Control* active = Screen().ActiveControl();
-  if (!wizard_.txtFields(0).Enabled()) {  // only read
+  if (wizard_.SoloLectura()) {
     if (InPart()) keys += {QStringLiteral("F7"), tr("completar")};
     keys += {QStringLiteral("F1"), tr("ayuda")};
     return keys;
@@ -210,12 +210,12 @@ void DocumentView::LookIfOthersWrote() {
   if (!Screen().Open() || Screen().GetPlatform().Acting()) return;
   try {
     if (std::exchange(others_wrote_, office().host.Conexion().Changes()) != others_wrote_) LookAgain();
-  } catch (const std::exception&) {  // a base that is away: what is shown stays
+  } catch (const std::exception&) {  // an unreachable base: the display stays
   }
 }
 
 bool DocumentView::Completes(QEvent& event) {
-  if (event.type() != QEvent::KeyPress || !InPart() || wizard_.txtFields(0).Enabled()) return false;
+  if (event.type() != QEvent::KeyPress || !InPart() || !wizard_.SoloLectura()) return false;
   const auto& key = static_cast<QKeyEvent&>(event);
   if (key.key() != Qt::Key_F7 || key.isAutoRepeat() || key.modifiers() != Qt::NoModifier) return false;
   emit CompleteRequested();
@@ -230,7 +230,7 @@ bool DocumentView::event(QEvent* event) { return Completes(*event) || ScreenView
 
 void DocumentView::ShowState() {
   if (!chip_) return;
-  if (!wizard_.txtFields(0).Enabled()) return ShowReadOnly();
+  if (wizard_.SoloLectura()) return ShowReadOnly();
   QString state = QStringLiteral("nuevo");
   QString text = tr("Nuevo");
   QString held;
@@ -243,7 +243,7 @@ void DocumentView::ShowState() {
     held = tr("%1 desde las %2")
                .arg(QString::fromStdString(state_->usuario), QString::fromStdString(state_->usuhora).left(5));
     if (!state_->ocupado) {
-      // Freed by another station, or stored and let go of: somebody else may have it by now.
+      // Freed by another station, or stored and released: somebody else may have it by now.
       state = QStringLiteral("pendiente");
       text = tr("Liberado");
       held = tr("Esta pantalla ya no tiene el documento: ciérrela y ábralo de nuevo antes de seguir");
@@ -263,7 +263,7 @@ void DocumentView::ShowReadOnly() {
   ShowStored();
 }
 
-// What is seen and what is stored are counted apart: a line that the base refused is in sight all the same.
+// Lines in the grid and stored lines are counted separately: a line that the base refused is still visible.
 void DocumentView::ShowStored() {
   if (look_.UnderWay()) return;  // what was stored last is not known yet
   int seen = 0;
@@ -323,13 +323,12 @@ void DocumentView::ControlChanged(forms::Control& control, forms::Aspect aspect)
   ScreenView::ControlChanged(control, aspect);
   if (aspect != forms::Aspect::Text) return;
   Mend(control);
-  if (&control == &wizard_.RichTextBox1) ShowProgress(QString::fromStdString(wizard_.RichTextBox1.Text()));
+  if (&control == &wizard_.RichTextBox1 && wizard_.Afectando()) ShowProgress(*wizard_.Afectando());
 }
 
-void DocumentView::ShowProgress(const QString& text) {
-  if (!line_ || !text.startsWith(QStringLiteral("Afectando: "))) return;
-  const int done = text.section(QLatin1Char(' '), -1).toInt();
-  const int all = wizard_.rstPartidas ? wizard_.rstPartidas->RecordCount() : done;
+void DocumentView::ShowProgress(const DocumentWizard::Avance& posting) {
+  if (!line_) return;
+  const auto [done, all] = posting;
   if (line_->currentIndex() != 1) {
     line_->setCurrentIndex(1);
     posting_.start();

@@ -22,7 +22,7 @@ class DocumentView : public ScreenView {
   DocumentView(Office& office, DocumentWizard& wizard, QWidget* parent);
 
   [[nodiscard]] Keys KeysNow() const override;
-  // The document was completed, or changed by another hand: its state is read anew.
+  // The document was completed or changed elsewhere: reads its state again.
   void LookAgain();
   [[nodiscard]] bool Looking() const override { return look_.UnderWay(); }
 
@@ -49,8 +49,8 @@ class DocumentView : public ScreenView {
   bool event(QEvent* event) override;
 
  private:
-  // Reads the document's state beside the window, where this program has written since the last reading or
-  // the screen has come to another document.
+  // Reads the document's state in the background if this program has written since the last reading, or the
+  // screen shows another document.
   void LookIfWritten();
   void LookIfOthersWrote();
   void ShowState();
@@ -60,7 +60,7 @@ class DocumentView : public ScreenView {
   bool Completes(QEvent& event);
   void ShowStored();
   void ShowKeys();
-  void ShowProgress(const QString& text);
+  void ShowProgress(const DocumentWizard::Avance& posting);
   void Refuse(forms::Control& control, const QString& reason);
   void Mend(forms::Control& control);
 

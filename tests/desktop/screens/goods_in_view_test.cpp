@@ -1,4 +1,6 @@
 // A goods-in by keyboard alone, with real key events, in the window that an operator sees.
+#include <QProgressBar>
+
 #include "tests/desktop/escritorio.h"
 
 namespace tarvik::desktop {
@@ -97,6 +99,46 @@ TEST_F(Escritorio, ClosingWithAnEditOpenLosesNothingStoredAndFreesTheDocument) {
   EXPECT_TRUE(program->Platform().Screens().empty());
   EXPECT_EQ(One("SELECT cantidad FROM entpart"), "3");
   EXPECT_EQ(One("SELECT ocupado FROM entradas"), "0");
+}
+
+TEST_F(Escritorio, ThePostingOfEachLineMovesTheBarAndNobodyElsesWordsDo) {
+  frmEntradasWizard& form = Receiving();
+  Line(QString::fromStdString(Article(0)), QStringLiteral("3"));
+  Line(QString::fromStdString(Article(1)), QStringLiteral("4"));
+  auto* bar = program->ViewOf(form)->findChild<QProgressBar*>();
+  ASSERT_NE(bar, nullptr);
+  form.RichTextBox1.Text("Afectando: lo que sea 1");  // a routine of the business may write there too
+  EXPECT_FALSE(bar->isVisible());
+  std::vector<std::pair<int, int>> seen;
+  form.RichTextBox1.OnChange = [&] {
+    EXPECT_TRUE(bar->isVisible());
+    seen.emplace_back(bar->value(), bar->maximum());
+  };
+  Press(Qt::Key_F5);
+  Settle();
+  EXPECT_EQ(seen, (std::vector<std::pair<int, int>>{{1, 2}, {2, 2}}));
+  EXPECT_EQ(One("SELECT estado FROM entradas"), "CO");
+}
+
+TEST_F(Escritorio, AConceptThatARoutineBlocksMakesNoDocumentReadOnly) {
+  frmEntradasWizard& form = Receiving();
+  form.txtFields(0).Enabled(false);
+  Line(QString::fromStdString(Article(0)), QStringLiteral("3"));
+  Settle();
+  const auto chip = [&]() -> std::string {
+    for (const QLabel* label : program->ViewOf(form)->findChildren<QLabel*>()) {
+      if (label->accessibleName() == QStringLiteral("Estado del documento"))
+        return label->text().toStdString();
+    }
+    return "(no está)";
+  };
+  EXPECT_EQ(chip(), "Pendiente");
+  const Keys keys = program->ViewOf(form)->KeysNow();
+  EXPECT_TRUE(std::any_of(keys.begin(), keys.end(), [](const auto& key) { return key.first == "F5"; }));
+  form.DejaEnConsulta();
+  form.Enter(form.fg2);
+  Settle();
+  EXPECT_EQ(chip(), "Sólo lectura");
 }
 
 TEST(Palette, EveryTextStandsOutFromItsGroundInBothThemes) {
