@@ -69,7 +69,7 @@ class MarkLabel : public QWidget {
 class Box : public QDialog {
  public:
   explicit Box(QWidget* parent, const QString& text) : QDialog(parent), text_(text) {
-    // The windows' own look, without the help button that nothing stands behind.
+    // Without the toolkit's help button, which would do nothing.
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     setWindowModality(Qt::ApplicationModal);
     auto* outer = new QVBoxLayout(this);
@@ -166,7 +166,7 @@ class Box : public QDialog {
     });
   }
 
-  // The one that Enter presses: filled, and in hand from the start.
+  // The default button: filled, and focused from the start.
   static void MakeDefault(QPushButton* button) {
     button->setProperty("role", QStringLiteral("primary"));
     button->setDefault(true);
@@ -179,7 +179,7 @@ class Box : public QDialog {
   }
 
  protected:
-  // A key that was still down when the box came up answers nothing: it has not been read yet.
+  // A key that was already down when the box opened must not answer it unread.
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->isAutoRepeat()) return true;
     return QDialog::eventFilter(watched, event);

@@ -23,7 +23,7 @@ bool ShowBox(QWidget* parent, forms::BoxKind kind, const QString& text, int styl
 // written it to the program's log before.
 void ShowUnhandled(QWidget* parent, const QString& text, bool noted);
 
-// The program could not open its base: what happened, and what to do as the reason itself says it.
+// The program could not open its base; the reason itself says what to do.
 void ShowNotOpened(const QString& reason);
 
 // The same boxes, not yet shown: exec() gives QDialog::Accepted for true.

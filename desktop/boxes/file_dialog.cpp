@@ -23,8 +23,8 @@ class IconsByName final : public QFileIconProvider {
   }
 };
 
-// Not the desktop's own dialog, which reads what it likes. Nothing is renamed or removed by it either:
-// the base's files may stand in the list.
+// Not the desktop's native dialog, which may read files. Renaming and removing are off too: the base's files
+// may be in the list.
 class Dialog final {
  public:
   Dialog(QWidget* parent, const QString& title) : dialog_(parent, Qt::WindowFlags()) {

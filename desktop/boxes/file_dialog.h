@@ -1,6 +1,6 @@
-// File dialogs: the one place of the program where a file or a folder is chosen. They look at names
-// and at what is a folder, and open no file: an ordinary dialog reads the files of a folder to choose
-// their icons, and the base's own locks go with the first of its files that it closes.
+// File dialogs: the one place of the program where a file or a folder is chosen. They open no file and look
+// only at names: an ordinary dialog reads files to choose their icons, and closing a file of the base would
+// release this process's locks on it.
 #pragma once
 
 #include <QString>

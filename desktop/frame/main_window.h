@@ -49,7 +49,7 @@ class MainWindow : public QMainWindow {
   MainWindow(Office& office, EntradasSalidas& door);
   ~MainWindow() override;
 
-  // Asks the operator for a line of text; nothing if he thinks better of it. A dialog, until set otherwise.
+  // Asks the operator for a line of text; nothing if the operator cancels. A dialog, until set otherwise.
   std::function<std::optional<QString>(const QString& title, const QString& label)> ask_text;
 
   // Shows a screen's view: as a tab, or as a window of its own if the operator chose so; a modal one
@@ -79,7 +79,7 @@ class MainWindow : public QMainWindow {
  signals:
   void HelpRequested();   // F1
   void HooksRequested();  // Ver > Ganchos
-  void ThemeChanged();    // after another theme was put on: what paints itself paints anew
+  void ThemeChanged();    // after a change of theme: widgets that paint themselves repaint
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -135,7 +135,7 @@ class MainWindow : public QMainWindow {
   void AskFor(DocumentList& list, int number);
   void MakeRequests(QBoxLayout& column);
   void OpenForChange(const host::Retenido& document);
-  // The own screen on the document comes to the front; false if there is none.
+  // Brings this program's own screen of the document to the front; false if there is none.
   bool RaiseOwn(const host::Retenido& document);
   void SyncParent();
   void OnParentCall(std::string_view name, const std::vector<data::Value>& arguments);
@@ -144,7 +144,7 @@ class MainWindow : public QMainWindow {
   void UpdateActions();
   void UpdateStatus();
   void ChooseTheme(int mode);
-  // Runs what may throw; the reason goes before the operator with what is safe and what to do.
+  // Runs what may throw, and shows the operator the reason, what is safe, and what to do.
   void Try(const QString& what, const std::function<void()>& act);
 
   Office& office_;

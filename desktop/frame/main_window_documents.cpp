@@ -35,7 +35,7 @@ void MainWindow::Transfer() {
       [this] { door_.movimientoEstacion(0, false); });
 }
 
-// Transfers are the deployer's: there is no list of them here, and their number is what an operator has.
+// Transfers belong to the deployment: there is no list of them, and the operator opens one by its number.
 void MainWindow::OpenTransfer() {
   bool chosen = false;
   const int number = QInputDialog::getInt(this, QStringLiteral("Traspaso de estación"),
@@ -83,7 +83,7 @@ void MainWindow::DeleteDocument(DocumentList& list, int number) {
     list.Model().RemoveKey(number);
     UpdateCounts();
   } else {
-    list.Refresh();  // it may be gone by another's hand, or held
+    list.Refresh();  // it may have been deleted elsewhere, or be held
   }
   SyncParent();
 }
@@ -134,7 +134,7 @@ void MainWindow::AskFor(DocumentList& list, int number) {
   });
 }
 
-// What others ask of this program, above the screens; and what comes of asking.
+// The band above the screens with other stations' requests, and the answers to this program's own.
 void MainWindow::MakeRequests(QBoxLayout& column) {
   requests_ = new Requests(office_.host, this);
   column.addWidget(requests_);

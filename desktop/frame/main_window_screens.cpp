@@ -119,7 +119,7 @@ void MainWindow::RemoveTab(ScreenView& view) {
   const int index = stack_->indexOf(&view);
   if (index <= 0) return;
   stack_->removeWidget(&view);
-  // The bar tells of its new current tab while the stack already is as it will be.
+  // Removing the tab reports a new current one, so the stack is brought up to date before.
   tabs_->removeTab(index);
   tabs_->setVisible(tabs_->count() > 1);
   ShowTab(tabs_->currentIndex());
@@ -142,7 +142,7 @@ void MainWindow::OnGone(ScreenView* view) {
   RemoveTab(*view);
   view->hide();
   if (screen.before) screen.before->activateWindow();
-  view->setParent(this);  // should the program end before it is deleted
+  view->setParent(this);  // deleted with the window if the program ends first
   view->Dismiss();
   for (auto* list : lists_) {
     if (list->isVisible()) list->Refresh();
@@ -169,7 +169,7 @@ void MainWindow::RefreshLists() {
 }
 
 // A routine that fails on every closing would keep the program open for good: then the operator decides.
-// A program that has been told to end asks nobody.
+// A program that was told to end does not ask.
 void MainWindow::CloseOrLeave(ScreenView& view) {
   forms::Form& form = view.Screen();
   auto* platform = dynamic_cast<QtPlatform*>(&form.GetPlatform());

@@ -67,7 +67,7 @@ void NoticeStrip::Remove(const QString& name) {
 void NoticeStrip::Take(const QString& name) {
   QWidget* card = Card(name);
   if (card == nullptr) return;
-  // A button of its own may be what takes it away.
+  // The card may be removed by a click on one of its own buttons.
   card->setObjectName({});
   column_->removeWidget(card);
   card->hide();

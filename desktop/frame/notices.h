@@ -1,5 +1,5 @@
-// NoticeStrip: quiet cards above the lists, for what waits until somebody has time for it. A card waits for
-// nobody and takes no key: its buttons are reached by Tab and by their letters, and Enter presses none.
+// NoticeStrip: cards above the lists for matters that can wait. A card is not modal and takes no key: its
+// buttons are reached by Tab and by their mnemonics, and Enter presses none.
 #pragma once
 
 #include <QHash>

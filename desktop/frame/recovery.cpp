@@ -96,7 +96,7 @@ void Recovery::ShowHalf() {
 }
 
 void Recovery::ShowBroken() {
-  // Of this station alone: its routines and its paper are here.
+  // Only of this station: its routines and its printer are here.
   const QString station = QString::fromStdString(office_.host.Ambiente().Estacion());
   std::vector<host::CierreInterrumpido> ours;
   for (const auto& broken : half_.Broken()) {

@@ -1,6 +1,6 @@
 // Recovery: what the operator is offered where a document was posted in part or its finish broke off. It
-// asks, has the host do it, and tells what came of it; what is missing and how it is made up for is the
-// host's.
+// asks, has the host do it, and tells what came of it; what is missing, and how it is completed, is known to
+// the host.
 #pragma once
 
 #include <QObject>

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kLookEvery = 2000;  // milliseconds
 
-// A look that nobody asked for waits for nothing: a base that is away would hold the keys up at each turn.
+// A check that nobody asked for must not wait: an unreachable base would block the keyboard at every turn.
 class Impatient {
  public:
   explicit Impatient(data::Patience& patience) : patience_(patience) {
@@ -43,7 +43,7 @@ Requests::Requests(host::Anfitrion& host, QWidget* parent)
   row->setContentsMargins(measure::kGrid, measure::kGrid / 2, measure::kGrid, measure::kGrid / 2);
   row->addWidget(label_, 1);
   for (auto* button : {give_, keep_}) {
-    button->setFocusPolicy(Qt::TabFocus);  // a click takes no field its hand
+    button->setFocusPolicy(Qt::TabFocus);  // a click does not take the focus from a field
     row->addWidget(button);
   }
   connect(give_, &QPushButton::clicked, this, [this] { Answer(true); });
@@ -68,10 +68,11 @@ void Requests::LookIfWritten() {
     if (!unseen.empty()) emit Failed(QString::fromStdString(unseen));
   }
   try {
-    // Who closes a document answers nothing, and need not have written where it is heard.
+    // A station that just closes the document answers nothing, and may write nothing that would be noticed
+    // here.
     if (seen_ == host_.Conexion().Changes() && asked_by_us_.empty()) return;
   } catch (const std::exception&) {
-    return;  // a base that is away asks for nothing
+    return;  // no requests come from an unreachable base
   }
   Look();
 }

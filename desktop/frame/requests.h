@@ -33,8 +33,8 @@ class Requests : public QFrame {
   [[nodiscard]] QPushButton& KeepButton() const { return *keep_; }
 
  signals:
-  // A document that was asked for is free for this program; or it stays with its holder, or has no more to
-  // be opened, and why.
+  // A document that was asked for is free for this program; or it stays with its holder, or can no longer be
+  // opened, and why.
   void Granted(host::Retenido document);
   void Refused(const QString& text);
   // Handing over did not work; the request waits on.

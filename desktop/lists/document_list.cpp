@@ -217,7 +217,8 @@ void DocumentList::OnRested() {
   if (const auto asked = std::exchange(asked_, nullptr); asked && !model_->Failing()) Ask(asked);
 }
 
-// Enter right behind what was typed, as a scanner sends it: it means the rows to come, not those on show.
+// Enter right after the text, as a scanner sends it, applies to the rows that are still being read, not to
+// those on show.
 void DocumentList::Ask(void (DocumentList::*what)(int)) {
   if (model_->Busy() && (model_->Stale() || Selected() == 0)) {
     asked_ = what;
@@ -300,7 +301,7 @@ std::function<void()> DocumentList::ActOf(const QKeyEvent& key, bool in_filter) 
     case Qt::Key_Insert:
       return [this] { emit NewRequested(); };
     case Qt::Key_Delete:
-      // In the field the key is the text's as long as there is any.
+      // In the filter field Delete edits the text as long as there is any.
       if (in_filter && typed) return {};
       return [this] {
         if (Selected() != 0) emit DeleteRequested(Selected());

@@ -31,14 +31,14 @@ QString Grouped(std::int64_t number) {
   return QString::fromStdString(data::FormatNumber(static_cast<double>(number), "###,###,###,##0"));
 }
 
-// A screen may hold it whose save has cleared the flag already.
+// A screen may still hold the document after its save has cleared the flag.
 bool Held(const DocumentListModel::Cells& cells) {
   return data::IsNonZero(De(cells, Read::kOcupado)) || !De(cells, Read::kTomadoPor).IsNull();
 }
 
 QString HolderText(const DocumentListModel::Cells& cells) {
   if (!Held(cells)) return {};
-  // A flag without a lease: a screen of another program, or one that ended badly.
+  // Marked as held, but without a lease: a screen of another program, or one that crashed.
   if (De(cells, Read::kTomadoPor).IsNull()) return Text(De(cells, Read::kUsuario));
   QStringList parts{Text(De(cells, Read::kTomadoPor)), Text(De(cells, Read::kEstacion))};
   parts.removeAll(QString());

@@ -311,7 +311,7 @@ void StockView::Connect() {
     });
   }
   connect(model_, &StockModel::Rested, this, &StockView::OnRested);
-  // A row that had left memory has been read again: now its ledger is known.
+  // The row had been dropped from memory and was read again: now its movements can be shown.
   connect(model_, &StockModel::dataChanged, this, [this](const QModelIndex& first, const QModelIndex& last) {
     const int here = table_->currentIndex().row();
     if (here >= first.row() && here <= last.row()) ShowLedger();

@@ -19,8 +19,8 @@ namespace tarvik::desktop {
 
 namespace {
 
-constexpr int kButtons = 0xF;     // of a box's style, those digits that say which it has
-constexpr int kLookEvery = 200;   // milliseconds between two looks whether the program is to end
+constexpr int kButtons = 0xF;     // the bits of a box's style that say which buttons it has
+constexpr int kLookEvery = 200;   // milliseconds between two checks whether the program is to end
 constexpr int kEndWithin = 5000;  // a window that is still open then has refused to close
 
 std::atomic<bool> end_requested = false;
@@ -45,13 +45,13 @@ QtPlatform::QtPlatform() {
   watch->start();
 }
 
-// From here on nobody looks any more: the process is told as any other.
+// Nobody polls the request any more, so the signals get their default effect back.
 QtPlatform::~QtPlatform() {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_DFL);
 }
 
-// What stands in front of the others goes first, as if it had been left with Esc; what waited for it
-// then comes to its own end. What is left after a while goes with the program, which lets go of it.
+// Closes the frontmost window first, as Esc would; what waited for it then ends by itself. Windows that are
+// still open after a while are closed with the program.
 void QtPlatform::End() {
   if (!ending_.isValid()) ending_.start();
   if (ending_.hasExpired(kEndWithin)) return QCoreApplication::exit();
@@ -72,7 +72,7 @@ data::DateTime QtPlatform::Now() {
 }
 
 bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& given, int style) {
-  // A message whose text could not be read has none; a box without words would only puzzle.
+  // A message whose text could not be read is empty; an empty box would only puzzle the operator.
   const bool wordless = QString::fromStdString(given).trimmed().isEmpty();
   const std::string text = wordless ? tr("No se pudo leer el texto de este aviso en la base de datos. Lo que "
                                          "ya estaba guardado sigue guardado.")
@@ -94,7 +94,7 @@ bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& given, int styl
 
 bool QtPlatform::Answer(forms::BoxKind kind, const std::string& text, int style) {
   if (on_box) return on_box(kind, text, style);
-  // Nobody is there to answer any more: nothing is agreed to.
+  // Nobody is left to answer: a question counts as refused.
   if (end_requested) return kind != forms::BoxKind::Question && (style & kButtons) != forms::kBoxYesNo;
   return desktop::ShowBox(QApplication::activeWindow(), kind, QString::fromStdString(text), style);
 }
@@ -110,8 +110,8 @@ void QtPlatform::ProcessEvents() {
   --letting_through_;
 }
 
-// At the latest with the next turn of the loop; after an operator's act at once, so that what a key
-// has set off is done before the next key, however fast the hand.
+// Runs with the next turn of the loop at the latest, and right after an operator's act, so that the effects
+// of a key are complete before the next key.
 void QtPlatform::Post(std::function<void()> function) {
   posted_.push_back(std::move(function));
   QMetaObject::invokeMethod(
@@ -179,7 +179,7 @@ void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
     } else {
       ShowUnhandled(QApplication::activeWindow(), QString::fromStdString(text), noted);
     }
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): nobody is left to tell
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): there is no way left to report it
   }
 }
 

@@ -89,7 +89,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   int letting_through_ = 0;
   Troubles troubles_;
   int unhandled_ = 0;
-  QElapsedTimer ending_;  // since the end was first seen to
+  QElapsedTimer ending_;  // since the first attempt to end
 };
 
 }  // namespace tarvik::desktop

@@ -12,10 +12,11 @@ namespace tarvik::desktop {
 
 namespace {
 
-constexpr int kWordAfter = 300;   // milliseconds of a wait that nobody has to know of
+constexpr int kWordAfter = 300;   // milliseconds: a shorter wait is not announced
 constexpr int kPaintEvery = 100;  // milliseconds
-constexpr int kAnother = 250;     // without a turn for so long, the next one is of another wait
-constexpr int kAgain = 50;        // milliseconds until it is looked again whether the box is gone
+constexpr int kAnother =
+    250;                    // milliseconds without a turn after which the next turn belongs to another wait
+constexpr int kAgain = 50;  // milliseconds between two checks whether the box is closed
 
 }  // namespace
 
@@ -40,7 +41,7 @@ void Troubles::Turn() {
   if (!waiting_ && wait_.hasExpired(kWordAfter)) {
     waiting_ = true;
     Say();
-    // Outside an act nobody says that it goes on: the loop does, by running.
+    // Outside an act the wait is over as soon as the event loop runs again.
     QTimer::singleShot(0, this, &Troubles::GoesOn);
   }
   for (QWidget* window : QApplication::topLevelWidgets()) {

@@ -1,6 +1,6 @@
-// Troubles: what the operator sees of trouble with the base while an act runs. A short one is a word in the
-// line of keys, and windows that go on painting; of a long one the line counts the error reports, and when
-// the act has ended whoever lists them is handed all. It lets no event through and answers no box.
+// Troubles: what the operator sees of trouble with the base while an act runs. During a wait the windows keep
+// painting and the line of keys says so. Error reports are counted there, and handed on as a list when an act
+// that met several has ended. No event is let through and no box is answered.
 #pragma once
 
 #include <QElapsedTimer>
@@ -33,14 +33,14 @@ class Troubles : public QObject {
   // One turn of a wait for the base: paints the visible windows at most ten times a second, and says the
   // word once the wait has lasted. Nothing else runs: keys, clicks, timers and posted functions wait.
   void Turn();
-  // The act goes on: the word of the wait goes.
+  // The act goes on: the notice of the wait is removed.
   void GoesOn();
   // An error is about to be shown. `acting`: in an operator's act, whose end StepOver tells; otherwise the
   // step is over at the next turn of the loop that no box holds.
   void Add(Trouble trouble, bool acting);
   void StepOver();
 
-  // Around a box: the wait is over, and while one stands no step is.
+  // Lives while a box is shown: the wait is over, and no step ends before the box is closed.
   class Standing {
    public:
     explicit Standing(Troubles& troubles) : troubles_(troubles) {
@@ -62,7 +62,7 @@ class Troubles : public QObject {
   QElapsedTimer wait_;     // since the wait began
   QElapsedTimer turn_;     // since its last turn
   QElapsedTimer painted_;  // since the windows were painted
-  bool waiting_ = false;   // the word stands
+  bool waiting_ = false;   // the notice is shown
   int boxes_ = 0;
   std::vector<Trouble> now_;   // of the step under way
   std::vector<Trouble> told_;  // of steps that are over, to be listed

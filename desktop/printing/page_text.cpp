@@ -8,7 +8,7 @@ namespace tarvik::desktop {
 
 namespace {
 
-// What stands for it: something, since the toolkit goes and looks for itself where there is nothing.
+// Given in place of the file. Not empty: for an empty answer the toolkit reads the file by itself.
 QVariant Nothing(int type) {
   if (type != QTextDocument::ImageResource) return QByteArray("");
   QImage point(1, 1, QImage::Format_ARGB32);

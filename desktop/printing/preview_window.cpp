@@ -145,7 +145,7 @@ void PreviewWindow::TurnByKey() {
 }
 
 PreviewWindow::~PreviewWindow() {
-  // It paints by the printer until it is gone.
+  // It uses the printer until it is deleted.
   delete preview_;
 }
 

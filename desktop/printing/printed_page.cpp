@@ -74,7 +74,7 @@ void WithoutOuterMargin(QTextDocument& document) {
   QTextCursor cursor(&document);
   for (auto part = root->begin(); part != root->end(); ++part) {
     if (QTextFrame* frame = part.currentFrame()) {
-      // Set by the frame itself, so that a table keeps what makes it a table.
+      // Set on the frame itself, so that a table keeps its own properties.
       QTextFrameFormat format = frame->frameFormat();
       format.setLeftMargin(format.leftMargin() - left);
       format.setRightMargin(format.rightMargin() - right);
@@ -107,7 +107,7 @@ PrintedPage::PrintedPage(const QString& html, std::int32_t number, host::Archivo
   document_.setMetaInformation(QTextDocument::CssMedia, QStringLiteral("print"));
   const QImage bars = BarsImage(number);
   document_.addResource(QTextDocument::ImageResource, QUrl(kBarsName), bars);
-  // Forty-four millimetres wide, as scanners at a desk like it.
+  // Forty-four millimetres wide, which desk scanners read well.
   constexpr double kWide = 44 / 1000.0 / kMetre * kResolution;
   const QSize size(static_cast<int>(kWide), static_cast<int>(kWide / 4));
   QFont font(QStringLiteral("Inter"));
@@ -126,7 +126,7 @@ void PrintedPage::Layout(const QPageLayout& paper) {
   KeepTogether();
 }
 
-// Totals and signatures are short tables: one that the page's end would tear begins the next page.
+// Totals and signatures are short tables: one that would be split by the end of a page starts on the next.
 void PrintedPage::KeepTogether() {
   constexpr int kShort = 6;  // rows
   const auto push = [](QTextTable* table, QTextFormat::PageBreakFlags policy) {
@@ -147,8 +147,7 @@ void PrintedPage::KeepTogether() {
     }
     push(table, QTextFormat::PageBreak_AlwaysBefore);
     pushed_ += table;
-    // The layout is made anew as a whole: one mended in part loses, when painting, what follows a
-    // table that moved.
+    // The whole layout is made anew: after a partial one, what follows a moved table is not painted.
     document_.markContentsDirty(0, document_.characterCount());
   }
 }
@@ -186,7 +185,7 @@ bool PrintedPage::Paint(QPagedPaintDevice& device, QString* why) {
     if (why != nullptr) *why = reason;
     return false;
   };
-  // A printer that prints to a file says nothing of a disk that fills up; a file of our own does.
+  // A printer that prints to a file does not report a full disk; a file written here does.
   if (auto* printer = dynamic_cast<QPrinter*>(&device);
       printer && printer->outputFormat() == QPrinter::PdfFormat && !printer->outputFileName().isEmpty()) {
     return SavePdf(printer->outputFileName(), printer->docName(), why);
@@ -210,7 +209,7 @@ bool PrintedPage::Paint(QPagedPaintDevice& device, QString* why) {
 }
 
 bool PrintedPage::SavePdf(const QString& path, const QString& title, QString* why) {
-  // A file of this name stays whole until the new one is.
+  // An existing file of this name is replaced only once the new one is complete.
   QSaveFile file(path);
   if (!file.open(QIODevice::WriteOnly)) {
     if (why != nullptr) *why = file.errorString();

@@ -42,7 +42,7 @@ class PrintedPage {
   QImage ruler_;  // a device of fixed resolution for the layout; before the document that uses it
   PageDocument document_;
   QPageLayout paper_;
-  QList<QTextTable*> pushed_;  // tables that begin a page so as not to be torn
+  QList<QTextTable*> pushed_;  // tables moved to the next page so as not to be split
 };
 
 }  // namespace tarvik::desktop

@@ -30,7 +30,8 @@ void LastResort::Ends() {
 
 void LastResort::Watch() {
   using Clock = std::chrono::steady_clock;
-  Clock::time_point since = Clock::now();  // from here on the program was told, and one routine has run
+  Clock::time_point since =
+      Clock::now();  // since when the program has been told to end while one and the same routine runs
   std::unique_lock lock(mutex_);
   while (!wake_.wait_for(lock, within_ / 20, [this] { return over_; })) {
     if (std::exchange(anew_, false) || running_ == 0 || !told_()) {

@@ -1,5 +1,5 @@
 // LastResort: the end of a process that has been told to end while a routine of the deployer's holds it
-// and can't be stopped, since it waits in a library's own code, where the interpreter never comes. What
+// and can't be stopped, because it waits inside a library that never returns to the interpreter. What
 // was stored stays stored: for the base it is as if the machine had been switched off. It ends nothing
 // else: the program's own work, however long, is let finish.
 #pragma once
@@ -14,13 +14,14 @@ namespace tarvik::desktop {
 
 class LastResort {
  public:
-  // `told` is asked on a thread of this object's, `ends` called there: it does not return.
+  // Both run on a thread of this object. `told`: was the program told to end? `ends` ends it, and does not
+  // return.
   LastResort(std::function<bool()> told, std::chrono::milliseconds within, std::function<void()> ends);
   ~LastResort();
   LastResort(const LastResort&) = delete;
   LastResort& operator=(const LastResort&) = delete;
 
-  // A routine begins and ends; they nest. One that ends gives those around it their time anew.
+  // A routine begins and ends; they nest. When one ends, the time of those around it starts again.
   void Begins();
   void Ends();
 

@@ -34,9 +34,9 @@ namespace tarvik::desktop {
 
 namespace {
 
-// How long a routine may go on that the program's end could not stop.
+// How long a routine that can't be stopped may delay the program's end.
 constexpr std::chrono::seconds kLastResort{6};
-constexpr int kEndedBySignal = 128;  // added to the signal: what the others see of the end
+constexpr int kEndedBySignal = 128;  // added to the signal's number: the exit status that a shell expects
 
 // Brings a screen's view up when the class shows it.
 class Showing final : public QObject, public forms::FormListener {
@@ -121,7 +121,8 @@ void Program::ConnectPlatform() {
   };
 }
 
-// The deployer's routines, the window that shows them, and the last means against one that never ends.
+// The deployer's routines, the window that shows what they do, and what ends the program if one never
+// returns.
 void Program::MakeRoutines() {
   last_resort_ = std::make_unique<LastResort>([this] { return platform_->EndRequested(); }, kLastResort,
                                               [] { std::_Exit(kEndedBySignal + SIGTERM); });
@@ -178,7 +179,7 @@ Program::~Program() {
   routines_.reset();
 }
 
-// The errors of a step that met more than one, and the key that leads to them.
+// The list of errors of a step that met several, and the menu item that opens it.
 void Program::ListErrors() {
   errors_ = new ErrorsWindow(window_.get());
   QAction* reach = window_->AddView(tr("A&visos de error"), QKeySequence(QStringLiteral("Ctrl+Shift+V")));

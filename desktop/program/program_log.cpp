@@ -33,7 +33,7 @@ bool ProgramLog::Write(const QString& where, const QString& text) noexcept {
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) return false;
     const QByteArray bytes = block.toUtf8();
     return file.write(bytes) == bytes.size();
-  } catch (...) {  // out of memory, at worst: there is nobody left to tell
+  } catch (...) {  // at worst out of memory: there is no way left to report it
     return false;
   }
 }

@@ -23,14 +23,15 @@ bool Same(const host::CierreInterrumpido& one, const host::CierreInterrumpido& o
   return one.tipo == other.tipo && one.documento == other.documento && one.faltan == other.faltan;
 }
 
-// Whether a program went away with something in hand: a lease of nobody alive, or a finish that broke off.
+// Whether a program ended in the middle of its work: a lease whose program is gone, or a finish that was cut
+// off.
 bool WasLeft(data::EngineConnection& connection) {
   const auto leases = host::LeeTenencias(connection);
   return std::any_of(leases.begin(), leases.end(), [](const host::Tenencia& lease) { return !lease.viva; }) ||
          !host::CierresInterrumpidos(connection).empty();
 }
 
-// What the base can't give though it is there is damage, and no reason to look again.
+// A base that is reachable and still can't answer is damaged: trying again would not help.
 template <class Look>
 void Unless(std::vector<host::Observacion>& damage, Look look) {
   try {
@@ -74,7 +75,7 @@ HalfPosted::HalfPosted(host::Anfitrion& host, QObject* parent)
 
 HalfPosted::~HalfPosted() { task_->Drop(); }
 
-// Without an answer what is shown stays as it was, and the look is taken again in a moment.
+// Without an answer the display stays as it was, and the check is repeated shortly.
 void HalfPosted::Run(Reader::Step step) {
   reader_->Run(task_, Urgency::Page, step, [this, step](const QString&) {
     refused_.push_back(step);
@@ -88,7 +89,7 @@ void HalfPosted::TryAgain() {
 }
 
 void HalfPosted::LookAtAll() {
-  // A step may still run while this goes: it holds by itself what it uses.
+  // A step may outlive this object, so it holds what it uses.
   Run([this, reader = reader_.get(), task = task_](data::EngineConnection& connection) {
     Found found;
     std::vector<host::CierreInterrumpido> broken;

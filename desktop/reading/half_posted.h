@@ -39,8 +39,8 @@ class HalfPosted : public QObject {
   ~HalfPosted() override;
 
   void LookAtAll();
-  // Once, at the opening: as LookAtAll; and where a program has left the base in the middle of something,
-  // the quick look of the engine and the host too.
+  // Once, when the program opens: LookAtAll, and also the quick checks of the engine and the host if a
+  // program was cut off in the middle of its work.
   void LookAtOpening();
   void LookAt(DocumentKey document);
 
@@ -63,7 +63,7 @@ class HalfPosted : public QObject {
   void Tell(std::vector<host::Observacion> damage);
   void Take(Found found, std::vector<host::CierreInterrumpido> broken);
 
-  std::unique_ptr<Reader> reader_;  // its own: a look through the whole base keeps no list waiting
+  std::unique_ptr<Reader> reader_;  // its own: a check of the whole base must not delay the lists
   host::Anfitrion& host_;
   Reader::TaskRef task_;
   QTimer* timer_;

@@ -1,5 +1,5 @@
-// Reading by key: a page is the rows behind the last key seen, so that the millionth costs what the
-// first one does. A search that no index serves advances in steps and shows what it has so far.
+// Reads by key: a page is the rows after the last key seen, so a page far down costs no more than the first.
+// A search that no index serves advances in steps and shows what it has so far.
 #include "desktop/reading/paged_model.h"
 
 #include <algorithm>

@@ -27,7 +27,8 @@ class Reader : public QObject {
   using Step = std::function<bool(data::EngineConnection&)>;
 
   // A task that somebody waits for. Dropping it ends it before its next step, and nothing of it is
-  // delivered any more. Whoever captured himself in what is delivered drops his tasks before he dies.
+  // delivered any more. An object that is captured in what is delivered must drop its tasks before it is
+  // destroyed.
   class Task {
    public:
     void Drop() { dropped_ = true; }

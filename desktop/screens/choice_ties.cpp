@@ -23,7 +23,7 @@ bool LeavesADate(int key) {
          key == Qt::Key_Escape || (key >= Qt::Key_F1 && key <= Qt::Key_F12);
 }
 
-// A wheel that scrolls past changes nothing.
+// The wheel changes a value only in the focused field.
 bool ScrollsPast(const forms::Control& control, QEvent& event) {
   if (control.HasFocus()) return false;
   event.ignore();
@@ -57,7 +57,7 @@ CheckTie::CheckTie(Hand& hand, forms::CheckBox& control, QChar letter)
       box_(static_cast<QCheckBox&>(Widget())),
       letter_(letter) {
   box_.setFocusPolicy(Qt::TabFocus);
-  // By its letter: the mouse goes to the form before the box sees it.
+  // Only a click by the mnemonic comes here: a mouse click is taken by MouseDown.
   connect(&box_, &QCheckBox::clicked, this, [this] {
     TheHand().Act([this](forms::Form& form) {
       form.Click(control_);
@@ -117,7 +117,7 @@ void DateTie::ShowContents() {
 
 bool DateTie::KeyDown(QKeyEvent& event) {
   if (LeavesADate(event.key())) return Tie::KeyDown(event);
-  // A part that is full moves on by itself: the stroke typed after it has nothing left to do.
+  // A complete part moves on to the next by itself, so a slash typed after it is ignored.
   const auto part = date_.currentSection();
   const bool moved = std::exchange(part_, part) != part;
   return moved && event.text() == QLatin1String("/");

@@ -77,7 +77,7 @@ class GridView::Model final : public QAbstractTableModel {
  private:
   [[nodiscard]] int RowsNow() const { return std::max(0, grid_.Rows() - grid_.FixedRows()); }
 
-  // As many rows as the grid has by now: what came or went is told of at the end.
+  // Takes over the grid's number of rows; the difference is reported at the end of the table.
   void Follow() {
     const int now = RowsNow();
     if (now > rows_) {
@@ -140,7 +140,7 @@ class GridView::Painter final : public QStyledItemDelegate {
     const bool here = row == grid.Row() && index.column() == grid.Col();
     const bool used = !grid.TextMatrix(row, 0).empty();
     if (grid.Blocked(row, index.column())) {
-      // Visibly not there: no paper, only hatching.
+      // A blocked cell has no ground of its own, only hatching.
       painter->fillRect(option.rect, theme.Color(Role::Blocked));
       painter->fillRect(option.rect, QBrush(theme.Color(Role::FieldBorder), Qt::BDiagPattern));
     } else {
@@ -214,7 +214,7 @@ void GridView::Reset() {
   CurrentMoved();
 }
 
-// Columns and rows share the room; those of no width are the model's spacers.
+// Columns and rows share the room; those without width are spacers of the model.
 void GridView::Proportions() {
   for (int column = 0; column < grid_.Cols(); ++column) {
     setColumnHidden(column, column < grid_.FixedCols() || grid_.ColWidth(column) < kTwipsAPixel);
@@ -244,7 +244,7 @@ void GridView::Widths() {
     int designed =
         std::max(twips / kTwipsAPixel + 2 * measure::kGrid, horizontalHeader()->sectionSizeHint(column));
     if (numbers_.contains(column)) {
-      // Room for what a line is worth, thousands and cents.
+      // Room for a line's amount with thousands and cents.
       designed = std::max(designed,
                           fontMetrics().horizontalAdvance(QStringLiteral("000,000.00")) + 3 * measure::kGrid);
     }

@@ -28,7 +28,7 @@ class GridView final : public QTableView {
   void Stretch(int column);
   // Rows with a name and a colour swatch of their own before them, from the grid's fixed columns; all
   // fixed rows as the heading; rows and columns that share the room in proportion; blocked cells
-  // hatched; what is thinner than a pixel not there.
+  // hatched; what is thinner than a pixel is hidden.
   void AsMatrix();
   // Where the grid's current cell is on the viewport; empty while it is scrolled out.
   [[nodiscard]] QRect CurrentCell() const;

@@ -31,7 +31,7 @@ double Sum(const forms::FlexGrid& grid, int first_row, int last_row, int first_c
   return sum;
 }
 
-// Nothing spread yet is no figure at all.
+// A sum of nothing is shown as empty.
 QString Figure(double sum) { return sum == 0 ? QString() : QString::fromStdString(data::PlainNumber(sum)); }
 
 }  // namespace

@@ -60,7 +60,7 @@ QWidget* ScreenView::WidgetOf(const forms::Control& control) const {
 
 void ScreenView::PaintNow() {
   CatchUp();
-  // The layout alone: a text that has just come needs its room.
+  // Only layout requests are delivered: a text that has just changed may need more room.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   repaint();
 }
@@ -73,7 +73,7 @@ forms::Control& ScreenView::Required(std::string_view name, std::optional<int> i
   return *found;
 }
 
-// The one place where it matters of what kind a control is.
+// The only place that casts a control to its kind.
 template <class Kind, class... More>
 Kind& ScreenView::Tied(std::string_view name, std::optional<int> index, const QString& accessible,
                        More&&... more) {
@@ -165,8 +165,8 @@ void ScreenView::Covered(std::string_view name, std::optional<int> index) {
 void ScreenView::ControlChanged(forms::Control& control, forms::Aspect aspect) {
   Tie* tie = TieOf(&control);
   if (!tie) return;
-  // A text that nobody's hand is in may change a thousand times in one act, a total counted up line by
-  // line: what it holds in the end is shown.
+  // A text without the focus may change a thousand times in one act, such as a total that is summed up line
+  // by line: only its final value is shown.
   const bool waits = tie->HoldsText() && &control != form_->ActiveControl() &&
                      (aspect == forms::Aspect::Text || aspect == forms::Aspect::Selection);
   if (!waits) return tie->Changed(aspect);
@@ -245,8 +245,8 @@ bool ScreenView::eventFilter(QObject* watched, QEvent* event) {
   return tie->Takes(*event);
 }
 
-// The keyboard's way is the form's. The toolkit also asks when a page is hidden, as when another screen
-// comes in front: that is no key of the operator's.
+// Tab order is the form's. The toolkit calls this also when a page is hidden, as when another screen comes to
+// the front, and then no key was pressed.
 bool ScreenView::focusNextPrevChild(bool /*next*/) { return false; }
 
 void ScreenView::showEvent(QShowEvent* event) {
@@ -259,7 +259,7 @@ void ScreenView::resizeEvent(QResizeEvent* event) {
   Exposed();
 }
 
-// The window came up or changed its size: the form hears of both, once the toolkit is at rest.
+// The form is told that the window was shown or resized, once the toolkit has finished.
 void ScreenView::Exposed() {
   if (painting_) return;
   painting_ = true;
@@ -280,7 +280,7 @@ bool ScreenView::event(QEvent* event) {
 }
 
 void ScreenView::closeEvent(QCloseEvent* event) {
-  // The form decides; its going takes the window along.
+  // The form decides; the window is deleted when the form is unloaded.
   if (!form_->Open()) return event->accept();
   event->ignore();
   if (InTheMiddleOfAStep(*form_)) {
@@ -302,7 +302,7 @@ void ScreenView::Rest() {
   QTimer::singleShot(0, this, [this] {
     resting_ = false;
     if (!form_->Open()) return;
-    // Where the model put the focus, and nowhere else.
+    // The widget of the control that has the focus in the model takes it.
     if (forms::Control* active = form_->ActiveControl()) {
       QWidget* widget = WidgetOf(*active);
       if (widget && isVisible() && isActiveWindow() && !widget->hasFocus() &&

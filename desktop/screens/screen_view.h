@@ -2,8 +2,8 @@
 // into the form's acts. There is no rule in it: no test of a mode, no statement.
 //
 // A derived view asks for a widget for each control that it shows, by the control's name, and lays the
-// widgets out. Behind each stands a tie (tie.h); the view finds it by the control that tells of a change, and
-// by the widget that an event comes to. The model owns text, caret, selection and focus.
+// widgets out. Each widget has a tie (tie.h); the view looks it up by the control that reports a change, or
+// by the widget that receives an event. The model owns text, caret, selection and focus.
 #pragma once
 
 #include <QHash>
@@ -39,7 +39,7 @@ class ScreenView : public QWidget, public forms::FormListener, private Hand {
   Q_OBJECT
 
  public:
-  // Holds the form as long as it lives itself.
+  // Keeps the form alive.
   ScreenView(Office& office, forms::Form& form, QWidget* parent = nullptr);
   ~ScreenView() override;
 
@@ -47,10 +47,10 @@ class ScreenView : public QWidget, public forms::FormListener, private Hand {
   // Controls that have a widget here, by their full names: "txtFields(4)".
   [[nodiscard]] QStringList Bound() const;
   [[nodiscard]] QWidget* WidgetOf(const forms::Control& control) const;
-  // After an act that came from outside the view: what it shows beside the form is read anew.
+  // To be called after an act from outside the view, so that AtRest runs.
   void Refresh() { Rest(); }
-  // Deletes the view, at the latest once the operator's act that it is in the middle of has ended: an act
-  // may close its own screen, and box or modal screen inside it run the loop on. May be called twice.
+  // Deletes the view, but not before the operator's act that is under way has ended: an act may close its own
+  // screen, and a box inside it runs the event loop. May be called twice.
   void Dismiss();
   // Paints at once, with no event let through: progress while a document is posted.
   void PaintNow();
@@ -59,7 +59,7 @@ class ScreenView : public QWidget, public forms::FormListener, private Hand {
   [[nodiscard]] virtual Keys KeysNow() const { return {}; }
   // A reading for what stands beside the screen is under way.
   [[nodiscard]] virtual bool Looking() const { return false; }
-  // Whether it is at home on the whole desk; else it opens as large as sizeHint() says.
+  // Whether it opens as large as the main window; otherwise as large as sizeHint() says.
   [[nodiscard]] virtual bool FillsTheDesk() const { return true; }
 
  signals:
@@ -87,7 +87,7 @@ class ScreenView : public QWidget, public forms::FormListener, private Hand {
   void Go(forms::Control& control);
   // A page that the derived view has made, and fills.
   void Page(std::string_view name, QWidget& page, const QString& accessible);
-  // A control that has no widget of its own here, shown or not shown by another's.
+  // A control without a widget: it is not shown, or another widget shows it.
   void Covered(std::string_view name, std::optional<int> index = {});
 
   // Called once when the form has come to rest after an act: the place for aids of the host's.

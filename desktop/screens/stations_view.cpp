@@ -125,8 +125,8 @@ Keys StationsView::KeysNow() const {
   return keys;
 }
 
-// The columns are the routines' own: what holds nothing but numbers is set as numbers, but for the keys
-// in front, and the widest of the others takes the room left over.
+// The routines define the columns: those that hold only numbers are aligned as numbers, except the keys in
+// the first column, and the widest of the others takes the remaining room.
 void StationsView::DressColumns() {
   const forms::FlexGrid& grid = transfer_.grid;
   QList<int> numbers;

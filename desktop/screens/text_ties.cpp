@@ -17,7 +17,7 @@ namespace tarvik::desktop {
 
 namespace {
 
-// Typed in by the form alone: no menu of the toolkit's, nothing dropped.
+// Edited by the form only: no context menu of the toolkit, no drag and drop.
 template <class Text>
 Text& Bare(Text& widget) {
   widget.setFocusPolicy(Qt::TabFocus);
@@ -63,7 +63,7 @@ void TextTie::CaretMoved(int start, int end) {
   const int from = InModel(box_.Text(), start);
   const int length = InModel(box_.Text(), end) - from;
   if (from == box_.SelStart() && length == box_.SelLength()) return;
-  // Not back to the widget: it knows from which end the selection grows.
+  // Not shown in the widget again, which knows from which end the selection grows.
   const QScopedValueRollback<bool> following(following_, true);
   box_.SelStart(from);
   box_.SelLength(length);

@@ -12,8 +12,8 @@ namespace tarvik::desktop {
 
 class GridView;
 
-// What the texts that can be typed have in common. The control edits its own text; of the widget it hears
-// where caret and selection went by arrow or mouse.
+// What all texts that can be typed have in common. The control edits its own text; the widget reports where
+// caret and selection were moved by arrow keys or mouse.
 class TextTie : public Tie {
  public:
   using ControlKind = forms::TextBox;
@@ -43,7 +43,7 @@ class TextTie : public Tie {
   bool LeftToTheWidget(const QKeyEvent& event) const;
 
   forms::TextBox& box_;
-  bool following_ = false;  // what the control tells of came from the widget
+  bool following_ = false;  // the change that the control reports came from the widget
 };
 
 class LineTie : public TextTie {
@@ -67,7 +67,7 @@ class CellTie final : public LineTie {
  public:
   CellTie(Hand& hand, forms::TextBox& box, GridView& grid);
 
-  void InHand(bool /*in_hand*/) override {}  // it looks in hand as long as it is there
+  void InHand(bool /*in_hand*/) override {}  // its style is always that of the focused field
 
  protected:
   void ShowState() override;

@@ -1,7 +1,7 @@
 // Tie: one control of a screen and the widget that shows it. A tie makes its widget, shows what the control
 // holds, and turns what the operator does to the widget into the form's acts. There is one kind of tie for
-// each kind of control, and no rule in any: what may be typed, and what follows, the form says. A widget
-// never edits itself; what was typed comes back to it from the control.
+// each kind of control. It has no rules: the form decides what may be typed and what follows. A widget never
+// edits itself; it shows what the control holds after a key.
 //
 //   class GaugeTie final : public Tie {          // a kind of control that is new
 //    public:
@@ -12,7 +12,7 @@
 //     void ShowContents() override { ... }       // what the gauge holds
 //   };
 //
-// ScreenView makes the ties and hands them what the form tells and what the toolkit tells of their widgets.
+// ScreenView makes the ties, and passes on to them what the form reports and the events of their widgets.
 #pragma once
 
 #include <QObject>
@@ -29,7 +29,7 @@ class QWidget;
 
 namespace tarvik::desktop {
 
-// The operator's hand on one screen: by it a tie acts. Outlives the ties.
+// What a tie needs of the screen's view: it carries out the operator's acts. Outlives the ties.
 class Hand {
  public:
   virtual ~Hand() = default;
@@ -38,7 +38,7 @@ class Hand {
   virtual void Act(const std::function<void(forms::Form&)>& act) = 0;
   // A key for the form, as an act; false if it is none of the form's.
   virtual bool Press(const QKeyEvent& event) = 0;
-  // The focus is on its way by the form's word: where it arrives, no hand has moved it.
+  // True while the form itself moves the focus: a widget that receives it then reports no act.
   [[nodiscard]] virtual bool FormMovesFocus() const = 0;
   // The widget of the whole screen, parent of the ties' widgets.
   [[nodiscard]] virtual QWidget& View() = 0;
@@ -53,16 +53,16 @@ class Tie : public QObject {
   [[nodiscard]] QWidget& Widget() const { return widget_; }
 
   // ---- what the form tells ----
-  // Shows all that the control holds. What the widget then tells of itself is no act.
+  // Shows all that the control holds. Signals of the widget during this are not the operator's.
   void Show();
   virtual void Changed(forms::Aspect aspect);
-  virtual void InHand(bool in_hand);  // the focus has come, or gone
+  virtual void InHand(bool in_hand);  // it received or lost the focus
   virtual void ScreenShown() {}
-  // Of grids alone.
+  // Only for grids.
   virtual void CellChanged(int /*row*/, int /*col*/) {}
   virtual void RowsChanged(int /*from*/) {}
   virtual void CurrentCellMoved() {}
-  // Of a text, a change may be shown once the act is over; and a refused text is marked.
+  // True for texts: a change of a text may be shown late, when the act is over, and a refused text is marked.
   [[nodiscard]] virtual bool HoldsText() const { return false; }
 
   // ---- what the operator does ----
@@ -72,13 +72,13 @@ class Tie : public QObject {
  protected:
   [[nodiscard]] Hand& TheHand() const { return hand_; }
   [[nodiscard]] bool Showing() const { return showing_; }
-  // As if shown: the widget does `act` to itself, and the control is not to hear of it.
+  // Runs `act` on the widget without the control hearing of it.
   void Quietly(const std::function<void()>& act);
 
   virtual void ShowContents() {}
   virtual void ShowState();  // whether it can be reached and seen
 
-  // Each gives whether the event ends here.
+  // Each gives true if the event ends here.
   virtual bool KeyDown(QKeyEvent& event);
   virtual bool KeyUp() { return false; }
   virtual bool Composed(QInputMethodEvent& /*event*/) { return false; }

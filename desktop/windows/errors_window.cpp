@@ -80,7 +80,7 @@ QTableWidget* Lines(QWidget* parent) {
 ErrorsWindow::ErrorsWindow(QWidget* parent)
     : QWidget(parent, Qt::Window), title_(Words({}, "title")), table_(Lines(this)) {
   setWindowTitle(tr("Avisos de error"));
-  // A scanner's reading under way goes on to the field that it was meant for.
+  // Does not take the focus: a scanner that is sending must reach the field that it was aimed at.
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_QuitOnClose, false);
   auto* column = new QVBoxLayout(this);
@@ -137,7 +137,7 @@ void ErrorsWindow::List(const std::vector<Trouble>& troubles) {
   }
   title_->setText(tr("%1 avisos de error").arg(listed_.size()));
   if (table_->currentRow() < 0) table_->setCurrentCell(0, 0);
-  // Some platforms put every new window in front of the hand, whatever it asks for.
+  // Some platforms activate every new window, whatever it asks for.
   QWidget* in_hand = QApplication::activeWindow();
   show();
   if (in_hand != nullptr && in_hand != this) in_hand->activateWindow();

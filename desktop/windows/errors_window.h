@@ -1,6 +1,6 @@
 // ErrorsWindow: all errors of a step that met more than one, behind their boxes: time, procedure and text,
-// with what is safe and what to do now. It waits for nobody, takes no key that was meant for a screen, and
-// repeats nothing by itself.
+// with what is safe and what to do now. It is not modal, takes no key that was meant for a screen, and
+// retries nothing.
 #pragma once
 
 #include <QWidget>
@@ -19,9 +19,9 @@ class ErrorsWindow : public QWidget {
  public:
   explicit ErrorsWindow(QWidget* parent = nullptr);
 
-  // Comes up with them, the hand staying where it is; open already, they come behind the others.
+  // Opens with these errors and leaves the focus where it is; if already open, they are added at the end.
   void List(const std::vector<Trouble>& troubles);
-  // Whether there is anything to show, and the key's way to it.
+  // Whether there is anything to show; Reach brings the window up with the focus.
   [[nodiscard]] bool Any() const;
   void Reach();
 

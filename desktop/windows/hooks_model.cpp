@@ -167,7 +167,7 @@ void Model::Ended(const QString& time, const python::Corrida& run) {
   }
   const quint64 id = *begun;
   running_.erase(std::next(begun).base());
-  if (id < first_) return;  // so much happened meanwhile that its row is gone
+  if (id < first_) return;  // its row has been dropped meanwhile
   Happening& row = At(id);
   row.running = false;
   row.run = run;

@@ -58,7 +58,7 @@ HooksWindow::HooksWindow(Office& office, QWidget* parent)
   column->addWidget(Head());
   splitter_ = new QSplitter(Qt::Vertical, body);
   splitter_->setChildrenCollapsible(false);
-  splitter_->setHandleWidth(1);  // a hairline; the air around it is the panels'
+  splitter_->setHandleWidth(1);  // a hairline; the panels have their own margins
   splitter_->addWidget(List());
   detail_ = new Detail(office_.theme, this);
   splitter_->addWidget(detail_);
@@ -285,7 +285,7 @@ bool HooksWindow::SigueEsperando(const python::RutinaCargada& routine, int secon
   forms::Platform& platform = office_.host.Plataforma();
   const bool stop = platform.ShowBox(forms::BoxKind::Question, text.toStdString(),
                                      forms::kBoxYesNo + forms::kBoxQuestion + forms::kBoxSecondDefault);
-  // Nobody answered a question that the program's end took down.
+  // If the program's end closed the box, nobody has answered.
   return !stop && !platform.EndRequested();
 }
 

@@ -205,7 +205,7 @@ QWidget* RevisionWindow::Foot() {
   row->setSpacing(2 * kGrid);
   progress_text_ = new QLabel(busy);
   auto* bar = new QProgressBar(busy);
-  bar->setRange(0, 0);  // how long it takes nobody knows beforehand
+  bar->setRange(0, 0);  // its duration is not known beforehand
   bar->setTextVisible(false);
   bar->setAccessibleName(tr("Avance"));
   leave_ = new QLabel(tr("Esc cancela"), busy);
@@ -266,7 +266,7 @@ void RevisionWindow::Run(bool mends) {
   const std::string user = text("Usuario");
   const std::string station = text("Estacion");
   const std::string local = text("ClaveLocal");
-  forms::Platform& platform = office_.host.Plataforma();  // its clock alone is asked from the other thread
+  forms::Platform& platform = office_.host.Plataforma();  // only its clock is used on the other thread
   auto step = [this, reader = reader_.get(), task = task_, mends, user, station, local,
                &platform](data::EngineConnection& connection) {
     host::Testigo nobody;
@@ -285,7 +285,7 @@ void RevisionWindow::Run(bool mends) {
 }
 
 void RevisionWindow::Cancel() {
-  if (!busy_ || mends_) return;  // a repair goes to its end, and its end is told
+  if (!busy_ || mends_) return;  // a repair runs to its end and is reported then
   task_->Drop();
   SetBusy(false);
 }

@@ -1,5 +1,5 @@
-// RevisionWindow: proves the base on request, beside the window's thread, and lists what is not as it should
-// be with what to do about it. What is found, and what may be mended, is the host's.
+// RevisionWindow: checks the base on request, in the background, and lists what is wrong with what to do
+// about it. What is checked, and what can be repaired, is decided by the host.
 #pragma once
 
 #include <QElapsedTimer>
@@ -29,23 +29,23 @@ class RevisionWindow : public QWidget {
   explicit RevisionWindow(Office& office, QWidget* parent = nullptr);
   ~RevisionWindow() override;
 
-  // Comes up, and proves the base if nothing has been proved yet.
+  // Opens, and checks the base if it has not been checked yet.
   void Reach();
   [[nodiscard]] bool Busy() const { return busy_; }
   [[nodiscard]] QTableWidget& Table() const { return *table_; }
 
  public slots:
   void Check();
-  // Mends what the host says can be mended, after asking.
+  // Repairs what the host says can be repaired, after asking.
   void Mend();
-  // Waits no longer for the answer; what was there stays on show. A repair is waited for.
+  // Stops waiting for the result; the previous one stays on show. A repair can't be cancelled.
   void Cancel();
   void Copy();
   void Save();
 
  signals:
   void OpenRequested(tarvik::host::Retenido document);
-  void Mended();  // documents and stock may be others now
+  void Mended();  // documents and stock may have changed
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -66,10 +66,10 @@ class RevisionWindow : public QWidget {
   [[nodiscard]] int Mendable() const;
 
   Office& office_;
-  std::unique_ptr<Reader> reader_;  // of its own: a proof may take long, and no list is to wait for it
+  std::unique_ptr<Reader> reader_;  // its own: a check may take long, and no list must wait for it
   Reader::TaskRef task_;
   std::vector<host::Observacion> found_;
-  QString when_;  // of the last proof; empty: there was none
+  QString when_;  // of the last check; empty: there was none
   QString trouble_;
   bool busy_ = false;
   bool mends_ = false;  // what it is busy with

@@ -116,5 +116,21 @@ TEST(Rooms, EveryFileOfTheDesktopStandsInARoom) {
   EXPECT_EQ(at_the_door, (std::set<std::string>{"CMakeLists.txt", "main.cpp", "office.h"}));
 }
 
+// What kind a control or its widget is, is asked once: where its tie is made.
+TEST(Rooms, NoViewOfAScreenAsksWhatKindAControlIs) {
+  const std::regex cast(
+      "dynamic_cast<[^>]*(ControlKind|forms::(TextBox|RichTextBox|Label|Button|CheckBox|ComboBox|DatePicker|"
+      "FlexGrid|WebBrowser|SearchBox))|qobject_cast<[^>]*(QLineEdit|QTextEdit|QLabel|QPushButton|QCheckBox|"
+      "QAbstractButton|QDateEdit|QComboBox|GridView)");
+  std::vector<std::string> found;
+  for (const auto& entry : fs::recursive_directory_iterator(kRaiz / "desktop/screens")) {
+    std::ifstream file(entry.path());
+    for (std::string line; std::getline(file, line);) {
+      if (std::regex_search(line, cast)) found.push_back(entry.path().filename().string());
+    }
+  }
+  EXPECT_EQ(found, std::vector<std::string>{"screen_view.cpp"});
+}
+
 }  // namespace
 }  // namespace tarvik::tests

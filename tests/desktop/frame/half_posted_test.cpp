@@ -1,5 +1,5 @@
-// Documents that were posted in part, as the operator meets them: told at the opening, seen in list and
-// screen, completed with one key, and what did not run behind them said and made up for.
+// Documents that were posted in part, as the operator meets them: announced when the program opens, marked in
+// list and screen, completed with one key; steps of the finish that did not run are named and run.
 #include "desktop/reading/half_posted.h"
 
 #include <QLabel>
@@ -173,7 +173,7 @@ TEST_F(Mitades, OneLeftByTheFinishOfNowShowsAsSoonAsItsScreenHasClosed) {
   auto before = program->Platform().on_repaint;
   program->Platform().on_repaint = [&](forms::Form& form) {
     before(form);
-    // The ledger goes away behind the first line.
+    // The ledger's table is gone after the first line.
     if (++lines == 2) program->Host().Conexion().Define("ALTER TABLE movsinv RENAME TO aparte");
   };
   // It is back before the screen closes, which is when the list looks.

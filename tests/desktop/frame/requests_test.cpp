@@ -102,7 +102,7 @@ TEST_F(Peticiones, ADocumentThatItsHolderJustClosesOpensWhereItWasAskedFor) {
   EXPECT_EQ(dynamic_cast<frmEntradasWizard&>(*second->Platform().Screens().back()).Entrada, number);
 }
 
-// A look that nobody asked for must not hold the next key up.
+// A check that nobody asked for must not delay the next key.
 TEST_F(Peticiones, WhileTheBaseIsHeldALookWaitsForNothingAndIsMadeUpForLater) {
   frmEntradasWizard& form = WithALine();
   Ask(form.Entrada);

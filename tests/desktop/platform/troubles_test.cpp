@@ -1,5 +1,5 @@
-// Trouble with the base while an operator works: a short one passes unseen but for a word in the line of
-// keys, of a long one the boxes come as they must and one window lists them when the step is over.
+// Trouble with the base while an operator works: a short wait shows only as a notice in the line of keys; of
+// a long one the boxes appear, and a window lists them when the step is over.
 #include "desktop/platform/troubles.h"
 
 #include <QClipboard>
@@ -19,8 +19,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Another station that is at work on everything: its transaction stands from the making of this until so much
-// time has passed. `meanwhile` runs in the middle of it, in the thread of the other.
+// Another station that holds everything: its transaction is open from construction until the given time has
+// passed. `meanwhile` runs in the middle of it, in the thread of the other.
 class Ocupada {
  public:
   Ocupada(const std::string& address, std::chrono::milliseconds time, std::function<void()> meanwhile = {})

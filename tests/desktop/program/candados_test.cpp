@@ -173,7 +173,7 @@ class Candados : public Escritorio {
   std::optional<Aperturas> aperturas;
 };
 
-// What the other stories would not see if they could not fail.
+// Proves that the watcher sees an opening: without it the other stories could not fail.
 TEST_F(Candados, WhoeverClosesTheFileLosesTheLocks) {
   Watch();
   ::close(::open((Base() + "-shm").c_str(), O_RDONLY | O_CLOEXEC));

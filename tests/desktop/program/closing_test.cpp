@@ -1,5 +1,5 @@
 // Screens that go while something is under way: an act that closes its own screen, a close box in the
-// middle of a step, a routine that fails on every closing. Nothing is left behind, and nothing falls.
+// middle of a step, a routine that fails on every closing. Nothing is left behind, and nothing crashes.
 #include <QCloseEvent>
 #include <QTimer>
 

@@ -1,5 +1,5 @@
-// The end that is asked for from outside: the program is told by a signal, in whatever it is at, and ends
-// in the ordinary way within seconds. Nothing is agreed to meanwhile, and no document stays held.
+// The program is told to end by a signal, whatever it is doing, and ends in the ordinary way within seconds.
+// No question counts as answered with yes, and no document stays held.
 #include <gtest/gtest.h>
 #include <signal.h>
 
@@ -135,7 +135,7 @@ TEST_F(Fin, ARoutineThatAsksAgainAndAgainGetsNoAnswerToGoOnWith) {
   EXPECT_LT(Termina(), kUnosSegundos);
 }
 
-// It waits where the interpreter never comes to look: the program can't stop it, and ends all the same.
+// The routine waits inside a library, where it can't be stopped; the program ends all the same.
 TEST_F(Fin, ARoutineThatWaitsInALibraryEndsWithTheProgram) {
   Rutina(
       "import itertools\n"
@@ -171,7 +171,7 @@ TEST_F(Fin, AThreadThatARoutineLeftDoesNotKeepTheProgram) {
   EXPECT_LT(Termina(), kUnosSegundos);
 }
 
-// Ten seconds pass before the program asks; its end takes the question down, which goes on with nothing.
+// The program asks after ten seconds; its end closes the question, which counts as unanswered.
 TEST_F(Fin, TheQuestionAboutALongRoutineIsNoLeaveToGoOn) {
   Rutina("def ENTRADA007(forma, ambiente):\n    corre()\n    while True:\n        pass\n");
   Empieza(QStringLiteral("deja un campo"));

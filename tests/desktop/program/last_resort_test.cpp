@@ -1,4 +1,4 @@
-// The last resort: it ends what a routine holds once the program has been told to end, and nothing else.
+// LastResort ends a program that was told to end while a routine blocks it, and nothing else.
 #include "desktop/program/last_resort.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The window's program is killed at its work, again and again on one base: while lines are typed, while a
 // document is posted. After each the program opens, completes from its card, and plain statements prove that
 // nothing that it had shown as stored is lost, that no line moved twice, and that none is half posted.
-// Three in the ordinary run; muertes.sh runs as many as wanted, on both engines.
+// Three rounds in the ordinary run; muertes.sh runs as many as wanted, on both engines.
 #include <gtest/gtest.h>
 #include <signal.h>
 
@@ -59,7 +59,7 @@ class Muertes : public ::testing::Test {
     worker.waitForFinished();
     Oye(said + worker.readAll());
   }
-  // What it said; half a line at the end is none.
+  // What it printed, without an incomplete last line.
   void Oye(const QByteArray& said) {
     const QList<QByteArray> lines = said.split('\n');
     for (qsizetype i = 0; i + 1 < lines.size(); ++i) {

@@ -137,7 +137,7 @@ TEST_F(EscritorioDeEstaciones, ATransferLeftPendingIsOpenedAgainByItsNumber) {
     WhenModal(std::move(answer));
     QTest::keyClick(&program->Window(), Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
   };
-  ask([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });  // thought better of it
+  ask([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });  // changed his mind
   EXPECT_TRUE(program->Platform().Screens().empty());
   ask([](QWidget& dialog) {
     auto* number = dialog.findChild<QSpinBox*>();

@@ -316,7 +316,7 @@ TEST_F(Rutinas, LaRutinaLargaSePreguntaYEsperarEsLoPorOmision) {
   EXPECT_FALSE(ventana->SigueEsperando(Rutina("ENTRADA005"), 20));
 }
 
-// The program's end takes the question down, which reads as a No.
+// The program's end closes the question, which looks like a No.
 TEST_F(Rutinas, LaPreguntaQueNadieContestoNoDejaSeguir) {
   respuesta = false;
   plataforma.on_wait = [] { return true; };

@@ -1,5 +1,5 @@
-// The base is proved from the window: a sound one says so, a damaged one is listed with what to do, and what
-// can be mended without a doubt is mended when asked.
+// The base is checked from the window: a sound one is said to be, the damage of another is listed with what
+// to do, and what can be repaired safely is repaired on request.
 #include "desktop/windows/revision_window.h"
 
 #include <QAction>
