@@ -13,10 +13,10 @@
 #include <string>
 
 #include "data/error.h"
-#include "desktop/boxes.h"
-#include "desktop/main_window.h"
-#include "desktop/program.h"
-#include "desktop/theme.h"
+#include "desktop/boxes/boxes.h"
+#include "desktop/frame/main_window.h"
+#include "desktop/program/program.h"
+#include "desktop/style/theme.h"
 #include "host/ordenes.h"
 
 namespace {

@@ -16,7 +16,7 @@ struct Office {
   host::Anfitrion& host;
   Theme& theme;
   QSettings& settings;  // geometry, column widths, the operator's choices: a file in the base's folder
-  Reader& reader;       // for what stands beside a screen and in the lists: never on the way of a key
+  Reader& reader;       // for what is shown beside a screen and in the lists; no key press waits for it
 };
 
 }  // namespace tarvik::desktop

@@ -9,16 +9,17 @@
 #include <QTimer>
 #include <functional>
 #include <iostream>
+#include <vector>
 
-#include "desktop/errors_window.h"
-#include "desktop/half_posted.h"
-#include "desktop/main_window.h"
-#include "desktop/notices.h"
-#include "desktop/program.h"
-#include "desktop/qt_platform.h"
-#include "desktop/revision_window.h"
-#include "desktop/screen_view.h"
-#include "desktop/theme.h"
+#include "desktop/frame/main_window.h"
+#include "desktop/frame/notices.h"
+#include "desktop/platform/qt_platform.h"
+#include "desktop/program/program.h"
+#include "desktop/reading/half_posted.h"
+#include "desktop/screens/screen_view.h"
+#include "desktop/style/theme.h"
+#include "desktop/windows/errors_window.h"
+#include "desktop/windows/revision_window.h"
 #include "host/anfitrion.h"
 #include "service/door/entradas_salidas.h"
 #include "wizard/document_wizard.h"
@@ -98,6 +99,82 @@ void LeftBehind(Program& program, const QDir& folder, const QString& name) {
   Save(window.Revision(), folder.filePath(QStringLiteral("revision-") + name));
 }
 
+// The window in front, as large as a shop's monitor, its boxes answered.
+void ComeUp(Program& program) {
+  program.Platform().on_box = [](auto, const auto&, int) { return true; };
+  MainWindow& window = program.Window();
+  window.resize(1366, 768);
+  window.show();
+  window.activateWindow();
+  (void)QTest::qWaitForWindowActive(&window);
+}
+
+std::vector<QByteArray> Articles(Program& program, const char* select) {
+  std::vector<QByteArray> keys;
+  for (const auto& row : program.Host().Conexion().Run(select, {}).rows) {
+    keys.emplace_back(tarvik::data::ToText(row[0]).c_str());
+  }
+  return keys;
+}
+
+// One goods-in posted, one left pending, a third one under way: with an article refused, and with the next
+// line.
+void GoodsIn(Program& program, const std::function<void(const char*)>& save) {
+  for (int document = 0; document < 3; ++document) {
+    program.Door().NuevaEntrada();
+    QTest::qWait(0);
+    Type(document == 1 ? "DEV" : "COM");
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Return);
+    const auto articles =
+        Articles(program, "SELECT articulo FROM prods WHERE precio1 > 0 ORDER BY descrip LIMIT 6");
+    for (std::size_t line = 0; line < articles.size(); ++line) Line(articles[line], line % 2 ? "12" : "3");
+    if (document == 2) break;
+    if (document == 0) {
+      // Without paper: the preview would take the keys that follow.
+      dynamic_cast<tarvik::DocumentWizard&>(*program.Platform().Screens().back()).Check2.Value(0);
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5);
+    }
+    if (document == 1) program.Platform().Screens().back()->Unload();
+    QTest::qWait(0);
+  }
+  Type("NO-EXISTE");
+  Press(Qt::Key_F9);
+  save("entradas-rechazo-");
+  for (int back = 0; back < 9; ++back) Press(Qt::Key_Backspace);
+  Type(Articles(program, "SELECT articulo FROM prods ORDER BY descrip LIMIT 1 OFFSET 9").front());
+  Press(Qt::Key_Return);
+  Type("24");
+  save("entradas-");
+}
+
+void GoodsOut(Program& program, const std::vector<QByteArray>& stocked) {
+  program.Door().NuevaSalida();
+  QTest::qWait(0);
+  Type("VTA");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  for (const QByteArray& article : stocked) Line(article, "2");
+  Line(stocked[0], "40");
+}
+
+void Transfer(Program& program, const std::vector<QByteArray>& stocked) {
+  program.Door().movimientoEstacion(0, false);
+  QTest::qWait(0);
+  Type("E1");
+  Press(Qt::Key_Return);
+  Type("E2");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  for (const QByteArray& article : stocked) {
+    Line(article, "2");
+    QTest::qWait(0);
+  }
+  Type(stocked[1]);
+  Press(Qt::Key_Return);
+  Type("1");
+}
+
 void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, const QString& name) {
   QTemporaryDir place;
   QDir::setCurrent(place.path());  // the base's name in the status line, not where it lies
@@ -106,77 +183,22 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   Program program(
       theme, {QStringLiteral("sqlite:tienda.db"), QStringLiteral("ANA"), QStringLiteral("E1"), place.path(),
               QStringLiteral(TARVIK_SOURCE_DIR "/examples/ganchos_estaciones"), true});
-  program.Platform().on_box = [](auto, const auto&, int) { return true; };
+  ComeUp(program);
   MainWindow& window = program.Window();
-  window.resize(1366, 768);
-  window.show();
-  window.activateWindow();
-  (void)QTest::qWaitForWindowActive(&window);
-  for (int document = 0; document < 3; ++document) {
-    program.Door().NuevaEntrada();
-    QTest::qWait(0);
-    Type(document == 1 ? "DEV" : "COM");
-    Press(Qt::Key_Return);
-    Press(Qt::Key_Return);
-    const auto articles = program.Host().Conexion().Run(
-        "SELECT articulo FROM prods WHERE precio1 > 0 ORDER BY descrip LIMIT 6", {});
-    for (std::size_t line = 0; line < articles.rows.size(); ++line) {
-      Line(tarvik::data::ToText(articles.rows[line][0]).c_str(), line % 2 ? "12" : "3");
-    }
-    if (document == 2) break;
-    if (document == 0) {
-      // Without paper: the preview would take the keys that follow.
-      dynamic_cast<tarvik::DocumentWizard&>(*program.Platform().Screens().back()).Check2.Value(0);
-    }
-    if (document == 0) QTest::keyClick(QApplication::focusWidget(), Qt::Key_F5);
-    if (document == 1) program.Platform().Screens().back()->Unload();
-    QTest::qWait(0);
-  }
-  Type("NO-EXISTE");
-  Press(Qt::Key_F9);
-  Save(window, folder.filePath(QStringLiteral("entradas-rechazo-") + name));
-  for (int back = 0; back < 9; ++back) Press(Qt::Key_Backspace);
-  const auto articles =
-      program.Host().Conexion().Run("SELECT articulo FROM prods ORDER BY descrip LIMIT 1 OFFSET 9", {});
-  Type(tarvik::data::ToText(articles.rows[0][0]).c_str());
-  Press(Qt::Key_Return);
-  Type("24");
-  Save(window, folder.filePath(QStringLiteral("entradas-") + name));
-  program.Door().NuevaSalida();
-  QTest::qWait(0);
-  Type("VTA");
-  Press(Qt::Key_Return);
-  Press(Qt::Key_Return);
-  const auto stocked = program.Host().Conexion().Run(
-      "SELECT articulo FROM existenciaalmacen WHERE existencia > 0 ORDER BY articulo LIMIT 5", {});
-  for (const auto& row : stocked.rows) Line(tarvik::data::ToText(row[0]).c_str(), "2");
-  Line(tarvik::data::ToText(stocked.rows[0][0]).c_str(), "40");
-  Save(window, folder.filePath(QStringLiteral("salidas-") + name));
+  const auto save = [&](const char* what) { Save(window, folder.filePath(QString::fromUtf8(what) + name)); };
+  GoodsIn(program, save);
+  const auto stocked = Articles(
+      program, "SELECT articulo FROM existenciaalmacen WHERE existencia > 0 ORDER BY articulo LIMIT 5");
+  GoodsOut(program, stocked);
+  save("salidas-");
   Matrix(program,
          [&] { Save(*QApplication::activeWindow(), folder.filePath(QStringLiteral("modelos-") + name)); });
-  program.Door().movimientoEstacion(0, false);
-  QTest::qWait(0);
-  Type("E1");
-  Press(Qt::Key_Return);
-  Type("E2");
-  Press(Qt::Key_Return);
-  Press(Qt::Key_Return);
-  for (const auto& row : stocked.rows) {
-    Type(tarvik::data::ToText(row[0]).c_str());
-    Press(Qt::Key_Return);
-    Type("2");
-    Press(Qt::Key_Return);
-    Press(Qt::Key_Return);
-    QTest::qWait(0);
-  }
-  Type(tarvik::data::ToText(stocked.rows[1][0]).c_str());
-  Press(Qt::Key_Return);
-  Type("1");
-  Save(window, folder.filePath(QStringLiteral("estaciones-") + name));
+  Transfer(program, stocked);
+  save("estaciones-");
   window.ShowPage("Entradas");
-  Save(window, folder.filePath(QStringLiteral("lista-") + name));
+  save("lista-");
   window.ShowPage("Existencias");
-  Save(window, folder.filePath(QStringLiteral("existencias-") + name));
+  save("existencias-");
   LeftBehind(program, folder, name);
 }
 

@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -152,6 +153,17 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
   // From here on the document is only read, as after a load in "CONSULTA".
   void DejaEnConsulta();
+  // Whether the document is only read, loaded so or left so.
+  [[nodiscard]] bool SoloLectura() const { return Modo == "CONSULTA"; }
+
+  // A line that is being posted: its number, from 1, of how many stored lines.
+  struct Avance {
+    int renglon = 0;
+    int de = 0;
+  };
+  // Told with each line's text in RichTextBox1: a listener that hears of that change asks here for the
+  // figures. Nothing at any other time, also when somebody else writes into RichTextBox1.
+  [[nodiscard]] const std::optional<Avance>& Afectando() const { return afectando_; }
   // How many failures this screen has reported: whoever calls a procedure learns whether all went well.
   [[nodiscard]] int Reportes() const { return reportes_; }
 
@@ -297,6 +309,7 @@ class DocumentWizard : public forms::Form, public service::Reportero {
 
   int vueltas_ = 0;
   int reportes_ = 0;
+  std::optional<Avance> afectando_;
 };
 
 // A column's value for a property of the posting object; a column that holds none is an error.

@@ -49,9 +49,14 @@ void DocumentWizard::SinRenglonesQuedaPendiente(Trampa& intenta, int mensaje) {
 }
 
 void DocumentWizard::MuestraAvance(Trampa& intenta, int cuenta) {
+  const struct Despeja {
+    std::optional<Avance>& avance;
+    ~Despeja() { avance.reset(); }
+  } despeja{afectando_};
   intenta([&] {
-    RichTextBox1.Text("Afectando: " + data::ToText(rstPartidas->Fields("articulo")) + " " +
-                      std::to_string(cuenta));
+    const std::string articulo = data::ToText(rstPartidas->Fields("articulo"));
+    afectando_ = Avance{cuenta, rstPartidas->RecordCount()};
+    RichTextBox1.Text("Afectando: " + articulo + " " + std::to_string(cuenta));
   });
   GetPlatform().Repaint(*this);
 }

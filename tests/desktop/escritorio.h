@@ -13,12 +13,12 @@
 #include <QTest>
 #include <cmath>
 
-#include "desktop/goods_in_view.h"
-#include "desktop/grid_view.h"
-#include "desktop/main_window.h"
-#include "desktop/program.h"
-#include "desktop/qt_platform.h"
-#include "desktop/theme.h"
+#include "desktop/frame/main_window.h"
+#include "desktop/platform/qt_platform.h"
+#include "desktop/program/program.h"
+#include "desktop/screens/goods_in_view.h"
+#include "desktop/screens/grid_view.h"
+#include "desktop/style/theme.h"
 #include "host/anfitrion.h"
 #include "service/door/entradas_salidas.h"
 #include "tests/desktop/support.h"

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "desktop/office.h"
-#include "desktop/paged_model.h"
-#include "desktop/theme.h"
+#include "desktop/reading/paged_model.h"
+#include "desktop/style/theme.h"
 #include "forms/headless_platform.h"
 #include "host/anfitrion.h"
 #include "service/door/entradas_salidas.h"

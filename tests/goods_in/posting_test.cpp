@@ -97,6 +97,37 @@ TEST_F(Afectacion, TheStatementsOfAPostedFinishComeInThisOrder) {
                     "SELECT * FROM defform", "UPDATE entradas SET ocupado = 0 WHERE entrada = 1"}));
 }
 
+// What a view hears of posting: "1/3".
+struct Oyente : forms::FormListener {
+  explicit Oyente(DocumentWizard& wizard) : forma(wizard) { forma.Listen(*this); }
+  ~Oyente() override { forma.StopListening(*this); }
+  void ControlChanged(forms::Control& control, forms::Aspect aspect) override {
+    if (&control != &forma.RichTextBox1 || aspect != forms::Aspect::Text) return;
+    const auto& linea = forma.Afectando();
+    oido.push_back(linea ? std::to_string(linea->renglon) + "/" + std::to_string(linea->de) : "nada");
+  }
+  DocumentWizard& forma;
+  Textos oido;
+};
+
+TEST_F(Afectacion, AViewHearsWhichLineIsPostedOfHowManyAndNothingOnceItIsOver) {
+  frmEntradasWizard& f = ConRenglones({{"A-100", "3"}, {"A-200", "2"}});
+  auto viva = f.shared_from_this();
+  Oyente oyente(f);
+  f.RichTextBox1.Text("Afectando: A-100 1");  // as anybody may write
+  Afecta(f);
+  f.RichTextBox1.Text("");
+  EXPECT_EQ(oyente.oido, (Textos{"nada", "1/2", "2/2", "nada"}));
+}
+
+TEST_F(Afectacion, AWatcherThatFailsLeavesNoFigureBehind) {
+  frmEntradasWizard& f = ConRenglones({{"A-100", "3"}});
+  auto viva = f.shared_from_this();
+  f.RichTextBox1.OnChange = [] { throw data::Error("falla provocada"); };
+  Afecta(f);
+  EXPECT_FALSE(f.Afectando());
+}
+
 TEST_F(Afectacion, ProgressIsToldLineByLine) {
   frmEntradasWizard& f = ConRenglones({{"A-100", "3"}, {"A-200", "2"}});
   auto viva = f.shared_from_this();

@@ -76,9 +76,16 @@ TEST_F(AfectacionDeSalida, TheDateIsTheOneReadWhenTheDocumentWasMadeAllElseIsRea
 TEST_F(AfectacionDeSalida, TheProgressCountsTheLines) {
   frmSalidasWizard& f = Lista();
   Textos avance;
-  f.RichTextBox1.OnChange = [&] { avance.push_back(f.RichTextBox1.Text()); };
+  Textos cifras;
+  auto viva = f.shared_from_this();
+  f.RichTextBox1.OnChange = [&] {
+    avance.push_back(f.RichTextBox1.Text());
+    cifras.push_back(std::to_string(f.Afectando()->renglon) + "/" + std::to_string(f.Afectando()->de));
+  };
   Finaliza(f);
   EXPECT_EQ(avance, (Textos{"Afectando: A-100 1", "Afectando: A-100 2", "Afectando: A-200 3"}));
+  EXPECT_EQ(cifras, (Textos{"1/3", "2/3", "3/3"}));
+  EXPECT_FALSE(f.Afectando());
 }
 
 TEST_F(AfectacionDeSalida, WithoutLinesNothingIsDoneAtAll) {

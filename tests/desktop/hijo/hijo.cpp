@@ -1,5 +1,5 @@
-// The desktop program as a process of its own, with a hand at its keys: what the stories start that are
-// about its end, or about a second program on the same base.
+// The desktop program as a process of its own that presses its own keys: started by stories about the
+// program's end, or about a second program on the same base.
 //   hijo FOLDER STEPS [BASE]      STEPS as in kPasos; the base is FOLDER/tienda.db if none is named
 // It prints "listo" once what the story is about stands there, and then runs until it is told to end.
 #include <QApplication>
@@ -12,12 +12,12 @@
 #include <map>
 #include <string>
 
-#include "desktop/main_window.h"
-#include "desktop/matrix_view.h"
-#include "desktop/printing.h"
-#include "desktop/program.h"
-#include "desktop/qt_platform.h"
-#include "desktop/theme.h"
+#include "desktop/frame/main_window.h"
+#include "desktop/platform/qt_platform.h"
+#include "desktop/printing/preview_window.h"
+#include "desktop/program/program.h"
+#include "desktop/screens/matrix_view.h"
+#include "desktop/style/theme.h"
 #include "forms/headless_platform.h"
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
@@ -146,82 +146,85 @@ void Trabaja(Program& program) {
   }
 }
 
+// A field is left: its routine runs.
+void DejaUnCampo(Program& program) {
+  Nueva(program);
+  Type("COM");
+  Press(Qt::Key_Return);
+}
+
+// The next window that waits for an answer tells the parent; it is opened by a key over a document with a
+// line.
+void ConPregunta(Program& program, Qt::Key key) {
+  ConRenglon(program);
+  CuandoPregunte([](QWidget&) { Listo(); });
+  Press(key);
+}
+
+void ConMenu(Program& program) {
+  ConRenglon(program);
+  QTimer::singleShot(300, qApp, [] {
+    if (QApplication::activePopupWidget()) Listo();
+  });
+  program.Window().findChild<QMenu*>()->exec(QPoint(10, 10));
+}
+
+void PideNumeroDeTraspaso(Program& program) {
+  CuandoPregunte([](QWidget&) { Listo(); });
+  QTest::keyClick(&program.Window(), Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
+}
+
+void ConMatriz(Program& program) {
+  Nueva(program);
+  Type("COM");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  Type("CAM");
+  Press(Qt::Key_Return);
+  Type("9");
+  Press(Qt::Key_Return);
+  CuandoPregunte([](QWidget& window) {
+    if (qobject_cast<MatrixView*>(&window)) Listo();
+  });
+  Press(Qt::Key_Return);
+}
+
+void ConTraspaso(Program& program) {
+  program.Door().movimientoEstacion(1, false);
+  QTest::qWait(50);
+  Listo();
+}
+
+void SobreLaVista(Program& program, const std::function<void(PreviewWindow&)>& ask) {
+  ConVista(program, [ask](PreviewWindow& preview) {
+    CuandoPregunte([](QWidget&) { Listo(); });
+    ask(preview);
+  });
+}
+
 const std::map<std::string, std::function<void(Program&)>> kPasos{
-    {"trabaja", [](Program& program) { Trabaja(program); }},
+    {"trabaja", Trabaja},
     {"nada", [](Program&) { Listo(); }},
-    // A field is left: its routine runs.
-    {"deja un campo",
-     [](Program& program) {
-       Nueva(program);
-       Type("COM");
-       Press(Qt::Key_Return);
-     }},
+    {"deja un campo", DejaUnCampo},
     {"renglon",
      [](Program& program) {
        ConRenglon(program);
        Listo();
      }},
-    {"pregunta al finalizar",
-     [](Program& program) {
-       ConRenglon(program);
-       CuandoPregunte([](QWidget&) { Listo(); });
-       Press(Qt::Key_F5);
-     }},
-    {"selector",
-     [](Program& program) {
-       ConRenglon(program);
-       CuandoPregunte([](QWidget&) { Listo(); });
-       Press(Qt::Key_F2);
-     }},
-    {"menu",
-     [](Program& program) {
-       ConRenglon(program);
-       QTimer::singleShot(300, qApp, [] {
-         if (QApplication::activePopupWidget()) Listo();
-       });
-       program.Window().findChild<QMenu*>()->exec(QPoint(10, 10));
-     }},
-    {"numero de traspaso",
-     [](Program& program) {
-       CuandoPregunte([](QWidget&) { Listo(); });
-       QTest::keyClick(&program.Window(), Qt::Key_A, Qt::ControlModifier | Qt::ShiftModifier);
-     }},
-    {"matriz",
-     [](Program& program) {
-       Nueva(program);
-       Type("COM");
-       Press(Qt::Key_Return);
-       Press(Qt::Key_Return);
-       Type("CAM");
-       Press(Qt::Key_Return);
-       Type("9");
-       Press(Qt::Key_Return);
-       CuandoPregunte([](QWidget& window) {
-         if (qobject_cast<MatrixView*>(&window)) Listo();
-       });
-       Press(Qt::Key_Return);
-     }},
+    {"pregunta al finalizar", [](Program& program) { ConPregunta(program, Qt::Key_F5); }},
+    {"selector", [](Program& program) { ConPregunta(program, Qt::Key_F2); }},
+    {"menu", ConMenu},
+    {"numero de traspaso", PideNumeroDeTraspaso},
+    {"matriz", ConMatriz},
     {"vista", [](Program& program) { ConVista(program, [](PreviewWindow&) { Listo(); }); }},
     {"caja sobre la vista",
      [](Program& program) {
-       ConVista(program, [](PreviewWindow& preview) {
-         CuandoPregunte([](QWidget&) { Listo(); });
-         preview.SavePdfTo(QStringLiteral("/no/existe/x.pdf"));
-       });
+       SobreLaVista(program,
+                    [](PreviewWindow& preview) { preview.SavePdfTo(QStringLiteral("/no/existe/x.pdf")); });
      }},
     {"archivo sobre la vista",
-     [](Program& program) {
-       ConVista(program, [](PreviewWindow& preview) {
-         CuandoPregunte([](QWidget&) { Listo(); });
-         preview.SavePdf();
-       });
-     }},
-    {"traspaso",
-     [](Program& program) {
-       program.Door().movimientoEstacion(1, false);
-       QTest::qWait(50);
-       Listo();
-     }},
+     [](Program& program) { SobreLaVista(program, [](PreviewWindow& preview) { preview.SavePdf(); }); }},
+    {"traspaso", ConTraspaso},
 };
 
 // A second program that comes and goes: what it finds in the base.
