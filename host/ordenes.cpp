@@ -15,7 +15,7 @@
 #include "forms/headless_platform.h"
 #include "host/documentos.h"
 #include "host/peticiones.h"
-#include "host/registro.h"
+#include "host/testimonio.h"
 #include "service/door/entradas_salidas.h"
 #include "wizard/modos.h"
 
@@ -57,7 +57,7 @@ void RequiereBase(const std::string& address) {
 }  // namespace
 
 // The host, and the console before which its boxes come.
-class Sesion final : public Registro {
+class Sesion final : public Testimonio {
  public:
   Sesion(Opciones opciones, const Consola& consola) : consola_(consola) {
     RequiereBase(opciones.base);

@@ -11,7 +11,7 @@
 
 #include "forms/headless_platform.h"
 #include "host/anfitrion.h"
-#include "host/registro.h"
+#include "host/testimonio.h"
 #include "python/binding.h"
 #include "python/descripcion.h"
 
@@ -30,7 +30,7 @@ struct Cuaderno {
 
 // The host itself. Every screen and control keeps it alive; the script's notebook may go before it,
 // and from then on nothing is kept any more.
-class Nucleo final : public host::Registro,
+class Nucleo final : public host::Testimonio,
                      public host::Selector,
                      public std::enable_shared_from_this<Nucleo> {
  public:

@@ -154,7 +154,7 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // From here on the document is only read, as after a load in "CONSULTA".
   void DejaEnConsulta();
   // Whether the document is only read, loaded so or left so.
-  [[nodiscard]] bool SoloLectura() const { return Modo == "CONSULTA"; }
+  [[nodiscard]] bool SoloLectura() const { return Modo == modo::kConsulta; }
 
   // A line that is being posted: its number, from 1, of how many stored lines.
   struct Avance {

@@ -32,6 +32,7 @@
 #include "host/anfitrion.h"
 #include "host/vistazo.h"
 #include "service/door/entradas_salidas.h"
+#include "wizard/modos.h"
 
 namespace tarvik::desktop {
 namespace {
@@ -321,7 +322,8 @@ void MainWindow::UpdateActions() {
   const auto* screen = on_pages ? nullptr : qobject_cast<ScreenView*>(stack_->currentWidget());
   const auto document = screen ? host::DocumentoDe(screen->Screen()) : std::nullopt;
   const auto* half = document ? half_->Of(KeyOf(*document)) : nullptr;
-  complete_->setEnabled((chosen && list->SelectedHalf()) || (half != nullptr && half->estado == "CO"));
+  complete_->setEnabled((chosen && list->SelectedHalf()) ||
+                        (half != nullptr && half->estado == estado::kAfectado));
   find_->setEnabled(on_pages);
   refresh_->setEnabled(on_pages);
   close_screen_->setEnabled(!on_pages);

@@ -6,6 +6,7 @@
 #include "host/a_medias.h"
 #include "host/cierres.h"
 #include "service/contract/claves.h"
+#include "wizard/modos.h"
 
 namespace tarvik::desktop {
 
@@ -138,7 +139,7 @@ void Recovery::Complete(DocumentKey document) {
       tr("Lo que ya se había movido sigue guardado y nada se movió dos veces. Puede intentarlo otra vez."),
       [&] {
         const auto half = host::LeeAMedias(office_.host.Conexion(), document.first, document.second);
-        if (!half || half->estado != "CO") {
+        if (!half || half->estado != estado::kAfectado) {
           return Tell(
               tr("%1 no está a medias: no hay nada que completar.").arg(DocumentName(document, true)));
         }

@@ -7,6 +7,7 @@
 #include "data/text.h"
 #include "desktop/style/list_cells.h"
 #include "host/listados.h"
+#include "wizard/modos.h"
 
 namespace tarvik::desktop {
 namespace {
@@ -65,7 +66,9 @@ QVariant AlignmentOf(int column) {
 
 // "PE" and "CO" as the chip and a reader have them.
 QString Named(const QString& state, const QString& pending, const QString& posted, const QString& other) {
-  return state == QLatin1String("PE") ? pending : state == QLatin1String("CO") ? posted : other;
+  return state == QLatin1String(estado::kPendiente)  ? pending
+         : state == QLatin1String(estado::kAfectado) ? posted
+                                                     : other;
 }
 
 }  // namespace
@@ -169,7 +172,8 @@ QVariant DocumentListModel::Own(const Cells& cells, int role) const {
   if (role == HeldRole) return Held(cells);
   const QString state = Text(De(cells, Read::kEstado));
   const auto* half = Half(number);
-  const bool in_part = half != nullptr && half->estado == "CO" && state == QLatin1String("CO");
+  const bool in_part =
+      half != nullptr && half->estado == estado::kAfectado && state == QLatin1String(estado::kAfectado);
   if (role == HalfRole) return in_part;
   return in_part ? QStringLiteral("medias")
                  : Named(state, QStringLiteral("pendiente"), QStringLiteral("afectado"), {});

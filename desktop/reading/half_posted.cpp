@@ -7,6 +7,7 @@
 #include "data/error.h"
 #include "host/liberacion.h"
 #include "host/vistazo.h"
+#include "wizard/modos.h"
 
 namespace tarvik::desktop {
 
@@ -51,7 +52,7 @@ int Moved(const host::DocumentoAMedias& half) {
 
 QString StateText(const host::DocumentoAMedias& half) {
   const int moved = Moved(half);
-  if (half.estado == "CO") {
+  if (half.estado == estado::kAfectado) {
     return HalfPosted::tr("Afectado a medias · %1 de %2").arg(moved).arg(half.renglones);
   }
   if (moved == 0) return HalfPosted::tr("Pendiente · en parte movido");
@@ -169,7 +170,7 @@ const host::DocumentoAMedias* HalfPosted::Of(DocumentKey document) const {
 std::vector<DocumentKey> HalfPosted::ToComplete() const {
   std::vector<DocumentKey> documents;
   for (const auto& [key, half] : found_) {
-    if (half.estado == "CO") documents.push_back(key);
+    if (half.estado == estado::kAfectado) documents.push_back(key);
   }
   return documents;
 }

@@ -15,6 +15,7 @@
 #include "desktop/style/layouts.h"
 #include "desktop/style/theme.h"
 #include "host/anfitrion.h"
+#include "wizard/modos.h"
 
 namespace tarvik::desktop {
 
@@ -47,7 +48,7 @@ DocumentView::DocumentView(Office& office, DocumentWizard& wizard, QWidget* pare
     connect(shortcut, &QShortcut::activated, this, [this, &target] { Go(target); });
   };
   way(Qt::Key_Up, wizard.fg2);
-  way(Qt::Key_Down, wizard.txtFields(4));
+  way(Qt::Key_Down, wizard.txtFields(campo::Articulo));
   wizard.MultiCombo1.Each([this](forms::SearchBox& box) { Covered(box.Name(), box.Index()); });
   auto* others = new QTimer(this);
   connect(others, &QTimer::timeout, this, &DocumentView::LookIfOthersWrote);
@@ -176,7 +177,7 @@ const host::DocumentoAMedias* DocumentView::Half() const {
   return state_ && state_->a_medias ? &*state_->a_medias : nullptr;
 }
 
-bool DocumentView::InPart() const { return Half() != nullptr && Half()->estado == "CO"; }
+bool DocumentView::InPart() const { return Half() != nullptr && Half()->estado == estado::kAfectado; }
 
 void DocumentView::LookAgain() {
   written_ = -1;
@@ -237,7 +238,7 @@ void DocumentView::ShowState() {
   if (unknown_) {
     text = tr("Estado desconocido");
   } else if (state_) {
-    const bool posted = state_->estado == "CO";
+    const bool posted = state_->estado == estado::kAfectado;
     state = posted ? QStringLiteral("afectado") : QStringLiteral("pendiente");
     text = Half() != nullptr ? StateText(*Half()) : posted ? tr("Afectado") : tr("Pendiente");
     held = tr("%1 desde las %2")

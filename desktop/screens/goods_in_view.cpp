@@ -59,10 +59,10 @@ GoodsInView::GoodsInView(Office& office, frmEntradasWizard& wizard, QWidget* par
 QWidget* GoodsInView::Header() {
   QBoxLayout* row = nullptr;
   QWidget* band = Band(&row);
-  row->addWidget(Labelled(Caption("Label12"), Field(0, tr("Concepto de la entrada")), 150));
+  row->addWidget(Labelled(Caption("Label12"), Field(campo::Concepto, tr("Concepto de la entrada")), 150));
   auto* description = Field("RichTextBox3", tr("Descripción del concepto"));
   row->addWidget(Labelled(QStringLiteral(" "), description), 2);
-  row->addWidget(Labelled(Caption("Label25"), Field(14, tr("Almacén")), 80));
+  row->addWidget(Labelled(Caption("Label25"), Field(campo::Almacen, tr("Almacén")), 80));
   warehouse_ = new QLabel;
   warehouse_->setProperty("role", "soft");
   warehouse_->setAccessibleName(tr("Nombre del almacén"));
@@ -83,21 +83,22 @@ QWidget* GoodsInView::EntryRow() {
   column->setSpacing(4);
   auto* row = new QHBoxLayout;
   row->setSpacing(measure::kGrid + 2);
-  row->addWidget(Labelled(Caption("Label17"), Field(4, tr("Artículo"))), 3);
+  row->addWidget(Labelled(Caption("Label17"), Field(campo::Articulo, tr("Artículo"))), 3);
   auto number = [this](int index, const QString& accessible) {
     QLineEdit* field = Field(index, accessible);
     field->setAlignment(Qt::AlignRight);
     return field;
   };
   row->addWidget(Labelled(Caption("Label18"), number(5, tr("Cantidad"))), 2);
-  row->addWidget(Labelled(Caption("Label5"), Field(27, tr("Unidad"))), 1);
+  row->addWidget(Labelled(Caption("Label5"), Field(campo::Unidad, tr("Unidad"))), 1);
   row->addWidget(Labelled(Caption("Label19"), number(6, tr("Precio"))), 2);
   row->addWidget(Labelled(Caption("Label6"), number(9, tr("Importe del renglón"))), 2);
-  row->addWidget(Labelled(tr("Clave adicional"), Field(24, tr("Clave adicional"))), 3);
-  row->addWidget(Labelled(tr("Dato 1"), Field(25, tr("Primer dato de la clave adicional"))), 2);
-  row->addWidget(Labelled(tr("Dato 2"), Field(26, tr("Segundo dato de la clave adicional"))), 2);
+  row->addWidget(Labelled(tr("Clave adicional"), Field(campo::SegundaClave, tr("Clave adicional"))), 3);
+  row->addWidget(Labelled(tr("Dato 1"), Field(campo::Dato1, tr("Primer dato de la clave adicional"))), 2);
+  row->addWidget(Labelled(tr("Dato 2"), Field(campo::Dato2, tr("Segundo dato de la clave adicional"))), 2);
   row->addWidget(Labelled(Caption("Label4"), number(28, tr("Cuántas presentaciones"))), 2);
-  row->addWidget(Labelled(QStringLiteral(" "), Field(29, tr("Unidad de la presentación"))), 1);
+  row->addWidget(
+      Labelled(QStringLiteral(" "), Field(campo::UnidadDePresentacion, tr("Unidad de la presentación"))), 1);
   auto* store = Button("Command6", QStringLiteral("outlined"), tr("Guardar la línea, como F9"));
   store->setProperty("compact", true);
   store->setFixedSize(measure::kField + measure::kGrid, measure::kField);
@@ -127,9 +128,9 @@ void GoodsInView::AtRest() {
 // The name of the warehouse and the stock of the article there, read once the focus has left their fields.
 void GoodsInView::LookAtAids() {
   const forms::Control* active = wizard_.ActiveControl();
-  const std::pair wanted{wizard_.txtFields(14).Text(), wizard_.txtFields(4).Text()};
+  const std::pair wanted{wizard_.txtFields(campo::Almacen).Text(), wizard_.txtFields(campo::Articulo).Text()};
   if (wanted == aided_) return ShowAid(found_);
-  if (active == &wizard_.txtFields(14) || active == &wizard_.txtFields(4)) {
+  if (active == &wizard_.txtFields(campo::Almacen) || active == &wizard_.txtFields(campo::Articulo)) {
     if (wanted.first != aided_.first) warehouse_->clear();
     return stock_->clear();
   }

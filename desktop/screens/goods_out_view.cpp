@@ -53,7 +53,7 @@ GoodsOutView::GoodsOutView(Office& office, frmSalidasWizard& wizard, QWidget* pa
   auto* right = Row();
   tools->setLayout(right);
   right->addWidget(Check("Check1", {}, QLatin1Char('A')));
-  QLineEdit* employee = Field(16, tr("Empleado"));
+  QLineEdit* employee = Field(campo::Empleado, tr("Empleado"));
   employee->setFixedWidth(kKey);
   right->addWidget(employee);
   right->addSpacing(measure::kGrid * 2);
@@ -85,13 +85,13 @@ QWidget* GoodsOutView::Header() {
   column->setSpacing(measure::kGrid / 2);
 
   auto* first = Row();
-  first->addWidget(Labelled(Caption("Label12"), Field(0, tr("Concepto de la salida")), kKey));
+  first->addWidget(Labelled(Caption("Label12"), Field(campo::Concepto, tr("Concepto de la salida")), kKey));
   first->addWidget(Labelled(BlankCaption(), Field("RichTextBox3", tr("Descripción del concepto"))), 2);
-  first->addWidget(Labelled(Caption("Label25"), Field(14, tr("Almacén")), kShortKey));
+  first->addWidget(Labelled(Caption("Label25"), Field(campo::Almacen, tr("Almacén")), kShortKey));
   first->addWidget(Labelled(Caption("Label23"), Date("DTPicker1", tr("Fecha del documento")), kDate));
-  first->addWidget(Labelled(Caption("Label6"), Field(13, tr("Cliente")), kKey));
-  first->addWidget(Labelled(BlankCaption(), Field(15, tr("Nombre del cliente"))), 3);
-  first->addWidget(Labelled(Caption("Label1"), Field(7, tr("Entrada remota")), kAmount));
+  first->addWidget(Labelled(Caption("Label6"), Field(campo::Cliente, tr("Cliente")), kKey));
+  first->addWidget(Labelled(BlankCaption(), Field(campo::NombreDelCliente, tr("Nombre del cliente"))), 3);
+  first->addWidget(Labelled(Caption("Label1"), Field(campo::EntradaRemota, tr("Entrada remota")), kAmount));
   first->addWidget(
       Labelled(Caption("Label9"), Date("DTPicker2", tr("Fecha de retorno del material")), kDate + 30));
   column->addLayout(first);
@@ -103,10 +103,10 @@ QWidget* GoodsOutView::Header() {
     second->addWidget(field);
     second->addSpacing(measure::kGrid * 2);
   };
-  mark(Check("SSCheck1", {}, QLatin1Char('T')), Field(2, tr("Almacén de destino")));
-  mark(Check("Check5", {}, QLatin1Char('s')), Field(3, tr("Sucursal")));
-  mark(Check("SSCheck2", {}, QLatin1Char('e')), Field(9, tr("Estación de destino")));
-  QLineEdit* purchase = Field(12, tr("Número de compra"));
+  mark(Check("SSCheck1", {}, QLatin1Char('T')), Field(campo::AlmacenDestino, tr("Almacén de destino")));
+  mark(Check("Check5", {}, QLatin1Char('s')), Field(campo::Sucursal, tr("Sucursal")));
+  mark(Check("SSCheck2", {}, QLatin1Char('e')), Field(campo::EstacionDestino, tr("Estación de destino")));
+  QLineEdit* purchase = Field(campo::Compra, tr("Número de compra"));
   purchase->setFixedWidth(kMark);
   purchase->setPlaceholderText(tr("Compra"));
   second->addWidget(purchase);
@@ -158,15 +158,16 @@ QWidget* GoodsOutView::EntryRow() {
     field->setAlignment(Qt::AlignRight);
     return field;
   };
-  row->addWidget(Labelled(Caption("Label17"), Field(4, tr("Artículo"))), 3);
-  row->addWidget(Labelled(tr("Clave adicional"), Field(24, tr("Clave adicional"))), 3);
+  row->addWidget(Labelled(Caption("Label17"), Field(campo::Articulo, tr("Artículo"))), 3);
+  row->addWidget(Labelled(tr("Clave adicional"), Field(campo::SegundaClave, tr("Clave adicional"))), 3);
   row->addWidget(Labelled(Caption("Label18"), number(5, tr("Cantidad"))), 2);
-  row->addWidget(Labelled(Caption("Label5"), Field(27, tr("Unidad"))), 1);
+  row->addWidget(Labelled(Caption("Label5"), Field(campo::Unidad, tr("Unidad"))), 1);
   row->addWidget(Labelled(Caption("Label19"), number(6, tr("Precio"))), 2);
-  row->addWidget(Labelled(tr("Dato 1"), Field(25, tr("Primer dato de la clave adicional"))), 2);
-  row->addWidget(Labelled(tr("Dato 2"), Field(26, tr("Segundo dato de la clave adicional"))), 2);
+  row->addWidget(Labelled(tr("Dato 1"), Field(campo::Dato1, tr("Primer dato de la clave adicional"))), 2);
+  row->addWidget(Labelled(tr("Dato 2"), Field(campo::Dato2, tr("Segundo dato de la clave adicional"))), 2);
   row->addWidget(Labelled(Caption("Label4"), number(28, tr("Cuántas presentaciones"))), 2);
-  row->addWidget(Labelled(BlankCaption(), Field(29, tr("Unidad de la presentación"))), 1);
+  row->addWidget(
+      Labelled(BlankCaption(), Field(campo::UnidadDePresentacion, tr("Unidad de la presentación"))), 1);
   auto* store = Button("Command6", QStringLiteral("outlined"), tr("Guardar la línea, como F9"));
   store->setProperty("compact", true);
   store->setFixedSize(measure::kField + measure::kGrid, measure::kField);
@@ -184,7 +185,7 @@ QWidget* GoodsOutView::Remarks() {
   notes->setFixedHeight(measure::kField + 2);
   row->addWidget(Labelled(Caption("Label10", 0), notes), 3);
   row->addWidget(Labelled(Caption("Label11"), Combo("Combo1", tr("Direcciones de embarque"))), 2);
-  row->addWidget(Labelled(BlankCaption(), Field(17, tr("Dirección de embarque"))), 3);
+  row->addWidget(Labelled(BlankCaption(), Field(campo::DireccionDeEmbarque, tr("Dirección de embarque"))), 3);
   auto sum = [&](const char* caption, int index, const QString& accessible) {
     QLineEdit* field = Field(index, accessible);
     field->setAlignment(Qt::AlignRight);

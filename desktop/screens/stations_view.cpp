@@ -75,14 +75,16 @@ QWidget* StationsView::Header() {
   QWidget* band = Band(&row);
   from_ = NameOfStation(tr("Nombre de la estación que entrega"));
   to_ = NameOfStation(tr("Nombre de la estación que recibe"));
-  row->addWidget(Under(Caption("lblLabel", 0), Field(0, tr("Estación que entrega")), kStation));
+  row->addWidget(
+      Under(Caption("lblLabel", 0), Field(campo_de_traspaso::Entrega, tr("Estación que entrega")), kStation));
   row->addWidget(Under(BlankCaption(), from_), 2);
   auto* arrow = new QLabel(QStringLiteral("→"));
   arrow->setProperty("role", "title");
   arrow->setAlignment(Qt::AlignCenter);
   arrow->setFixedHeight(measure::kField);
   row->addWidget(Under(BlankCaption(), arrow, measure::kGrid * 5));
-  row->addWidget(Under(Caption("Label1"), Field(1, tr("Estación que recibe")), kStation));
+  row->addWidget(
+      Under(Caption("Label1"), Field(campo_de_traspaso::Recibe, tr("Estación que recibe")), kStation));
   row->addWidget(Under(BlankCaption(), to_), 2);
   row->addWidget(Under(Caption("lblLabel", 1), Date("DTPicker1", tr("Fecha de aplicación")), kDate));
   return band;
@@ -91,11 +93,11 @@ QWidget* StationsView::Header() {
 QWidget* StationsView::EntryRow() {
   QBoxLayout* row = nullptr;
   QWidget* band = Band(&row);
-  row->addWidget(Under(Caption("lblLabel", 2), Field(2, tr("Artículo"))), 2);
-  auto* description = Field(3, tr("Descripción del artículo"));
+  row->addWidget(Under(Caption("lblLabel", 2), Field(campo_de_traspaso::Articulo, tr("Artículo"))), 2);
+  auto* description = Field(campo_de_traspaso::Descripcion, tr("Descripción del artículo"));
   description->setProperty("blocked", true);  // for show
   row->addWidget(Under(BlankCaption(), description), 4);
-  QLineEdit* quantity = Field(4, tr("Cantidad"));
+  QLineEdit* quantity = Field(campo_de_traspaso::Cantidad, tr("Cantidad"));
   quantity->setAlignment(Qt::AlignRight);
   row->addWidget(Under(Caption("lblLabel", 3), quantity), 1);
   // The suite's button has a picture and no caption.
@@ -117,10 +119,11 @@ Keys StationsView::KeysNow() const {
   const forms::Control* active = Screen().ActiveControl();
   if (active == &transfer_.grid) return {{tr("Supr"), tr("quitar el renglón")}, {tr("Tab"), tr("siguiente")}};
   Keys keys{{tr("Intro"), tr("siguiente")}};
-  if (active == &transfer_.txtFields(0) || active == &transfer_.txtFields(1)) {
+  if (active == &transfer_.txtFields(campo_de_traspaso::Entrega) ||
+      active == &transfer_.txtFields(campo_de_traspaso::Recibe)) {
     keys += {tr("↓"), tr("estaciones")};
   }
-  if (active == &transfer_.txtFields(2)) keys += {tr("↓"), tr("artículos")};
+  if (active == &transfer_.txtFields(campo_de_traspaso::Articulo)) keys += {tr("↓"), tr("artículos")};
   keys += {QStringLiteral("F1"), tr("ayuda")};
   return keys;
 }
@@ -163,13 +166,14 @@ void StationsView::AtRest() {
 
 // Once the focus has left the field of a key.
 void StationsView::NameStations() {
-  const Names wanted{transfer_.txtFields(0).Text(), transfer_.txtFields(1).Text()};
+  const Names wanted{transfer_.txtFields(campo_de_traspaso::Entrega).Text(),
+                     transfer_.txtFields(campo_de_traspaso::Recibe).Text()};
   const bool from = wanted.first == named_.first, to = wanted.second == named_.second;
   from_->setText(from ? QString::fromStdString(found_.first) : QString());
   to_->setText(to ? QString::fromStdString(found_.second) : QString());
   const forms::Control* active = Screen().ActiveControl();
-  const bool typing =
-      (active == &transfer_.txtFields(0) && !from) || (active == &transfer_.txtFields(1) && !to);
+  const bool typing = (active == &transfer_.txtFields(campo_de_traspaso::Entrega) && !from) ||
+                      (active == &transfer_.txtFields(campo_de_traspaso::Recibe) && !to);
   if ((from && to) || typing) return;
   named_ = wanted;
   found_ = {};

@@ -68,7 +68,7 @@ class Escritorio : public ::testing::Test {
     Type(QStringLiteral("COM"));
     Press(Qt::Key_Return);
     Press(Qt::Key_Return);
-    EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
+    EXPECT_EQ(form.ActiveControl(), &form.txtFields(campo::Articulo));
     return form;
   }
   // What the keys set off has come to rest, and what the views read beside the window has arrived.

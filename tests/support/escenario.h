@@ -17,14 +17,14 @@
 #include "forms/keys.h"
 #include "goods_in/frm_entradas_wizard.h"
 #include "host/anfitrion.h"
-#include "host/registro.h"
+#include "host/testimonio.h"
 #include "service/door/entradas_salidas.h"
 #include "tests/support/base_de_prueba.h"
 
 namespace tarvik::tests {
 
 // What happened, in order.
-class Bitacora final : public host::Registro, public host::Selector {
+class Bitacora final : public host::Testimonio, public host::Selector {
  public:
   std::vector<std::string> sentencias;
   std::vector<host::MensajeVisto> mensajes;

@@ -72,7 +72,7 @@ TEST_F(Peticiones, OnYesTheScreenClosesHereAndOpensThereWithTheLineThatWasBeingT
   auto& there = dynamic_cast<frmEntradasWizard&>(*second->Platform().Screens().back());
   EXPECT_EQ(there.Entrada, number);
   EXPECT_EQ(there.CuantasPartidas(), 1);
-  EXPECT_EQ(there.txtFields(4).Text(), "MAR");
+  EXPECT_EQ(there.txtFields(campo::Articulo).Text(), "MAR");
   EXPECT_TRUE(boxes.empty());
   EXPECT_TRUE(told.empty());
 }

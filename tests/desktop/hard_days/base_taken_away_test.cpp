@@ -20,7 +20,7 @@ TEST_F(DiaDificil, ABaseTakenAwayUnderAnOpenScreenIsToldAndPutBackLosesNothing) 
   fs::rename(File("tienda.aparte"), File("tienda.db"));
   boxes.clear();
   EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "1");
-  form.Enter(form.txtFields(4));
+  form.Enter(form.txtFields(campo::Articulo));
   Settle();
   Article(1, "5");
   EXPECT_TRUE(boxes.empty()) << AllSaid();

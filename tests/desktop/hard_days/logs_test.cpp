@@ -20,10 +20,11 @@ class SinBitacora : public DiaDificil {
     EXPECT_NE(boxes[1].find(DayLog().filename().string()), std::string::npos) << boxes[1];
     EXPECT_TRUE(form.Open());
     EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "1");
-    EXPECT_EQ(form.txtFields(4).Text(), Escritorio::Article(1)) << "what was typed is still there";
+    EXPECT_EQ(form.txtFields(campo::Articulo).Text(), Escritorio::Article(1))
+        << "what was typed is still there";
     program->Host().Gancho("ENTRADA005", {});
     boxes.clear();
-    form.Enter(form.txtFields(6));
+    form.Enter(form.txtFields(campo::Precio));
     Settle();
     Press(Qt::Key_Return);
     Settle();
@@ -63,7 +64,7 @@ TEST_F(SinBitacora, TheBoxDoesNotSayNotedWhenNothingCouldBeNoted) {
                          [](forms::Form&, host::AmbienteLocal&) { throw data::Error("Falla del negocio"); });
   program->Platform().on_box = nullptr;
   Lector reader({Qt::Key_Return});
-  form.Enter(form.txtFields(5));
+  form.Enter(form.txtFields(campo::Cantidad));
   Settle();
   program->Host().Gancho("ENTRADA008", {});
   ASSERT_EQ(reader.read.size(), 1) << reader.read.join('|').toStdString();

@@ -10,7 +10,7 @@ TEST_F(DiaDificil, APagePastedForAnArticleIsRefusedAndTheNextLineIsMade) {
   frmEntradasWizard& form = Receiving();
   Article(0, "3");
   Paste(Page());
-  EXPECT_FALSE(form.txtFields(4).Text().empty());
+  EXPECT_FALSE(form.txtFields(campo::Articulo).Text().empty());
   Press(Qt::Key_Return);
   Type(QStringLiteral("2"));
   Press(Qt::Key_Return);
@@ -18,7 +18,7 @@ TEST_F(DiaDificil, APagePastedForAnArticleIsRefusedAndTheNextLineIsMade) {
   Press(Qt::Key_Return);
   Settle();
   EXPECT_TRUE(Said("El artículo indicado no existe.")) << AllSaid();
-  EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
+  EXPECT_EQ(form.ActiveControl(), &form.txtFields(campo::Articulo));
   EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "1");
   Press(Qt::Key_A, Qt::ControlModifier);
   Press(Qt::Key_Delete);
@@ -36,8 +36,8 @@ TEST_F(DiaDificil, APagePastedForAQuantityIsRefusedWithItsReason) {
   Settle();
   ASSERT_EQ(boxes.size(), 1u) << AllSaid();
   EXPECT_EQ(boxes[0], "La cantidad debe ser mayor que cero.");
-  EXPECT_EQ(form.ActiveControl(), &form.txtFields(5));
-  EXPECT_TRUE(Widget(form, 5)->property("refused").toBool());
+  EXPECT_EQ(form.ActiveControl(), &form.txtFields(campo::Cantidad));
+  EXPECT_TRUE(Widget(form, campo::Cantidad)->property("refused").toBool());
   EXPECT_EQ(One("SELECT COUNT(*) FROM entradas"), "0");
   Type(QStringLiteral("6"));
   Press(Qt::Key_Return);
@@ -68,7 +68,7 @@ TEST_F(DiaDificil, APagePastedIntoTheNotesIsKeptWordForWord) {
   Settle();
   const QString page = Page();
   Paste(page);
-  form.Enter(form.txtFields(4));
+  form.Enter(form.txtFields(campo::Articulo));
   Settle();
   Press(Qt::Key_F5);
   Settle();
@@ -98,7 +98,7 @@ TEST_F(DiaDificil, ALetterGoesIntoTheNotesWhereTheCaretStands) {
     std::string held = form.RichTextBox2.Text();
     std::erase(held, '\r');
     EXPECT_EQ(held, "uno\ndosX\ntres");
-    form.Enter(form.txtFields(4));
+    form.Enter(form.txtFields(campo::Articulo));
     Settle();
   }
 }
@@ -108,10 +108,10 @@ TEST_F(DiaDificil, WhatIsSelectedByKeyIsWhatTheNextLetterReplaces) {
   Type(QStringLiteral("MAR-16"));
   Press(Qt::Key_Left, Qt::ShiftModifier);
   Press(Qt::Key_Left, Qt::ShiftModifier);
-  EXPECT_EQ(Widget(form, 4)->selectedText(), QStringLiteral("16"));
+  EXPECT_EQ(Widget(form, campo::Articulo)->selectedText(), QStringLiteral("16"));
   Type(QStringLiteral("2"));
-  EXPECT_EQ(Widget(form, 4)->text(), QStringLiteral("MAR-2"));
-  EXPECT_EQ(form.txtFields(4).Text(), "MAR-2");
+  EXPECT_EQ(Widget(form, campo::Articulo)->text(), QStringLiteral("MAR-2"));
+  EXPECT_EQ(form.txtFields(campo::Articulo).Text(), "MAR-2");
 }
 
 }  // namespace

@@ -59,7 +59,7 @@ TEST_F(DiaDificil, ARoutineThatDoesNotEndIsAskedAboutWaitedForAndStopped) {
   EXPECT_FALSE(reader.read[0].contains(QStringLiteral("1 segundos")));
   EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "1");
   EXPECT_TRUE(form.Open());
-  EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
+  EXPECT_EQ(form.ActiveControl(), &form.txtFields(campo::Articulo));
   routines.reset();
 }
 

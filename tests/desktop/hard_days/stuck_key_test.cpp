@@ -16,11 +16,11 @@ TEST_F(DiaDificil, ALetterHeldForAMinuteIsAllThereAndGoesAgain) {
   clock.start();
   Hold(Qt::Key_A, kHeld, QStringLiteral("a"));
   EXPECT_LT(clock.restart(), kMinute);
-  EXPECT_EQ(form.txtFields(4).Text().size(), static_cast<std::size_t>(kHeld));
-  EXPECT_EQ(Widget(form, 4)->text().size(), kHeld);
+  EXPECT_EQ(form.txtFields(campo::Articulo).Text().size(), static_cast<std::size_t>(kHeld));
+  EXPECT_EQ(Widget(form, campo::Articulo)->text().size(), kHeld);
   Hold(Qt::Key_Backspace, kHeld);
   EXPECT_LT(clock.elapsed(), kMinute);
-  EXPECT_EQ(form.txtFields(4).Text(), "");
+  EXPECT_EQ(form.txtFields(campo::Articulo).Text(), "");
   Article(0, "3");
   EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "1");
   EXPECT_TRUE(boxes.empty()) << AllSaid();
@@ -36,7 +36,7 @@ TEST_F(DiaDificil, EnterHeldInTheArticleStoresNothingThatWasNotAsked) {
   ASSERT_FALSE(boxes.empty());
   for (const std::string& box : boxes) ASSERT_EQ(box, "La cantidad debe ser mayor que cero.");
   EXPECT_EQ(One("SELECT COUNT(*) FROM entradas"), "0");
-  form.Enter(form.txtFields(5));
+  form.Enter(form.txtFields(campo::Cantidad));
   Settle();
   Type(QStringLiteral("3"));
   Press(Qt::Key_Return);

@@ -55,7 +55,7 @@ TEST_F(DiaDificil, AnotherHandReadsTheDocumentAndChangesItOnlyWhenItIsFree) {
   // The first hand goes on and leaves; now the second one has it, and the first is told so.
   program->Window().activateWindow();
   (void)QTest::qWaitForWindowActive(&program->Window());
-  form.Enter(form.txtFields(4));
+  form.Enter(form.txtFields(campo::Articulo));
   Settle();
   Article(1, "4");
   form.Close();

@@ -143,13 +143,13 @@ TEST_F(Apuros, ALineWaitsForAnotherStationAndWhatIsTypedMeanwhileComesAfterwards
     EXPECT_GE(since.elapsed(), 700);
     EXPECT_LT(since.elapsed(), 4000);
     EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "1");
-    EXPECT_EQ(form.txtFields(4).Text(), "") << "no key was taken in the middle of the step";
+    EXPECT_EQ(form.txtFields(campo::Articulo).Text(), "") << "no key was taken in the middle of the step";
     EXPECT_EQ(ran.load(), 0) << "nothing else ran in the middle of the step";
     QTest::qWait(100);
   }
   EXPECT_EQ(ran.load(), 1);
   EXPECT_EQ(ran_while_held.load(), 0);
-  EXPECT_EQ(form.txtFields(4).Text(), "cin-ais");
+  EXPECT_EQ(form.txtFields(campo::Articulo).Text(), "cin-ais");
   EXPECT_TRUE(boxes.empty()) << boxes.front();
   EXPECT_TRUE(mirada_->on_keys.contains(espera_));
   EXPECT_GE(mirada_->painted, 3) << "the window goes on painting";

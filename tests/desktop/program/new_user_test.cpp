@@ -28,8 +28,8 @@ class PrimerDia : public Escritorio {
     Keys({Qt::Key_Return, Qt::Key_F3});
     Type(QStringLiteral("CIN-AIS-C12"));
     Keys({Qt::Key_Return});  // the article is known, and the box is in hand
-    EXPECT_EQ(Receipt().txtFields(4).Text(), "CIN-AIS");
-    EXPECT_EQ(Receipt().txtFields(5).Text(), "12");
+    EXPECT_EQ(Receipt().txtFields(campo::Articulo).Text(), "CIN-AIS");
+    EXPECT_EQ(Receipt().txtFields(campo::Cantidad).Text(), "12");
     for (int press = 0; press < 4 && Receipt().CuantasPartidas() < 10; ++press) Keys({Qt::Key_Return});
     ASSERT_EQ(Receipt().CuantasPartidas(), 10);
     EXPECT_EQ(One("SELECT cantidad FROM entpart WHERE articulo = 'CIN-AIS'"), "12");
@@ -63,7 +63,7 @@ TEST_F(PrimerDia, AReceiptOfTenLinesFromTheListAndBackToIt) {
   Keys({Qt::Key_Left, Qt::Key_PageUp, Qt::Key_Delete});
   EXPECT_EQ(One("SELECT COUNT(*) FROM entpart"), "9");
   EXPECT_EQ(One("SELECT COUNT(*) FROM entpart WHERE articulo = '" + Article(0) + "'"), "0");
-  const std::string total = Receipt().txtFields(11).Text();
+  const std::string total = Receipt().txtFields(campo::Total).Text();
 
   // Back to the entry row, and F5 asks, posts, shows the paper, closes.
   Press(Qt::Key_Down, Qt::AltModifier);
@@ -92,7 +92,7 @@ TEST_F(PrimerDia, AReceiptOfTenLinesFromTheListAndBackToIt) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return program->Platform().Screens().size() == 1; }));
   EXPECT_EQ(Receipt().Modo, "CONSULTA");
   EXPECT_EQ(Receipt().CuantasPartidas(), 9);
-  EXPECT_EQ(Receipt().txtFields(11).Text(), total);
+  EXPECT_EQ(Receipt().txtFields(campo::Total).Text(), total);
   EXPECT_EQ(data::ParseNumber(total), data::ParseNumber(One("SELECT importe FROM entradas")));
 }
 
@@ -105,7 +105,7 @@ TEST_F(PrimerDia, TheLinesAreTwoKeysAwayAndBack) {
   EXPECT_EQ(Receipt().ActiveControl(), &Receipt().fg2);
   EXPECT_EQ(Receipt().fg2.Row(), 1);
   Press(Qt::Key_Down, Qt::AltModifier);
-  EXPECT_EQ(Receipt().ActiveControl(), &Receipt().txtFields(4));
+  EXPECT_EQ(Receipt().ActiveControl(), &Receipt().txtFields(campo::Articulo));
 }
 
 }  // namespace

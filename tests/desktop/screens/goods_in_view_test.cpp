@@ -8,9 +8,9 @@ namespace {
 
 TEST_F(Escritorio, AWholeReceiptIsMadePostedAndFoundAgainWithoutTheMouse) {
   frmEntradasWizard& form = New();
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 0));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Concepto));
   Type(QStringLiteral("com"));
-  EXPECT_EQ(Widget(form, 0)->text(), QStringLiteral("COM"));
+  EXPECT_EQ(Widget(form, campo::Concepto)->text(), QStringLiteral("COM"));
   Press(Qt::Key_Return);
   Press(Qt::Key_Return);
   for (int line = 0; line < 10; ++line) Line(QString::fromStdString(Article(line)), QStringLiteral("3"));
@@ -58,16 +58,16 @@ TEST_F(Escritorio, ACellIsCorrectedAndALineRemovedByKey) {
 
 TEST_F(Escritorio, ARefusedFieldIsMarkedWithItsReasonUntilMended) {
   frmEntradasWizard& form = New();
-  form.Enter(form.txtFields(4));
+  form.Enter(form.txtFields(campo::Articulo));
   Settle();
   Type(QStringLiteral("NADA"));
   Press(Qt::Key_F9);
   Settle();
   ASSERT_EQ(boxes.size(), 1u);
-  EXPECT_TRUE(Widget(form, 4)->property("refused").toBool());
-  EXPECT_FALSE(Widget(form, 4)->accessibleDescription().isEmpty());
+  EXPECT_TRUE(Widget(form, campo::Articulo)->property("refused").toBool());
+  EXPECT_FALSE(Widget(form, campo::Articulo)->accessibleDescription().isEmpty());
   Press(Qt::Key_Backspace);
-  EXPECT_FALSE(Widget(form, 4)->property("refused").toBool());
+  EXPECT_FALSE(Widget(form, campo::Articulo)->property("refused").toBool());
 }
 
 TEST_F(Escritorio, EveryControlHasItsPlaceInTheViewAndAName) { ExpectWhole(New()); }
@@ -76,11 +76,11 @@ TEST_F(Escritorio, NothingMovesUnderTheHand) { ExpectStill(New()); }
 
 TEST_F(Escritorio, APastedPageGoesInAsOneChangeWithoutItsLineEnds) {
   frmEntradasWizard& form = New();
-  form.Enter(form.txtFields(4));
+  form.Enter(form.txtFields(campo::Articulo));
   Settle();
   QApplication::clipboard()->setText(QString(4000, QLatin1Char('x')) + QStringLiteral("\nmás"));
   Press(Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(Widget(form, 4)->text().size(), 4003);
+  EXPECT_EQ(Widget(form, campo::Articulo)->text().size(), 4003);
   EXPECT_TRUE(program->Platform().Screens().size() == 1);
 }
 
@@ -122,7 +122,7 @@ TEST_F(Escritorio, ThePostingOfEachLineMovesTheBarAndNobodyElsesWordsDo) {
 
 TEST_F(Escritorio, AConceptThatARoutineBlocksMakesNoDocumentReadOnly) {
   frmEntradasWizard& form = Receiving();
-  form.txtFields(0).Enabled(false);
+  form.txtFields(campo::Concepto).Enabled(false);
   Line(QString::fromStdString(Article(0)), QStringLiteral("3"));
   Settle();
   const auto chip = [&]() -> std::string {

@@ -22,17 +22,17 @@ TEST_F(SalidasEnElEscritorio, ALoanToAnEmployeeIsWrittenByKeyWithItsDayOfReturn)
   Type(QStringLiteral("24122031"));
   Settle();
   EXPECT_EQ(form.DTPicker2.Value(), (data::Date{2031, 12, 24}));
-  Walk(form, form.txtFields(16));
+  Walk(form, form.txtFields(campo::Empleado));
   Type(QStringLiteral("e09"));
   Press(Qt::Key_Return);
   Settle();
-  EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
+  EXPECT_EQ(form.ActiveControl(), &form.txtFields(campo::Articulo));
   Line(QStringLiteral("MAR-16"), QStringLiteral("2"));
   Press(Qt::Key_F5);
   Settle();
   ASSERT_EQ(boxes.size(), 2u) << AllSaid();
   EXPECT_EQ(boxes[1], "No se encuentra el empleado indicado");
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 16));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Empleado));
   Press(Qt::Key_Backspace);  // arriving selects the whole text
   Type(QStringLiteral("e02"));
   Press(Qt::Key_F5);
@@ -63,7 +63,7 @@ TEST_F(SalidasEnElEscritorio, EnterInTheDayOfReturnGoesToTheArticle) {
   ASSERT_EQ(form.ActiveControl(), &form.DTPicker2);
   Press(Qt::Key_Return);
   Settle();
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 4));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Articulo));
 }
 
 TEST_F(SalidasEnElEscritorio, AShipmentToABranchAgainstAPurchaseIsAssignedAndSent) {
@@ -72,10 +72,10 @@ TEST_F(SalidasEnElEscritorio, AShipmentToABranchAgainstAPurchaseIsAssignedAndSen
   Hook("SALIDAS005", [&](frmSalidasWizard&) { ++sent; });
   frmSalidasWizard& form = NewOut();
   Type(QStringLiteral("tra"));
-  ClickOn(form, form.txtFields(3));
+  ClickOn(form, form.txtFields(campo::Sucursal));
   Type(QStringLiteral("nte"));
   EXPECT_TRUE(As<QCheckBox>(form, form.Check5)->isChecked());
-  ClickOn(form, form.txtFields(12));
+  ClickOn(form, form.txtFields(campo::Compra));
   Type(QStringLiteral("9"));
   Press(Qt::Key_F2);
   Settle();
@@ -84,7 +84,7 @@ TEST_F(SalidasEnElEscritorio, AShipmentToABranchAgainstAPurchaseIsAssignedAndSen
   Line(QStringLiteral("MAR-16"), QStringLiteral("3"));
   Press(Qt::Key_F5);
   Settle();
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 12)) << AllSaid();
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Compra)) << AllSaid();
   Type(QStringLiteral("1"));
   Press(Qt::Key_F5);
   Settle();
@@ -148,12 +148,12 @@ TEST_F(SalidasEnElEscritorio, AReadDocumentLooksReadOnlyTakesNoKeyAndIsSentAgain
   Press(Qt::Key_Right);
   Press(Qt::Key_9);
   Letter(Qt::Key_T);
-  ClickOn(form, form.txtFields(13));
+  ClickOn(form, form.txtFields(campo::Cliente));
   Type(QStringLiteral("c001"));
   Settle();
   EXPECT_FALSE(program->ViewOf(form)->WidgetOf(form.txtEdit)->isVisible());
   EXPECT_EQ(form.SSCheck1.Value(), 0);
-  EXPECT_EQ(form.txtFields(13).Text(), "");
+  EXPECT_EQ(form.txtFields(campo::Cliente).Text(), "");
   EXPECT_EQ(One("SELECT cantidad FROM salpart"), "2");
   Press(Qt::Key_F6);
   ClickOn(form, form.Command1);
@@ -171,7 +171,7 @@ TEST_F(SalidasEnElEscritorio, F6SendsFromWhereverTheHandIsAndLeavesItThere) {
   frmSalidasWizard& form = Selling();
   Press(Qt::Key_F6);
   EXPECT_EQ(sent, 1);
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 4));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Articulo));
   Line(QStringLiteral("MAR-16"), QStringLiteral("1"));
   Press(Qt::Key_Up);
   Settle();
@@ -207,7 +207,7 @@ TEST_F(SalidasEnElEscritorio, WhatARoutineShowsHasItsPlaceAndItsLetter) {
   {
     frmSalidasWizard& form = NewOut();
     for (const forms::Control* control : std::initializer_list<const forms::Control*>{
-             &form.SSCheck2, &form.txtFields(9), &form.txtFields(12)}) {
+             &form.SSCheck2, &form.txtFields(campo::EstacionDestino), &form.txtFields(campo::Compra)}) {
       EXPECT_FALSE(program->ViewOf(form)->WidgetOf(*control)->isVisible()) << control->FullName();
     }
     form.Close();
@@ -216,20 +216,20 @@ TEST_F(SalidasEnElEscritorio, WhatARoutineShowsHasItsPlaceAndItsLetter) {
   frmSalidasWizard& form = NewOut();
   ExpectWhole(form);
   for (const forms::Control* control : std::initializer_list<const forms::Control*>{
-           &form.SSCheck2, &form.txtFields(9), &form.txtFields(12)}) {
+           &form.SSCheck2, &form.txtFields(campo::EstacionDestino), &form.txtFields(campo::Compra)}) {
     EXPECT_TRUE(program->ViewOf(form)->WidgetOf(*control)->isVisible()) << control->FullName();
   }
   Type(QStringLiteral("tra"));
   Letter(Qt::Key_E);
   ASSERT_EQ(form.SSCheck2.Value(), 1);
-  Walk(form, form.txtFields(9));
+  Walk(form, form.txtFields(campo::EstacionDestino));
   Type(QStringLiteral("e9"));
-  ClickOn(form, form.txtFields(4));
+  ClickOn(form, form.txtFields(campo::Articulo));
   Line(QStringLiteral("MAR-16"), QStringLiteral("1"));
   Press(Qt::Key_F5);
   Settle();
   EXPECT_EQ(boxes.back(), "No existe la estación de trabajo");
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 9));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::EstacionDestino));
   Type(QStringLiteral("e2"));
   Press(Qt::Key_F5);
   Settle();

@@ -33,7 +33,7 @@ TEST_F(SalidasEnElEscritorio, AQuantityIsCorrectedByKeyAndAPriceIsNot) {
   EXPECT_TRUE(boxes.empty()) << AllSaid();  // the stock is asked only where the old quantity was negative
   EXPECT_EQ(One("SELECT cantidad FROM salpart"), "500");
   EXPECT_EQ(form.fg2.TextMatrix(1, 2), "-400");
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 4));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Articulo));
   Press(Qt::Key_Up);
   Settle();
   form.fg2.MoveTo(1, 3);
@@ -50,7 +50,7 @@ TEST_F(SalidasEnElEscritorio, ANegativeQuantityIsCorrectedOnYesAndKeptOnNo) {
   for (const bool answer : {false, true}) {
     yes = answer;
     boxes.clear();
-    ClickOn(form, form.txtFields(4));
+    ClickOn(form, form.txtFields(campo::Articulo));
     Press(Qt::Key_Up);
     Settle();
     ASSERT_EQ(QApplication::focusWidget(), Grid(form));
@@ -64,7 +64,8 @@ TEST_F(SalidasEnElEscritorio, ANegativeQuantityIsCorrectedOnYesAndKeptOnNo) {
     ASSERT_EQ(boxes.size(), 1u) << AllSaid();
     EXPECT_EQ(One("SELECT cantidad FROM salpart"), answer ? "3" : "-2");
     EXPECT_EQ(form.fg2.TextMatrix(1, 1), answer ? "3" : "-2");
-    EXPECT_EQ(QApplication::focusWidget(), answer ? static_cast<QWidget*>(Widget(form, 4)) : Grid(form));
+    EXPECT_EQ(QApplication::focusWidget(),
+              answer ? static_cast<QWidget*>(Widget(form, campo::Articulo)) : Grid(form));
   }
 }
 
@@ -73,7 +74,7 @@ TEST_F(SalidasEnElEscritorio, ALineIsRemovedByKeyAndTheTotalsFollow) {
   Line(QStringLiteral("MAR-16"), QStringLiteral("2"));
   Line(QStringLiteral("TAL-12"), QStringLiteral("1"));
   Settle();
-  EXPECT_EQ(Widget(form, 10)->text(), QStringLiteral("2"));
+  EXPECT_EQ(Widget(form, campo::Renglones)->text(), QStringLiteral("2"));
   Press(Qt::Key_Up);
   Settle();
   ASSERT_EQ(form.fg2.Row(), 2);
@@ -84,9 +85,9 @@ TEST_F(SalidasEnElEscritorio, ALineIsRemovedByKeyAndTheTotalsFollow) {
   EXPECT_EQ(One("SELECT articulo FROM salpart"), "TAL-12");
   EXPECT_EQ(One("SELECT COUNT(*) FROM salpart"), "1");
   EXPECT_EQ(Grid(form)->model()->index(0, 0).data().toString(), QStringLiteral("TAL-12"));
-  EXPECT_EQ(Widget(form, 10)->text(), QStringLiteral("1"));
-  EXPECT_EQ(Widget(form, 8)->text(), QStringLiteral("1"));
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 4));
+  EXPECT_EQ(Widget(form, campo::Renglones)->text(), QStringLiteral("1"));
+  EXPECT_EQ(Widget(form, campo::Unidades)->text(), QStringLiteral("1"));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Articulo));
   EXPECT_EQ(LabelNamed(form, QStringLiteral("Renglones y estado de lo guardado")), "1 renglón · guardado");
 }
 
@@ -102,9 +103,9 @@ TEST_F(SalidasEnElEscritorio, StockBelowZeroStandsInItsColourInBothThemes) {
     theme.ApplyTo(App());
     Settle();
     const QColor alarm = theme.Color(Role::Refused);
-    EXPECT_GT(Dots(form, 1, 2, alarm), 5) << static_cast<int>(mode);
-    EXPECT_EQ(Dots(form, 2, 2, alarm), 0) << static_cast<int>(mode);
-    EXPECT_EQ(Dots(form, 1, 1, alarm), 0) << static_cast<int>(mode);
+    EXPECT_GT(Dots(form, campo::Descripcion, 2, alarm), 5) << static_cast<int>(mode);
+    EXPECT_EQ(Dots(form, campo::AlmacenDestino, 2, alarm), 0) << static_cast<int>(mode);
+    EXPECT_EQ(Dots(form, campo::Descripcion, 1, alarm), 0) << static_cast<int>(mode);
   }
   theme.Set(Theme::Mode::Light);
   theme.ApplyTo(App());
@@ -141,22 +142,22 @@ TEST_F(SalidasEnElEscritorio, APresentationThatFixesItsUnitsIsCountedAndItsQuant
   Type(QStringLiteral("CIN-AIS-C12"));
   Press(Qt::Key_Return);
   Settle();
-  EXPECT_EQ(Widget(form, 4)->text(), QStringLiteral("CIN-AIS"));
-  EXPECT_EQ(Widget(form, 24)->text(), QStringLiteral("CIN-AIS-C12"));
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 28));
-  EXPECT_EQ(Widget(form, 28)->selectedText(), QStringLiteral("1"));
+  EXPECT_EQ(Widget(form, campo::Articulo)->text(), QStringLiteral("CIN-AIS"));
+  EXPECT_EQ(Widget(form, campo::SegundaClave)->text(), QStringLiteral("CIN-AIS-C12"));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::Presentaciones));
+  EXPECT_EQ(Widget(form, campo::Presentaciones)->selectedText(), QStringLiteral("1"));
   Type(QStringLiteral("3"));
-  EXPECT_EQ(Widget(form, 5)->text(), QStringLiteral("36"));
-  ClickOn(form, form.txtFields(5));
+  EXPECT_EQ(Widget(form, campo::Cantidad)->text(), QStringLiteral("36"));
+  ClickOn(form, form.txtFields(campo::Cantidad));
   Type(QStringLiteral("7"));
-  EXPECT_EQ(Widget(form, 5)->text(), QStringLiteral("36"));
+  EXPECT_EQ(Widget(form, campo::Cantidad)->text(), QStringLiteral("36"));
   Press(Qt::Key_F9);
   Settle();
   EXPECT_EQ(One("SELECT cantidad FROM salpart"), "36");
   EXPECT_EQ(One("SELECT prcantidad FROM salpart"), "3");
   EXPECT_EQ(form.fg2.TextMatrix(1, 7), "Caja con 12");
   EXPECT_EQ(form.fg2.TextMatrix(1, 8), "3");
-  EXPECT_TRUE(Widget(form, 28)->text().isEmpty());
+  EXPECT_TRUE(Widget(form, campo::Presentaciones)->text().isEmpty());
 }
 
 TEST_F(SalidasEnElEscritorio, AFreePresentationLeavesTheQuantityToTheHand) {
@@ -164,10 +165,10 @@ TEST_F(SalidasEnElEscritorio, AFreePresentationLeavesTheQuantityToTheHand) {
   Type(QStringLiteral("CAB-12-MED"));
   Press(Qt::Key_Return);
   Settle();
-  EXPECT_EQ(Widget(form, 4)->text(), QStringLiteral("CAB-12"));
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 5));
+  EXPECT_EQ(Widget(form, campo::Articulo)->text(), QStringLiteral("CAB-12"));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::Cantidad));
   Type(QStringLiteral("7.5"));
-  EXPECT_EQ(Widget(form, 5)->text(), QStringLiteral("7.5"));
+  EXPECT_EQ(Widget(form, campo::Cantidad)->text(), QStringLiteral("7.5"));
   Press(Qt::Key_Return);
   Press(Qt::Key_Return);
   Settle();
@@ -179,17 +180,17 @@ TEST_F(SalidasEnElEscritorio, F8WalksToTheSecondKeyAndItsPresentation) {
   frmSalidasWizard& form = Selling();
   Press(Qt::Key_F8);
   Settle();
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 24));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::SegundaClave));
   Type(QStringLiteral("FOC-9W-C12"));
-  EXPECT_EQ(Widget(form, 4)->text(), QStringLiteral("FOC-9W"));
+  EXPECT_EQ(Widget(form, campo::Articulo)->text(), QStringLiteral("FOC-9W"));
   Press(Qt::Key_F8);
   Settle();
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 28));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::Presentaciones));
   Type(QStringLiteral("2"));
   Press(Qt::Key_Return);
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 29));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::UnidadDePresentacion));
   Press(Qt::Key_Return);
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 6));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Precio));
   Press(Qt::Key_Return);
   Settle();
   EXPECT_EQ(One("SELECT cantidad FROM salpart"), "24");
@@ -201,12 +202,12 @@ TEST_F(SalidasEnElEscritorio, AReaderMakesALineOfOneAtEachScan) {
   Press(Qt::Key_F3);
   Settle();
   EXPECT_TRUE(As<QCheckBox>(form, form.Check4)->isChecked());
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 4));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::Articulo));
   for (const char* code : {"7501206600016", "7501206600016", "7501206622254"}) {
     Type(QString::fromUtf8(code));
     Press(Qt::Key_Return);
-    EXPECT_EQ(QApplication::focusWidget(), Widget(form, 4));
-    EXPECT_TRUE(Widget(form, 4)->text().isEmpty());
+    EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Articulo));
+    EXPECT_TRUE(Widget(form, campo::Articulo)->text().isEmpty());
   }
   Settle();
   EXPECT_TRUE(boxes.empty()) << AllSaid();
@@ -220,18 +221,19 @@ TEST_F(SalidasEnElEscritorio, AReaderMakesALineOfOneAtEachScan) {
 TEST_F(SalidasEnElEscritorio, ACustomersNameAndTheAddressesComeUpAsItIsTyped) {
   frmSalidasWizard& form = NewOut();
   Type(QStringLiteral("vta"));
-  ClickOn(form, form.txtFields(13));
+  ClickOn(form, form.txtFields(campo::Cliente));
   Type(QStringLiteral("c00"));
   auto* addresses = As<QComboBox>(form, form.Combo1);
-  EXPECT_TRUE(Widget(form, 15)->text().isEmpty());
+  EXPECT_TRUE(Widget(form, campo::NombreDelCliente)->text().isEmpty());
   EXPECT_EQ(addresses->count(), 0);
   Type(QStringLiteral("1"));
   Settle();
-  EXPECT_EQ(Widget(form, 15)->text(), QStringLiteral("Constructora del Valle, S.A. de C.V."));
+  EXPECT_EQ(Widget(form, campo::NombreDelCliente)->text(),
+            QStringLiteral("Constructora del Valle, S.A. de C.V."));
   EXPECT_EQ(addresses->count(), 4);
   Press(Qt::Key_Return);
   Settle();
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 17));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::DireccionDeEmbarque));
   Walk(form, form.Combo1, true);
   Press(Qt::Key_F4);
   Settle();
@@ -240,13 +242,13 @@ TEST_F(SalidasEnElEscritorio, ACustomersNameAndTheAddressesComeUpAsItIsTyped) {
   QTest::keyClick(addresses->view(), Qt::Key_Return);
   Settle();
   EXPECT_FALSE(addresses->view()->isVisible());
-  EXPECT_EQ(Widget(form, 17)->text().toStdString(), form.Combo1.Text());
+  EXPECT_EQ(Widget(form, campo::DireccionDeEmbarque)->text().toStdString(), form.Combo1.Text());
   EXPECT_FALSE(form.Combo1.Text().empty());
-  ClickOn(form, form.txtFields(17));
+  ClickOn(form, form.txtFields(campo::DireccionDeEmbarque));
   Press(Qt::Key_End);
   Type(QStringLiteral(", planta alta"));
   Walk(form, form.Command5);
-  const std::string chosen = form.txtFields(17).Text();
+  const std::string chosen = form.txtFields(campo::DireccionDeEmbarque).Text();
   EXPECT_TRUE(chosen.ends_with(", planta alta"));
   Press(Qt::Key_F5);
   Settle();

@@ -116,13 +116,13 @@ TEST_F(SalidasEnElEscritorio, ARefusedFieldBesideItsMarkIsMarkedWithItsReasonUnt
     Settle();
   };
   refused(13, nullptr);
-  form.txtFields(13).Text("");
+  form.txtFields(campo::Cliente).Text("");
   refused(2, &form.SSCheck1);
   refused(9, &form.SSCheck2);
-  form.txtFields(9).Text("");
+  form.txtFields(campo::EstacionDestino).Text("");
   refused(16, &form.Check1);
   refused(12, nullptr);
-  form.txtFields(12).Text("");
+  form.txtFields(campo::Compra).Text("");
   refused(3, nullptr);
 }
 
@@ -161,8 +161,8 @@ TEST_F(SalidasEnElEscritorio, EveryTextCanBeReadInBothThemes) {
   Line(QStringLiteral("CIN-AIS-C12"), QStringLiteral("2"));
   Press(Qt::Key_F9);
   Settle();
-  form.txtFields(17).Text("Obra Los Encinos");
-  form.txtFields(2).Text("2");
+  form.txtFields(campo::DireccionDeEmbarque).Text("Obra Los Encinos");
+  form.txtFields(campo::AlmacenDestino).Text("2");
   for (const auto mode : {Theme::Mode::Light, Theme::Mode::Dark}) {
     theme.Set(mode);
     theme.ApplyTo(App());
@@ -189,11 +189,12 @@ TEST_F(SalidasEnElEscritorio, EveryTextCanBeReadInBothThemes) {
     }
     // The field in hand, by its tint as well as by its border.
     QWidget* hand = QApplication::focusWidget();
-    ASSERT_EQ(hand, Widget(form, 4));
+    ASSERT_EQ(hand, Widget(form, campo::Articulo));
     const QImage field = hand->grab().toImage();
     EXPECT_EQ(field.pixelColor(field.width() - 8, field.height() / 2).rgb(),
               theme.Color(Role::AccentTint).rgb());
-    EXPECT_NE(Widget(form, 5)->grab().toImage().pixelColor(8, 8).rgb(), theme.Color(Role::AccentTint).rgb());
+    EXPECT_NE(Widget(form, campo::Cantidad)->grab().toImage().pixelColor(8, 8).rgb(),
+              theme.Color(Role::AccentTint).rgb());
   }
   theme.Set(Theme::Mode::Light);
   theme.ApplyTo(App());

@@ -26,9 +26,9 @@ class SalidaEnPapel : public SalidasEnElEscritorio {
     form.RichTextBox2.Text("Entregar antes de las 10.");
     form.Acumulado = false;
     for (int line = 0; line < lines; ++line) {
-      form.txtFields(4).Text(Article(line % 30));
+      form.txtFields(campo::Articulo).Text(Article(line % 30));
       form.PonDescripcion();
-      form.txtFields(5).Text("2");
+      form.txtFields(campo::Cantidad).Text("2");
       form.LlenaPartida();
     }
   }
@@ -64,7 +64,7 @@ TEST_F(SalidaEnPapel, OnPaperEveryMarkLeavesRoomForTheLinesAndTheSignaturesStand
     program->Window().activateWindow();
     (void)QTest::qWaitForWindowActive(&program->Window());
     Fill(form, lines);
-    form.Enter(form.txtFields(4));
+    form.Enter(form.txtFields(campo::Articulo));
     Settle();
     Press(Qt::Key_F5);
     QTest::qWait(5);

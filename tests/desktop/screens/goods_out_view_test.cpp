@@ -25,17 +25,17 @@ TEST_F(EscritorioDeSalidas, NothingMovesUnderTheHand) { ExpectStill(NewOut()); }
 
 TEST_F(EscritorioDeSalidas, ATransferOfFiveLinesIsMadeByKeyAndBothWarehousesShowIt) {
   frmSalidasWizard& form = NewOut();
-  EXPECT_EQ(QApplication::focusWidget(), Widget(form, 0));
+  EXPECT_EQ(QApplication::focusWidget(), Widget(form, campo::Concepto));
   Type(QStringLiteral("tra"));
   // The mark by its letter, the warehouse, and F2 goes on to the articles.
   Press(Qt::Key_T, Qt::AltModifier);
   QTest::qWait(150);  // a box pressed by its letter comes up again first
   ASSERT_EQ(form.SSCheck1.Value(), 1);
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 2));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::AlmacenDestino));
   Type(QStringLiteral("2"));
   Press(Qt::Key_F2);
   Settle();
-  ASSERT_EQ(QApplication::focusWidget(), Widget(form, 4));
+  ASSERT_EQ(QApplication::focusWidget(), Widget(form, campo::Articulo));
   for (int line = 0; line < 5; ++line) Line(QString::fromStdString(Article(line)), QStringLiteral("3"));
   EXPECT_EQ(form.CuantasPartidas(), 5);
   Press(Qt::Key_F5);
@@ -48,15 +48,15 @@ TEST_F(EscritorioDeSalidas, ATransferOfFiveLinesIsMadeByKeyAndBothWarehousesShow
 
 TEST_F(EscritorioDeSalidas, AScreenThatComesInFrontLeavesTheOtherOneAsItWas) {
   frmEntradasWizard& first = New();
-  first.Enter(first.txtFields(4));
+  first.Enter(first.txtFields(campo::Articulo));
   Settle();
   Type(QStringLiteral("A"));
   frmSalidasWizard& second = NewOut();
-  EXPECT_EQ(first.ActiveControl(), &first.txtFields(4));
+  EXPECT_EQ(first.ActiveControl(), &first.txtFields(campo::Articulo));
   EXPECT_EQ(QApplication::focusWidget(), Widget(second, 0));
   Type(QStringLiteral("VTA"));
-  EXPECT_EQ(second.txtFields(0).Text(), "VTA");
-  EXPECT_EQ(first.txtFields(4).Text(), "A");
+  EXPECT_EQ(second.txtFields(campo::Concepto).Text(), "VTA");
+  EXPECT_EQ(first.txtFields(campo::Articulo).Text(), "A");
 }
 
 TEST_F(EscritorioDeSalidas, TheSheetBesideTheLinesIsTheFilesPage) {

@@ -26,33 +26,33 @@ class Manos : public Escritorio {
 
 TEST_F(Manos, AKeyThatIsNoOnesEditsNothing) {
   frmEntradasWizard& form = New();
-  form.Enter(form.txtFields(4));
+  form.Enter(form.txtFields(campo::Articulo));
   Settle();
   Type(QStringLiteral("ABC DEF"));
   Press(Qt::Key_Backspace, Qt::ControlModifier);
   Press(Qt::Key_Delete, Qt::ControlModifier);
   Press(Qt::Key_K, Qt::ControlModifier);
   Settle();
-  ExpectSame(form, 4, "ABC DEF");
+  ExpectSame(form, campo::Articulo, "ABC DEF");
   Press(Qt::Key_X, Qt::ControlModifier);  // nothing is selected
   Settle();
-  ExpectSame(form, 4, "ABC DEF");
+  ExpectSame(form, campo::Articulo, "ABC DEF");
 }
 
 TEST_F(Manos, ASignOfAnyScriptIsTyped) {
   frmEntradasWizard& form = New();
-  form.Enter(form.txtFields(4));
+  form.Enter(form.txtFields(campo::Articulo));
   Settle();
   QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString::fromUtf8("📦"));
   QApplication::sendEvent(QApplication::focusWidget(), &key);
   Settle();
-  ExpectSame(form, 4, "📦");
+  ExpectSame(form, campo::Articulo, "📦");
 }
 
 TEST_F(Manos, AComposedSignReplacesTheSelectionAndWalksTheKeysRoad) {
   frmEntradasWizard& form = New();
-  form.txtFields(0).Text("HOLA");
-  form.txtFields(0).SelectAll();
+  form.txtFields(campo::Concepto).Text("HOLA");
+  form.txtFields(campo::Concepto).SelectAll();
   Settle();
   QInputMethodEvent composing(QStringLiteral("´"), {});
   QApplication::sendEvent(QApplication::focusWidget(), &composing);
@@ -60,7 +60,7 @@ TEST_F(Manos, AComposedSignReplacesTheSelectionAndWalksTheKeysRoad) {
   composed.setCommitString(QStringLiteral("a"));
   QApplication::sendEvent(QApplication::focusWidget(), &composed);
   Settle();
-  ExpectSame(form, 0, "A");  // capitals, as the field's keys are
+  ExpectSame(form, campo::Concepto, "A");  // capitals, as the field's keys are
 }
 
 TEST_F(Manos, AWheelThatScrollsPastChangesNoDate) {
@@ -76,7 +76,7 @@ TEST_F(Manos, AWheelThatScrollsPastChangesNoDate) {
 
 TEST_F(Manos, AMessageOfOneDocumentMarksNoFieldOfAnother) {
   frmEntradasWizard& first = New();
-  first.Enter(first.txtFields(4));
+  first.Enter(first.txtFields(campo::Articulo));
   Settle();
   frmEntradasWizard& second = New();
   EXPECT_EQ(QApplication::focusWidget(), Widget(second, 0));

@@ -151,7 +151,7 @@ TEST_F(EscritorioDeModelos, AltCLeavesTheMatrixAndTheKeyIsRefusedWithItsReason) 
     EXPECT_FALSE(view.Screen().Open());
   });
   ASSERT_EQ(boxes.size(), 1u);
-  EXPECT_EQ(entry->txtFields(4).Text(), "CAM");
+  EXPECT_EQ(entry->txtFields(campo::Articulo).Text(), "CAM");
   EXPECT_EQ(Widget(*entry, 4)->property("refused").toBool(), true);
 }
 

@@ -34,8 +34,8 @@ class SalidasEnElEscritorio : public Escritorio {
     Hook("SALIDAS001", [](frmSalidasWizard& form) {
       form.SSCheck2.Visible(true);
       form.MultiCombo1(6).Visible(true);
-      form.txtFields(9).Visible(true);
-      form.txtFields(12).Visible(true);
+      form.txtFields(campo::EstacionDestino).Visible(true);
+      form.txtFields(campo::Compra).Visible(true);
     });
   }
   frmSalidasWizard& Last() {
@@ -54,7 +54,7 @@ class SalidasEnElEscritorio : public Escritorio {
     Type(QStringLiteral("vta"));
     Press(Qt::Key_Return);
     Press(Qt::Key_Return);
-    EXPECT_EQ(form.ActiveControl(), &form.txtFields(4));
+    EXPECT_EQ(form.ActiveControl(), &form.txtFields(campo::Articulo));
     return form;
   }
   // One line of hammers as another program of the suite left it pending.

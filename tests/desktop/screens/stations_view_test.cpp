@@ -33,11 +33,11 @@ class EscritorioDeEstaciones : public Escritorio {
       form.grid.TextMatrix(0, 1, "Cantidad");
     });
     Routine("MOVESTACIONES003", [](frmMovEstaciones& form) {
-      form.grid.AddItem(form.txtFields(2).Text());
-      form.grid.TextMatrix(form.grid.Rows() - 1, 1, form.txtFields(4).Text());
-      form.txtFields(2).Text("");
-      form.txtFields(4).Text("");
-      form.ColocaFoco(form.txtFields(2));
+      form.grid.AddItem(form.txtFields(campo_de_traspaso::Articulo).Text());
+      form.grid.TextMatrix(form.grid.Rows() - 1, 1, form.txtFields(campo_de_traspaso::Cantidad).Text());
+      form.txtFields(campo_de_traspaso::Articulo).Text("");
+      form.txtFields(campo_de_traspaso::Cantidad).Text("");
+      form.ColocaFoco(form.txtFields(campo_de_traspaso::Articulo));
     });
   }
   QLineEdit* FieldOf(frmMovEstaciones& form, int index) {
@@ -57,16 +57,16 @@ TEST_F(EscritorioDeEstaciones, ATransferIsWrittenByKeyAndConfirmed) {
   int confirmed = 0;
   Routine("MOVESTACIONES006", [&](frmMovEstaciones& form) { confirmed = form.grid.Rows() - 1; });
   frmMovEstaciones& form = Transfer();
-  EXPECT_EQ(QApplication::focusWidget(), FieldOf(form, 0));
+  EXPECT_EQ(QApplication::focusWidget(), FieldOf(form, campo_de_traspaso::Entrega));
   Type(QStringLiteral("E1"));
   Press(Qt::Key_Return);
   Type(QStringLiteral("E2"));
   Press(Qt::Key_Return);  // to the date
   Press(Qt::Key_Return);  // to the article
-  EXPECT_EQ(form.txtFields(0).Text(), "E1");
-  EXPECT_EQ(form.txtFields(1).Text(), "E2");
+  EXPECT_EQ(form.txtFields(campo_de_traspaso::Entrega).Text(), "E1");
+  EXPECT_EQ(form.txtFields(campo_de_traspaso::Recibe).Text(), "E2");
   for (const char* article : {"MAR-16", "MAR-20"}) {
-    EXPECT_EQ(QApplication::focusWidget(), FieldOf(form, 2));
+    EXPECT_EQ(QApplication::focusWidget(), FieldOf(form, campo_de_traspaso::Articulo));
     Type(QString::fromUtf8(article));
     Press(Qt::Key_Return);
     Type(QStringLiteral("3"));

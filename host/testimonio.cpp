@@ -1,4 +1,4 @@
-#include "host/registro.h"
+#include "host/testimonio.h"
 
 #include "data/error.h"
 
@@ -21,7 +21,7 @@ const char* Clase(forms::BoxKind kind) {
 
 }  // namespace
 
-void Registro::Falla(const std::string& patron, int veces, const std::string& texto) {
+void Testimonio::Falla(const std::string& patron, int veces, const std::string& texto) {
   try {
     sentencias_.push_back({"", std::regex(patron, std::regex::ECMAScript | std::regex::icase), veces, texto});
   } catch (const std::regex_error& error) {
@@ -29,11 +29,11 @@ void Registro::Falla(const std::string& patron, int veces, const std::string& te
   }
 }
 
-void Registro::FallaServicio(const std::string& nombre, int veces, const std::string& texto) {
+void Testimonio::FallaServicio(const std::string& nombre, int veces, const std::string& texto) {
   servicios_.push_back({nombre, {}, veces, texto});
 }
 
-void Registro::Sentencia(std::string_view text) {
+void Testimonio::Sentencia(std::string_view text) {
   AnotaSentencia(text);
   for (auto& provocada : sentencias_) {
     if (provocada.veces > 0 && std::regex_search(text.begin(), text.end(), provocada.patron)) {
@@ -43,7 +43,7 @@ void Registro::Sentencia(std::string_view text) {
   }
 }
 
-void Registro::Servicio(std::string_view name) {
+void Testimonio::Servicio(std::string_view name) {
   for (auto& provocada : servicios_) {
     if (provocada.veces > 0 && provocada.nombre == name) {
       --provocada.veces;
@@ -52,9 +52,9 @@ void Registro::Servicio(std::string_view name) {
   }
 }
 
-void Registro::MensajeTraido(int number, const std::string& text) { traidos_.emplace_back(number, text); }
+void Testimonio::MensajeTraido(int number, const std::string& text) { traidos_.emplace_back(number, text); }
 
-bool Registro::Caja(forms::BoxKind kind, const std::string& text, int style) {
+bool Testimonio::Caja(forms::BoxKind kind, const std::string& text, int style) {
   MensajeVisto visto{Clase(kind), {}, text, style, {}};
   for (const auto& [numero, traido] : traidos_) {
     if (text.find(traido) != std::string::npos) visto.numeros.push_back(numero);

@@ -1,4 +1,4 @@
-// Registro: the witness that keeps a record, and provokes failures on request. What is kept is the
+// Testimonio: the witness that keeps a record, and provokes failures on request. What is kept is the
 // same for a script and for a test; where it is kept is theirs to say.
 #pragma once
 
@@ -23,7 +23,7 @@ struct MensajeVisto {
   std::optional<bool> respuesta;  // of a question
 };
 
-class Registro : public Testigo {
+class Testimonio : public Testigo {
  public:
   // The next `veces` statements in whose text the pattern (ECMAScript, anywhere, without regard to
   // case) is found are not sent and fail with this text. Throws data::Error for a bad pattern.
