@@ -34,7 +34,7 @@ std::vector<Member> Fields() {
                {0, "Concepto de la salida"}, {1, "Descripción del artículo; sólo se muestra"},
                {2, "Almacén que recibe un traspaso"}, {3, "Sucursal que recibe"},
                {4, "Artículo o clave adicional"}, {5, "Cantidad, en unidades del artículo"},
-               {6, "Precio de una unidad"}, {7, "Entrada de la sucursal; sólo se muestra"},
+               {6, "Precio de una unidad, con impuesto"}, {7, "Entrada de la sucursal; sólo se muestra"},
                {8, "Total de unidades; sólo se muestra"}, {9, "Estación que recibe; no se muestra de diseño"},
                {10, "Total de renglones; sólo se muestra"}, {11, "Total del documento; sólo se muestra"},
                {12, "Número de compra; no se muestra de diseño"}, {13, "Cliente"},
@@ -43,6 +43,10 @@ std::vector<Member> Fields() {
                {25, "Descripción de la presentación"}, {26, "Segundo dato de la presentación"},
                {27, "Unidad del artículo"}, {28, "Cuántas presentaciones"},
                {29, "Unidad de la presentación"}),
+      CONTROL(fg2,
+              "Rejilla de renglones. Columnas: 0 artículo, 1 cantidad, 2 existencia que queda, 3 precio, 4 "
+              "importe, 5 descripción, 6 número del renglón, 7 presentación, 8 cuántas presentaciones, 9 "
+              "existencia al capturar."),
       CONTROL(Command1, "Reenviar a sucursal (F6): dispara SALIDAS005."),
       CONTROL(SSCheck1, "Traspaso a otro almacén, el de txtFields(2)."),
       CONTROL(SSCheck2, "Traspaso a una estación, la de txtFields(9); no se muestra de diseño."),
