@@ -27,6 +27,9 @@ std::vector<Member> Controls() {
                {campo::Dato2, "Segundo dato de la presentación"}, {campo::Unidad, "Unidad del artículo"},
                {campo::Presentaciones, "Cuántas presentaciones"},
                {campo::UnidadDePresentacion, "Unidad de la presentación"}),
+      CONTROL(fg2,
+              "Rejilla de renglones. Columnas: 0 artículo, 1 cantidad, 2 precio, 3 importe, 4 descripción, 5 "
+              "número del renglón, 6 presentación, 7 cuántas presentaciones."),
       CONTROL(Command1, "Modelos: se muestra y no hace nada."),
       CONTROL(Command3, "Botón que no se muestra de diseño; una rutina puede mostrarlo y darle uso."),
       CONTROL(Timer1, "Cierra la pantalla un momento después de oprimir la cruz de la ventana."),

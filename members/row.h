@@ -266,12 +266,13 @@ template <class R, class T, class... A>
 struct Signature<R (T::*)(A...)> {
   using Result = R;
   static constexpr std::size_t kCount = sizeof...(A);
+  // REQUIRES: as many as it takes.
   static std::vector<Parameter> Parameters(const std::vector<Parameter>& named) {
     std::vector<Parameter> parameters(named);
     const Type types[] = {TypeOf<A>()..., Type()};
     const bool back[] = {Argument<A>::kComesBack..., false};
     const bool boolean[] = {std::is_same_v<std::remove_cvref_t<A>, bool>..., false};
-    for (std::size_t i = 0; i < parameters.size(); ++i) {
+    for (std::size_t i = 0; i < kCount; ++i) {
       parameters[i].type = types[i];
       // A Boolean that comes back is an answer: nobody has anything to say by it.
       if (back[i] && parameters[i].way == Way::In) parameters[i].way = boolean[i] ? Way::Out : Way::InOut;

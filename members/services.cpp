@@ -91,8 +91,9 @@ const Class& DoorTable() {
                     "Pregunta y elimina una salida con sus renglones; sus movimientos se quedan.",
                     number("nSalida")),
           PROCEDURE(movimientoEstacion,
-                    "Abre un traspaso entre estaciones, el de ese número o 0 para uno nuevo.", number("nId"),
-                    {"bolModal"}),
+                    "Abre la pantalla de un traspaso entre estaciones con ese número; lo demás lo hacen las "
+                    "rutinas.",
+                    number("nId"), {"bolModal"}),
       }};
   return table;
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "python/descripcion.h"
 
@@ -218,70 +219,67 @@ constexpr const char* kAviso = "Hecha a partir de la tabla de miembros; no se ed
 struct Hoja {
   const char* archivo;
   const char* titulo;
-  const char* resumen;
-  std::vector<const char*> clases;
+  std::vector<std::string> clases;
+  const char* resumen = "";  // of a sheet of one class, the class's own line
 };
 
-std::string Pagina(const Hoja& sheet) {
-  std::string page =
-      std::string("# ") + sheet.titulo + "\n\n" + kAviso + "[Índice](indice.md)\n\n" + sheet.resumen;
+// All that one class has, but for what stands on the page of every screen.
+void EscribeSola(std::string& page, const ClaseDescrita& described) {
+  page += described.linea;
+  if (!described.base.empty()) page += " Tiene además lo de [toda pantalla](pantallas.md).";
   page += "\n";
-  const bool one = sheet.clases.size() == 1;
-  for (const char* name : sheet.clases) {
-    const ClaseDescrita& described = Descrita(name);
-    if (!one) page += std::string("\n## ") + name + "\n\n" + described.linea + "\n";
-    if (!described.base.empty() && !one) page += "\nTiene además lo de `" + described.base + "`.\n";
-    Escribe(page, one ? Todos(described) : Miembros([&] {
-              Miembros own;
-              for (const auto& member : described.miembros) own.push_back(&member);
-              return own;
-            }()),
-            one ? "##" : "###");
+  Escribe(page, Todos(described), "##");
+}
+
+void EscribeEntreOtras(std::string& page, const ClaseDescrita& described) {
+  page += "\n## " + described.nombre + "\n\n" + described.linea + "\n";
+  if (!described.base.empty()) page += "\nTiene además lo de `" + described.base + "`.\n";
+  Miembros own;
+  for (const auto& member : described.miembros) own.push_back(&member);
+  Escribe(page, own, "###");
+}
+
+std::string Pagina(const Hoja& sheet) {
+  std::string page = std::string("# ") + sheet.titulo + "\n\n" + kAviso + "[Índice](indice.md)\n\n";
+  if (sheet.clases.size() == 1) {
+    EscribeSola(page, Descrita(sheet.clases.front()));
+    return page;
   }
+  page += std::string(sheet.resumen) + "\n";
+  for (const std::string& name : sheet.clases) EscribeEntreOtras(page, Descrita(name));
   return page;
 }
 
-const std::vector<Hoja>& Hojas() {
-  static const std::vector<Hoja> sheets{
-      {"entradas.md",
-       "frmEntradasWizard",
-       "La pantalla de una entrada al inventario. Tiene además lo de "
-       "[toda pantalla](pantallas.md).",
-       {"frmEntradasWizard"}},
-      {"salidas.md",
-       "frmSalidasWizard",
-       "La pantalla de una salida de almacén. Tiene además lo de "
-       "[toda pantalla](pantallas.md).",
-       {"frmSalidasWizard"}},
-      {"malla.md",
-       "frmMallaModelos",
-       "La malla en que se reparte una cantidad entre los colores y las tallas de un modelo. Tiene además lo "
-       "de "
-       "[toda pantalla](pantallas.md).",
-       {"frmMallaModelos"}},
-      {"estaciones.md",
-       "frmMovEstaciones",
-       "La pantalla de un traspaso entre estaciones; lo que significa lo hacen las rutinas. Tiene además lo "
-       "de "
-       "[toda pantalla](pantallas.md).",
-       {"frmMovEstaciones"}},
-      {"pantallas.md",
-       "Toda pantalla",
-       "Lo que toda pantalla tiene, y lo que el operador hace en ella.",
-       {"Forma"}},
+// Those of screens and controls, and at last one for all else.
+std::vector<Hoja> HojasFijas() {
+  return {
+      {"entradas.md", "frmEntradasWizard", {"frmEntradasWizard"}},
+      {"salidas.md", "frmSalidasWizard", {"frmSalidasWizard"}},
+      {"malla.md", "frmMallaModelos", {"frmMallaModelos"}},
+      {"estaciones.md", "frmMovEstaciones", {"frmMovEstaciones"}},
+      {"pantallas.md", "Toda pantalla", {"Forma"}},
       {"controles.md",
        "Controles",
-       "Las clases de controles. Colores y medidas son números: 0xBBGGRR y twips.",
        {"Control", "ControlArray", "Label", "Button", "CheckBox", "TextBox", "RichTextBox", "DatePicker",
-        "ComboBox", "PictureBox", "SearchBox", "Timer", "WebBrowser", "AutoResizer", "FlexGrid"}},
+        "ComboBox", "PictureBox", "SearchBox", "Timer", "WebBrowser", "AutoResizer", "FlexGrid"},
+       "Las clases de controles. Colores y medidas son números: 0xBBGGRR y twips."},
       {"servicios.md",
        "Servicios y anfitrión",
+       {"EntradasSalidas", "Ambiente", "Anfitrion"},
        "Lo que está alrededor de las pantallas: la clase pública, el contexto que reciben las rutinas, los "
-       "registros, "
-       "y el anfitrión sin ventana con que un guion las maneja.",
-       {"EntradasSalidas", "Ambiente", "Parametros", "Conexion", "MovimientoInventario", "Recordset", "Field",
-        "Query", "Parent", "ListView", "ListItems", "Anfitrion", "Mensaje", "DocumentoAMedias", "Tenencia",
-        "Peticion", "Acto", "Observacion"}}};
+       "registros, y el anfitrión sin ventana con que un guion las maneja."}};
+}
+
+const std::vector<Hoja>& Hojas() {
+  static const std::vector<Hoja> sheets = [] {
+    std::vector<Hoja> all = HojasFijas();
+    std::set<std::string> placed{"DocumentWizard"};  // its members stand with its screens
+    for (const Hoja& sheet : all) placed.insert(sheet.clases.begin(), sheet.clases.end());
+    for (const ClaseDescrita& described : Descritas()) {
+      if (!placed.contains(described.nombre)) all.back().clases.push_back(described.nombre);
+    }
+    return all;
+  }();
   return sheets;
 }
 

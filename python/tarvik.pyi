@@ -597,7 +597,7 @@ class DocumentWizard(Forma):
         """Lo que hace un carácter en la caja que flota sobre la celda; da el que se escribe."""
 
     def Label10_Click(self, Index: int) -> None:
-        """Un clic en uno de los letreros marca o desmarca su casilla."""
+        """Lo que hace un clic en un letrero: el 1 marca o desmarca Check3, el 2 Check2."""
 
     def Command2_Click(self) -> None:
         """Lo que hace el botón Cancelar: cierra la pantalla."""
@@ -648,6 +648,10 @@ class frmEntradasWizard(DocumentWizard):
     @property
     def txtFields(self) -> ControlArray[TextBox]:
         """Cajas de texto del encabezado, del renglón de captura y de los totales."""
+
+    @property
+    def fg2(self) -> FlexGrid:
+        """Rejilla de renglones. Columnas: 0 artículo, 1 cantidad, 2 precio, 3 importe, 4 descripción, 5 número del renglón, 6 presentación, 7 cuántas presentaciones."""
 
     @property
     def Command1(self) -> Button:
@@ -775,6 +779,10 @@ class frmSalidasWizard(DocumentWizard):
     @property
     def txtFields(self) -> ControlArray[TextBox]:
         """Cajas de texto del encabezado, del renglón de captura y de los totales."""
+
+    @property
+    def fg2(self) -> FlexGrid:
+        """Rejilla de renglones. Columnas: 0 artículo, 1 cantidad, 2 existencia que queda, 3 precio, 4 importe, 5 descripción, 6 número del renglón, 7 presentación, 8 cuántas presentaciones, 9 existencia al capturar."""
 
     @property
     def Command1(self) -> Button:
@@ -1276,11 +1284,11 @@ class EntradasSalidas:
 
     @overload
     def movimientoEstacion(self, n: int, bolModal: bool) -> None:
-        """Abre un traspaso entre estaciones, el de ese número o 0 para uno nuevo."""
+        """Abre la pantalla de un traspaso entre estaciones con ese número; lo demás lo hacen las rutinas."""
 
     @overload
     def movimientoEstacion(self, nId: int, bolModal: bool) -> None:
-        """Abre un traspaso entre estaciones, el de ese número o 0 para uno nuevo."""
+        """Abre la pantalla de un traspaso entre estaciones con ese número; lo demás lo hacen las rutinas."""
 
 
 class Mensaje:
