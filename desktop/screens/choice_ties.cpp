@@ -35,50 +35,45 @@ bool ScrollsPast(const forms::Control& control, QEvent& event) {
 // ---- buttons ----
 
 ButtonTie::ButtonTie(Hand& hand, forms::Button& control, const QString& role)
-    : Tie(hand, control, *new QPushButton(&hand.View())),
-      control_(control),
-      button_(static_cast<QPushButton&>(Widget())) {
-  button_.setProperty("role", role);
-  button_.setFocusPolicy(Qt::TabFocus);
-  connect(&button_, &QPushButton::clicked, this,
-          [this] { TheHand().Act([this](forms::Form& form) { form.Click(control_); }); });
+    : TieOf(hand, control, *new QPushButton(&hand.View())) {
+  Widget().setProperty("role", role);
+  Widget().setFocusPolicy(Qt::TabFocus);
+  connect(&Widget(), &QPushButton::clicked, this,
+          [this] { TheHand().Act([this](forms::Form& form) { form.Click(Control()); }); });
 }
 
-void ButtonTie::ShowContents() { button_.setText(QString::fromStdString(control_.Caption())); }
+void ButtonTie::ShowContents() { Widget().setText(QString::fromStdString(Control().Caption())); }
 
 // The form moves the focus as part of the click, once the button has come up again.
-bool ButtonTie::MouseDown(const QMouseEvent& /*event*/) { return !control_.CanTakeFocus(); }
+bool ButtonTie::MouseDown(const QMouseEvent& /*event*/) { return !Control().CanTakeFocus(); }
 
 // ---- boxes ----
 
 CheckTie::CheckTie(Hand& hand, forms::CheckBox& control, QChar letter)
-    : Tie(hand, control, *new QCheckBox(&hand.View())),
-      control_(control),
-      box_(static_cast<QCheckBox&>(Widget())),
-      letter_(letter) {
-  box_.setFocusPolicy(Qt::TabFocus);
+    : TieOf(hand, control, *new QCheckBox(&hand.View())), letter_(letter) {
+  Widget().setFocusPolicy(Qt::TabFocus);
   // Only a click by the mnemonic comes here: a mouse click is taken by MouseDown.
-  connect(&box_, &QCheckBox::clicked, this, [this] {
+  connect(&Widget(), &QCheckBox::clicked, this, [this] {
     TheHand().Act([this](forms::Form& form) {
-      form.Click(control_);
-      box_.setChecked(control_.Value() == 1);
+      form.Click(Control());
+      Widget().setChecked(Control().Value() == 1);
     });
   });
 }
 
 void CheckTie::ShowContents() {
-  if (!control_.Caption().empty()) {
-    QString caption = QString::fromStdString(control_.Caption());
+  if (!Control().Caption().empty()) {
+    QString caption = QString::fromStdString(Control().Caption());
     const qsizetype at = letter_.isNull() ? -1 : caption.indexOf(letter_);
-    box_.setText(at < 0 ? caption : caption.insert(at, QLatin1Char('&')));
+    Widget().setText(at < 0 ? caption : caption.insert(at, QLatin1Char('&')));
   }
-  box_.setChecked(control_.Value() == 1);
+  Widget().setChecked(Control().Value() == 1);
 }
 
 bool CheckTie::MouseDown(const QMouseEvent& event) {
-  if (!control_.CanTakeFocus()) return true;
-  if (event.button() == Qt::LeftButton && box_.rect().contains(event.pos())) {
-    TheHand().Act([this](forms::Form& form) { form.Click(control_); });
+  if (!Control().CanTakeFocus()) return true;
+  if (event.button() == Qt::LeftButton && Widget().rect().contains(event.pos())) {
+    TheHand().Act([this](forms::Form& form) { form.Click(Control()); });
   }
   return true;
 }
@@ -86,70 +81,66 @@ bool CheckTie::MouseDown(const QMouseEvent& event) {
 // ---- dates ----
 
 DateTie::DateTie(Hand& hand, forms::DatePicker& control)
-    : Tie(hand, control, *new QDateEdit(&hand.View())),
-      control_(control),
-      date_(static_cast<QDateEdit&>(Widget())) {
-  date_.setCalendarPopup(true);
-  date_.setDisplayFormat(QStringLiteral("dd/MM/yyyy"));
-  date_.setMinimumDate(kNoDate);
-  date_.setSpecialValueText(QStringLiteral("sin fecha"));
-  date_.setFocusPolicy(Qt::StrongFocus);
-  date_.setFixedHeight(measure::kField);
-  connect(&date_, &QDateEdit::userDateChanged, this, &DateTie::DayChosen);
+    : TieOf(hand, control, *new QDateEdit(&hand.View())) {
+  Widget().setCalendarPopup(true);
+  Widget().setDisplayFormat(QStringLiteral("dd/MM/yyyy"));
+  Widget().setMinimumDate(kNoDate);
+  Widget().setSpecialValueText(QStringLiteral("sin fecha"));
+  Widget().setFocusPolicy(Qt::StrongFocus);
+  Widget().setFixedHeight(measure::kField);
+  connect(&Widget(), &QDateEdit::userDateChanged, this, &DateTie::DayChosen);
 }
 
 void DateTie::DayChosen(QDate day) {
   TheHand().Act([&](forms::Form& form) {
     form.Act([&] {
       if (day == kNoDate) {
-        control_.Value(std::nullopt);
+        Control().Value(std::nullopt);
       } else {
-        control_.Value(data::Date{day.year(), day.month(), day.day()});
+        Control().Value(data::Date{day.year(), day.month(), day.day()});
       }
     });
   });
 }
 
 void DateTie::ShowContents() {
-  const QSignalBlocker quiet(date_);
-  date_.setDate(ToQt(control_.Value()));
+  const QSignalBlocker quiet(Widget());
+  Widget().setDate(ToQt(Control().Value()));
 }
 
 bool DateTie::KeyDown(QKeyEvent& event) {
   if (LeavesADate(event.key())) return Tie::KeyDown(event);
   // A complete part moves on to the next by itself, so a slash typed after it is ignored.
-  const auto part = date_.currentSection();
+  const auto part = Widget().currentSection();
   const bool moved = std::exchange(part_, part) != part;
   return moved && event.text() == QLatin1String("/");
 }
 
-bool DateTie::Scrolled(QEvent& event) { return ScrollsPast(control_, event); }
+bool DateTie::Scrolled(QEvent& event) { return ScrollsPast(Control(), event); }
 
 // ---- lists ----
 
 ComboTie::ComboTie(Hand& hand, forms::ComboBox& control)
-    : Tie(hand, control, *new QComboBox(&hand.View())),
-      control_(control),
-      combo_(static_cast<QComboBox&>(Widget())) {
-  combo_.setFocusPolicy(Qt::StrongFocus);
-  combo_.setFixedHeight(measure::kField);
-  connect(&combo_, &QComboBox::activated, this, [this](int item) {
-    TheHand().Act([this, item](forms::Form& form) { form.Choose(control_, item); });
+    : TieOf(hand, control, *new QComboBox(&hand.View())) {
+  Widget().setFocusPolicy(Qt::StrongFocus);
+  Widget().setFixedHeight(measure::kField);
+  connect(&Widget(), &QComboBox::activated, this, [this](int item) {
+    TheHand().Act([this, item](forms::Form& form) { form.Choose(Control(), item); });
   });
 }
 
 void ComboTie::ShowContents() {
-  const QSignalBlocker quiet(combo_);
-  if (combo_.count() != static_cast<int>(control_.List().size())) {
-    combo_.clear();
-    for (const auto& item : control_.List()) combo_.addItem(QString::fromStdString(item));
+  const QSignalBlocker quiet(Widget());
+  if (Widget().count() != static_cast<int>(Control().List().size())) {
+    Widget().clear();
+    for (const auto& item : Control().List()) Widget().addItem(QString::fromStdString(item));
   }
-  combo_.setCurrentIndex(control_.ListIndex());
+  Widget().setCurrentIndex(Control().ListIndex());
 }
 
 // F4 opens the widget's own list.
 bool ComboTie::KeyDown(QKeyEvent& event) { return event.key() != Qt::Key_F4 && Tie::KeyDown(event); }
 
-bool ComboTie::Scrolled(QEvent& event) { return ScrollsPast(control_, event); }
+bool ComboTie::Scrolled(QEvent& event) { return ScrollsPast(Control(), event); }
 
 }  // namespace tarvik::desktop

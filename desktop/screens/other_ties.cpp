@@ -9,43 +9,40 @@ namespace tarvik::desktop {
 
 // ---- captions ----
 
-CaptionTie::CaptionTie(Hand& hand, forms::Label& control)
-    : Tie(hand, control, *new QLabel(&hand.View())),
-      control_(control),
-      label_(static_cast<QLabel&>(Widget())) {
-  label_.setProperty("role", "caption");
-  label_.setTextFormat(Qt::PlainText);
+CaptionTie::CaptionTie(Hand& hand, forms::Label& control) : TieOf(hand, control, *new QLabel(&hand.View())) {
+  Widget().setProperty("role", "caption");
+  Widget().setTextFormat(Qt::PlainText);
 }
 
 void CaptionTie::ShowContents() {
-  label_.setText(QString::fromStdString(control_.Caption()).remove(QLatin1Char('&')));
+  Widget().setText(QString::fromStdString(Control().Caption()).remove(QLatin1Char('&')));
 }
 
 // A caption is never greyed.
 void CaptionTie::ShowState() {
-  if (label_.isVisibleTo(&TheHand().View()) != control_.Visible()) label_.setVisible(control_.Visible());
+  if (Widget().isVisibleTo(&TheHand().View()) != Control().Visible())
+    Widget().setVisible(Control().Visible());
 }
 
 bool CaptionTie::MouseUp(const QMouseEvent& /*event*/) {
-  TheHand().Act([this](forms::Form& form) { form.Click(control_); });
+  TheHand().Act([this](forms::Form& form) { form.Click(Control()); });
   return true;
 }
 
 // ---- grids ----
 
 GridTie::GridTie(Hand& hand, forms::FlexGrid& control, Office& office)
-    : Tie(hand, control, *new GridView(office, control, &hand.View())),
-      grid_(static_cast<GridView&>(Widget())) {
-  connect(&grid_, &GridView::Clicked, this, [this](int row, int col) {
-    TheHand().Act([&](forms::Form& form) { form.ClickCell(grid_.Grid(), row, col); });
+    : TieOf(hand, control, *new GridView(office, control, &hand.View())) {
+  connect(&Widget(), &GridView::Clicked, this, [this](int row, int col) {
+    TheHand().Act([&](forms::Form& form) { form.ClickCell(Control(), row, col); });
   });
-  connect(&grid_, &GridView::DoubleClicked, this, [this](int row, int col) {
-    TheHand().Act([&](forms::Form& form) { form.DoubleClickCell(grid_.Grid(), row, col); });
+  connect(&Widget(), &GridView::DoubleClicked, this, [this](int row, int col) {
+    TheHand().Act([&](forms::Form& form) { form.DoubleClickCell(Control(), row, col); });
   });
 }
 
 void GridTie::Changed(forms::Aspect aspect) {
-  if (aspect == forms::Aspect::Layout) return grid_.LayoutChanged();
+  if (aspect == forms::Aspect::Layout) return Widget().LayoutChanged();
   Tie::Changed(aspect);
 }
 

@@ -95,23 +95,23 @@ void ScreenView::Keep(std::unique_ptr<Tie> tie, const QString& accessible) {
 }
 
 QLineEdit* ScreenView::Field(int index, const QString& accessible) {
-  return &Tied<LineTie>("txtFields", index, accessible).Line();
+  return &Tied<LineTie>("txtFields", index, accessible).Widget();
 }
 
 QLineEdit* ScreenView::Field(std::string_view name, const QString& accessible) {
-  return &Tied<LineTie>(name, {}, accessible).Line();
+  return &Tied<LineTie>(name, {}, accessible).Widget();
 }
 
 QTextEdit* ScreenView::Notes(std::string_view name, const QString& accessible) {
-  return &Tied<NotesTie>(name, {}, accessible).Notes();
+  return &Tied<NotesTie>(name, {}, accessible).Widget();
 }
 
 QLabel* ScreenView::Text(std::string_view name, std::optional<int> index, const QString& accessible) {
-  return &Tied<ShownTextTie>(name, index, accessible).Label();
+  return &Tied<ShownTextTie>(name, index, accessible).Widget();
 }
 
 QCheckBox* ScreenView::Check(std::string_view name, const QString& accessible, QChar letter) {
-  QCheckBox& box = Tied<CheckTie>(name, {}, accessible, letter).Box();
+  QCheckBox& box = Tied<CheckTie>(name, {}, accessible, letter).Widget();
   if (accessible.isEmpty()) {
     box.setAccessibleName(box.text().remove(QLatin1Char('&')));
   } else {
@@ -121,27 +121,27 @@ QCheckBox* ScreenView::Check(std::string_view name, const QString& accessible, Q
 }
 
 QPushButton* ScreenView::Button(std::string_view name, const QString& role, const QString& accessible) {
-  QPushButton& button = Tied<ButtonTie>(name, {}, accessible, role).Button();
+  QPushButton& button = Tied<ButtonTie>(name, {}, accessible, role).Widget();
   if (accessible.isEmpty()) button.setAccessibleName(button.text().remove(QLatin1Char('&')));
   return &button;
 }
 
 QDateEdit* ScreenView::Date(std::string_view name, const QString& accessible) {
-  return &Tied<DateTie>(name, {}, accessible).Date();
+  return &Tied<DateTie>(name, {}, accessible).Widget();
 }
 
 QComboBox* ScreenView::Combo(std::string_view name, const QString& accessible) {
-  return &Tied<ComboTie>(name, {}, accessible).Combo();
+  return &Tied<ComboTie>(name, {}, accessible).Widget();
 }
 
 QLabel* ScreenView::Caption(std::string_view name, std::optional<int> index) {
-  QLabel& label = Tied<CaptionTie>(name, index, {}).Label();
+  QLabel& label = Tied<CaptionTie>(name, index, {}).Widget();
   label.setAccessibleName(label.text());
   return &label;
 }
 
 GridView* ScreenView::Grid(std::string_view name, const QString& accessible) {
-  return &Tied<GridTie>(name, {}, accessible, office_).Grid();
+  return &Tied<GridTie>(name, {}, accessible, office_).Widget();
 }
 
 void ScreenView::CellEditor(std::string_view name, GridView& grid) {

@@ -142,31 +142,31 @@ bool TextTie::MouseUp(const QMouseEvent& event) { return IsMiddle(event); }
 
 LineTie::LineTie(Hand& hand, forms::TextBox& box) : LineTie(hand, box, FieldOf(box, hand.View())) {}
 
-LineTie::LineTie(Hand& hand, forms::TextBox& box, QLineEdit& line) : TextTie(hand, box, line), line_(line) {
+LineTie::LineTie(Hand& hand, forms::TextBox& box, QLineEdit& line) : TieOf(hand, box, line) {
   const auto moved = [this] {
-    const bool selected = line_.hasSelectedText();
-    const int start = selected ? line_.selectionStart() : line_.cursorPosition();
-    CaretMoved(start, selected ? line_.selectionEnd() : start);
+    const bool selected = Widget().hasSelectedText();
+    const int start = selected ? Widget().selectionStart() : Widget().cursorPosition();
+    CaretMoved(start, selected ? Widget().selectionEnd() : start);
   };
   connect(&line, &QLineEdit::cursorPositionChanged, this, moved);
   connect(&line, &QLineEdit::selectionChanged, this, moved);
 }
 
 void LineTie::ShowContents() {
-  const QString text = QString::fromStdString(Box().Text());
-  if (line_.text() != text) line_.setText(text);
+  const QString text = QString::fromStdString(Control().Text());
+  if (Widget().text() != text) Widget().setText(text);
   const int start = ShownStart();
   const int end = ShownEnd();
   if (end > start) {
-    line_.setSelection(start, end - start);
+    Widget().setSelection(start, end - start);
   } else {
-    line_.deselect();
-    line_.setCursorPosition(start);
+    Widget().deselect();
+    Widget().setCursorPosition(start);
   }
 }
 
 bool LineTie::DoubleClicked() {
-  TheHand().Act([this](forms::Form& form) { form.DoubleClick(Box()); });
+  TheHand().Act([this](forms::Form& form) { form.DoubleClick(Control()); });
   return true;
 }
 
@@ -175,40 +175,39 @@ bool LineTie::DoubleClicked() {
 CellTie::CellTie(Hand& hand, forms::TextBox& box, GridView& grid)
     : LineTie(hand, box, EditorOver(grid)), grid_(grid) {
   connect(&grid, &GridView::Moved, this, [this] {
-    if (Line().isVisible()) Line().setGeometry(grid_.CurrentCell());
+    if (Widget().isVisible()) Widget().setGeometry(grid_.CurrentCell());
   });
 }
 
 void CellTie::ShowState() {
-  Line().setEnabled(Box().Enabled());
-  if (!Box().Visible()) return Line().hide();
-  if (Line().isVisible()) return;
-  Line().setGeometry(grid_.CurrentCell());
-  Line().show();
-  Line().raise();
+  Widget().setEnabled(Control().Enabled());
+  if (!Control().Visible()) return Widget().hide();
+  if (Widget().isVisible()) return;
+  Widget().setGeometry(grid_.CurrentCell());
+  Widget().show();
+  Widget().raise();
 }
 
 // ---- notes ----
 
-NotesTie::NotesTie(Hand& hand, forms::TextBox& box)
-    : TextTie(hand, box, Bare(*new QTextEdit(&hand.View()))), notes_(static_cast<QTextEdit&>(Widget())) {
-  notes_.setAcceptRichText(false);
-  notes_.setTabChangesFocus(true);
+NotesTie::NotesTie(Hand& hand, forms::TextBox& box) : TieOf(hand, box, Bare(*new QTextEdit(&hand.View()))) {
+  Widget().setAcceptRichText(false);
+  Widget().setTabChangesFocus(true);
   const auto moved = [this] {
-    const QTextCursor cursor = notes_.textCursor();
+    const QTextCursor cursor = Widget().textCursor();
     CaretMoved(cursor.selectionStart(), cursor.selectionEnd());
   };
-  connect(&notes_, &QTextEdit::cursorPositionChanged, this, moved);
-  connect(&notes_, &QTextEdit::selectionChanged, this, moved);
+  connect(&Widget(), &QTextEdit::cursorPositionChanged, this, moved);
+  connect(&Widget(), &QTextEdit::selectionChanged, this, moved);
 }
 
 void NotesTie::ShowContents() {
-  const QString text = QString::fromStdString(Box().Text()).remove(QLatin1Char('\r'));
-  if (notes_.toPlainText() != text) notes_.setPlainText(text);
-  QTextCursor cursor = notes_.textCursor();
+  const QString text = QString::fromStdString(Control().Text()).remove(QLatin1Char('\r'));
+  if (Widget().toPlainText() != text) Widget().setPlainText(text);
+  QTextCursor cursor = Widget().textCursor();
   cursor.setPosition(ShownStart());
   cursor.setPosition(ShownEnd(), QTextCursor::KeepAnchor);
-  notes_.setTextCursor(cursor);
+  Widget().setTextCursor(cursor);
 }
 
 bool NotesTie::WalksLines(const QKeyEvent& event) const {
@@ -217,16 +216,16 @@ bool NotesTie::WalksLines(const QKeyEvent& event) const {
 
 // ---- a text that is only shown ----
 
-ShownTextTie::ShownTextTie(Hand& hand, forms::TextBox& box)
-    : Tie(hand, box, *new QLabel(&hand.View())), box_(box), label_(static_cast<QLabel&>(Widget())) {
-  label_.setTextFormat(Qt::PlainText);
+ShownTextTie::ShownTextTie(Hand& hand, forms::TextBox& box) : TieOf(hand, box, *new QLabel(&hand.View())) {
+  Widget().setTextFormat(Qt::PlainText);
 }
 
-void ShownTextTie::ShowContents() { label_.setText(QString::fromStdString(box_.Text())); }
+void ShownTextTie::ShowContents() { Widget().setText(QString::fromStdString(Control().Text())); }
 
 // Never greyed: it can be read either way.
 void ShownTextTie::ShowState() {
-  if (label_.isVisibleTo(&TheHand().View()) != box_.Visible()) label_.setVisible(box_.Visible());
+  if (Widget().isVisibleTo(&TheHand().View()) != Control().Visible())
+    Widget().setVisible(Control().Visible());
 }
 
 bool ShownTextTie::MouseUp(const QMouseEvent& event) { return IsMiddle(event); }

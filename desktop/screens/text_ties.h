@@ -16,8 +16,6 @@ class GridView;
 // caret and selection were moved by arrow keys or mouse.
 class TextTie : public Tie {
  public:
-  using ControlKind = forms::TextBox;
-
   void Changed(forms::Aspect aspect) override;
   [[nodiscard]] bool HoldsText() const override { return true; }
 
@@ -46,20 +44,16 @@ class TextTie : public Tie {
   bool following_ = false;  // the change that the control reports came from the widget
 };
 
-class LineTie : public TextTie {
+class LineTie : public TieOf<forms::TextBox, QLineEdit, TextTie> {
  public:
   LineTie(Hand& hand, forms::TextBox& box);
-  [[nodiscard]] QLineEdit& Line() const { return line_; }
 
  protected:
   LineTie(Hand& hand, forms::TextBox& box, QLineEdit& line);
 
   void ShowContents() override;
-  void Copy() override { line_.copy(); }
+  void Copy() override { Widget().copy(); }
   bool DoubleClicked() override;
-
- private:
-  QLineEdit& line_;
 };
 
 // Stands over the grid's current cell while its control is visible.
@@ -76,27 +70,20 @@ class CellTie final : public LineTie {
   GridView& grid_;
 };
 
-class NotesTie final : public TextTie {
+class NotesTie final : public TieOf<forms::TextBox, QTextEdit, TextTie> {
  public:
   NotesTie(Hand& hand, forms::TextBox& box);
-  [[nodiscard]] QTextEdit& Notes() const { return notes_; }
 
  protected:
   void ShowContents() override;
-  void Copy() override { notes_.copy(); }
+  void Copy() override { Widget().copy(); }
   bool WalksLines(const QKeyEvent& event) const override;
-
- private:
-  QTextEdit& notes_;
 };
 
 // A text box that is only shown: it has no caret to put.
-class ShownTextTie final : public Tie {
+class ShownTextTie final : public TieOf<forms::TextBox, QLabel> {
  public:
-  using ControlKind = forms::TextBox;
-
   ShownTextTie(Hand& hand, forms::TextBox& box);
-  [[nodiscard]] QLabel& Label() const { return label_; }
   [[nodiscard]] bool HoldsText() const override { return true; }
 
  protected:
@@ -104,10 +91,6 @@ class ShownTextTie final : public Tie {
   void ShowState() override;
   bool MouseDown(const QMouseEvent& /*event*/) override { return true; }
   bool MouseUp(const QMouseEvent& event) override;
-
- private:
-  forms::TextBox& box_;
-  QLabel& label_;
 };
 
 }  // namespace tarvik::desktop

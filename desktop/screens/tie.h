@@ -3,13 +3,11 @@
 // each kind of control. It has no rules: the form decides what may be typed and what follows. A widget never
 // edits itself; it shows what the control holds after a key.
 //
-//   class GaugeTie final : public Tie {          // a kind of control that is new
+//   class GaugeTie final : public TieOf<forms::Gauge, QSlider> {     // a kind of control that is new
 //    public:
-//     using ControlKind = forms::Gauge;
-//     GaugeTie(Hand& hand, forms::Gauge& gauge)
-//         : Tie(hand, gauge, *new QSlider(&hand.View())), gauge_(gauge) {...}
+//     GaugeTie(Hand& hand, forms::Gauge& gauge) : TieOf(hand, gauge, *new QSlider(&hand.View())) {}
 //    protected:
-//     void ShowContents() override { ... }       // what the gauge holds
+//     void ShowContents() override { Widget().setValue(Control().Value()); }
 //   };
 //
 // ScreenView makes the ties, and passes on to them what the form reports and the events of their widgets.
@@ -94,6 +92,22 @@ class Tie : public QObject {
   forms::Control& control_;
   QWidget& widget_;
   bool showing_ = false;
+};
+
+// A tie that knows its control and its widget by their kinds.
+template <class Kind, class Shown, class Base = Tie>
+class TieOf : public Base {
+ public:
+  using ControlKind = Kind;
+
+  TieOf(Hand& hand, Kind& control, Shown& widget)
+      : Base(hand, control, widget), control_(control), widget_(widget) {}
+  [[nodiscard]] Kind& Control() const { return control_; }
+  [[nodiscard]] Shown& Widget() const { return widget_; }
+
+ private:
+  Kind& control_;
+  Shown& widget_;
 };
 
 }  // namespace tarvik::desktop

@@ -136,7 +136,7 @@ TEST_F(Escritorio, AConceptThatARoutineBlocksMakesNoDocumentReadOnly) {
   const Keys keys = program->ViewOf(form)->KeysNow();
   EXPECT_TRUE(std::any_of(keys.begin(), keys.end(), [](const auto& key) { return key.first == "F5"; }));
   form.DejaEnConsulta();
-  form.Enter(form.fg2);
+  program->ViewOf(form)->Refresh();
   Settle();
   EXPECT_EQ(chip(), "Sólo lectura");
 }
