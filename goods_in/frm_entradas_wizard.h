@@ -93,6 +93,9 @@ class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
   void HazRenglon() override { Command6_Click(); }
   void Vuelve(int indice) override { ColocaFoco(txtFields(indice)); }
 
+  void DisenaTeclado();
+  void DisenaCampos();
+  void DisenaLetreros();
   void LlenaDeLaEntrada(service::Trampa& intenta);
   void EnterEnArticulo();
   void EscribeRenglon(service::Trampa& intenta, std::int32_t id);

@@ -57,6 +57,21 @@ frmEntradasWizard::frmEntradasWizard(service::Host& host)
       Label19(*this, "Label19"),
       Label23(*this, "Label23"),
       Label25(*this, "Label25") {
+  DisenaTeclado();
+  DisenaCampos();
+  DisenaLetreros();
+  Command3.Visible(false);
+  Command5.Enabled(false);
+  fg2.Rows(5000);
+  fg2.Cols(10);
+  fg2.FixedRows(1);
+  fg2.FixedCols(0);
+  Command3.OnClick = [this] { Command3_Click(); };
+  Timer1.OnTimer = [this] { Timer1_Timer(); };
+  RichTextBox1.OnKeyDown = [this](int& tecla, int shift) { RichTextBox1_KeyDown(tecla, shift); };
+}
+
+void frmEntradasWizard::DisenaTeclado() {
   const std::pair<int, int> orden[] = {{campo::Concepto, 0},
                                        {campo::Almacen, 1},
                                        {campo::Articulo, 3},
@@ -77,7 +92,9 @@ frmEntradasWizard::frmEntradasWizard(service::Host& host)
       {&txtEdit, 23},  {&Command6, 24},  {&fg2, 26},          {&RichTextBox2, 28}, {&RichTextBox1, 38},
       {&Command1, 39}, {&Check4, 40},    {&Command5, 41},     {&Command2, 42}};
   for (auto [control, tab] : demas) control->TabIndex(tab);
+}
 
+void frmEntradasWizard::DisenaCampos() {
   const std::pair<int, const char*> tipos[] = {{campo::Concepto, "U"},
                                                {campo::Almacen, "SN"},
                                                {campo::Descripcion, "SD"},
@@ -96,7 +113,9 @@ frmEntradasWizard::frmEntradasWizard(service::Host& host)
     MultiCombo1(caja).buscar(busca);
     MultiCombo1(caja).Hold(txtFields(campo));
   }
+}
 
+void frmEntradasWizard::DisenaLetreros() {
   Label12.Caption("Concepto de la Entrada:");
   Label25.Caption("Almacen");
   Label17.Caption("Artículo");
@@ -108,17 +127,6 @@ frmEntradasWizard::frmEntradasWizard(service::Host& host)
   Label23.Caption("Fecha del documento");
   Label8.Caption("T O T  A L");
   Command1.Caption("&Modelos");
-
-  Command3.Visible(false);
-  Command5.Enabled(false);
-  fg2.Rows(5000);
-  fg2.Cols(10);
-  fg2.FixedRows(1);
-  fg2.FixedCols(0);
-
-  Command3.OnClick = [this] { Command3_Click(); };
-  Timer1.OnTimer = [this] { Timer1_Timer(); };
-  RichTextBox1.OnKeyDown = [this](int& tecla, int shift) { RichTextBox1_KeyDown(tecla, shift); };
 }
 
 void frmEntradasWizard::Form_Load() {

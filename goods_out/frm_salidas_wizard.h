@@ -111,11 +111,18 @@ class frmSalidasWizard final : public DocumentWizard {
   [[nodiscard]] std::int32_t NumeroDeDocumento() const override { return Salida; }
 
  private:
-  void Disena();
+  void DisenaTeclado();
+  void DisenaCampos();
+  void DisenaPaneles();
+  void DisenaLetreros();
+  void DisenaEstados();
   void LlenaDeLaSalida(service::Trampa& intenta);
   bool ClienteEncontrado();
   // The stock check of a new line: true if the line may be entered.
   bool HayExistencia(service::Trampa& intenta);
+  std::string DescripcionDeLaPartida();
+  // The new line in the grid.
+  void EscribeRenglon(service::Trampa& intenta, std::int32_t id);
   void EditaCelda(service::Trampa& intenta);
   bool Existen(service::Trampa& intenta);
   // Begins the header's statement: an INSERT with the number, or an UPDATE.

@@ -171,16 +171,12 @@ void frmSalidasWizard::CreaPartida() {
   auto agrega = [&](const char* columna, auto&& valor) {
     intenta([&] { Query->AgregaCampo("salpart", columna, valor()); });
   };
-  auto descripcion = [&] {
-    return data::Trim(txtFields(campo::Descripcion).Text()) + " " +
-           data::Trim(txtFields(campo::Dato1).Text());
-  };
   agrega("salida", [&] { return Salida; });
   agrega("tipo_doc", [&] { return rstSalida->Fields("Tipo_doc"); });
   agrega("articulo", [&] { return txtFields(campo::Articulo).Text(); });
   agrega("cantidad", [&] { return NumeroEn(campo::Cantidad); });
   agrega("precio", [&] { return NumeroEn(campo::Precio); });
-  agrega("observ", descripcion);
+  agrega("observ", [&] { return DescripcionDeLaPartida(); });
   std::int32_t id = 0;
   data::RecordsetRef tomado;
   do {
@@ -196,7 +192,14 @@ void frmSalidasWizard::CreaPartida() {
   agrega("prcantidad", [&] { return NumeroEn(campo::Presentaciones); });
   agrega("prdescrip", [&] { return Funciones().TextoDe(txtFields(campo::Dato1).Text()); });
   EjecutaQuery(intenta);
+  EscribeRenglon(intenta, id);
+}
 
+std::string frmSalidasWizard::DescripcionDeLaPartida() {
+  return data::Trim(txtFields(campo::Descripcion).Text()) + " " + data::Trim(txtFields(campo::Dato1).Text());
+}
+
+void frmSalidasWizard::EscribeRenglon(service::Trampa& intenta, std::int32_t id) {
   const int renglon = RenglonLibre(intenta);
   if (renglon == 0) return;
   data::RecordsetRef existencia;
@@ -217,7 +220,7 @@ void frmSalidasWizard::CreaPartida() {
   celda(columna_salida::Precio, [&] { return PlainNumber(NumeroEn(campo::Precio)); });
   intenta([&] { Importe = NumeroEn(campo::Cantidad) * NumeroEn(campo::Precio); });
   celda(columna_salida::Importe, [&] { return FormatNumber(Importe, kFormatoRenglon); });
-  celda(columna_salida::Descripcion, descripcion);
+  celda(columna_salida::Descripcion, [&] { return DescripcionDeLaPartida(); });
   celda(columna_salida::IdSalida, [&] { return std::to_string(id); });
   celda(columna_salida::Presentacion, [&] { return Funciones().TextoDe(txtFields(campo::Dato1).Text()); });
   celda(columna_salida::Presentaciones,

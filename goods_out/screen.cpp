@@ -75,7 +75,11 @@ frmSalidasWizard::frmSalidasWizard(service::Host& host)
       Label19(*this, "Label19"),
       Label23(*this, "Label23"),
       Label25(*this, "Label25") {
-  Disena();
+  DisenaTeclado();
+  DisenaCampos();
+  DisenaPaneles();
+  DisenaLetreros();
+  DisenaEstados();
   DTPicker2.Value(DTPicker1.Value());
   SSCheck1.OnClick = [this] { SSCheck1_Click(); };
   SSCheck2.OnClick = [this] { SSCheck2_Click(); };
@@ -86,7 +90,7 @@ frmSalidasWizard::frmSalidasWizard(service::Host& host)
   DTPicker2.OnKeyDown = [this](int& tecla, int shift) { DTPicker2_KeyDown(tecla, shift); };
 }
 
-void frmSalidasWizard::Disena() {
+void frmSalidasWizard::DisenaTeclado() {
   forms::Control* const orden[] = {&txtFields(campo::Concepto),
                                    &RichTextBox3,
                                    &DTPicker1,
@@ -133,7 +137,9 @@ void frmSalidasWizard::Disena() {
                                    &Command6};
   int tab = 0;
   for (forms::Control* control : orden) control->TabIndex(tab++);
+}
 
+void frmSalidasWizard::DisenaCampos() {
   const std::pair<const char*, std::vector<int>> tipos[] = {
       {"U",
        {campo::Concepto, campo::Sucursal, campo::EstacionDestino, campo::Cliente, campo::NombreDelCliente,
@@ -161,8 +167,10 @@ void frmSalidasWizard::Disena() {
     MultiCombo1(caja).buscar(busca);
     MultiCombo1(caja).Hold(txtFields(campo));
   }
+}
 
-  // The three panels: header, lines, entry and totals. A field in a search box stands in its panel by it.
+// The three panels: header, lines, entry and totals. A field in a search box stands in its panel by it.
+void frmSalidasWizard::DisenaPaneles() {
   const std::pair<forms::PictureBox*, std::vector<forms::Control*>> paneles[] = {
       {&Picture1,
        {&RichTextBox3, &DTPicker1, &SSCheck1, &Check5, &SSCheck2, &txtFields(campo::NombreDelCliente),
@@ -197,7 +205,9 @@ void frmSalidasWizard::Disena() {
   for (const auto& [panel, controles] : paneles) {
     for (forms::Control* control : controles) control->Container(panel);
   }
+}
 
+void frmSalidasWizard::DisenaLetreros() {
   const std::pair<forms::Label*, const char*> letreros[] = {{&Label12, "Concepto de la Salida."},
                                                             {&Label23, "Fecha del documento"},
                                                             {&Label25, "Almacen"},
@@ -220,7 +230,9 @@ void frmSalidasWizard::Disena() {
   SSCheck2.Caption("Traspaso a estación de trabajo");
   Check1.Caption("Asignación a empleado");
   Command1.Caption("&Re enviar a sucursal");
+}
 
+void frmSalidasWizard::DisenaEstados() {
   for (int campo : {campo::EntradaRemota, campo::Unidades, campo::Renglones}) txtFields(campo).Enabled(false);
   SSCheck2.Visible(false);
   MultiCombo1(6).Visible(false);

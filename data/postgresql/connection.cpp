@@ -1,5 +1,5 @@
 // A statement without values goes as it is; one with values is prepared once and kept. Both by the protocol
-// that takes no second statement.
+// that takes no second statement. What the stations tell one another is in notices.cpp.
 #include "data/postgresql/connection.h"
 
 #include <cstdlib>
@@ -19,16 +19,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// What a server has for its answer to one of the suite's or the host's statements: far more than any of them
-// takes, since a lock is waited for five seconds. Whoever reads a whole base for a report takes longer.
-constexpr milliseconds kAnswer{30'000};
-constexpr milliseconds kReport{120'000};
-constexpr milliseconds kUndo{2000};               // then the session is left, which undoes as well
-constexpr std::chrono::milliseconds kHeard{100};  // in which a word reaches all who listen
-// Of a station that does nothing: how long a try for a new session may take, and the pauses between tries.
-constexpr std::chrono::milliseconds kIdleTry{400};
-constexpr std::chrono::seconds kLookAgain{1};
-constexpr std::chrono::seconds kLookAgainAtMost{8};
+constexpr milliseconds kReport{120'000};  // for whoever reads a whole base
+constexpr milliseconds kUndo{2000};       // then the session is left, which undoes as well
 
 constexpr const char* kUndone = "La base deshizo la transacción: una de sus sentencias falló";
 
@@ -361,13 +353,6 @@ void PostgresqlConnection::Commit() {
   if (std::exchange(told_, false)) LetItBeHeard();
 }
 
-// The server has the word and passes it on by itself, a moment later. Whoever wrote it may look at once
-// whether the others have noticed.
-void PostgresqlConnection::LetItBeHeard() {
-  data::Waiting moment(Waiting(), false);
-  moment.For(-1, 0, Patience::Clock::now() + kHeard);
-}
-
 void PostgresqlConnection::Rollback() noexcept {
   ours_ = false;
   told_ = false;
@@ -418,63 +403,6 @@ std::vector<std::string> PostgresqlConnection::Columns(std::string_view table) {
       {Value(LowerAscii(table))});
   for (const auto& row : rows.rows) names.push_back(LowerAscii(ToText(row[0])));
   return names;
-}
-
-std::int64_t PostgresqlConnection::Changes() {
-  if (!open_) throw Error("La base está cerrada");
-  if (session_.Asking()) return changes_;
-  if (!session_.Sound() && unit_ == Unit::kNone && Patience::Clock::now() >= look_again_) {
-    // A station that does nothing would otherwise be dead for the others until its next key.
-    Patience little;
-    little.Waited(Patience::kWhole - kIdleTry);
-    try {
-      Renew(little);
-      look_pause_ = kLookAgain;
-    } catch (const Error&) {  // the next statement tells
-      look_pause_ = std::min(2 * look_pause_, kLookAgainAtMost);
-    }
-    look_again_ = Patience::Clock::now() + look_pause_;
-  }
-  while (PGnotify* told = session_.Lost() ? nullptr : PQnotifies(session_.Get())) {
-    ++changes_;
-    PQfreemem(told);
-  }
-  return changes_;
-}
-
-void PostgresqlConnection::Notify() {
-  RequireOpen();
-  const bool at_once = unit_ == Unit::kNone;
-  Send("NOTIFY tarvik", "NOTIFY tarvik", {kAnswer});
-  if (at_once) {
-    LetItBeHeard();
-  } else {
-    told_ = true;
-  }
-}
-
-// The life is in the session's name, which every role can read and no lock or function is needed for: the
-// server takes the name away with the session, and a pooler with its client.
-void PostgresqlConnection::Live(std::int64_t number) {
-  RequireOpen();
-  if (unit_ != Unit::kNone) throw Error("Una vida no empieza dentro de una transacción");
-  session_.Life(number);
-  if (session_.Sound()) {
-    Sent sent{session_.SetUp()};
-    if (!session_.Lost()) {
-      Check(std::move(sent), "SET application_name", {}, false);
-      return;
-    }
-  }
-  Renew(Waiting());
-}
-
-bool PostgresqlConnection::Lives(std::int64_t number) {
-  return !EngineConnection::Run(
-              "SELECT 1 FROM pg_catalog.pg_stat_activity WHERE datname = current_database() AND "
-              "application_name LIKE ? LIMIT 1",
-              {"% #" + std::to_string(number)})
-              .rows.empty();
 }
 
 }  // namespace tarvik::data

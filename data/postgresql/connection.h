@@ -2,6 +2,7 @@
 // See postgresql_engine.h for what is asked again and what is thrown.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -42,6 +43,10 @@ class PostgresqlConnection final : public EngineConnection {
   bool Lives(std::int64_t number) override;
 
  private:
+  // What a server has for its answer to one of the suite's or the host's statements: far more than any of
+  // them takes, since a lock is waited for five seconds.
+  static constexpr std::chrono::milliseconds kAnswer{30'000};
+
   enum class Unit {
     kNone,
     kBegun,   // Begin() was called, and nothing sent yet
