@@ -10,9 +10,11 @@ from decimal import Decimal
 from pathlib import Path
 
 import _comun as comun
-from _comun import Fallo, Renglon
+from _archivos import COLUMNAS as DEL_ARCHIVO
+from _archivos import Renglon, filas_de
+from _comun import Fallo
 
-COLUMNAS = comun.COLUMNAS | {
+COLUMNAS = DEL_ARCHIVO | {
     "factura": {"factura", "invoiceno"},
     "cliente": {"cliente", "customerid"},
 }
@@ -37,7 +39,7 @@ def lee_dia(archivo: Path) -> list[Factura]:
     """The invoices in the order in which they begin."""
     facturas: dict[str, Factura] = {}
     exigidas = ("factura", "articulo", "cantidad", "precio")
-    for linea, valores in comun.filas_de(archivo, exigidas, ("cantidad", "precio"), COLUMNAS):
+    for linea, valores in filas_de(archivo, exigidas, ("cantidad", "precio"), COLUMNAS):
         numero, cliente = valores["factura"], clave_de_cliente(valores.get("cliente", ""))
         if not numero:
             raise Fallo(f"{archivo}, línea {linea}: falta el número de la factura.")

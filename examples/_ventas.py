@@ -8,7 +8,8 @@ from decimal import Decimal
 
 import _comun as comun
 from _comun import (ARTICULO, CANTIDAD, CLAVE_ADICIONAL, DESCRIPCION, PRECIO, PRESENTACIONES,
-                    Documento, Operador, Registro, Renglon)
+                    Documento, Operador, Registro)
+from _archivos import Renglon
 from _facturas import Factura, observacion
 from recibe_entrega import Recepcion
 

@@ -14,8 +14,9 @@ from decimal import Decimal
 from pathlib import Path
 
 import _comun as comun
+from _archivos import Renglon, filas_de, importa_catalogo, lee_catalogo
 from _comun import (CANTIDAD, PARTIDAS_EN_PANTALLA, PRECIO, PRESENTACIONES, Barra, Documento, Fallo, Registro,
-                    Renglon, SinTerminar)
+                    SinTerminar)
 
 
 # ---- the file ----------------------------------------------------------------------------------
@@ -24,7 +25,7 @@ from _comun import (CANTIDAD, PARTIDAS_EN_PANTALLA, PRECIO, PRESENTACIONES, Barr
 def lee_entrega(archivo: Path, lector: bool) -> list[Renglon]:
     exigidas = ("articulo",) if lector else ("articulo", "cantidad", "precio")
     return [renglon_de(archivo, linea, valores, lector)
-            for linea, valores in comun.filas_de(archivo, exigidas, ("cantidad", "precio"))]
+            for linea, valores in filas_de(archivo, exigidas, ("cantidad", "precio"))]
 
 
 def renglon_de(archivo: Path, linea: int, valores: dict[str, str], lector: bool) -> Renglon:
@@ -225,7 +226,7 @@ def principal() -> int:
 
     # Both files before the base: a bad one leaves nothing written.
     renglones = lee_entrega(opciones.entrega, opciones.lector)
-    catalogo = comun.lee_catalogo(opciones.importa_catalogo) if opciones.importa_catalogo else None
+    catalogo = lee_catalogo(opciones.importa_catalogo) if opciones.importa_catalogo else None
     concepto = opciones.concepto.upper()
 
     anf = comun.abre(opciones)
@@ -234,7 +235,7 @@ def principal() -> int:
     inicio = time.monotonic()
     try:
         if catalogo is not None:
-            print(comun.importa_catalogo(anf, catalogo, [(concepto, "E", "Compra a proveedor")], opciones.almacen))
+            print(importa_catalogo(anf, catalogo, [(concepto, "E", "Compra a proveedor")], opciones.almacen))
         for hechos, renglon in enumerate(renglones, 1):
             recepcion.registra(renglon)
             barra.avanza(hechos)

@@ -17,7 +17,8 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 import _comun as comun
-from _comun import PARTIDAS_EN_PANTALLA, Barra, Fallo, Registro, Renglon, SinTerminar
+from _archivos import Renglon, importa_catalogo, lee_catalogo
+from _comun import PARTIDAS_EN_PANTALLA, Barra, Fallo, Registro, SinTerminar
 from _facturas import (EntregaPrevia, Factura, alta_de_clientes, alta_de_usuario, devuelto, entrega_del_dia,
                        entrega_previa, lee_dia, marca_de_entrega, observacion, registradas, sin_terminar)
 from _libros import (bajo_cero, consulta_de_encabezados, consulta_de_existencias, consulta_de_partidas,
@@ -190,7 +191,7 @@ def principal() -> int:
     facturas = lee_dia(opciones.ventas)
     entrega = (entrega_del_dia(facturas, servicios) if opciones.entrega_del_dia else
                lee_entrega(opciones.entrega, False) if opciones.entrega else [])
-    catalogo = comun.lee_catalogo(opciones.importa_catalogo) if opciones.importa_catalogo else None
+    catalogo = lee_catalogo(opciones.importa_catalogo) if opciones.importa_catalogo else None
     venta, devolucion, compra = (concepto.upper() for concepto in (
         opciones.concepto, opciones.concepto_devolucion, opciones.concepto_entrega))
 
@@ -206,7 +207,7 @@ def principal() -> int:
                                f"del día {opciones.ventas.name}", entrega))
     print("Altas en la base, antes de teclear nada:")
     if catalogo is not None:
-        print(comun.importa_catalogo(anf, catalogo, [
+        print(importa_catalogo(anf, catalogo, [
             (venta, "S", "Venta"), (devolucion, "E", "Devolución de cliente"), (compra, "E", "Compra a proveedor")],
             opciones.almacen, servicios))
     # The headings before any document; of goods-in only what is going to be used.

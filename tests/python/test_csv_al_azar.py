@@ -12,6 +12,7 @@ from pathlib import Path
 
 EJEMPLOS = Path(__file__).resolve().parents[2] / "examples"
 sys.path.insert(0, str(EJEMPLOS))
+import _archivos as archivos  # noqa: E402
 import _comun as comun  # noqa: E402
 import recibe_entrega  # noqa: E402
 import surte_dia  # noqa: E402
@@ -59,7 +60,7 @@ class CsvAlAzar(unittest.TestCase):
                 archivo.write_bytes(estropea(azar, azar.choice(SEMILLAS)))
                 for lee in (lambda: recibe_entrega.lee_entrega(archivo, False),
                             lambda: recibe_entrega.lee_entrega(archivo, True),
-                            lambda: surte_dia.lee_dia(archivo), lambda: comun.lee_catalogo(archivo)):
+                            lambda: surte_dia.lee_dia(archivo), lambda: archivos.lee_catalogo(archivo)):
                     try:
                         lee()
                         leidas += 1
