@@ -90,6 +90,7 @@ class SalidasEnElEscritorio : public Escritorio {
   }
   std::string LabelNamed(forms::Form& form, const QString& name) {
     QTest::qWait(20);  // what the suite has no control for is read once all is at rest
+    Settle();          // and has arrived, however busy the machine is
     for (const QLabel* label : program->ViewOf(form)->findChildren<QLabel*>()) {
       if (label->accessibleName() == name) return label->text().toStdString();
     }
