@@ -11,23 +11,19 @@
 // how long the operator waited.
 //
 //   build/release/bench/bench_desktop [lines ...]
-#include <sqlite3.h>
-
 #include <QApplication>
 #include <QLineEdit>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "bench/desktop/keys.h"
 #include "data/engine.h"
 #include "desktop/frame/main_window.h"
 #include "desktop/lists/document_list.h"
@@ -45,241 +41,14 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double Milliseconds(Clock::time_point since) {
-  return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
-}
-
-// What this thread had of the processor: other programs' turns are not in it.
-double Worked() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
-// What the engine took on this thread. Its calls don't nest, but for what it calls itself, unseen here.
-thread_local double engine_ms = 0;
-thread_local double engine_work = 0;
-
-class InEngine {
- public:
-  InEngine() = default;
-  ~InEngine() {
-    engine_ms += Milliseconds(since_);
-    engine_work += Worked() - worked_;
-  }
-  InEngine(const InEngine&) = delete;
-  InEngine& operator=(const InEngine&) = delete;
-
- private:
-  Clock::time_point since_ = Clock::now();
-  double worked_ = Worked();
-};
-
-}  // namespace
-
-// The linker puts these in front of the engine's own.
-extern "C" {
-int __real_sqlite3_prepare_v3(sqlite3*, const char*, int, unsigned, sqlite3_stmt**, const char**);
-int __wrap_sqlite3_prepare_v3(sqlite3* base, const char* text, int size, unsigned flags, sqlite3_stmt** made,
-                              const char** tail) {
-  const InEngine clock;
-  return __real_sqlite3_prepare_v3(base, text, size, flags, made, tail);
-}
-int __real_sqlite3_step(sqlite3_stmt*);
-int __wrap_sqlite3_step(sqlite3_stmt* statement) {
-  const InEngine clock;
-  return __real_sqlite3_step(statement);
-}
-int __real_sqlite3_reset(sqlite3_stmt*);
-int __wrap_sqlite3_reset(sqlite3_stmt* statement) {
-  const InEngine clock;
-  return __real_sqlite3_reset(statement);
-}
-int __real_sqlite3_finalize(sqlite3_stmt*);
-int __wrap_sqlite3_finalize(sqlite3_stmt* statement) {
-  const InEngine clock;
-  return __real_sqlite3_finalize(statement);
-}
-int __real_sqlite3_exec(sqlite3*, const char*, int (*)(void*, int, char**, char**), void*, char**);
-int __wrap_sqlite3_exec(sqlite3* base, const char* text, int (*row)(void*, int, char**, char**), void* with,
-                        char** error) {
-  const InEngine clock;
-  return __real_sqlite3_exec(base, text, row, with, error);
-}
-int __real_sqlite3_file_control(sqlite3*, const char*, int, void*);
-int __wrap_sqlite3_file_control(sqlite3* base, const char* name, int what, void* with) {
-  const InEngine clock;
-  return __real_sqlite3_file_control(base, name, what, with);
-}
-}
-
-namespace {
-
 using namespace tarvik;
+using namespace tarvik::bench;
 using namespace tarvik::desktop;
 
 constexpr int kArticles = 100000;
 constexpr int kDocuments = 20000;
 constexpr int kKeys = 200;     // of the kinds that leave the document as it is
 constexpr int kNewLines = 40;  // of the kind that makes a line
-constexpr double kFrame = 16;
-
-// Tells painting and the time that the window's thread is held.
-class Application final : public QApplication {
- public:
-  using QApplication::QApplication;
-
-  bool notify(QObject* receiver, QEvent* event) override {
-    const bool outermost = depth_ == 0;
-    const bool paints = event->type() == QEvent::UpdateRequest && !painting_;
-    const auto since = Clock::now();
-    const double engine = engine_ms;
-    const double worked = outermost ? Worked() : 0;
-    ++depth_;
-    if (paints) painting_ = true;
-    const bool taken = QApplication::notify(receiver, event);
-    --depth_;
-    if (paints) {
-      painting_ = false;
-      paint_ms += Milliseconds(since);
-      paint_engine_ms += engine_ms - engine;
-    }
-    if (event->type() == QEvent::Paint) ++paints_seen;
-    if (outermost) {
-      held_ms += Milliseconds(since);
-      held_work += Worked() - worked;
-    }
-    return taken;
-  }
-
-  double paint_ms = 0;
-  double paint_engine_ms = 0;
-  double held_ms = 0;
-  double held_work = 0;
-  int paints_seen = 0;
-
- private:
-  int depth_ = 0;
-  bool painting_ = false;
-};
-
-Application& App() { return *static_cast<Application*>(QCoreApplication::instance()); }
-
-struct Sample {
-  double all = 0;
-  double engine = 0;
-  double paint = 0;
-  double work = 0;  // of the processor, outside the engine
-};
-
-double Of(std::vector<double> values, double part) {
-  if (values.empty()) return 0;
-  std::sort(values.begin(), values.end());
-  const auto place = static_cast<std::size_t>(part * static_cast<double>(values.size()));
-  return values[std::min(place, values.size() - 1)];
-}
-
-std::string box_shown;  // a box between the keys would be measured with them
-
-int over = 0;  // kinds whose 99th is over a frame without the engine
-
-void Headline() {
-  std::printf("%-12s %-30s %5s %4s | %7s %7s %7s | %7s %7s | %7s %7s %7s | %7s %7s | %7s\n", "screen", "key",
-              "lines", "n", "median", "99th", "worst", "engine", "99th", "rest", "99th", "worst", "cpu",
-              "99th", "paint");
-}
-
-// Two kinds of what is left without the engine: by the clock, which other programs' turns lengthen, and
-// what the processor worked on it.
-void Report(const std::string& screen, const std::string& key, int lines,
-            const std::vector<Sample>& samples) {
-  std::vector<double> all, engine, rest, work, paint;
-  for (const Sample& sample : samples) {
-    all.push_back(sample.all);
-    engine.push_back(sample.engine);
-    rest.push_back(sample.all - sample.engine);
-    work.push_back(sample.work);
-    paint.push_back(sample.paint);
-  }
-  const bool slow = Of(rest, 0.99) > kFrame;
-  over += slow;
-  std::printf(
-      "%-12s %-30s %5d %4zu | %7.2f %7.2f %7.2f | %7.2f %7.2f | %7.2f %7.2f %7.2f | %7.2f %7.2f | %7.2f%s\n",
-      screen.c_str(), key.c_str(), lines, samples.size(), Of(all, 0.5), Of(all, 0.99), Of(all, 1),
-      Of(engine, 0.5), Of(engine, 0.99), Of(rest, 0.5), Of(rest, 0.99), Of(rest, 1), Of(work, 0.5),
-      Of(work, 0.99), Of(paint, 0.5), slow ? "  over a frame" : "");
-  std::fflush(stdout);
-}
-
-// Lets the program do all that it can do at once, painting included.
-void Settle() {
-  for (int quiet = 0; quiet < 2;) {
-    const double held = App().held_ms;
-    QCoreApplication::processEvents();
-    quiet = App().held_ms == held ? quiet + 1 : 0;
-  }
-}
-
-// Lets it also do what stands behind a pause, or comes from the reader's thread.
-void SettleFor(int milliseconds) {
-  QTest::qWait(milliseconds);
-  Settle();
-}
-
-void Send(Qt::Key key, const QString& text) {
-  QWindow* window = QGuiApplication::focusWindow();
-  if (window == nullptr) throw std::runtime_error("no window has the keyboard");
-  QTest::simulateEvent(window, true, key, Qt::NoModifier, text, false);
-}
-
-void Release(Qt::Key key, const QString& text) {
-  if (QWindow* window = QGuiApplication::focusWindow()) {
-    QTest::simulateEvent(window, false, key, Qt::NoModifier, text, false);
-  }
-}
-
-Qt::Key KeyOf(QChar letter) { return static_cast<Qt::Key>(letter.toUpper().unicode()); }
-
-Sample Timed(Qt::Key key, const QString& text = {}) {
-  Settle();
-  const double engine = engine_ms;
-  const double work = Worked() - engine_work;
-  const double paint = App().paint_ms - App().paint_engine_ms;
-  const int seen = App().paints_seen;
-  const auto since = Clock::now();
-  Send(key, text);
-  Release(key, text);
-  Clock::time_point done = Clock::now();
-  int counted = seen;
-  for (int quiet = 0; quiet < 2;) {
-    const double held = App().held_ms;
-    QCoreApplication::processEvents();
-    const bool worked = App().held_ms != held;
-    if (worked) done = Clock::now();
-    counted = App().paints_seen;
-    quiet = worked ? 0 : quiet + 1;
-  }
-  if (!box_shown.empty()) throw std::runtime_error("a box in the middle of the keys: " + box_shown);
-  if (counted == seen) throw std::runtime_error("a key after which nothing was painted");
-  return {std::chrono::duration<double, std::milli>(done - since).count(), engine_ms - engine,
-          App().paint_ms - App().paint_engine_ms - paint, Worked() - engine_work - work};
-}
-
-void Press(Qt::Key key) {
-  Send(key, {});
-  Release(key, {});
-  Settle();
-}
-
-void Type(const QString& text) {
-  for (const QChar letter : text) {
-    Send(KeyOf(letter), letter);
-    Release(KeyOf(letter), letter);
-  }
-  Settle();
-}
 
 QString ArticleAt(int which) { return QStringLiteral("ART%1").arg(1000000 + which * 997 % kArticles); }
 
