@@ -17,8 +17,14 @@ namespace {
 
 // In the order in which they are put: a field comes after those whose change fills it. A second key fills
 // nearly all, its presentations fill the quantity, and the quantity the amount.
-constexpr int kDeEntrada[] = {24, 28, 4, 1, 25, 26, 27, 29, 5, 6, 9};
-constexpr int kDeSalida[] = {24, 28, 4, 1, 25, 26, 27, 29, 5, 6};
+constexpr int kDeEntrada[] = {
+    campo::SegundaClave, campo::Presentaciones, campo::Articulo,         campo::Descripcion,
+    campo::Dato1,        campo::Dato2,          campo::Unidad,           campo::UnidadDePresentacion,
+    campo::Cantidad,     campo::Precio,         campo::ImporteDelRenglon};
+constexpr int kDeSalida[] = {
+    campo::SegundaClave, campo::Presentaciones, campo::Articulo, campo::Descripcion,
+    campo::Dato1,        campo::Dato2,          campo::Unidad,   campo::UnidadDePresentacion,
+    campo::Cantidad,     campo::Precio};
 
 std::span<const int> Campos(Tipo tipo) {
   return tipo == Tipo::Entrada ? std::span<const int>(kDeEntrada) : std::span<const int>(kDeSalida);

@@ -12,6 +12,7 @@
 #include "desktop/screens/grid_view.h"
 #include "desktop/style/layouts.h"
 #include "desktop/style/theme.h"
+#include "goods_in/columnas.h"
 #include "host/vistazo.h"
 
 namespace tarvik::desktop {
@@ -36,7 +37,8 @@ GoodsInView::GoodsInView(Office& office, frmEntradasWizard& wizard, QWidget* par
   body->addWidget(Header());
 
   GridView* lines = Grid("fg2", tr("Renglones"));
-  lines->Numbers({1, 2, 3, 7});
+  lines->Numbers({columna_entrada::Cantidad, columna_entrada::Precio, columna_entrada::Importe,
+                  columna_entrada::Presentaciones});
   lines->Stretch(4);
   CellEditor("txtEdit", *lines);
   body->addWidget(lines, 1);

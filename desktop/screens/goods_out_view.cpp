@@ -16,6 +16,7 @@
 #include "desktop/screens/grid_view.h"
 #include "desktop/style/layouts.h"
 #include "desktop/style/theme.h"
+#include "goods_out/columnas.h"
 #include "host/anfitrion.h"
 #include "host/archivos_de_la_base.h"
 
@@ -118,7 +119,8 @@ QWidget* GoodsOutView::Header() {
 QWidget* GoodsOutView::Lines() {
   auto* splitter = new QSplitter(Qt::Horizontal);
   GridView* lines = Grid("fg2", tr("Renglones"));
-  lines->Numbers({1, 2, 3, 8});
+  lines->Numbers({columna_salida::Cantidad, columna_salida::Existencia, columna_salida::Precio,
+                  columna_salida::Presentaciones});
   lines->Alarm(2);
   lines->Stretch(5);
   CellEditor("txtEdit", *lines);
