@@ -90,8 +90,18 @@ def exige_demostracion(anf) -> None:
 
 
 def recibe(anf, operador: Operador) -> None:
-    relato, forma = Relato(operador), operador.forma
+    relato = Relato(operador)
+    encabezado(relato, operador)
+    operador.lector(False)
+    articulos(relato, operador)
+    clave_equivocada(relato, operador)
+    lector(relato, operador)
+    correcciones(relato, operador)
+    termina(anf, relato, operador)
 
+
+def encabezado(relato: Relato, operador: Operador) -> None:
+    forma = operador.forma
     relato.titulo("El encabezado")
     relato.teclas("escribe COM en Concepto y oprime Enter")
     operador.escribe(CONCEPTO, "COM")
@@ -102,7 +112,8 @@ def recibe(anf, operador: Operador) -> None:
     operador.enter()
     relato.mensajes()
 
-    operador.lector(False)
+
+def articulos(relato: Relato, operador: Operador) -> None:
     relato.titulo("Un artículo por su clave")
     relato.teclas("escribe FLE-5M en Artículo y oprime Enter")
     operador.articulo("FLE-5M")
@@ -128,6 +139,8 @@ def recibe(anf, operador: Operador) -> None:
     operador.enter()
     relato.hecha()
 
+
+def clave_equivocada(relato: Relato, operador: Operador) -> None:
     relato.titulo("Una clave que no existe")
     relato.teclas("escribe CIN-ASI en Artículo, Enter; 5 en Cantidad, Enter; 10 en Precio, Enter")
     operador.articulo("CIN-ASI")
@@ -145,6 +158,8 @@ def recibe(anf, operador: Operador) -> None:
     operador.enter()
     relato.hecha()
 
+
+def lector(relato: Relato, operador: Operador) -> None:
     relato.titulo("El lector de código de barras")
     relato.teclas("oprime F3: lector activo")
     operador.lector(True)
@@ -156,6 +171,9 @@ def recibe(anf, operador: Operador) -> None:
     operador.lector(False)
     relato.entera()
 
+
+def correcciones(relato: Relato, operador: Operador) -> None:
+    forma = operador.forma
     relato.titulo("Corregir una celda: llegaron 11 flexómetros y no 12")
     relato.teclas("va a la cantidad del renglón 1, escribe 11 y oprime Enter")
     forma.clic_celda(forma.fg2, 1, 1)
@@ -177,6 +195,8 @@ def recibe(anf, operador: Operador) -> None:
     forma.teclea(forma.RichTextBox2, OBSERVACIONES)
     relato.entera()
 
+
+def termina(anf, relato: Relato, operador: Operador) -> None:
     relato.titulo("Finalizar")
     relato.teclas("oprime F5")
     vistos = len(anf.mensajes)

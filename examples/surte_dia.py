@@ -9,6 +9,7 @@ is recorded, and it is not mended."""
 
 from __future__ import annotations
 
+import argparse
 import re
 import signal
 import sys
@@ -183,38 +184,10 @@ def opciones_de_la_linea():
     return parser.parse_args()
 
 
-def principal() -> int:
-    opciones = opciones_de_la_linea()
-    servicios = frozenset(clave.strip() for clave in opciones.servicios.split(",") if clave.strip())
-
-    # Every file before the base: a bad one leaves nothing written.
-    facturas = lee_dia(opciones.ventas)
-    entrega = (entrega_del_dia(facturas, servicios) if opciones.entrega_del_dia else
-               lee_entrega(opciones.entrega, False) if opciones.entrega else [])
-    catalogo = lee_catalogo(opciones.importa_catalogo) if opciones.importa_catalogo else None
-    venta, devolucion, compra = (concepto.upper() for concepto in (
-        opciones.concepto, opciones.concepto_devolucion, opciones.concepto_entrega))
-
-    anf = comun.abre(opciones)
-    import tarvik  # it is there, or the base would not have opened
-
-    dia = Dia(anf, facturas, entrega,
-              Entradas(anf, compra, opciones.almacen, False, opciones.maximo),
-              Entradas(anf, devolucion, opciones.almacen, opciones.pendiente, opciones.maximo),
-              Ventas(anf, venta, opciones.almacen, opciones.pendiente, opciones.maximo,
-                     opciones.continua_sin_existencia),
-              marca_de_entrega(f"de {opciones.entrega.name}" if opciones.entrega else
-                               f"del día {opciones.ventas.name}", entrega))
-    print("Altas en la base, antes de teclear nada:")
-    if catalogo is not None:
-        print(importa_catalogo(anf, catalogo, [
-            (venta, "S", "Venta"), (devolucion, "E", "Devolución de cliente"), (compra, "E", "Compra a proveedor")],
-            opciones.almacen, servicios))
-    # The headings before any document; of goods-in only what is going to be used.
-    prueba(dia.ventas, *([dia.devueltas] if any(factura.cancela() for factura in facturas) else []),
-           *([dia.recibida] if entrega else []))
-    print(alta_de_usuario(anf, opciones.usuario))
-    print(alta_de_clientes(anf, facturas))
+def descuenta_lo_registrado(anf, opciones: argparse.Namespace, dia: Dia, facturas: list[Factura],
+                            entrega: list[Renglon]) -> list[str]:
+    """Tells what of the day is in the base already, and takes it out of the day where the operator wants that.
+    Gives what is to be told at the end."""
     repetidas = registradas(anf, facturas)
     for numero, donde in list(repetidas.items())[:3]:
         print(f"La factura {numero} ya está en {donde}.")
@@ -236,22 +209,25 @@ def principal() -> int:
             dia.entrega = []
     elif previa is not None:
         print(f"La entrega ya está en la entrada {', '.join(map(str, previa.documentos))}: se recibe otra vez.")
-    dia.ultimo_movimiento = anf.sql("SELECT COALESCE(MAX(id), 0) AS id FROM movsinv")[0]["id"]
+    return avisos
 
-    barra = Barra(len(dia.entrega) + dia.renglones(), not opciones.sin_barra)
-    inicio = time.monotonic()
-    terminado = True
+
+def juega(dia: Dia, con_barra: bool) -> int:
+    """Types the day. 0, or what the program ends with: 1 where the day stopped, 130 where it was interrupted."""
+    import tarvik  # it is there, or the base would not have opened
+
+    barra = Barra(len(dia.entrega) + dia.renglones(), con_barra)
     try:
         dia.juega(barra)
     except SinTerminar:
-        terminado = False
+        return 1
     except (Fallo, tarvik.Error) as error:
         # What was recorded before it stays recorded, and is accounted for.
         barra.termina()
         print(f"El día se detuvo: {error}", file=sys.stderr)
-        terminado = False
         for registro in dia.registros():
             registro.deja()
+        return 1
     except KeyboardInterrupt:
         signal.signal(signal.SIGINT, signal.SIG_IGN)  # what is left takes an instant
         barra.termina()
@@ -259,8 +235,48 @@ def principal() -> int:
         return 130
     finally:
         barra.termina()
+    return 0
+
+
+def principal() -> int:
+    opciones = opciones_de_la_linea()
+    servicios = frozenset(clave.strip() for clave in opciones.servicios.split(",") if clave.strip())
+
+    # Every file before the base: a bad one leaves nothing written.
+    facturas = lee_dia(opciones.ventas)
+    entrega = (entrega_del_dia(facturas, servicios) if opciones.entrega_del_dia else
+               lee_entrega(opciones.entrega, False) if opciones.entrega else [])
+    catalogo = lee_catalogo(opciones.importa_catalogo) if opciones.importa_catalogo else None
+    venta, devolucion, compra = (concepto.upper() for concepto in (
+        opciones.concepto, opciones.concepto_devolucion, opciones.concepto_entrega))
+
+    anf = comun.abre(opciones)
+    dia = Dia(anf, facturas, entrega,
+              Entradas(anf, compra, opciones.almacen, False, opciones.maximo),
+              Entradas(anf, devolucion, opciones.almacen, opciones.pendiente, opciones.maximo),
+              Ventas(anf, venta, opciones.almacen, opciones.pendiente, opciones.maximo,
+                     opciones.continua_sin_existencia),
+              marca_de_entrega(f"de {opciones.entrega.name}" if opciones.entrega else
+                               f"del día {opciones.ventas.name}", entrega))
+    print("Altas en la base, antes de teclear nada:")
+    if catalogo is not None:
+        print(importa_catalogo(anf, catalogo, [
+            (venta, "S", "Venta"), (devolucion, "E", "Devolución de cliente"), (compra, "E", "Compra a proveedor")],
+            opciones.almacen, servicios))
+    # The headings before any document; of goods-in only what is going to be used.
+    prueba(dia.ventas, *([dia.devueltas] if any(factura.cancela() for factura in facturas) else []),
+           *([dia.recibida] if entrega else []))
+    print(alta_de_usuario(anf, opciones.usuario))
+    print(alta_de_clientes(anf, facturas))
+    avisos = descuenta_lo_registrado(anf, opciones, dia, facturas, entrega)
+    dia.ultimo_movimiento = anf.sql("SELECT COALESCE(MAX(id), 0) AS id FROM movsinv")[0]["id"]
+
+    inicio = time.monotonic()
+    hecho = juega(dia, not opciones.sin_barra)
+    if hecho == 130:
+        return hecho
     codigo = informa(dia, time.monotonic() - inicio)
-    if not terminado:
+    if hecho != 0:
         print(f"Quedaron {dia.renglones() - dia.hechos} renglones del día sin registrar.")
         codigo = 1
     for aviso in avisos:

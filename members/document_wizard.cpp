@@ -131,6 +131,8 @@ std::vector<Member> Rest() {
                 "imprime ni afecta."),
       PROCEDURE(DejaEnConsulta,
                 "De aquí en adelante el documento sólo se lee, como si se hubiera abierto en consulta."),
+      PROCEDURE(SoloLectura,
+                "Sí cuando el documento se abrió para consulta, o dejó de ser de esta pantalla."),
       Reads<C>("Reportes", "Cuántas fallas ha reportado esta pantalla.",
                [](C& wizard) { return wizard.Reportes(); }),
       Does<C>("ColocaFoco", "Lleva el cursor al control; si no puede, no pasa nada.", {{"control"}},

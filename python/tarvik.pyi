@@ -614,6 +614,9 @@ class DocumentWizard(Forma):
     def DejaEnConsulta(self) -> None:
         """De aquí en adelante el documento sólo se lee, como si se hubiera abierto en consulta."""
 
+    def SoloLectura(self) -> bool:
+        """Sí cuando el documento se abrió para consulta, o dejó de ser de esta pantalla."""
+
     @property
     def Reportes(self) -> int:
         """Cuántas fallas ha reportado esta pantalla."""
@@ -782,7 +785,7 @@ class frmSalidasWizard(DocumentWizard):
 
     @property
     def fg2(self) -> FlexGrid:
-        """Rejilla de renglones. Columnas: 0 artículo, 1 cantidad, 2 existencia que queda, 3 precio, 4 importe, 5 descripción, 6 número del renglón, 7 presentación, 8 cuántas presentaciones, 9 existencia al capturar."""
+        """Rejilla de renglones. Columnas: 0 artículo, 1 cantidad, 2 existencia que queda, 3 precio, 4 importe, 5 descripción, 6 número del renglón, 7 presentación, 8 cuántas presentaciones, 9 existencia al capturar, 10 clave adicional."""
 
     @property
     def Command1(self) -> Button:

@@ -104,7 +104,7 @@ const std::vector<Shown> kShown{
       {"Act", kRuntime},
       {"Listen", kView},
       {"StopListening", kView}}},
-    {"wizard/document_wizard.h", "DocumentWizard"},
+    {"wizard/document_wizard.h", "DocumentWizard", "", {{"Afectando", kView}}},
     {"goods_in/frm_entradas_wizard.h", "frmEntradasWizard"},
     {"goods_out/frm_salidas_wizard.h", "frmSalidasWizard"},
     {"matrix/frm_malla_modelos.h", "frmMallaModelos"},
