@@ -34,7 +34,7 @@ class FileBackup final : public Backup {
     std::error_code ignored;
     for (const char* behind : {"", "-wal", "-shm", "-journal"}) fs::remove(where_ + behind, ignored);
   }
-  // Takes its own name, once it is whole: what bears it can be trusted.
+  // Gets its final name once it is complete: a file of that name can be trusted.
   void Name(const std::string& name) {
     std::error_code failed;
     fs::rename(where_, name, failed);
@@ -43,7 +43,7 @@ class FileBackup final : public Backup {
   }
 };
 
-// A name that nothing has: two copies within a second don't meet.
+// A name that is free: two copies within a second get different ones.
 std::string FreeName(const std::string& front) {
   std::string name = front + ".respaldo";
   std::error_code ignored;
@@ -79,8 +79,8 @@ std::unique_ptr<Backup> CopyFile(EngineConnection& connection, const std::string
   MakePrivate(backup->Where(), file);
   {
     const auto reader = OpenBase("sqlite:" + file)->Connect();
-    // It only reads, but does not look like it: without patience it stands in no line of writers, who would
-    // all wait for the caller's lock.
+    // It only reads, but the engine cannot tell: without patience it does not queue with the writers, who
+    // would all wait for the caller's lock.
     reader->Waiting().ActBegins();
     reader->Waiting().Vain();
     reader->Run("VACUUM INTO ?", {backup->Where()});
@@ -100,7 +100,7 @@ class SchemaBackup final : public Backup {
     if (kept_) return;
     try {
       connection_.Execute("DROP SCHEMA IF EXISTS " + where_ + " CASCADE");
-    } catch (const Error&) {  // it stays, and harms nobody
+    } catch (const Error&) {  // it is left there, and does no harm
     }
   }
 

@@ -1,5 +1,5 @@
-// The copy that is made of a base before it is brought to a newer version. It copies and looks at what it
-// made; whether one is needed is upgrade.cpp's.
+// The copy that is made of a base before it is brought to a newer version. It makes the copy
+// and checks it; whether one is needed is decided in upgrade.cpp.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@
 
 namespace tarvik::data {
 
-// A copy that was made. It goes away with this object unless it is kept: of an upgrade that did not happen
-// nothing stays behind.
+// A copy that was made. It is deleted with this object unless it is kept: an upgrade that did not happen
+// leaves nothing behind.
 class Backup {
  public:
   virtual ~Backup() = default;
@@ -30,9 +30,9 @@ class Backup {
 // The file of an embedded base; empty for one in memory, and for a server.
 std::string FileOf(EngineConnection& connection);
 
-// Copies the whole base. An embedded one into a file beside it, for its owner and group alone, named like
-// tienda.db.v2-20241105-140322.respaldo, by another connection, so that the caller may hold the write lock
-// meanwhile; the copy has been opened and looked through. On a server the tables into a schema named like
+// Copies the whole base. An embedded one goes into a file beside it, for its owner and group alone, named
+// like tienda.db.v2-20241105-140322.respaldo. Another connection copies it, so that the caller may hold the
+// write lock; the copy is opened and checked. On a server the tables go into a schema named like
 // respaldo_v2_20241105_140322, as they are at one instant, in a transaction of this call.
 // Gives nothing for a base in memory. Throws Error, with nothing left behind, if it can't be made.
 std::unique_ptr<Backup> BackUp(EngineConnection& connection, int version);

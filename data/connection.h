@@ -1,10 +1,10 @@
 // Connection: what the suite's procedures see of a database. Two calls, one statement each.
-// There is no transaction here: each statement of the suite stands by itself, and holds once its call has
-// returned. A program with a base of its own implements this class and no other of data/.
+// There is no transaction here: each statement of the suite is on its own, and is committed once its call
+// has returned. A program with a base of its own implements this class and no other of data/.
 //
 // The statements are plain SQL on the tables of docs/schema.md: SELECT with INNER JOIN, SUM and GROUP BY;
 // INSERT and UPDATE as the program's own service::Query writes them; DELETE; "exec" of a procedure. Names
-// come in any mixture of capitals. What an operator typed stands in them as it is, which is why an
+// come in any mixture of capitals. What an operator typed is in them unchanged, which is why an
 // implementation lets one statement through and no more: RequireOneStatement of data/statement.h tells.
 #pragma once
 

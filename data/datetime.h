@@ -15,7 +15,7 @@ struct Date {
 
   auto operator<=>(const Date&) const = default;
 
-  // "yyyy-MM-dd"; a time behind it (a blank or a "T", and whatever follows) is passed over.
+  // "yyyy-MM-dd"; a time after it (a blank or a "T", and whatever follows) is ignored.
   // Gives nothing for any other text and for a day that the calendar doesn't have.
   static std::optional<Date> Parse(std::string_view text);
   [[nodiscard]] bool Valid() const;
@@ -43,7 +43,7 @@ struct DateTime {
 
   auto operator<=>(const DateTime&) const = default;
 
-  // "yyyy-MM-dd hh:mm:ss", with a "T" for the blank too; fractions of a second are passed over.
+  // "yyyy-MM-dd hh:mm:ss", with a "T" for the blank too; fractions of a second are ignored.
   // Gives nothing for a date alone and for any other text.
   static std::optional<DateTime> Parse(std::string_view text);
 

@@ -20,7 +20,7 @@ std::string_view TypeName(ColumnType type, Dialect dialect) {
     case ColumnType::Number:
       return sqlite ? "REAL" : "DOUBLE PRECISION";
     case ColumnType::Text:
-      // Compared and sorted sign by sign on every engine, whatever language the server was set up in.
+      // Compared and sorted character by character on every engine, whatever the server's language.
       return sqlite ? "TEXT" : "TEXT COLLATE \"C\"";
     case ColumnType::Date:
       return "DATE";

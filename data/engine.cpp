@@ -35,7 +35,7 @@ std::unique_ptr<Base> OpenBase(std::string_view address) {
   for (const KnownEngine& engine : kEngines) {
     if (address.substr(0, engine.scheme.size()) == engine.scheme) return engine.open(address);
   }
-  // Only what stands before the colon is shown: behind it there may be a password.
+  // Only what is before the colon is shown: after it there may be a password.
   const std::size_t colon = address.find(':');
   if (colon == std::string_view::npos || colon == 0) {
     throw Error("La dirección de la base no dice su motor; por ejemplo, sqlite:almacen.db");

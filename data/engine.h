@@ -60,17 +60,17 @@ class EngineConnection : public Connection {
   // Column names of a table in lower case, in order; empty if there is no such table.
   virtual std::vector<std::string> Columns(std::string_view table) = 0;
 
-  // A number that differs after others have committed something, and at no cost of a statement on a server
-  // (where only what Notify() told counts). For whoever must notice soon, and not ask at every key.
+  // A number that has changed once others have committed something. On a server it costs no statement, and
+  // counts only what Notify() has told. For whoever must notice soon without asking at every key.
   virtual std::int64_t Changes() = 0;
   // Tells the other connections of the base that something they should look at was written; with the unit
   // that is open, or at once. Needed on a server only.
   virtual void Notify() = 0;
 
-  // A life that ends with this connection: whoever else asks Lives(number) is told true as long as this
-  // process and its session are there, whatever happens to it. One number a connection; drawn by the caller,
-  // never used twice in a base. A server's session that is made anew takes it again by itself. Throws Error
-  // if it can't be had.
+  // A sign of life that ends with this connection: to anybody else Lives(number) is true as long as this
+  // process and its session exist, however they end. One number for each connection; the caller draws it,
+  // never twice in a base. When a server's session is made again it is set again too. Throws Error if it
+  // can't be set.
   virtual void Live(std::int64_t number) = 0;
   [[nodiscard]] virtual bool Lives(std::int64_t number) = 0;
 
@@ -106,10 +106,10 @@ class EngineConnection : public Connection {
   std::chrono::milliseconds select_limit_{0};
 };
 
-// While it lives, the connection's Select and Execute take what a screen has joined together from typed
-// text: no second SELECT inside, no function but the few harmless ones (see RequireHarmless), and a SELECT
-// that takes longer than `limit` is stopped and throws Error (kSlow). "exec" of a procedure is as ever; Run()
-// is the host's own and is not fenced.
+// While it lives, the connection's Select and Execute take only what a screen may build from typed text: no
+// second SELECT inside, and no function but the few harmless ones (see RequireHarmless). A SELECT that takes
+// longer than `limit` is stopped and throws Error (kSlow). "exec" of a procedure is not restricted, nor is
+// Run(), which is the host's own.
 class Fence {
  public:
   Fence(EngineConnection& connection, std::chrono::milliseconds limit)

@@ -10,7 +10,7 @@
 
 namespace tarvik::data {
 
-// What kind of trouble it is, as far as whoever goes on must know; the words are for people.
+// The kind of trouble, as far as the calling code must know it; the description is for people.
 enum class Trouble {
   kOther,      // the statement itself, or its data: asking again gives the same answer
   kBusy,       // another holds what it needs; nothing was carried out
@@ -31,7 +31,7 @@ class Error : public std::runtime_error {
       : std::runtime_error(description), trouble_(trouble) {}
 
   [[nodiscard]] Trouble Kind() const { return trouble_; }
-  // Whether a short while may mend it: the same act may be tried again, where it is safe to do twice.
+  // Whether waiting a moment may cure it: the act may be tried again, where doing it twice is safe.
   [[nodiscard]] bool Passing() const {
     return trouble_ == Trouble::kBusy || trouble_ == Trouble::kAway || trouble_ == Trouble::kLost;
   }
@@ -40,7 +40,7 @@ class Error : public std::runtime_error {
     context_.emplace_back(std::move(key), std::move(value));
     return std::move(*this);
   }
-  // For the way up: adds to an error that has been caught by reference, before `throw;`.
+  // Adds context to an error that has been caught by reference, before `throw;`.
   void Add(std::string key, std::string value) { context_.emplace_back(std::move(key), std::move(value)); }
 
   [[nodiscard]] const std::vector<std::pair<std::string, std::string>>& Context() const { return context_; }
@@ -50,7 +50,7 @@ class Error : public std::runtime_error {
   std::vector<std::pair<std::string, std::string>> context_;
 };
 
-// What no trap of a procedure may take for an ordinary failure: the event ends, and the platform is
+// A failure that no trap of a procedure may treat as an ordinary one: the event ends, and the platform is
 // told. Thrown where going on with the next statement would make it worse.
 class Unrecoverable : public std::runtime_error {
  public:

@@ -1,6 +1,6 @@
-// Where the parts of a statement begin and end. Whatever takes a statement apart does it by this: the gate
-// before an engine, what puts a text right for a server, and what adds an order of rows. It knows quotes,
-// words and numbers, and nothing of what they mean.
+// Splits a statement into its parts. Everything that parses a statement uses it: the gate in front of an
+// engine, the translation for a server, and what adds an order of rows. It knows quotes, words and numbers,
+// and nothing of what they mean.
 #pragma once
 
 #include <cstddef>
@@ -14,11 +14,11 @@ bool IsDigit(char c);
 
 enum class PartKind {
   kWord,    // a name or a keyword, without quotes
-  kNumber,  // digits and decimal marks, and an exponent; what follows them at once is another part
+  kNumber,  // digits and decimal marks, and an exponent; whatever touches them is another part
   kText,    // 'between single quotes'; a doubled quote belongs to it
   kName,    // "between double ones" or `these`, likewise, or [brackets]
   kMark,    // any other single character
-  kEnd      // behind the last part
+  kEnd      // after the last part
 };
 
 struct Part {
@@ -48,8 +48,8 @@ class Lexer {
   std::size_t at_ = 0;
 };
 
-// A text with all its parts but the end, so that it is read once however many look at it. It keeps the text
-// as a view: what it was made of has to outlive it.
+// A text with all its parts but the end, so that it is split once however many read it. It keeps the text
+// as a view: the original has to outlive it.
 struct TakenApart {
   std::string_view text;
   std::vector<Part> parts;
@@ -58,7 +58,7 @@ struct TakenApart {
   TakenApart(const char* of) : TakenApart(std::string_view(of)) {}         // NOLINT
   TakenApart(const std::string& of) : TakenApart(std::string_view(of)) {}  // NOLINT
 
-  // Whether every engine reads the same quotes here: no brackets or reversed accents, which are quotes for
+  // Whether every engine reads the same quotes here: no brackets or backticks, which are quotes for
   // one and none for another, no $ outside a word, no E'' and no U&''. `at`: of this part alone.
   [[nodiscard]] bool ReadAlike(std::size_t at) const;
   [[nodiscard]] bool ReadAlike() const;

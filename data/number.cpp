@@ -22,7 +22,7 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 // --- Reading -----------------------------------------------------------------------------------
 
 struct Scanned {
-  const char* begin = nullptr;  // behind the sign
+  const char* begin = nullptr;  // after the sign
   const char* end = nullptr;    // the first character that does not belong to the number
   bool negative = false;
   bool exponent = false;
@@ -80,7 +80,7 @@ bool Scan(std::string_view text, bool thousands, Scanned& number) {
   return true;
 }
 
-// True if a number that no double holds is too small for one (and so is 0) and not too large.
+// Of a number that does not fit a double: true if it is too small (and so is 0), false if it is too large.
 bool TooSmall(std::string_view text) {
   long power = 0;  // of the first digit other than 0
   bool found = false;
@@ -241,7 +241,7 @@ Decimal Decompose(double number) {
   return decimal;
 }
 
-// Rounds half away from zero to so many places behind the mark.
+// Rounds half away from zero to this many places after the decimal mark.
 void Round(Decimal& decimal, int places) {
   const int kept = decimal.exponent + 1 + places;
   if (kept >= decimal.count) return;
@@ -291,7 +291,7 @@ struct Pattern {
       last_place = i;
       if (mark == std::string_view::npos) {
         ++whole_places;
-        // Behind the first '0' every place up to the mark is required.
+        // After the first '0' every place up to the mark is required.
         if (text[i] == '0' || whole_required > 0) ++whole_required;
       } else {
         ++places;
@@ -362,7 +362,7 @@ std::string FormatNumber(double number, std::string_view pattern) {
   const std::size_t whole_room = pattern.size() + static_cast<std::size_t>(whole_digits);
   std::string text(whole_room + whole_room / 3 + 2, '\0');
   char* at = text.data();
-  const auto whole = [&](int power) {  // one place before the mark, with its separator behind it
+  const auto whole = [&](int power) {  // one place before the mark, with the separator that follows it
     if (power >= whole_digits && power >= form.whole_required) return;
     *at++ = decimal.At(power);
     if (form.thousands && power > 0 && power % 3 == 0) *at++ = ',';
@@ -372,8 +372,8 @@ std::string FormatNumber(double number, std::string_view pattern) {
   int power = form.whole_places - 1;
   int decimal_place = 0;
   bool first = true;
-  // Digits beyond the pattern's places stand before the first of them; with no place before the
-  // mark they stand before the mark.
+  // Digits beyond the pattern's places go before the first of them; with no place before the
+  // mark they go before the mark.
   const auto whole_front = [&] {
     if (first) {
       for (int beyond = whole_digits - 1; beyond > power; --beyond) whole(beyond);

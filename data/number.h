@@ -13,7 +13,7 @@ namespace tarvik::data {
 //   PlainNumber(0.1 * 3) == "0.3"   PlainNumber(1e15) == "1E+15"   PlainNumber(-2.50) == "-2.5"
 std::string PlainNumber(double number);
 
-// The leading number of a text: blanks in front are passed over, and it stops at the first
+// The leading number of a text: blanks in front are skipped, and it stops at the first
 // character that cannot belong to a number. 0 if there is none.
 //   Val("12a") == 12   Val("1,234") == 1   Val("") == 0
 double Val(std::string_view text);
@@ -24,7 +24,7 @@ double Val(std::string_view text);
 std::optional<double> ParseNumber(std::string_view text);
 
 // A number by a pattern: '#' is an optional digit, '0' a required one, ',' among the digits groups
-// thousands, the first '.' is the decimal mark, any other character stands as it is. Rounds half
+// thousands, the first '.' is the decimal mark, any other character is copied. Rounds half
 // away from zero on the 15-digit decimal value. Never leaves a bare decimal mark, never shows "-0".
 //   FormatNumber(1234567.125, "###,###,###0.##") == "1,234,567.13"
 //   FormatNumber(0, "###,###,###0.##") == "0"     FormatNumber(0, "######") == ""

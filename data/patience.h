@@ -7,10 +7,10 @@
 
 namespace tarvik::data {
 
-// One for each connection. An act has five seconds; once they are spent the base is known to be in
-// trouble, and each later statement of the act is sent with a wait of nothing, since the base may be
-// back. A change that stands gives the patience back. Where no act is under way (a script that
-// calls a procedure), what was spent comes back a second after the last vain wait.
+// One for each connection. An act has five seconds. Once they are spent the base is known to be in
+// trouble: each later statement of the act is still sent, since the base may be back, but waits for
+// nothing. A change that succeeds restores the patience. Where no act is under way (a script that
+// calls a procedure), it is restored a second after the last wait that was in vain.
 class Patience {
  public:
   using Clock = std::chrono::steady_clock;
@@ -35,7 +35,7 @@ class Patience {
     if (!in_act_ && spent_ >= kWhole && Clock::now() - last_vain_ > kForgets) spent_ = {};
     return spent_ >= kWhole ? std::chrono::milliseconds{0} : kWhole - spent_;
   }
-  // So much was waited. Gives whether to wait on: false when nothing is left, or an end was asked for.
+  // This much was waited. Gives whether to wait on: false when nothing is left, or an end was asked for.
   bool Waited(std::chrono::milliseconds time) {
     spent_ += time;
     const bool watched = !turn || turn();
@@ -48,7 +48,7 @@ class Patience {
     spent_ = kWhole;
     last_vain_ = Clock::now();
   }
-  // A change stands: the base is well again.
+  // A change has succeeded: the base is well again.
   void Well() { spent_ = {}; }
 
  private:

@@ -25,14 +25,14 @@ class Recordset {
   [[nodiscard]] int CursorType() const { return cursor_type_; }
   [[nodiscard]] int LockType() const { return lock_type_; }
 
-  // Reads the rows of one SELECT and stands on the first. If it throws, the recordset is left closed.
+  // Reads the rows of one SELECT; the first is the current one. If it throws, the recordset is left closed.
   void Open(std::string_view source, Connection& connection, int cursor_type = kAsSet, int lock_type = kAsSet,
             int options = kAsSet);
 
   [[nodiscard]] bool IsOpen() const { return open_; }
 
   // All of these throw Error on a closed recordset.
-  [[nodiscard]] bool Eof() const;  // true before any row and behind the last
+  [[nodiscard]] bool Eof() const;  // true without rows and after the last
   [[nodiscard]] int RecordCount() const;
   // A column of the current row, by name without regard to case. Throws Error for a column that is
   // not there and when there is no current row. Valid until the recordset is opened again or dies.

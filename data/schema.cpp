@@ -1,4 +1,4 @@
-// The tables and columns of a base, as data: the suite's. The host's own stand in schema_host.cpp. It makes
+// The tables and columns of a base, as data: the suite's. The host's own are in schema_host.cpp. It makes
 // nothing: the statements are in ddl.cpp.
 #include "data/schema.h"
 
@@ -133,7 +133,7 @@ std::vector<Table> Movements() {
                    {"clavelocal", Text, "local key of the environment"},
                    {"usuhora", Text, "time of posting, hh:mm:ss"},
                    {"id", Integer, "row number, drawn by the engine"},
-                   {"saldo", Number, "stock of the article in the warehouse behind this movement"}},
+                   {"saldo", Number, "stock of the article in the warehouse after this movement"}},
        .key = {"id"},
        .foreign_keys = {},
        .indexes = {{"operacion", "movimiento"}, {"articulo", "almacen"}, {"f_movim"}},

@@ -24,15 +24,15 @@ struct ForeignKey {
   std::string_view table;  // refers to the column of the same name there, without cascade
 };
 
-// A rule of the base's own: no two rows have the same columns. Holds for the rows that `where` names; of a
-// base that already had doubles when the rule came, for the rows behind the last one of then.
+// A rule of the base's own: no two rows have the same columns. Holds for the rows that `where` names; in
+// a base that had duplicates when the rule came, for the rows after the last of them.
 struct Once {
   std::string_view name;
   std::vector<std::string_view> columns;
   std::string_view where;
 };
 
-// The order in which the rows are read that a condition on `filter` names, where it is not the key's.
+// The order in which rows are read by a condition on `filter`, where it is not the key's.
 struct ReadingRule {
   std::string_view filter;
   std::vector<std::string_view> columns;
@@ -76,7 +76,7 @@ std::string OnceText(const Table& table, const Once& once, std::int64_t since = 
 std::vector<std::string> AddColumnTexts(const Table& table, const Column& column, Dialect dialect);
 
 // What keeps a key positive, or numbers rows as they are stored: a trigger, for EngineConnection::Define,
-// behind what it needs.
+// after the statements that it needs.
 struct Guard {
   std::string name;
   std::vector<std::string> texts;
@@ -91,7 +91,7 @@ std::vector<Guard> Guards(const Table& table, Dialect dialect);
 // the backup could not be made, and, naming who must open it first, if this user may not.
 bool PrepareSchema(EngineConnection& connection);
 
-// A rule that holds for rows behind a number only, since there were doubles when it came.
+// A rule that holds only for rows after a number, since there were duplicates when it came.
 struct RuleWithPast {
   std::string name;
   std::int64_t since;

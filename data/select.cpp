@@ -67,7 +67,7 @@ bool IsFiltered(const Table& table, const Select& select) {
   for (std::size_t i = select.where; i + 1 < select.BehindWhere(); ++i) {
     if (tokens[i].Is(table.reading.filter) && tokens[i + 1].IsAny({"=", "=="})) return true;
   }
-  // Grouped by it alone: behind GROUP BY its name, or that behind its table's, and no comma.
+  // Grouped by it alone: after GROUP BY its name, with its table's or not, and no comma.
   std::size_t name = select.group + 2;
   if (name + 2 < tokens.size() && tokens[name + 1].Is(".")) name += 2;
   return name < tokens.size() && tokens[name].Is(table.reading.filter) &&

@@ -1,5 +1,5 @@
-// What a SELECT is made of, as far as the order of its rows hangs on it; and that order, which is the same on
-// every engine. It understands the suite's own statements and leaves any other alone.
+// The parts of a SELECT on which the order of its rows depends; and that order, which is the same on every
+// engine. It understands the suite's own statements and leaves any other alone.
 #pragma once
 
 #include <cstddef>
@@ -27,7 +27,7 @@ struct Select {
 
   // Where its condition ends: at a GROUP BY, HAVING, ORDER BY or LIMIT.
   [[nodiscard]] std::size_t BehindWhere() const;
-  // It has columns and literals alone: nothing that might add up.
+  // It has only columns and literals: no aggregate.
   [[nodiscard]] bool Plain() const;
 
  private:
@@ -39,7 +39,7 @@ struct Select {
 std::string ReadingOrder(const Table& table, std::string_view name, bool filtered);
 // The same of the first row of a group: by the order in which rows were stored where the table keeps it.
 std::string GroupOrder(const Table& table, std::string_view name, bool filtered);
-// Whether a condition "column = ..." stands on the column that the table's own order is about, or rows are
+// Whether there is a condition "column = ..." on the column that the table's own order is about, or rows are
 // grouped by it alone.
 bool IsFiltered(const Table& table, const Select& select);
 
@@ -50,12 +50,12 @@ struct Plainly {
   std::string_view name;
 };
 Plainly PlainTable(const Select& select);
-// What such a statement lacks: " ORDER BY ...", to stand before its limit; empty for any other.
+// What such a statement lacks: " ORDER BY ...", to go before its limit; empty for any other.
 std::string MissingOrder(const Select& select);
 
-// The text with it, as the embedded engine is told it. A condition on a table with a number as its key stays
-// without: the engine answers it in the order of the key or of the index that serves it best, and asked for
-// the key's order it would leave the index of a large table unused.
+// The text with that order, for the embedded engine. A condition on a table with a number as its key gets
+// none: the engine answers it in the order of the key or of the best index. Asked for the key's order it
+// would leave the index of a large table unused.
 std::string InReadingOrder(const TakenApart& statement);
 
 }  // namespace tarvik::data

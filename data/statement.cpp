@@ -1,5 +1,5 @@
-// The checks of a statement's text before an engine sees it. They know where its parts begin and end and
-// some of its words: whether a statement makes sense is the engine's to say.
+// The checks of a statement's text before an engine sees it. They know where its parts begin and end, and
+// some of its words: whether a statement makes sense, the engine says.
 #include "data/statement.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ constexpr std::array<std::string_view, 27> kBeforeParenthesis = {
     "SELECT", "FROM", "WHERE",  "IN",    "AND",   "OR",      "NOT",      "VALUES",    "ON",
     "AS",     "BY",   "SET",    "LIKE",  "IS",    "BETWEEN", "EXISTS",   "WHEN",      "THEN",
     "ELSE",   "CASE", "HAVING", "USING", "LIMIT", "OFFSET",  "DISTINCT", "RETURNING", "JOIN"};
-// Words by which another question, or a lock on rows, would come in.
+// Words by which another query, or a lock on rows, would come in.
 constexpr std::array<std::string_view, 6> kElsewhere = {"WITH",   "UNION", "INTERSECT",
                                                         "EXCEPT", "TABLE", "FOR"};
 
@@ -124,7 +124,7 @@ std::optional<ProcedureCall> ParseExec(const TakenApart& statement) {
   }
   if (call.name.empty()) RefuseCall(statement.text);
 
-  bool expected = false;  // an argument, behind a comma
+  bool expected = false;  // an argument, after a comma
   while (at < parts.size() && parts[at].kind == PartKind::kText) {
     if (!parts[at].closed) RefuseCall(statement.text);
     call.arguments.push_back(Unquoted(parts[at++].text));

@@ -11,13 +11,13 @@
 
 namespace tarvik::data {
 
-// Throws Error (Spanish, for the operator) if the text is empty, holds a second statement behind
+// Throws Error (Spanish, for the operator) if the text is empty, holds a second statement after
 // a semicolon, leaves a quote open, has "--" or "/*" outside quoted text, holds a NUL or is no
 // valid UTF-8. A single semicolon at the end is allowed.
 void RequireOneStatement(const TakenApart& statement);
 
 // Throws Error for what no screen's own statement holds and typed text may bring: a second SELECT (a UNION, a
-// question inside a question), WITH, TABLE, FOR (a lock on rows), and any function but these: SUM, COUNT,
+// subquery), WITH, TABLE, FOR (a lock on rows), and any function but these: SUM, COUNT,
 // MIN, MAX, AVG, UPPER, LOWER, TRIM, LENGTH, ABS, ROUND, COALESCE, CAST, SUBSTR, REPLACE. What stands in
 // quotes is data; quotes that the engines do not read alike (E'', $$, a bracket with a quote or a parenthesis
 // inside) are refused. The text has passed RequireOneStatement.

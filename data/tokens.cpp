@@ -3,7 +3,7 @@
 namespace tarvik::data {
 namespace {
 
-// Operators of two marks.
+// Operators of two characters.
 bool Join(const Part& first, const Part& second) {
   if (first.kind != PartKind::kMark || second.kind != PartKind::kMark || first.text.size() != 1 ||
       first.Behind() != second.at) {

@@ -1,5 +1,5 @@
 // The parts of a statement as an engine's own grammar sees them: with their depth in parentheses, and with
-// the operators that are written with two marks as one. It knows no tables.
+// the operators of two characters as one. It knows no tables.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ struct Token : Part {
   // A name that the statement gives or asks for, in double quotes or not.
   [[nodiscard]] bool IsName() const { return kind == PartKind::kWord || kind == PartKind::kName; }
   [[nodiscard]] bool IsText() const { return kind == PartKind::kText; }
-  // A mark or a word, without regard to case.
+  // A character or a word, without regard to case.
   [[nodiscard]] bool Is(std::string_view sign) const {
     return text.size() == sign.size() && (kind == PartKind::kWord || kind == PartKind::kMark) &&
            EqualsNoCase(text, sign);

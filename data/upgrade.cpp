@@ -14,10 +14,10 @@ namespace tarvik::data {
 namespace {
 
 constexpr std::string_view kVersionTable = "version_esquema";
-// Stations that come at once stand in line behind this number on a server, of our own choosing.
+// Stations that come at once queue at this lock on a server; the number is our own choice.
 constexpr std::string_view kTurnLock = "SELECT pg_advisory_lock(7402180)";
 constexpr std::string_view kTurnUnlock = "SELECT pg_advisory_unlock(7402180)";
-// How many times the wait of an act is waited for the station that is before us: five minutes.
+// How many times an act's patience we wait for the station before us: five minutes.
 constexpr int kTurns = 60;
 
 using Names = std::set<std::string, std::less<>>;
@@ -34,7 +34,7 @@ constexpr const char* kOurs =
     "to_regclass('version_esquema')), "
     "(SELECT n.oid FROM pg_catalog.pg_namespace n WHERE n.nspname = current_schema()))";
 
-// Tables and views of a base, in lower case. What an extension has brought is nobody's table.
+// Tables and views of a base, in lower case. Tables of an extension are not counted.
 Names TableNames(EngineConnection& connection) {
   if (connection.Kind() == Dialect::Sqlite) {
     return NamesOf(connection,
@@ -141,8 +141,8 @@ Findings Inspect(EngineConnection& connection) {
   return found;
 }
 
-// Rows that were brought from elsewhere with their own numbers leave a server's counters behind them, and
-// the next row would be refused. Nothing is asked of counters that this role may not set.
+// Rows that were brought from elsewhere with their own numbers are ahead of a server's counters, and the
+// next row would be refused. Counters that this role may not set are left alone.
 void AdvanceCounters(EngineConnection& connection) {
   if (connection.Kind() == Dialect::Sqlite) return;
   std::string names;
@@ -227,7 +227,7 @@ class Turn {
   EngineConnection* connection_;
 };
 
-// The write lock, with the station before us waited for. A file that can't be written says who can.
+// Takes the write lock, once the station before us has finished. A file that can't be written says who can.
 class Writing {
  public:
   Writing(EngineConnection& connection, const Findings& found) {
@@ -268,7 +268,7 @@ std::unique_ptr<Backup> BackUpOf(EngineConnection& connection, int version) {
 
 void MakeRule(EngineConnection& connection, const Rule& rule) {
   const std::string table{rule.table->name};
-  // Nobody adds a double between the look and the rule.
+  // Nobody adds a duplicate between the check and the rule.
   if (connection.Kind() == Dialect::Postgresql) {
     connection.Execute("LOCK TABLE " + table + " IN SHARE ROW EXCLUSIVE MODE");
   }
@@ -285,14 +285,14 @@ void MakeRule(EngineConnection& connection, const Rule& rule) {
     since = static_cast<std::int64_t>(ToNumber(last.rows.at(0).at(0)));
   }
   connection.Execute(OnceText(*rule.table, *rule.once, since));
-  // Who looks for a line's movement of then finds it by an index all the same.
+  // A search for an older movement of a line still finds it by an index.
   if (since > 0) {
     connection.Execute("CREATE INDEX IF NOT EXISTS " + std::string(rule.once->name) + "_de_antes ON " +
                        table + " (" + columns + ") WHERE " + std::string(rule.once->where));
   }
 }
 
-// Who worked on a server's base goes on working: the tables that are new are for the roles that had the
+// Whoever worked on a server's base can go on: the new tables are granted to the roles that could use the
 // rows of who holds a document, or the number series.
 void GrantLikeBefore(EngineConnection& connection, const std::vector<std::string>& tables) {
   if (connection.Kind() == Dialect::Sqlite) return;

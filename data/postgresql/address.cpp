@@ -1,5 +1,5 @@
-// A password may stand in more than one place of an address, and a badly written one is taken apart in the
-// wrong places by the library, which then repeats a piece of it. So only what can be nothing else is shown.
+// An address may hold a password in more than one place. The library splits a badly written address in the
+// wrong places, and then repeats a piece of the password. So only what cannot be part of one is shown.
 #include "data/postgresql/address.h"
 
 #include <algorithm>
@@ -150,7 +150,7 @@ std::string Address::ShownHosts() const {
 }
 
 std::string Address::Scrubbed(std::string text) const {
-  constexpr std::size_t kShort = 4;  // shorter ones stand in many a word: only between quotes
+  constexpr std::size_t kShort = 4;  // shorter ones are part of many words: only between quotes
   for (const std::string& hidden : hidden_) {
     const std::string sought = hidden.size() < kShort ? "\"" + hidden + "\"" : hidden;
     for (std::size_t at = text.find(sought); at != std::string::npos; at = text.find(sought, at + 3)) {

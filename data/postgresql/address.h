@@ -21,14 +21,14 @@ struct Host {
 
 class Address {
  public:
-  // Throws Error, in words that repeat nothing of the text, for one that can't be understood, and for one
-  // that can, but only as the piece of a password: a port that is no number, an "@" or "/" in the name of a
-  // host or a base, a ":" in that of a user.
+  // Throws Error, in words that repeat nothing of the text, for one that can't be understood. Likewise for
+  // one where a piece of a password was taken for something else: a port that is no number, an "@" or "/" in
+  // the name of a host or a base, a ":" in the name of a user.
   explicit Address(std::string_view text);
 
   // What it says beside its hosts, by the library's names, with the password: for the library alone.
   [[nodiscard]] const std::map<std::string, std::string, std::less<>>& Secret() const { return secret_; }
-  // For the status line and for messages: put together anew from what may be seen.
+  // For the status line and for messages: composed of what may be seen.
   [[nodiscard]] const std::string& Shown() const { return shown_; }
   // At least one; with all empty where the library finds it by itself (a service, the environment).
   [[nodiscard]] const std::vector<Host>& Hosts() const { return hosts_; }
@@ -39,12 +39,12 @@ class Address {
   [[nodiscard]] std::optional<std::chrono::seconds> Timeout() const { return timeout_; }
   [[nodiscard]] const std::string& Application() const { return application_; }
 
-  // A text of the server's or the library's without what nobody should read over an operator's shoulder.
+  // A text of the server's or the library's, without passwords.
   [[nodiscard]] std::string Scrubbed(std::string text) const;
 
  private:
   void Split(const std::string& names, const std::string& numeric, const std::string& ports);
-  [[nodiscard]] std::string ShownHosts() const;  // those that stand before the base's name
+  [[nodiscard]] std::string ShownHosts() const;  // those before the base's name
   [[nodiscard]] bool OverSockets() const;
 
   std::map<std::string, std::string, std::less<>> secret_;

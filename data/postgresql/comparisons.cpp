@@ -63,7 +63,7 @@ class Reader {
   Edits& edits_;
 };
 
-// Whether an operand that starts behind this token is all that stands there: no operator takes it for itself.
+// Whether an operand that starts after this token is a whole one: no operator before it claims it.
 bool Reader::Begins(std::size_t at) const {
   if (at == 0) return true;
   return tokens_[at - 1].IsAny({"(", ",", "WHERE", "AND", "OR", "NOT", "ON", "WHEN", "THEN", "ELSE", "SELECT",
@@ -142,7 +142,7 @@ std::string Reader::Constant(const Operand& column, bool holds) const {
   return holds ? "(" + name + " IS NOT NULL OR NULL)" : "(" + name + " IS NULL AND NULL)";
 }
 
-// The comparison anew; empty where it may stay.
+// The comparison, rewritten; empty where it may stay.
 std::string Reader::Said(const Operand& column, std::string_view comparison, const Operand& literal) const {
   const Reading reading = Read(*column.column, comparison, *literal.literal);
   const std::string name(Text(column.whole));
@@ -228,8 +228,8 @@ void Reader::Between(std::size_t at) {
                  std::string(negated ? "(NOT (" : "((") + above + " AND " + below + "))");
 }
 
-// The embedded engine compares letters of the alphabet whatever their case, and knows no sign of escape but
-// the one that the statement names. Of a column that is no text it compares the text of its value.
+// The embedded engine compares letters of the alphabet whatever their case, and knows no escape character
+// but the one that the statement names. Of a column that is no text it compares the text of its value.
 void Reader::Like(std::size_t at) {
   if (tokens_[at - 1].IsAny({"(", ","})) return;  // CREATE TABLE a (LIKE b)
   edits_.Replace(at, at, "ILIKE");

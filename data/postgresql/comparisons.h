@@ -1,6 +1,6 @@
-// Comparisons of columns with literals: said so that a server answers as the embedded engine does, which
+// Comparisons of columns with literals, rewritten so that a server answers as the embedded engine does, which
 // compares by classes of values. Where a comparison can hold for no value, or holds for every one, it becomes
-// false or true where the column has a value and null where it has none, so that what stands around it (NOT,
+// false or true where the column has a value and null where it has none, so that what is around it (NOT,
 // AND, OR) has the same effect on both.
 #pragma once
 
@@ -14,7 +14,7 @@ namespace tarvik::data {
 // and the literals that are set into columns by an UPDATE or an INSERT.
 void ReadLiterals(const Tokens& tokens, const Sources& sources, Edits& edits);
 
-// Tells, token by token, whether a sign of equality there gives a column its value rather than comparing it.
+// Tells, token by token, whether an equals sign there assigns a column its value rather than comparing it.
 class Setting {
  public:
   bool operator()(const Tokens& tokens, std::size_t at) {

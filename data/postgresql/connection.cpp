@@ -109,7 +109,7 @@ Rows PostgresqlConnection::Execute(std::string_view text) {
 
 Rows PostgresqlConnection::Run(std::string_view text, std::span<const Value> values) {
   RequireOpen();
-  // What is kept has passed the gate, and has been put right.
+  // What is kept has passed the gate, and has been translated.
   const KeptStatements::Kept* kept = kept_.Find(text);
   std::shared_ptr<const Told> told = kept != nullptr ? kept->told : nullptr;
   std::optional<TakenApart> statement;
@@ -176,7 +176,7 @@ Answer PostgresqlConnection::Exchange(bool begins, const Terms& terms, Put put) 
   bool sent = !begins || session_.SendBegin();
   sent = sent && put() != 0;
   sent = sent && (!begins || session_.SendEnd());
-  if (!sent && begins) session_.Drop();  // half of it may be on its way, and will be undone
+  if (!sent && begins) session_.Drop();  // half of it may have been sent, and will be undone
   return session_.Await(sent ? 1 : 0, terms, begins);
 }
 
@@ -198,7 +198,7 @@ Rows PostgresqlConnection::Again(std::string_view text, const Terms& terms, Send
 
 bool PostgresqlConnection::MayBeSentAgain(const Sent& sent, std::string_view text, bool begins) {
   if (unit_ == Unit::kOpen || sent.answer.stopped != Answer::Stopped::kNo) return false;
-  // Of a unit that just began nothing can have stayed: its end was never sent.
+  // A unit that has just begun cannot have stored anything: its end was never sent.
   if (session_.Lost()) return begins || !sent.carried || IsSelect(text);
   const std::string_view state = StateOf(sent.answer.result.get());
   if (IsAway(state)) {
@@ -232,7 +232,7 @@ void PostgresqlConnection::Deallocate(const std::string& name) {
   session_.Await(PQsendQuery(session_.Get(), ("DEALLOCATE " + name).c_str()), {kAnswer});
 }
 
-// Statements of a routine's that take away what this connection has set or kept.
+// A routine's statement may undo what this connection has set or kept.
 void PostgresqlConnection::ForgetIfTold(std::string_view text) {
   const bool all = BeginsWith(text, "DISCARD") || BeginsWith(text, "RESET");
   if (!all && !BeginsWith(text, "DEALLOCATE")) return;
@@ -263,7 +263,7 @@ Result PostgresqlConnection::Check(Sent sent, std::string_view text, const Terms
   if (sent.answer.stopped != Answer::Stopped::kNo) CheckStopped(sent, text, terms, in_unit);
   const auto status = PQresultStatus(sent.answer.result.get());
   if (!sent.carried || (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)) Fail(sent, text, in_unit);
-  // A change that stands: inside a unit the next statement may meet the same trouble as the last unit's.
+  // A change has succeeded. Of a unit only its COMMIT counts: before it the same trouble may come again.
   if (BeginsWith(text, "COMMIT") || (!in_unit && !IsSelect(text))) Waiting().Well();
   // The answer to the COMMIT of a transaction of which a statement failed.
   if (std::string_view(PQcmdStatus(sent.answer.result.get())) == "ROLLBACK" &&

@@ -70,7 +70,7 @@ class PostgresqlConnection final : public EngineConnection {
   [[nodiscard]] Terms TermsOf(std::string_view text) const;  // of a Select or an Execute
   [[nodiscard]] Terms TermsOfRun(std::string_view text);     // of a Run
 
-  // `parts`: the text taken apart, where that is at hand.
+  // `parts`: the text, already split, where the caller has it.
   Rows Send(const std::string& statement, std::string_view text, const Terms& terms,
             const TakenApart* parts = nullptr);
   Rows SendWith(const std::shared_ptr<const Told>& told, std::span<const Value> values,

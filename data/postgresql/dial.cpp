@@ -35,7 +35,7 @@ struct Refusal {
   bool ended = false;    // the process was asked to end, or no patience is left
 };
 
-// The state that stands in a message of the library's in its long form, "FATAL:  28P01: ...", whatever the
+// The state in a message of the library's in its long form, "FATAL:  28P01: ...", whatever the
 // language of the rest.
 std::string StateIn(std::string_view message) {
   for (std::size_t at = message.find(":  "); at != std::string_view::npos; at = message.find(":  ", at + 1)) {
@@ -55,7 +55,7 @@ std::string Short(std::string message, const std::string& state) {
       message.erase(at + 3, state.size() + 2);
     }
   }
-  // The line of the server's own source, behind the text: "LOCATION:  auth_failed, auth.c:326".
+  // The line of the server's own source, after the text: "LOCATION:  auth_failed, auth.c:326".
   if (const auto at = message.find("\n"); at != std::string::npos && !state.empty()) message.erase(at);
   return OneLine(message.c_str());
 }
@@ -168,7 +168,7 @@ class Dialling {
   Handle Start(std::size_t which) {
     const Host& host = place_.address.Hosts()[which];
     const std::string number = host.numeric.empty() && by_number_ ? place_.numbers.Of(which) : host.numeric;
-    // What stands in the address comes behind our wishes, and before what we cannot do without.
+    // What the address says overrides our wishes, but not what we cannot do without.
     static constexpr std::array<std::pair<const char*, const char*>, 4> kWishes = {
         {{"application_name", "tarvik"},
          {"keepalives_idle", "15"},
@@ -269,7 +269,7 @@ void Numbers::Forget() {
 std::string SessionName(const Address& address, std::int64_t life) {
   std::string name = address.Application();
   if (life == 0) return name;
-  // A server cuts names off: the end is what counts.
+  // A server truncates names: the end is what must stay.
   return Substring(name, 0, 40) + " #" + std::to_string(life);
 }
 

@@ -1,7 +1,7 @@
 // Making a session with one of an address's hosts, and setting it up. Every wait is this program's own, so
-// that a window paints and a machine that has vanished holds nobody up for longer than is said here; but for
-// the name of a host, which the system looks up at its own pace when a base is opened, and again behind a
-// search that was in vain.
+// that a window paints and a machine that has vanished holds nobody up for longer than is said here. The
+// exception is the name of a host: the system looks it up at its own pace when a base is opened, and again
+// after a search that was in vain.
 #pragma once
 
 #include <atomic>
@@ -18,7 +18,7 @@
 namespace tarvik::data {
 
 // The numeric addresses under which hosts were last reached. A name is not looked up again while a session is
-// being made anew: with the network gone that can take longer than all else. Safe from any thread.
+// being replaced: with the network gone that can take longer than all else. Safe from any thread.
 class Numbers {
  public:
   void Note(std::size_t host, const char* number);  // nullptr and "" change nothing
@@ -35,8 +35,8 @@ struct Place {
   explicit Place(std::string_view text) : address(text) {}
 
   Address address;
-  // The base was found to take writes. Such a base is not looked for on a standby any more: a session that
-  // was made there, while another server is about to take over, would refuse the next line.
+  // The base was found to take writes. It is not looked for on a standby any more: a session that was made
+  // there, while another server is about to take over, would refuse the next line.
   std::atomic<bool> written_to = false;
   std::atomic<std::size_t> latest = 0;  // the host that was there last is asked first
   Numbers numbers;
@@ -47,14 +47,14 @@ struct Place {
 // standby is about to take over, it waits 5 seconds for that. Throws Error for anything else, at once.
 Handle DialFirst(Place& place);
 
-// A session anew, asked for every 50 ms or so for as long as the patience lasts, whatever the reason of the
-// failure; with a patience that is spent one try of 100 ms. Hosts are asked by their numbers, where they are
+// A new session for one that was lost: tried every 50 ms or so for as long as the patience lasts, whatever
+// the failure; with the patience spent, one try of 100 ms. Hosts are asked by their numbers, where they are
 // known. Of several hosts each is given a second, then
 // two, so that one that has vanished doesn't keep the others from being asked. Nothing if there was none in
 // that time, or the process was asked to end; `reason` then tells why.
 Handle DialAgain(Place& place, Patience& patience, std::int64_t life, std::string& reason);
 
-// How a session is called among the server's: the program's name, and behind it its life, if it has one.
+// The session's name on the server: the program's name, then its life, if it has one.
 std::string SessionName(const Address& address, std::int64_t life);
 
 // What is set in each session, in one exchange.

@@ -14,7 +14,7 @@
 namespace tarvik::data {
 namespace {
 
-// Whether a value here is compared: beside a sign of comparison, in a BETWEEN or in the list of an IN.
+// Whether a value here is compared: beside a comparison operator, in a BETWEEN or in the list of an IN.
 bool IsCompared(const Tokens& tokens, std::size_t at) {
   const auto is = [&](std::size_t before, std::string_view word) {
     return at >= before && tokens[at - before].Is(word);

@@ -1,5 +1,5 @@
-// What the suite's statements take for granted and this engine does not: put right in the text, before
-// it is sent. It asks no server and knows of tables only what the schema says.
+// What the suite's statements take for granted and this engine does not do: translated in the text
+// before it is sent. It asks no server and knows of tables only what the schema says.
 //
 //   - "?" stands for a value;
 //   - rows of one table come in the order of its key, or in the table's own order (see data/select.h),
@@ -7,7 +7,7 @@
 //   - a bare column outside a GROUP BY is that of the group's first row, and the groups come in order; no
 //     value comes before every value;
 //   - a literal that is compared with a column is read as the column's type; a text that is no number
-//     equals none and comes behind all, a text that is no date stands among them as a text does. A number
+//     equals none and comes after all, a text that is no date is sorted among them as a text. A number
 //     that is compared with a text is its text. An empty or blank text that is set into a number, a date or a
 //     flag is no value;
 //   - LIKE makes no difference between A and a;
@@ -34,15 +34,15 @@ struct Told {
 // where no value is to come in its own ORDER BY: such an order would not be served by an index.
 enum class From { kSuite, kHost };
 
-// One statement of the suite's, as this engine has to be told it. The text has passed
+// One statement of the suite's, translated for this engine. The text has passed
 // RequireOneStatement. What it does not understand stays as it is: the engine says what is wrong with it.
 // So does a text in which the engines see different quotes, but for its marks.
 //   "SELECT * FROM entpart WHERE entrada = 7" gives "... ORDER BY entpart.id_entrada"
 //   "... WHERE NOT almacen = 'X1'"            gives "... WHERE NOT (almacen IS NULL AND NULL)"
 Told ForPostgresql(const TakenApart& statement, From from = From::kSuite);
 
-// Puts right the names of a result's columns, which come back in small letters: a name that the statement
-// gives is spelled as there, a column of the schema as the schema does.
+// Restores the spelling of a result's column names, which come back in small letters: a name that the
+// statement gives is spelled as there, a column of the schema as in the schema.
 void SpellColumns(const TakenApart& statement, std::vector<std::string>& names);
 
 }  // namespace tarvik::data

@@ -19,7 +19,7 @@ class Edits {
   void Replace(std::size_t first, std::size_t last, std::string with) {
     edits_.push_back({tokens_[first].at, tokens_[last].Behind(), std::move(with)});
   }
-  // Of several at one place the first stands first.
+  // Several at one place keep their order.
   void InsertBehind(std::size_t token, std::string what) {
     edits_.push_back({tokens_[token].Behind(), tokens_[token].Behind(), std::move(what)});
   }
@@ -33,7 +33,7 @@ class Edits {
     made.reserve(text_.size() + 64);
     std::size_t copied = 0;
     for (const Edit& edit : edits_) {
-      if (edit.at < copied) continue;  // inside of what another has replaced
+      if (edit.at < copied) continue;  // inside a part that another edit has replaced
       made += text_.substr(copied, edit.at - copied);
       made += edit.with;
       copied = edit.end;

@@ -66,14 +66,14 @@ double DoubleIn(std::string_view number) {
   return number.starts_with('-') ? -HUGE_VAL : HUGE_VAL;
 }
 
-// Every number stands before every text.
+// Every number sorts before every text.
 Reading BehindNumbers(std::string_view comparison) {
   const bool holds = comparison == "<>" || comparison.front() == '<';
   return {holds ? Reading::Kind::kAlways : Reading::Kind::kNever, {}};
 }
 
 Reading ReadForDate(std::string_view comparison, const Literal& literal) {
-  // Dates are texts to the embedded engine, and come behind every number.
+  // Dates are texts to the embedded engine, and come after every number.
   if (literal.kind == Literal::Kind::kNumber || NumberIn(literal.text)) {
     const bool holds = comparison == "<>" || comparison.front() == '>';
     return {holds ? Reading::Kind::kAlways : Reading::Kind::kNever, {}};
@@ -118,7 +118,7 @@ Reading Read(ColumnType column, std::string_view comparison, const Literal& lite
     return text ? Reading{Reading::Kind::kOther, Quoted(*text)} : Reading{Reading::Kind::kSame, {}};
   }
   if (is_number) return {Reading::Kind::kSame, {}};
-  // In parentheses: a sign behind an operator would be read as part of it.
+  // In parentheses: a sign after an operator would be read as part of it.
   if (const auto number = NumberIn(literal.text)) return {Reading::Kind::kOther, "(" + *number + ")"};
   return BehindNumbers(comparison);
 }

@@ -38,8 +38,8 @@ struct Reading {
 // `comparison` is one of = <> < > <= >=, with the column on its left.
 Reading Read(ColumnType column, std::string_view comparison, const Literal& literal);
 
-// A literal that is set into a column, as it has to stand there; nothing where it may stay. One that the
-// column can't hold stays, for the server to refuse: nothing is lost unsaid.
+// A literal that is set into a column, as it has to be written; nothing where it may stay. One that the
+// column can't hold stays, for the server to refuse: no data is lost in silence.
 std::optional<std::string> Given(ColumnType column, const Literal& literal);
 
 }  // namespace tarvik::data

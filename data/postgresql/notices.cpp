@@ -9,7 +9,7 @@
 namespace tarvik::data {
 namespace {
 
-constexpr std::chrono::milliseconds kHeard{100};  // in which a word reaches all who listen
+constexpr std::chrono::milliseconds kHeard{100};  // in which a notice reaches all who listen
 // Of a station that does nothing: how long a try for a new session may take, and the pauses between tries.
 constexpr std::chrono::milliseconds kIdleTry{400};
 constexpr std::chrono::seconds kLookAgain{1};
@@ -17,8 +17,8 @@ constexpr std::chrono::seconds kLookAgainAtMost{8};
 
 }  // namespace
 
-// The server has the word and passes it on by itself, a moment later. Whoever wrote it may look at once
-// whether the others have noticed.
+// The server passes a notice on a moment later. The one who sent it may look at once whether the others
+// have noticed.
 void PostgresqlConnection::LetItBeHeard() {
   data::Waiting moment(Waiting(), false);
   moment.For(-1, 0, Patience::Clock::now() + kHeard);
@@ -28,7 +28,7 @@ std::int64_t PostgresqlConnection::Changes() {
   if (!open_) throw Error("La base está cerrada");
   if (session_.Asking()) return changes_;
   if (!session_.Sound() && unit_ == Unit::kNone && Patience::Clock::now() >= look_again_) {
-    // A station that does nothing would otherwise be dead for the others until its next key.
+    // A station that does nothing would otherwise look dead to the others until its next key.
     Patience little;
     little.Waited(Patience::kWhole - kIdleTry);
     try {
@@ -57,8 +57,8 @@ void PostgresqlConnection::Notify() {
   }
 }
 
-// The life is in the session's name, which every role can read and no lock or function is needed for: the
-// server takes the name away with the session, and a pooler with its client.
+// The life is in the session's name, which every role can read without a lock or a function. The server
+// removes the name with the session, and a pooler with its client.
 void PostgresqlConnection::Live(std::int64_t number) {
   RequireOpen();
   if (unit_ != Unit::kNone) throw Error("Una vida no empieza dentro de una transacción");

@@ -26,7 +26,7 @@ std::vector<Span> Parted(const Tokens& tokens, std::size_t first, std::size_t en
   return parts;
 }
 
-// A column by its name alone, or behind its table's.
+// A column by its name alone, or after its table's.
 bool IsColumn(const Tokens& tokens, Span part) {
   const auto [first, last] = part;
   if (!tokens[first].IsName() || !tokens[last].IsName() || tokens[last].Is("NULL")) return false;
@@ -125,7 +125,7 @@ void FirstOfGroups(const Select& select, const Sources& sources, Edits& edits) {
   for (std::size_t i = 0; i < grouped.size(); ++i) {
     order += (i > 0 ? ", " : "") + grouped[i] + " NULLS FIRST";
   }
-  edits.InsertBehind(select.limit - 1, order);  // behind a HAVING, before a limit
+  edits.InsertBehind(select.limit - 1, order);  // after a HAVING, before a limit
 }
 
 void NoValueFirst(const Select& select, const Sources& sources, Edits& edits) {

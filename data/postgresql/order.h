@@ -1,4 +1,4 @@
-// Rows, groups and values that are none in the order in which the embedded engine gives them.
+// The order in which the embedded engine gives rows, groups and null values.
 #pragma once
 
 #include "data/postgresql/edits.h"
@@ -11,7 +11,7 @@ namespace tarvik::data {
 // least value where one MAX or MIN is asked for; and the groups in their order.
 void FirstOfGroups(const Select& select, const Sources& sources, Edits& edits);
 
-// In an ORDER BY of the statement's own: no value comes before every value.
+// In an ORDER BY of the statement's own: null comes before every value.
 void NoValueFirst(const Select& select, const Sources& sources, Edits& edits);
 
 // The order of a table's rows, where the statement has none.

@@ -26,11 +26,11 @@ inline constexpr std::string_view kPostgresqlScheme = "postgresql:";
 //
 // What happens in each failure:
 //   - Another station holds a row: a statement waits for it as long as the act's patience, five seconds in
-//     all, and then throws kBusy; each later statement of the act is sent with a wait of nothing. A deadlock
+//     all, and then throws kBusy; each later statement of the act is sent without waiting. A deadlock
 //     throws kBusy too. Nothing was carried out; a unit of work has to be begun again.
-//   - The session was lost between two statements, which is looked at before each: it is made anew, waited
-//     for with what the patience has left, and nobody notices. If there is none in that time: kAway, nothing
-//     was carried out; later statements of the act give it a tenth of a second each.
+//   - The session was lost between two statements, which is checked before each: it is replaced within what
+//     the patience has left, and nobody notices. If that takes longer: kAway, nothing was carried out; later
+//     statements of the act try for a tenth of a second each.
 //   - It was lost while a statement was on its way: a SELECT, and the first statement of a unit, are sent
 //     once more. Anything else throws kLost: nobody knows whether it was carried out.
 //   - It was lost in the middle of a unit, or at its COMMIT: kLost. The unit is over; what follows in it

@@ -1,4 +1,4 @@
-// What a server says of a failure, for the operator and for whoever goes on. It throws nothing.
+// What a server says of a failure, for the operator and for the calling code. It throws nothing.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace tarvik::data {
 // A text of the server's or the library's on one line.
 std::string OneLine(const char* text);
 
-// The five signs of the standard; empty for a success and for a session that was lost.
+// The five characters of the standard; empty for a success and for a session that was lost.
 std::string_view StateOf(const PGresult* result);
 
 // What the operator can make sense of; the server's own text follows it.

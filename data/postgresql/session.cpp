@@ -19,15 +19,15 @@ using Clock = Patience::Clock;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kStopAnswer{2000};  // what a server has for the answer to a cancellation
-constexpr milliseconds kAtOnce{1};         // a wait of nothing: none would mean for ever
-constexpr milliseconds kCoarse{500};       // so much of the patience may be gone before it is sent
+constexpr milliseconds kAtOnce{1};         // no wait: 0 would mean for ever
+constexpr milliseconds kCoarse{500};       // how much of the patience may be gone before it is sent
 
 constexpr auto kEndless = Clock::time_point::max() - std::chrono::hours(1);
 
 }  // namespace
 
-// A cancellation goes another way than the session, which the library walks in one step: beside this thread,
-// since that way may be closed.
+// A cancellation takes a connection of its own, which the library opens in one blocking step: on another
+// thread, since that may hang.
 struct Session::Cancelling {
   std::atomic<bool> done = false;
 };
@@ -38,14 +38,14 @@ Session::Session(std::shared_ptr<Place> place, Handle session, Patience& patienc
 bool Session::Lost() const { return session_ == nullptr || PQstatus(session_.get()) == CONNECTION_BAD; }
 
 bool Session::Sound() {
-  // Each look reads what there is; the end itself comes behind the server's last words.
+  // Each look reads what there is; the end itself comes after the server's last message.
   for (int looks = 0; looks < 4 && !Lost(); ++looks) {
     struct pollfd watched {
       PQsocket(session_.get()), POLLIN, 0
     };
     if (::poll(&watched, 1, 0) <= 0) return true;
     PQconsumeInput(session_.get());
-    PQisBusy(session_.get());  // takes apart what came
+    PQisBusy(session_.get());  // parses what came
   }
   return !Lost();
 }
@@ -107,7 +107,7 @@ Answer Session::Await(int sent, const Terms& terms, bool unit) {
 bool Session::Arrived(const Terms& terms, bool& stopped, Clock::time_point begun, Answer& answer) {
   if (session_ == nullptr) return false;
   if (PQisBusy(session_.get()) == 0) return true;
-  Patience nobody;  // once it is stopped nobody is asked any more
+  Patience nobody;  // once it is stopped the operator is not asked any more
   std::optional<Waiting> waiting;
   waiting.emplace(stopped ? nobody : patience_, false);
   auto until = stopped ? Clock::now() + kStopAnswer : terms.limit ? begun + *terms.limit : kEndless;

@@ -41,7 +41,7 @@ class Session {
   [[nodiscard]] bool Asking() const { return asking_; }
   // There is none, as far as is known without looking.
   [[nodiscard]] bool Lost() const;
-  // Looks at what has come in meanwhile: the end of a server is seen before something is sent to it.
+  // Reads what has come in meanwhile: a server that has ended is noticed before something is sent to it.
   bool Sound();
   // Why it was lost, if the server has told; on one line.
   [[nodiscard]] std::string Reason() const;
@@ -49,7 +49,7 @@ class Session {
   // Made with a standby, which takes no writes.
   [[nodiscard]] bool OnStandby() const;
 
-  // Makes it anew, see DialAgain(). False if there is none; `reason` tells why.
+  // Replaces it, see DialAgain(). False if there is none; `reason` tells why.
   bool Renew(Patience& patience, std::string& reason);
   // Ends it, whatever it was in the middle of: the server undoes what was not committed.
   void Drop();
@@ -63,12 +63,12 @@ class Session {
   bool SendBegin();
   bool SendEnd();
 
-  // Statements wait so long for locks from now on. Nothing is sent if they do already.
+  // Statements wait this long for locks from now on. Nothing is sent if they do already.
   void WaitForLocks(std::chrono::milliseconds left);
-  // A unit was undone: what was set in it is not sure.
+  // A unit was undone: what was set in it is uncertain.
   void Undone() { locks_ = {}; }
 
-  // The life of this session and of those that are made anew, see SessionName().
+  // The life of this session and of those that replace it, see SessionName().
   [[nodiscard]] std::int64_t Life() const { return life_; }
   void Life(std::int64_t number) { life_ = number; }
   // What is set in each session, once more.

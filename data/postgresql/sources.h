@@ -29,8 +29,8 @@ class Sources {
   explicit Sources(const Tokens& tokens);
 
   [[nodiscard]] const std::vector<Source>& All() const { return sources_; }
-  // The type of the column whose name stands at this token, behind its table's name or not; nothing where it
-  // is not certain. A question inside another names its own tables' columns first.
+  // The type of the column whose name stands at this token, after its table's name or not; nothing where it
+  // is not certain. In a subquery its own tables' columns come first.
   [[nodiscard]] std::optional<ColumnType> TypeOf(const Tokens& tokens, std::size_t at) const;
   // The schema's spelling of a column of these tables; empty if none has it.
   [[nodiscard]] std::string_view Spelled(std::string_view column) const;

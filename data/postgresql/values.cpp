@@ -86,7 +86,7 @@ struct Parameter {
     const bool whole = type == kInt2 || type == kInt4 || type == kInt8;
     if (whole && mark == Mark::kCompared && number != std::trunc(number)) return std::nullopt;
     if (type != kFloat8 && type != kNumeric) return PlainNumber(number);
-    // The very double, where 15 digits are not all of it.
+    // Exactly this double, where 15 digits do not hold all of it.
     std::array<char, 32> text;
     return std::string(text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr);
   }
@@ -101,7 +101,7 @@ struct Parameter {
   std::optional<std::string> operator()(const Date& date) const { return date.Iso(); }
   std::optional<std::string> operator()(const DateTime& when) const { return when.Iso(); }
 
-  // A text that is no number equals none and comes behind all of them: so does what is sent for it, and a NOT
+  // A text that is no number equals none and comes after all of them: so does what is sent for it, and a NOT
   // in front of the comparison has the effect that it has where the text itself is compared.
   [[nodiscard]] std::optional<std::string> ComparedWithNumbers(const std::string& text) const {
     if (const auto number = NumberIn(text)) {
@@ -113,7 +113,7 @@ struct Parameter {
     if (type == kInt2) return std::to_string(std::numeric_limits<std::int16_t>::max());
     return "NaN";
   }
-  // One that is no date stands before or behind all of them, by its first sign.
+  // One that is no date sorts before or after all of them, by its first character.
   [[nodiscard]] static std::optional<std::string> ComparedWithDates(const std::string& text) {
     if (const auto date = Date::Parse(text)) return date->Iso();
     return !text.empty() && static_cast<unsigned char>(text.front()) > '9' ? "infinity" : "-infinity";

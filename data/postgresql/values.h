@@ -17,7 +17,7 @@ namespace tarvik::data {
 std::optional<std::string> ToServer(const Value& value, Oid type, Mark mark);
 
 // All rows of a result. `text` is the statement as its caller wrote it: it spells the columns. `parts`: the
-// same taken apart, where that is at hand.
+// same, already split, where the caller has it.
 Rows RowsOf(const PGresult* result, std::string_view text, const TakenApart* parts = nullptr);
 
 }  // namespace tarvik::data

@@ -1,5 +1,5 @@
-// Waiting at a server's socket: nothing is asked of it here, and nothing decided. While a wait lasts the
-// window's turn is called, so that it paints.
+// Waiting at a server's socket: nothing is sent here, and nothing decided. While a wait lasts the window's
+// turn is called, so that it paints.
 #pragma once
 
 #include <chrono>

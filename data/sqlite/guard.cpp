@@ -11,8 +11,8 @@
 namespace tarvik::data::sqlite {
 namespace {
 
-// A step may take as long as the longest text does: few steps and a text of some megabytes keep the looks at
-// the clock a fraction of a second apart.
+// A step may take as long as the longest text takes. Few steps and a limit of some megabytes keep the looks
+// at the clock a fraction of a second apart.
 constexpr int kSteps = 100;              // of the engine, between two looks at the clock
 constexpr int kLongestText = 2'000'000;  // that one value may become inside a statement
 
@@ -50,7 +50,7 @@ int Guard::Authorise(void* self, int action, const char* first, const char* seco
     case SQLITE_DROP_VTABLE:
       return SQLITE_DENY;
     case SQLITE_FUNCTION:
-      // What a trigger of the base calls was put there by who made it.
+      // What a trigger of the base calls was put there by whoever made the trigger.
       return within != nullptr || (second != nullptr && IsHarmless(second)) ? SQLITE_OK : SQLITE_DENY;
     case SQLITE_READ:
     case SQLITE_INSERT:

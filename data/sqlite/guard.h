@@ -1,5 +1,5 @@
-// What a text that was joined together from what somebody typed may ask of the engine, and for how long.
-// data/statement.h has looked at the text before; this looks at what the engine has understood.
+// What a statement that was built from typed text may do in the engine, and for how long. data/statement.h
+// has checked the text before; this checks what the engine has understood.
 #pragma once
 
 #include <chrono>
@@ -9,8 +9,8 @@ struct sqlite3;
 namespace tarvik::data::sqlite {
 
 // One for each connection. The engine asks it about each part of each statement while it prepares it; outside
-// a Watched everything is allowed. It stays in place, since putting it in would make the engine prepare every
-// kept statement anew.
+// a Watched everything is allowed. It is never removed, since installing it would make the engine prepare
+// every kept statement again.
 class Guard {
  public:
   void Watch(sqlite3* handle);

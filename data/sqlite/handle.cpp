@@ -106,7 +106,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Whether a file beside a base is a backup of it: its name, perhaps with a version or a date behind it, and
+// Whether a file beside a base is a backup of it: its name, perhaps with a version or a date after it, and
 // ".respaldo". "tienda2.v2.respaldo" and "tienda.db.respaldo" are none of "tienda".
 bool IsBackupOf(std::string_view base, std::string_view name) {
   constexpr std::string_view kEnd = ".respaldo";
@@ -220,7 +220,7 @@ void MakePrivate(const std::string& file, bool was_there) {
   if (::stat(file.c_str(), &now) != 0 || now.st_size != 0) return;
   const mode_t before = now.st_mode & 07777;
   const mode_t mode = was_there ? before & ~mode_t{0007} : mode_t{0660} & ~Mask();
-  if (mode != before) ::chmod(file.c_str(), mode);  // of another's empty file he has decided himself
+  if (mode != before) ::chmod(file.c_str(), mode);  // another user's file keeps its mode
 }
 
 void Configure(sqlite3* opened, const Place& place) {

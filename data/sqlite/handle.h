@@ -37,7 +37,7 @@ struct Place {
   bool in_memory = false;
 };
 
-// What stands behind the scheme of an address. Throws Error if that says no file.
+// What follows the scheme of an address. Throws Error if that names no file.
 Place FindPlace(std::string_view path);
 
 // A new file belongs to its owner and group alone. Throws Error, with nothing written, for what can't be

@@ -1,6 +1,6 @@
-// The file beside a base that holds nothing: programs lock its bytes, each by an open file description of
-// its own, so that a lock ends with its connection and its process, whatever happens to them, and no other
-// close() of the file takes it away. The base's own file is never touched: the locks on that are the
+// An empty file beside a base: programs lock its bytes, each through an open file description of its own. So
+// a lock ends with its connection and its process, whatever happens to them, and no other close() of the file
+// releases it. The base's own file is never touched: the locks on that are the
 // engine's.
 #pragma once
 
@@ -12,8 +12,8 @@ namespace tarvik::data::sqlite {
 
 inline constexpr const char* kSideFileEnd = "-vidas";
 
-// Offsets below kFirstTicket are numbers of lives; from there on they are moments, by which those who wait
-// for the base's write lock stand in line.
+// Offsets below kFirstTicket are numbers of lives; from there on they are points in time, by which those who
+// wait for the base's write lock are queued.
 inline constexpr std::int64_t kFirstTicket = std::int64_t{1} << 62;
 
 class SideFile {

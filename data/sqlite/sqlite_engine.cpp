@@ -324,8 +324,8 @@ class SqliteConnection final : public EngineConnection {
         .With("sentencia", std::string(text));
   }
 
-  // Reads from behind the first step on, until there is no further row; gives what ended it. The columns are
-  // asked for here: only behind the first step has the engine noticed that another connection changed the
+  // Reads from after the first step on, until there is no further row; gives what ended it. The columns are
+  // asked for here: only after the first step has the engine noticed that another connection changed the
   // table.
   static int ReadRows(sqlite3_stmt* statement, int code, Rows& rows) {
     std::vector<bool> dates;

@@ -15,8 +15,8 @@ constexpr microseconds kOften{250};
 constexpr microseconds kSeldom{1000};
 constexpr std::chrono::milliseconds kSoon{20};
 constexpr microseconds kLongestPause{100'000};
-// Nobody waits longer than an act's patience. Who still stands in line then does not run any more: he is
-// stopped, not dead.
+// Nobody waits longer than an act's patience. Whoever is still in the queue then does not run any more: that
+// process is stopped, not dead.
 constexpr std::chrono::seconds kStopped{6};
 
 std::int64_t Moment() {
@@ -45,7 +45,7 @@ void Waits::Enter(bool writes) {
 }
 
 void Waits::Through() {
-  // A question that needed no wait says nothing about who holds the write lock.
+  // A query that needed no wait says nothing about who holds the write lock.
   if (writes_ || waited_) patience_.Well();
 }
 
@@ -76,7 +76,7 @@ bool Waits::Pause(microseconds time) {
   const auto before = Clock::now();
   std::this_thread::sleep_for(time);
   waited_ = true;
-  // Whoever was stopped meanwhile, with a closed lid or by a debugger, has not waited all that time.
+  // A process that was stopped meanwhile, by a closed lid or a debugger, has not waited all that time.
   owed_ += std::min(std::chrono::duration_cast<microseconds>(Clock::now() - before), kLongestPause);
   if (owed_ < Patience::kTurn) return true;
   const auto told = std::chrono::duration_cast<std::chrono::milliseconds>(owed_);

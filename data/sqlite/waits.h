@@ -14,11 +14,11 @@ struct sqlite3;
 
 namespace tarvik::data::sqlite {
 
-// One for each connection. In line stands who holds a byte of the side file whose place is the moment at
-// which he came: the lowest byte is the next. Who dies or is cut off is out of the line at once.
+// One for each connection. The queue is made of locked bytes of the side file: each one's offset is the time
+// at which its owner came, and the lowest is the next. Whoever dies or is cut off leaves the queue at once.
 class Waits {
  public:
-  // `line` is nothing where there is no file to stand in line at: then everybody just asks again and again.
+  // `line` is null where there is no file to queue at: then everybody just asks again and again.
   Waits(Patience& patience, SideFile* line) : patience_(patience), line_(line) {}
   ~Waits() { LeaveLine(); }
   Waits(const Waits&) = delete;
