@@ -12,9 +12,9 @@ class AutoResizer : public Control {
  public:
   using Control::Control;
 
-  // Remembers where the form's controls stand on a window of this size, in twips.
+  // Remembers the place of the form's controls on a window of this size, in twips.
   void Design(int width, int height);
-  // Places each control as it stands on a window of this size. Those named keep their place: what
+  // Places each control in proportion to a window of this size. Those named keep their place: what
   // floats over another control. Nothing happens before Design, or for a window without area.
   void Fit(int width, int height, std::initializer_list<const Control*> but = {});
 

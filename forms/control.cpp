@@ -119,7 +119,7 @@ void TextBox::Text(std::string_view text) {
 void TextBox::RunChange() {
   Changed(Aspect::Text);
   if (!OnChange) return;
-  // Two keys that name each other would change one another for ever. The event is ended, and the
+  // Two keys that name each other would change one another without end. The event is ended, and the
   // operator's data stays.
   if (Owner().change_depth_ >= kDeepestChange) {
     throw data::Unrecoverable("Los campos se cambian unos a otros sin fin");

@@ -1,5 +1,5 @@
-// Controls as models: name, state, text, and the events that a form hangs its procedures on.
-// They draw nothing. The grid stands in forms/flex_grid.h.
+// Controls as models: name, state, text, and the events to which a form connects its procedures.
+// They draw nothing. The grid is in forms/flex_grid.h.
 //
 //   TextBox clave(form, "txtClave");           // a member of the form, as a rule
 //   clave.MaxLength(4);
@@ -7,11 +7,11 @@
 //   clave.Text("A-100");                       // OnChange has run when this returns; Text() is "A-10"
 //   clave.SetFocus();                          // throws, as long as the form is not shown
 //
-// Assigning. A value that differs is taken over, listeners are told, and then the control's event runs,
+// Assigning. A value that differs is stored, listeners are told, and then the control's event runs,
 // inside the assignment: OnChange of a text, OnClick of a check box. What it throws comes out of
-// the assignment, with the new value in place. The same value again raises nothing. An event may assign to
+// the assignment, and the new value is kept. The same value again raises nothing. An event may assign to
 // its own control and to others; texts that change one another end at a depth of 100 with
-// data::Unrecoverable. On a form that is not loaded, hidden or unloaded all of this holds alike.
+// data::Unrecoverable. On a form that is not loaded, hidden or unloaded all of this is the same.
 //
 // Events. Each is empty until somebody sets it; one that is set replaces the one before. An event may do
 // whatever it likes but destroy its control; the form may be unloaded from inside it.
@@ -46,8 +46,8 @@ using CharEvent = std::function<void(int& character)>;       // may swap it, or 
 
 class Control {
  public:
-  // Enters Form::Controls(). `index` is that of a control array. Starts enabled, visible, not on the
-  // keyboard's way, without place, size or colour.
+  // Enters Form::Controls(). `index` is that of a control array. Starts enabled, visible, not in the
+  // tab order, without place, size or colour.
   Control(Form& form, std::string name, std::optional<int> index = {});
   virtual ~Control();
   Control(const Control&) = delete;
@@ -58,7 +58,7 @@ class Control {
   [[nodiscard]] std::string FullName() const;                        // "txtFields(4)", "fg2"
   [[nodiscard]] Form& Owner() const { return form_; }
 
-  // The control's own flags, whatever its containers say. Switched off, the control and what stands in it
+  // The control's own flags, whatever its containers say. Switched off, the control and what it contains
   // lose the focus with no leaving logic, and nobody has it then.
   [[nodiscard]] bool Enabled() const { return enabled_; }
   void Enabled(bool enabled);
@@ -67,7 +67,7 @@ class Control {
   // A note of the screen's for its procedures and services ("N", "U" ...); not read here.
   [[nodiscard]] const std::string& Tag() const { return tag_; }
   void Tag(std::string tag) { tag_ = std::move(tag); }
-  // Place on the keyboard's way, unique in a form; -1: not on it.
+  // Place in the tab order, unique in a form; -1: not in it.
   [[nodiscard]] int TabIndex() const { return tab_index_; }
   void TabIndex(int index) { tab_index_ = index; }
 
@@ -94,9 +94,9 @@ class Control {
   [[nodiscard]] virtual bool IsLabel() const { return false; }
   // Whether a control of this kind ever takes the focus.
   [[nodiscard]] virtual bool Focusable() const { return false; }
-  // Enabled and visible, its containers too: what a hand can reach.
+  // Enabled and visible, its containers too: what the operator can reach.
   [[nodiscard]] bool Reachable() const;
-  // The same, of a kind that takes it; the form must be visible besides.
+  // Reachable, and of a kind that takes the focus; the form must be visible as well.
   [[nodiscard]] bool CanTakeFocus() const { return Focusable() && Reachable(); }
   // Moves the focus here, with the leaving logic of the old control and the entering logic of this
   // one. Throws data::Error if the form is not shown or the control can't take the focus; rethrows
@@ -104,12 +104,12 @@ class Control {
   void SetFocus();
   [[nodiscard]] bool HasFocus() const;  // in its own form, shown or not
 
-  // When each runs on the road of a key and of a click: Form::Press, Form::Click. A procedure that calls
-  // Click() or SetFocus() raises them likewise, with no boundary for what they throw.
+  // Form::Press and Form::Click say in which order they run. A procedure that calls Click() or SetFocus()
+  // raises them likewise, with no boundary for what they throw.
   Event OnClick;
   Event OnDblClick;
-  Event OnGotFocus;   // the focus is here by now
-  Event OnLostFocus;  // the focus is at the next control by now; may send it elsewhere
+  Event OnGotFocus;   // the focus is already here
+  Event OnLostFocus;  // the focus is already at the next control; may send it elsewhere
   KeyEvent OnKeyDown;
   CharEvent OnKeyPress;
   KeyEvent OnKeyUp;
@@ -187,8 +187,8 @@ class TextBox : public Control {
   using Control::Control;
 
   [[nodiscard]] const std::string& Text() const { return text_; }
-  // A text that differs is taken over (clipped to MaxLength), caret in front, and OnChange runs
-  // before this returns; what it throws comes out here, with the text in place. The same text does
+  // A text that differs is stored (clipped to MaxLength), caret in front, and OnChange runs
+  // before this returns; what it throws comes out here, and the text is kept. The same text does
   // nothing. Invalid UTF-8 is repaired.
   void Text(std::string_view text);
 
@@ -201,11 +201,11 @@ class TextBox : public Control {
   void SelLength(int length);                                  // clipped to the text
   void SelectAll();
 
-  // What a hand does: one change each, caret behind what was put in. Clipped to MaxLength; a box of one line
-  // takes no line ends. Where the text stays the same only the caret moves.
+  // What the operator does: one change each, caret after what was put in. Clipped to MaxLength; a box of one
+  // line takes no line ends. Where the text stays the same only the caret moves.
   void ReplaceSelection(std::string_view text);  // typing, paste, a composed character
   void Backspace();                              // the selection, or the character before the caret
-  void DeleteForward();                          // the selection, or the character behind it
+  void DeleteForward();                          // the selection, or the character after it
 
   [[nodiscard]] bool Focusable() const override { return true; }
   void Editing(const Key& key) override;     // Delete, Home, End, Left, Right
@@ -216,7 +216,7 @@ class TextBox : public Control {
   [[nodiscard]] bool MultiLine() const { return multi_line_; }
   void MultiLine(bool multi) { multi_line_ = multi; }
 
-  Event OnChange;  // the text has changed, by whomever
+  Event OnChange;  // the text has changed, whoever changed it
 
  private:
   void RunChange();

@@ -57,7 +57,7 @@ void FlexGrid::Rows(int count) {
   if (count < fixed_rows_ || count < (bare_ ? 0 : 1))
     throw data::Error("No puede haber " + std::to_string(count) + " renglones");
   const int from = std::min(count, Rows());
-  // The first row that a bare grid gets is the one it stands on.
+  // The first row that a bare grid gets becomes its current one.
   if (bare_ && Rows() <= fixed_rows_ && count > fixed_rows_) row_ = fixed_rows_;
   rows_.resize(static_cast<std::size_t>(count));
   row_ = std::clamp(row_, 0, std::max(count - 1, 0));

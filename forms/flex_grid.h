@@ -68,7 +68,7 @@ class FlexGrid : public Control {
   [[nodiscard]] int CellWidth() const { return ColWidth(col_); }
   [[nodiscard]] int CellHeight() const { return RowHeight(row_); }
 
-  // Removes a row with its texts and colours; the rows behind move up. No cell event is raised;
+  // Removes a row with its texts and colours; the rows after it move up. No cell event is raised;
   // the current row stays where it is, or becomes the last one.
   void RemoveItem(int row);
   // Adds a row at the end; the text goes to its first column.

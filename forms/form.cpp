@@ -55,7 +55,7 @@ void Form::Load() {
   try {
     Form_Load();
   } catch (...) {
-    // A form whose loading failed is no form: nobody could close it.
+    // A form whose loading failed must not stay: nobody could close it.
     loaded_ = false;
     unloaded_ = true;
     platform_.Remove(*this);

@@ -1,4 +1,4 @@
-// Form: a screen as a model. It owns focus, the road of a key, loading, showing and unloading.
+// Form: a screen as a model. It owns focus, the path of a key, loading, showing and unloading.
 // It draws nothing and knows no toolkit: a view, a script or a test raises the operator's acts.
 //
 //   class frmAviso : public Form {
@@ -14,14 +14,14 @@
 //   };
 //   auto form = std::make_shared<frmAviso>(platform);
 //   form->Show(false);                      // runs Form_Load; the focus is in txtClave
-//   form->Type(form->txtClave, "A-100");    // five keys, each on its whole road
+//   form->Type(form->txtClave, "A-100");    // five keys, each with all its events
 //   form->Click(form->Command1);            // unloaded; what txtClave holds can still be read
 //
 // Life. A form is made with make_shared, loaded once, and unloaded once; a form that was unloaded is not
 // loaded again. From Load to Unload the platform holds it. After Unload it lives as long as somebody else
 // holds it: its members can be read and assigned, change logic included, but it takes no key and no click,
-// shows nothing and gives nobody the focus. An act holds the form until it has ended, so that a procedure may
-// unload the form that it runs on.
+// shows nothing and gives the focus to nobody. An act holds the form until it has ended, so that a procedure
+// may unload the form that it runs on.
 //
 // Thread. One thread, that of the platform.
 //
@@ -60,7 +60,7 @@ class Form : public std::enable_shared_from_this<Form> {
   [[nodiscard]] Platform& GetPlatform() const { return platform_; }
 
   [[nodiscard]] const std::string& Caption() const { return caption_; }  // the window's title
-  // Counts as a first use: loads the form, and throws what Form_Load throws.
+  // The first use of a form: loads it, and throws what Form_Load throws.
   void Caption(std::string caption);
   [[nodiscard]] const std::string& Tag() const { return tag_; }  // a note of the caller's; not read here
   void Tag(std::string tag) { tag_ = std::move(tag); }
@@ -85,16 +85,16 @@ class Form : public std::enable_shared_from_this<Form> {
   // one refused, if it is not open, and if it is being unloaded already. What an event throws comes out, and
   // the form stays open.
   bool Unload(UnloadMode mode = UnloadMode::Code);
-  // As Unload, with nothing asked and no event raised: for a program that is ending.
+  // Like Unload, but asks nothing and raises no event: for a program that is ending.
   void Discard();
-  // Keeps an object alive as long as the form, instead of the one before: what the form works through.
+  // Keeps an object that the form needs alive as long as the form, instead of the one before.
   void Keep(std::shared_ptr<void> object) { kept_ = std::move(object); }
 
   // ---- controls: owned by the derived form, valid as long as it ----
   [[nodiscard]] const std::vector<Control*>& Controls() const { return controls_; }  // as they were made
   // By its exact name, and the index of a control array; nullptr if there is none.
   [[nodiscard]] Control* Find(std::string_view name, std::optional<int> index = {}) const;
-  // The controls on the keyboard's way (TabIndex from 0), in its order, whether they can take the focus now
+  // The controls in tab order (TabIndex from 0), whether they can take the focus now
   // or not.
   [[nodiscard]] std::vector<Control*> TabOrder() const;
   [[nodiscard]] Control* ActiveControl() const { return active_; }  // has the focus; nullptr for none
@@ -103,11 +103,11 @@ class Form : public std::enable_shared_from_this<Form> {
   // Each is an act (see Act) and throws nothing but data::Error for a control of another form. On a form that
   // is not visible nothing happens, nor on a control that is disabled or hidden, itself or around it.
   //
-  // One key, on its whole road: Form_KeyDown; OnKeyDown; what the key does to the control by itself
+  // One key, in this order: Form_KeyDown; OnKeyDown; what the key does to the control by itself
   // (Editing); OnKeyPress; the character (Typing) with its change; for Tab, the next control, unless one of
-  // these has placed the focus, be it where it was; OnKeyUp. All go to the control that had the focus when
-  // the key went down. A code set to 0 leaves nothing of the road but OnKeyUp, a character set to 0 types
-  // nothing. The road ends where the form is unloaded.
+  // these has placed the focus, even where it was; OnKeyUp. All go to the control that had the focus when
+  // the key went down. After a code set to 0 only OnKeyUp runs; a character set to 0 types nothing.
+  // Nothing more runs once the form is unloaded.
   void Press(const Key& key);
   // The focus, as by a mouse: leaving logic, entering logic. False if the control can't take it.
   bool Enter(Control& control);
@@ -121,15 +121,15 @@ class Form : public std::enable_shared_from_this<Form> {
   void DoubleClickCell(FlexGrid& grid, int row, int col);
   // Focus first, then the item, from 0; see ComboBox::ListIndex.
   void Choose(ComboBox& list, int item);
-  // Focus first, then each character as a key; each goes where the focus is by then. Types nothing if the
-  // control can't take the focus. Invalid UTF-8 is repaired.
+  // Focus first, then each character as a key; each goes where the focus is at that moment. Types nothing if
+  // the control can't take the focus. Invalid UTF-8 is repaired.
   void Type(Control& control, std::string_view text);
   // A paste or a composed character, over the selection of the focused text box: one change, no key. Nothing
   // if the focus is elsewhere.
   void Paste(std::string_view text);
   // The window's close box: Unload(UnloadMode::CloseBox). A form that is hidden takes it too.
   void Close();
-  // The window has come up or must be painted anew: Form_Paint, on an open form.
+  // The window has come up or must be painted again: Form_Paint, on an open form.
   void Paint();
   // The window has this size inside, in twips: Form_Resize, on an open form.
   void Resize(int scale_width, int scale_height);
@@ -137,9 +137,9 @@ class Form : public std::enable_shared_from_this<Form> {
   [[nodiscard]] int ScaleWidth() const { return scale_width_; }  // as last told; 0 before
   [[nodiscard]] int ScaleHeight() const { return scale_height_; }
 
-  // Runs a function as an operator's act: its error goes to Platform::Unhandled, and what it has pended is
-  // worked off before this returns. An act inside an act is a part of it. Passed over where
-  // Platform::on_act_begins says so.
+  // Runs a function as an operator's act: its error goes to Platform::Unhandled, and what it has posted runs
+  // before this returns. An act inside an act is a part of it. Skipped where Platform::on_act_begins says
+  // so.
   void Act(const std::function<void()>& function);
 
   // REQUIRES: the listener takes itself out before it dies, and not from inside a call; it is not owned.
@@ -168,7 +168,7 @@ class Form : public std::enable_shared_from_this<Form> {
   void RequireOwn(const Control& control) const;
   void Register(Control& control);
   void Unregister(Control& control);
-  // By an operator each event is a boundary of its own; otherwise the first error is rethrown after both.
+  // For an operator's act each event is a boundary of its own; else the first error is rethrown after both.
   void MoveFocus(Control& target, bool by_operator = false);
   void LoseFocusWithin(const Control& control);
   void Gone();

@@ -1,4 +1,4 @@
-// What an operator does to a form: the one road of a key, clicks, and the boundary at which an
+// What an operator does to a form: the one path of a key, clicks, and the boundary at which an
 // error that found no trap is handed to the platform.
 #include <algorithm>
 
@@ -51,7 +51,7 @@ void Form::Press(const Key& key) {
         Guard([&] { target->Typing(static_cast<char32_t>(character)); });
       if (!Open()) return;
     }
-    // Tab moves on only where the field's own logic has not placed the focus, be it where it was.
+    // Tab moves on only where the field's own logic has not placed the focus, even where it was.
     if (now.code == kKeyTab && active_ == target && moves == focus_moves_)
       MoveByTab((now.shift & kShift) != 0);
     if (!Open()) return;
@@ -112,7 +112,7 @@ void Form::ClickCell(FlexGrid& grid, int row, int col) {
 void Form::DoubleClickCell(FlexGrid& grid, int row, int col) {
   ClickCell(grid, row, col);
   if (!visible_ || !grid.CanTakeFocus() || !grid.OnDblClick) return;
-  // A cell that the cursor may not rest on has sent it elsewhere: the hand meant no other cell.
+  // A cell that the cursor may not rest on has sent it elsewhere, and the operator meant no other cell.
   if (grid.Row() != row || grid.Col() != col) return;
   Act([&] { grid.OnDblClick(); });
 }

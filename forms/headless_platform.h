@@ -1,5 +1,5 @@
 // HeadlessPlatform: the platform of scripts and unattended runs. No window: boxes are answered by
-// a function, modal shows are driven by one, timers run on a time that only Advance() moves.
+// a function, modal shows are driven by one, timers run on a clock that only Advance() moves.
 #pragma once
 
 #include <deque>

@@ -1,4 +1,4 @@
-// Key codes, named once, and what a key is on its road through a form. No layout of a real
+// Key codes, named once, and what a form gets of a key. No layout of a real
 // keyboard: a view maps its toolkit's keys to these.
 #pragma once
 

@@ -87,7 +87,7 @@ std::error_code MakeFolders(const std::string& path) {
     std::error_code ignored;
     if (std::filesystem::is_directory(made, ignored) || ::mkdir(made.c_str(), kPrivateFolder) == 0) continue;
     const int code = errno == EEXIST ? ENOTDIR : errno;
-    if (std::filesystem::is_directory(made, ignored)) continue;  // another has made it meanwhile
+    if (std::filesystem::is_directory(made, ignored)) continue;  // another process has made it meanwhile
     return {code, std::generic_category()};
   }
   return {};

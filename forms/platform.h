@@ -56,16 +56,16 @@ class Platform {
 
   // Told when an operator's act begins, before anything of it runs, and when it has ended with all that it
   // set off. For the host; each may be empty, and none of them throws. One that begins inside another is
-  // not told of. Where `on_act_begins` gives false the act is passed over: its screen may not go on.
+  // not reported. Where `on_act_begins` gives false the act is skipped: its screen may not go on.
   std::function<bool(Form&)> on_act_begins;
   std::function<void()> on_act_ends;
   // Told when a form is no longer open, however it ended. For the host, too; it doesn't throw.
   std::function<void(Form&)> on_form_gone;
   [[nodiscard]] bool Acting() const { return acts_ > 0; }
-  // How many screens are being shown that somebody waits for, one above the other.
+  // How many modal screens are shown, one above the other.
   [[nodiscard]] int Modals() const { return modals_; }
 
-  // One turn of a wait of the host's for its base: paints, lets no event of a screen run and takes no key.
+  // One turn of the host's wait for its base: paints, lets no event of a screen run and takes no key.
   // False once the process has been asked to end. About a hundred times a second.
   virtual bool WaitTurn() { return !EndRequested(); }
 
@@ -92,7 +92,7 @@ class Platform {
   // Files. A path may use "\" or "/": it is opened with the machine's own separator. All throw
   // data::Error with a Spanish text that names path and reason.
   // Appends the bytes in one write, so that processes which share the file don't mix their
-  // entries. Creates the file, and the folder that it stands in, if missing.
+  // entries. Creates the file, and its folder, if missing.
   virtual void AppendFile(const std::string& path, std::string_view text);
   virtual bool FileExists(const std::string& path);
   virtual void DeleteFile(const std::string& path);
@@ -110,7 +110,7 @@ class Platform {
 
  private:
   friend class Form;
-  // While it lives one screen more is waited for.
+  // While it lives one more screen is modal.
   class Modal {
    public:
     explicit Modal(Platform& platform) : platform_(platform) { ++platform_.modals_; }
@@ -133,10 +133,10 @@ class Platform {
 // The path with this machine's separators.
 std::string NativePath(std::string_view path);
 
-// What the program makes belongs to its user and his group alone, or to less than these by the user's mask.
-// A folder with all that lead to it; what is there stays as it is. Gives what stood against it, if anything.
+// What the program makes is open to its user and group alone, or to fewer by the user's mask.
+// A folder with all its parents; what is there stays as it is. Gives the error, if there was one.
 std::error_code MakeFolders(const std::string& path);
-// An empty file, before somebody writes it; nothing where one is there or can't be.
+// Makes an empty file, to be written afterwards; does nothing where one is there or can't be made.
 void MakePrivateFile(const std::string& path);
 
 }  // namespace tarvik::forms
