@@ -1,5 +1,5 @@
-// The catalogue keys that the module fires, as a table: each once, with where it fires. The routines behind
-// them are the host's.
+// The catalogue keys that the module fires, as a table: each once, with the place where it fires. The
+// routines that they call are the host's.
 #pragma once
 
 #include <array>

@@ -40,7 +40,7 @@
 // want one of two answers, so any box that can be agreed to or refused will do.
 //
 // The services of the suite's own application take more arguments than these. This system would pass them
-// alike at every call, so they are not part of the contract. Who stands before that application adds, in
+// alike at every call, so they are not part of the contract. Whoever adapts that application adds, in
 // its order of arguments (Nothing is no object, Null a null value):
 //
 //   AbreRecordset      (text, connection, True, out)
@@ -74,7 +74,7 @@ namespace tarvik::service {
 
 using data::Value;
 
-// The working context that the program hands over. Read anew each time: what changes here holds from the
+// The working context that the program hands over. Read again each time: what changes here holds from the
 // next step on.
 class Ambiente {
  public:
@@ -83,7 +83,7 @@ class Ambiente {
   virtual data::Connection& Conexion() = 0;
   // The logged-in user, key of `usuarios`. Stored with what is written, compared with a document's holder.
   virtual std::string Usuario() = 0;
-  // This work station. Stored on goods-out; trimmed, and with "salida" behind it, the series of its folios.
+  // This work station. Stored on goods-out; trimmed and followed by "salida", the series of its folios.
   virtual std::string Estacion() = 0;
   virtual std::string Moneda() = 0;      // stored in entradas.moneda
   virtual std::string ClaveLocal() = 0;  // handed to MovimientoInventario, and not read by the module
@@ -101,26 +101,26 @@ class Ambiente {
   virtual std::string RutaBase() = 0;
   virtual int ValorFechaA() = 0;  // handed to FechaDeTrabajo, and read nowhere else
   virtual int ValorFechaB() = 0;
-  // What the routine behind the next key may look at; it stays until it is set again. The index of the field
+  // What the routine of the next key may read; it stays until it is set again. The index of the field
   // before ENTRADA007, ENTRADA008 and MOVESTACIONES002; null before ENTRADA009. Other keys don't set it.
   virtual void ValorDeGancho(const Value& value) = 0;
 };
 
 // The statement builder. Each wizard holds one for its life, and makes one for each procedure of the base.
-// It starts empty. Whatever it holds stays until Limpia, also behind Ejecuta.
+// It starts empty. Whatever it holds stays until Limpia, also after Ejecuta.
 class Query {
  public:
   virtual ~Query() = default;
   virtual void Conexion(data::Connection& connection) = 0;  // kept
   // Empties the builder: kind, columns, condition, finished statement.
   virtual void Limpia() = 0;
-  // "INSERT" or "UPDATE"; takes a finished statement away.
+  // "INSERT" or "UPDATE"; discards a finished statement.
   virtual void TipoSentencia(std::string_view kind) = 0;
   // One column more, after those before it: a table and a column without quotes, and its value. A text is
-  // quoted, its quotes doubled; a number stands bare; a date is '2024-03-05'; null is NULL. A column of
-  // another table takes those before it away: a statement is of one table.
+  // quoted, its quotes doubled; a number is written bare; a date is '2024-03-05'; null is NULL. A column of
+  // another table discards those before it: a statement is of one table.
   virtual void AgregaCampo(std::string_view tabla, std::string_view campo, const Value& valor) = 0;
-  // The WHERE clause of an UPDATE, without the word; an INSERT passes over it.
+  // The WHERE clause of an UPDATE, without the word; an INSERT ignores it.
   virtual void Condicion(std::string_view text) = 0;
   // The statement as built; empty for one that Ejecuta would not send. The screens ask for it before they
   // run what they have built, and do nothing with it.
@@ -141,7 +141,7 @@ class Funciones {
   // recordset of its own.
   virtual void AbreRecordset(const std::string& text, data::Connection& connection,
                              data::RecordsetRef& out) = 0;
-  // The same; goods-out looks its articles up by it.
+  // The same; goods-out uses it to look up its articles.
   virtual void AbreConsulta(const std::string& text, data::Connection& connection,
                             data::RecordsetRef& out) = 0;
 
@@ -187,19 +187,19 @@ class Funciones {
   // closes all the same.
   virtual void RegresaForma(forms::Form& screen, Ambiente&, const std::string& name) = 0;
   // Presses keys on Platform::ActiveForm, as an operator would, once the act under way has ended: always
-  // "{TAB}". With `wait` they are worked off before it returns; the screens never ask for that.
+  // "{TAB}". With `wait` they are handled before it returns; the screens never ask for that.
   virtual void EnviaTeclas(const std::string& keys, bool wait) = 0;
 
   // Filters of what is typed into a field: `key` is the character that KeyPress got, 8 and 13 among them.
-  // They change it in place and give it back; 0 refuses it. `field` is where it was typed.
+  // They change it in place and return it; 0 refuses it. `field` is where it was typed.
   virtual int TeclaMayuscula(int& key, forms::Control& field) = 0;  // the capital letter
   virtual int TeclaNumerica(int& key, forms::Control& field) = 0;  // digits, sign, decimal mark, editing keys
-  // The field's text as it is to stand in the box: by FormatoImporte if the field's Tag is "N" and the text
+  // The field's text as the box is to show it: by FormatoImporte if the field's Tag is "N" and the text
   // is a number; else as it is. Asked when a field is left, and at each change until the screen is visible.
   virtual std::string FormateaTexto(forms::TextBox& field, Ambiente&) = 0;
-  // A quantity by a pattern: FormatoCantidad, as it stands.
+  // A quantity by a pattern: FormatoCantidad, unchanged.
   virtual void FormateaCantidad(double value, const std::string& format, std::string& out) = 0;
-  // A number as it may stand in a statement: "1234567.25".
+  // A number as it may be written in a statement: "1234567.25".
   virtual void NumeroSql(double value, std::string& out) = 0;
 
   // What open sales and open orders hold of an article; 0 for an unknown one. A goods-out asks when a
@@ -218,7 +218,7 @@ class Funciones {
 class ConsultasCatalogo {
  public:
   virtual ~ConsultasCatalogo() = default;
-  // Runs the routine that the program has put behind a key; a key without one does nothing. The keys are
+  // Runs the routine that the program has assigned to a key; a key without one does nothing. The keys are
   // those of service/contract/claves.h, always in capitals: a group (ENTRADA, ENTRADAS, SALIDAS,
   // MOVESTACIONES or TALLASYCOLORES) and three digits; or AYUDA.
   //
@@ -233,7 +233,7 @@ class ConsultasCatalogo {
   virtual void BuscaCatalogo(const std::string& key, forms::Form& screen, Ambiente&) = 0;
   // Prints a document: `format` is what the first row of defform has in its column Entradas or Salidas,
   // `number` is entradas.entrada or salidas.salida. Called when a document is finished, posted or left
-  // pending, if the operator wants a page; the screen closes behind it. A failure is reported.
+  // pending, if the operator wants a page; the screen closes after it. A failure is reported.
   virtual void ImprimeDocumento(const std::string& format, std::int32_t number, Ambiente&,
                                 forms::Form& screen) = 0;
 };
@@ -253,9 +253,9 @@ class ConsultasCatalogo {
 //
 // What a failure leaves behind. Where NuevoMovimiento fails, each property and each Afecta of the run fails
 // after it, with a box for each: the document stays posted ("CO") with no line moved. Where a property fails,
-// the object has the value of the line before. Where Afecta fails, the failure is reported, `amount` counts
-// once more as it was for the line before, and the run goes on with the next line: the document stays posted
-// with that line unmoved. In each case the hooks behind the posting fire, the page is printed and the screen
+// the object has the value of the line before. Where Afecta fails, the failure is reported, `amount` of the
+// line before is added once more, and the run goes on with the next line: the document stays posted
+// with that line unmoved. In each case the hooks after the posting fire, the page is printed and the screen
 // closes. So an implementation leaves nothing half done, and offers a way to complete a document afterwards.
 class MovimientoInventario {
  public:
@@ -277,14 +277,14 @@ class MovimientoInventario {
   virtual void IdSalida(std::int32_t) = 0;          // the line, salpart.id_salida; on goods-out only
   virtual void ClaveAdd(const std::string&) = 0;    // second key that the line was entered by; may be ""
   virtual void EstacionTraspaso(const std::string&) = 0;  // receiving station, on its arrivals
-  // Always true. False: reckon the amount and write nothing.
+  // Always true. False: compute the amount and write nothing.
   virtual void Aplica(bool) = 0;
   // Writes the movement and updates stock, whole or not at all. It should move a line once, however often it
-  // is told to. `amount` is the movement's value; the screens add it up for the document's cost.
+  // is called. `amount` is the movement's value; the screens add it up for the document's cost.
   virtual void Afecta(double& amount) = 0;
 };
 
-// Pickers. Each is made for one use: it is told Ambiente (kept) and a field (kept), then to show. Muestra
+// Pickers. Each is made for one use: it gets Ambiente (kept) and a field (kept), then it is shown. Muestra
 // returns when the operator has chosen or closed it. A choice is assigned to the field's Text, so that the
 // field's change logic runs before Muestra returns, and what it throws comes out of Muestra; with nothing
 // chosen the field stays as it is.
@@ -325,8 +325,8 @@ class ListaArticulos {
 //                                     the calls below follow only if it is the list of that document
 //   Call("LlenaEntradas", {number})   that document's row is to be shown as it now is; likewise
 //                                     LlenaEntradasPendientes, LlenaSalidas, LlenaSalidasPendientes
-//   Call("CreaMenuPopUp")             behind the two of goods-in: the list's menu is to be made anew
-//   Call("ReseteaMenus")              behind the two of goods-out, and then
+//   Call("CreaMenuPopUp")             after the two of goods-in: the list's menu is to be made again
+//   Call("ReseteaMenus")              after the two of goods-out, and then
 //   Call("EstableceMenus")            likewise
 //   Call("SetFocus")                  a wizard closes: the form takes the focus
 //   Object("lvListView")              the list, when a document was deleted. Of it:
@@ -344,7 +344,7 @@ class LateBound {
   virtual void Call(std::string_view name, const std::vector<Value>& arguments) = 0;
 };
 
-// All of the program's services in one hand.
+// All of the program's services together.
 class Host {
  public:
   virtual ~Host() = default;

@@ -1,4 +1,4 @@
-// The door's operations, once for goods-in and goods-out: what differs stands in the two tables.
+// The door's operations, written once for goods-in and goods-out: what differs is in the two tables.
 #include "service/door/entradas_salidas.h"
 
 #include <memory>
@@ -62,7 +62,7 @@ constexpr ClaseDeDocumento kEntrada{
     .ajeno_borra_fin = mensaje::EliminaEntradaAjenaFin,
 };
 
-// The number after "(salida) =" of the deletion's reading stands without a blank, and a document
+// The number after "(salida) =" in the deletion's SELECT has no blank before it, and a document
 // opened for change shows its folio where one that is only read shows its number.
 constexpr ClaseDeDocumento kSalida{
     .nueva = "NuevaSalida",
@@ -120,7 +120,7 @@ void EntradasSalidas::Corre(Operacion&& operacion) {
 
 bool EntradasSalidas::ReportaError(const std::string& modulo, const std::string& funcion,
                                    const std::string& descripcion) {
-  // Without a context there is no folder to keep a log in; the box is all.
+  // Without a context there is no folder for a log: only the box is shown.
   std::function<std::string()> ruta_base;
   if (Ambiente) ruta_base = [this] { return Ambiente->RutaBase(); };
   return service::ReportaEnCajaYBitacora(host_, ruta_base, modulo, funcion, descripcion);

@@ -1,4 +1,4 @@
-// To show message N with style S: fetch its text, then show it. Two steps, each failing alone.
+// Shows message N with style S: fetches its text, then shows it. Two steps, each of which may fail by itself.
 #pragma once
 
 #include <string>

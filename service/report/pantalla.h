@@ -1,4 +1,4 @@
-// What every screen of the suite does in one and the same way: moving the focus, and firing a hook.
+// What every screen of the suite does in the same way: moving the focus, and firing a hook.
 #pragma once
 
 #include <string_view>

@@ -16,7 +16,7 @@ bool ReportaEnCajaYBitacora(Host& host, const std::function<std::string()>& ruta
   plataforma.ShowBox(forms::BoxKind::Plain, texto, forms::kBoxPlain);
   if (!ruta_base) return true;
   try {
-    // The date is read here, after the box: an error that waits for its answer over midnight goes
+    // The date is read here, after the box: an error whose box stays open over midnight goes
     // to the file of the day on which it is written.
     const std::string archivo =
         ruta_base() + "\\web\\TarvikError" + plataforma.Now().date.DayFirst() + ".Log";

@@ -1,4 +1,4 @@
-// The one way of a failure: a box, and four lines in the day's log.
+// How every failure is reported: a box, and four lines in the day's log.
 #pragma once
 
 #include <functional>

@@ -1,5 +1,5 @@
 // Trampa: the error trap of one procedure. Each step runs by itself; one that fails is reported
-// once, and the next one runs on what is there. It undoes nothing and raises nothing.
+// once, and the next one runs with what is there. It undoes nothing and raises nothing.
 #pragma once
 
 #include <string>
