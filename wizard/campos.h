@@ -1,5 +1,5 @@
 // The text fields of the document wizards by what they hold, and as a table. A field's number is its Index
-// in txtFields: it is for life, since the deployers' routines know the fields by it.
+// in txtFields. It never changes, since the deployers' routines know the fields by it.
 #pragma once
 
 #include <array>
@@ -45,8 +45,8 @@ enum Campo : int {
   Empleado = 16,
   DireccionDeEmbarque = 17,
 
-  // Meanings that shared procedures and routines go by, though neither wizard holds them: where a wizard has
-  // the number at all, it is another field.
+  // Numbers that shared procedures and routines use, though neither wizard has these fields: where a wizard
+  // has the number at all, it is another field.
   Impuesto = 8,
   Moneda = 15,
   TipoDeCambio = 16,
@@ -63,10 +63,10 @@ struct CampoDeDocumento {
   int numero;
   bool en_entradas;
   bool en_salidas;
-  std::string_view guarda;  // what it holds, for who writes routines
+  std::string_view guarda;  // what it holds, for whoever writes routines
 };
 
-// Every field of the two wizards; a number that means two things stands twice.
+// Every field of the two wizards; a number that means two things is listed twice.
 inline constexpr std::array kCampos{
     CampoDeDocumento{campo::Concepto, true, true, "clave del concepto"},
     CampoDeDocumento{campo::Descripcion, true, true, "descripción del artículo; no se escribe en él"},
@@ -95,7 +95,7 @@ inline constexpr std::array kCampos{
     CampoDeDocumento{campo::UnidadDePresentacion, true, true, "unidad de la presentación"},
 };
 
-// The numbers of one wizard's fields, rising: CamposCon(&CampoDeDocumento::en_entradas).
+// The numbers of one wizard's fields, in ascending order: CamposCon(&CampoDeDocumento::en_entradas).
 inline std::vector<int> CamposCon(bool CampoDeDocumento::*en) {
   std::vector<int> numeros;
   for (const CampoDeDocumento& campo : kCampos) {

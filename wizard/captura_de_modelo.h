@@ -25,9 +25,9 @@ class CapturaDeModelo {
   virtual forms::TextBox& Campo(int indice) = 0;
   // The article last read, which the document's routines may look at.
   virtual data::RecordsetRef& Articulo() = 0;
-  // The entry row as it stands becomes a line, with all the checks of one that was typed. Empties it.
+  // Makes a line of the entry row, with all the checks of one that was typed, and empties the row.
   virtual void HazRenglon() = 0;
-  // The focus to the document's field; whatever fails there is ignored.
+  // Moves the focus to the document's field; whatever fails there is ignored.
   virtual void Vuelve(int indice) = 0;
 };
 

@@ -1,6 +1,6 @@
 // DocumentWizard: what the two document wizards share. One document, a header, an entry row, a grid
-// of lines. What a wizard does differently stands in its own folder, and as data in Particular; a
-// step stands here only if both run it. It knows no table of either wizard.
+// of lines. What a wizard does differently is in its own folder, and as data in Particular; a
+// step is here only if both run it. It knows no table of either wizard.
 //
 // Where to find a procedure:
 //   document_wizard.cpp  ColocaFoco, ReportaError
@@ -47,7 +47,7 @@ struct Celda {
 
 // How a document works with the colour and size matrix of another program.
 struct MallaExterna {
-  std::string_view origen;         // what TKMallaParam is told that asks
+  std::string_view origen;         // how TKMallaParam is told who asks
   std::string_view procedimiento;  // makes the lines once the matrix is filled
   std::string_view operacion;      // the code under which the rows that it left are looked for
   std::span<const Celda> celdas;   // and how they come into the grid
@@ -146,8 +146,8 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   void Label10_Click(int Index);
   void Command2_Click();
   void Command6_Click();
-  // The header as the suite's save leaves a pending document, for a document that exists and goes to
-  // somebody else: no new document, no folio, nothing printed or posted, and held until the screen closes.
+  // The header as the suite's save leaves a pending document, for a document that exists and is handed
+  // over: no new document, no folio, nothing printed or posted, and held until the screen closes.
   virtual void SalvaPendiente() = 0;
 
   // From here on the document is only read, as after a load in "CONSULTA".
@@ -186,8 +186,8 @@ class DocumentWizard : public forms::Form, public service::Reportero {
    private:
     DocumentWizard& wizard_;
   };
-  // One turn of the lookup of a key. Article and second key look each other up; keys that lead back
-  // to themselves end here with data::Unrecoverable, not with the stack.
+  // One turn of the lookup of a key. Article and second key look each other up: keys that form a circle
+  // end here with data::Unrecoverable, before the stack overflows.
   class Vuelta {
    public:
     explicit Vuelta(DocumentWizard& wizard);
@@ -245,9 +245,9 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // Enter in the article field: on to the quantity; with a barcode reader, a whole line. False, and
   // nothing done, while a line is being stored.
   bool TomaArticulo();
-  // Down in the article field: another program's matrix for a model's key, else the list of articles.
+  // Down in the article field: another program's matrix for a model's key, or else the list of articles.
   void AbajoEnArticulo();
-  // The document as it stands goes to the base, for the other program to work on.
+  // Stores the document as it is now, for the other program to work on.
   virtual void GuardaParaMalla() = 0;
   [[nodiscard]] virtual std::int32_t NumeroDeDocumento() const = 0;
   // The entry row's first checks: the article is there and is one, the quantity is above 0.
@@ -276,11 +276,11 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // False if the picker holds no date and can be mended; the host's own check of the date.
   bool FechaEscrita(service::Trampa& intenta);
   bool FechaAceptada(service::Trampa& intenta);
-  // No second click while the document is written; nothing enables the buttons again.
+  // Disables the buttons, so that a second click can't follow; nothing enables them again.
   void CierraBotones(service::Trampa& intenta);
   // A document without lines is only ever left pending.
   void SinRenglonesQuedaPendiente(service::Trampa& intenta, int mensaje);
-  // "Afectando: " and the line at hand of rstPartidas, painted at once.
+  // "Afectando: " and the current line of rstPartidas, painted at once.
   void MuestraAvance(service::Trampa& intenta, int cuenta);
   // Prints by the format that defform names.
   void Imprime(std::string_view procedimiento, std::int32_t numero);

@@ -210,7 +210,7 @@ void DocumentWizard::TraeConcepto() {
     const std::string descripcion = data::ToText(concepto->Fields("descrip"));
     RichTextBox3.Text(particular_.recorta_concepto ? data::Trim(descripcion) : descripcion);
   });
-  // Picking a concept starts the document over at the working date, whatever date stood there.
+  // Picking a concept starts the document over at the working date, whatever date was there.
   PonFechaDeTrabajo(intenta);
 }
 
@@ -248,7 +248,7 @@ void DocumentWizard::PonTC() {
     return;
   }
   intenta([&] { txtFields(campo::TipoDeCambio).Text(data::ToText(moneda->Fields("Tc"))); });
-  // The base currency's rate is 1 by definition, and nobody's to change.
+  // The base currency's rate is 1 by definition, and nobody may change it.
   if (intenta.Si([&] { return data::IsNonZero(moneda->Fields("Base")); })) {
     intenta([&] { txtFields(campo::TipoDeCambio).Enabled(false); });
   }

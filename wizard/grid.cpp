@@ -10,7 +10,7 @@ using service::Trampa;
 namespace {
 
 // Columns whose box takes more than figures; the second may also be opened with a letter. Goods-in has its
-// description and its presentation there. Goods-out goes by the same numbers, and edits neither.
+// description and its presentation there. Goods-out uses the same numbers, and edits neither.
 constexpr int kSinFiltro = 4;
 constexpr int kSinFiltroAlAbrir = 6;
 
@@ -48,7 +48,7 @@ void DocumentWizard::EditKeyCode(forms::FlexGrid& MSFlexGrid, forms::TextBox& Ed
   Trampa intenta{*this, "EditKeyCode"};
   auto regresa = [&] {
     ColocaFoco(MSFlexGrid);
-    // The commit of the cell that is left has run by now, on its own row.
+    // The cell that is left has been committed by now, on its own row.
     intenta([&] { GetPlatform().ProcessEvents(); });
   };
   switch (KeyCode) {
@@ -140,7 +140,7 @@ void DocumentWizard::QuitaRenglon(Trampa& intenta) {
 int DocumentWizard::RenglonLibre(Trampa& intenta) {
   const int ultimo = fg2.Rows() - fg2.FixedRows();
   for (int renglon = 1; renglon <= ultimo; ++renglon) {
-    // A row that can't be told is taken for used: a line is never written over another.
+    // A row that can't be read counts as used: a line is never written over another.
     if (!intenta.Si([&] { return !Funciones().EstaVacio(fg2.TextMatrix(renglon, kColumnaDelArticulo)); }))
       return renglon;
   }

@@ -92,7 +92,7 @@ void DocumentWizard::Bloquea() {
     }
   }
   for (std::string_view nombre : particular_.siempre) {
-    // Its panel too: what stands in a blocked panel can't be reached.
+    // Its panel too: nothing in a disabled panel can be reached.
     for (forms::Control* around = Find(nombre); around; around = around->Container()) around->Enabled(true);
   }
 }

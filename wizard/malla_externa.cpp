@@ -23,7 +23,7 @@ void DocumentWizard::AbajoEnArticulo() {
 }
 
 // The document goes to the base first: the other program works on what is stored. Then the one row of
-// ControlProc is the signal between the two: 0 while the matrix is being filled, and not ours to write.
+// ControlProc is the signal between the two: 0 while the matrix is being filled. We never write it.
 void DocumentWizard::ReparteFuera(const std::string& modelo) {
   const MallaExterna& malla = particular_.malla;
   GuardaParaMalla();
