@@ -16,8 +16,8 @@ using service::Trampa;
 
 namespace {
 
-// What each line needs again, since making one empties the entry row: unit, price, and the tax, which the
-// field of the amount carries.
+// What each line needs again, since making one empties the entry row: unit, price, and the tax, which is
+// kept in the field of the amount.
 constexpr int kDeCadaRenglon[] = {campo::Unidad, campo::Precio, campo::ImporteDelRenglon};
 
 constexpr int kFilaDeClave = 0;
@@ -25,7 +25,7 @@ constexpr int kFilaDeTexto = 1;
 constexpr int kColumnaDeTexto = 0;
 constexpr int kColumnaDeClave = 1;
 constexpr int kFijas = 2;
-constexpr int kPrimera = 3;        // the first colour's row and the first size's column, behind the spacer
+constexpr int kPrimera = 3;        // the first colour's row and the first size's column, after the spacer
 constexpr int kEspacio = 10;       // twips
 constexpr int kAnchoTexto = 1600;  // twips
 constexpr int kAnchoClave = 360;   // twips
@@ -68,7 +68,7 @@ class Busqueda {
  private:
   std::string Texto(int campo) { return captura_.Campo(campo).Text(); }
   forms::FlexGrid& Malla() { return malla_->fg2; }
-  // Set only on success: after a failure the rows read before stand.
+  // Set only on success: after a failure the rows read before stay.
   void Abre(const std::string& sentencia, data::RecordsetRef& out) {
     captura_.Anfitrion().Funciones().AbreRecordset(sentencia, captura_.Contexto().Conexion(), out);
   }
@@ -130,7 +130,7 @@ class Busqueda {
     Malla().CellEvents(true);
   }
 
-  // The cursor may not rest where there is no article: it travels on as if it had come to the first
+  // The cursor may not rest where there is no article: it moves on as if it had come to the first
   // cell from the left. Where nothing is free it stays.
   void PasaALaPrimeraLibre() {
     Malla().Col(kPrimera - 1);

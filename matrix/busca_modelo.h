@@ -6,8 +6,8 @@
 
 namespace tarvik {
 
-// True if the key in the article field is a model and what had to be done is done: one line for each
-// filled cell, columns first, all at the price that stood in the entry row. False for a key that is
+// True if the key in the article field is a model and its lines are made: one line for each
+// filled cell, columns first, all at the price of the entry row. False for a key that is
 // no model, and for a matrix that was cancelled; the key then goes on as an article's.
 // A failing step is reported as `captura`'s, and the next one runs.
 void BuscaModelo(CapturaDeModelo& captura, bool& es_modelo);

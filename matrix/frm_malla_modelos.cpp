@@ -34,7 +34,7 @@ frmMallaModelos::frmMallaModelos(service::Host& host)
       cmdCancelar(*this, "cmdCancelar"),
       AutoResizer1(*this, "AutoResizer1"),
       host_(host) {
-  // The description and the remainder are only read: not on the keyboard's way.
+  // The description and the remainder are only read: not in the tab order.
   int tab = 0;
   for (forms::Control* control :
        std::initializer_list<forms::Control*>{&fg2, &txtCelda, &cmdAceptar, &cmdCancelar}) {
@@ -87,9 +87,9 @@ bool frmMallaModelos::EnCeldaVedada() const {
   return fg2.Row() < fg2.FixedRows() || fg2.Col() < fg2.FixedCols() || fg2.Blocked(fg2.Row(), fg2.Col());
 }
 
-// The cursor rests on no header and no blocked cell: it goes on in the direction that it came from,
-// and at the latest when it would start over, back to where it was. Each step enters a cell, which
-// comes here again; the travel under way bears that and goes on by itself.
+// The cursor rests on no header and no blocked cell: it goes on in the direction in which it was moving,
+// and returns to where it was if it would start over. Each step enters a cell, which calls this again;
+// the travel under way allows for that and goes on by itself.
 void frmMallaModelos::fg2_EnterCell() {
   Trampa intenta{*this, "fg2_EnterCell"};
   intenta([&] { txtCelda.Visible(false); });

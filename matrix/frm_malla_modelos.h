@@ -1,5 +1,5 @@
 // frmMallaModelos: the small modal screen on which a quantity is spread over the colours and sizes of
-// one model. It lets cells be filled, keeps the remainder and says when it is spread; it touches no
+// one model. It lets cells be filled, keeps the remainder and says when all is spread; it touches no
 // table. The model search fills its grid before, and reads it afterwards.
 //
 // The grid              column 0   column 1     column 2   from column 3        last column
@@ -28,8 +28,8 @@ class frmMallaModelos final : public forms::Form, public service::Reportero {
  public:
   explicit frmMallaModelos(service::Host& host);
 
-  // The colour of a combination without an article. A cell that was never coloured reads 0 too: what
-  // tells a blocked cell apart is its own mark.
+  // The colour of a combination without an article. A cell that was never coloured reads 0 too: a
+  // blocked cell is known by its own mark.
   int clrCeldaBloqueada = 0;
 
   forms::FlexGrid fg2;
@@ -41,8 +41,8 @@ class frmMallaModelos final : public forms::Form, public service::Reportero {
   forms::Button cmdCancelar;
   forms::AutoResizer AutoResizer1;
 
-  // The remainder anew: the quantity in the form's tag less what stands in the cells. Exactly 0 opens
-  // cmdAceptar and takes the focus there. Nothing is counted while txtRemanente is hidden.
+  // Computes the remainder: the quantity in the form's tag less the sum of the cells. Exactly 0 enables
+  // cmdAceptar and moves the focus there. Nothing is counted while txtRemanente is hidden.
   void CalculaSuma();
 
   void fg2_DblClick();

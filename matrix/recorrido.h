@@ -1,5 +1,5 @@
 // The cursor's travel over the matrix: where it goes from a cell on which it may not rest. It only
-// reckons places; which cells are blocked, and when the travel ends, is the screen's to know.
+// computes places; which cells are blocked, and when the travel ends, the screen knows.
 #pragma once
 
 #include <compare>
@@ -24,8 +24,8 @@ struct Lugar {
   auto operator<=>(const Lugar&) const = default;
 };
 
-// One step on in the direction of travel. Behind the last column it wraps to the start of the next
-// row, behind the last row to the top of the next column, and the same backwards. Gives the same cell
+// One step on in the direction of travel. After the last column it wraps to the start of the next
+// row, after the last row to the top of the next column, and the same backwards. Gives the same cell
 // where there is no direction. REQUIRES at least two rows and two columns that are no headers: then
 // the cell given is never a header.
 // Example: 5 rows by 5 columns, 2 and 2 fixed, from (3, 4) coming from (3, 3): (4, 2), still rightwards.
