@@ -1,5 +1,5 @@
 // Writing a goods-in document: the header's creation and save, posting, and the finish.
-// There is no transaction here: each statement stands by itself, and what was written stays.
+// There is no transaction here: each statement is on its own, and what was written stays.
 #include "goods_in/frm_entradas_wizard.h"
 
 namespace tarvik {
@@ -20,7 +20,7 @@ void frmEntradasWizard::Command5_Click() {
   CierraBotones(intenta);
   SinRenglonesQuedaPendiente(intenta, mensaje::EntradaSinRenglones);
   SalvaEntrada(Check3.Value() == 0 ? estado::kAfectado : estado::kPendiente);
-  // Without stored lines the header stays saved and only the window's close box leads out.
+  // Without stored lines the header stays saved, and only the window's close box closes the screen.
   if (!SalvaPartidas()) return;
   if (Check3.Value() == 0) {
     AfectaPartidas();

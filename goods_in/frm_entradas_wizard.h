@@ -12,7 +12,7 @@
 //
 // What it shares with the goods-out wizard is listed in wizard/document_wizard.h.
 //
-// What the modes mean stands in wizard/modos.h. Where nothing may be changed, fg2, Command2 and Command5 stay
+// What the modes mean is in wizard/modos.h. Where nothing may be changed, fg2, Command2 and Command5 stay
 // enabled, and Command5 closes.
 #pragma once
 
@@ -27,7 +27,7 @@ class frmEntradasWizard final : public DocumentWizard, private CapturaDeModelo {
 
   std::int32_t Entrada = 0;  // 0 until the document exists
   data::RecordsetRef rstEntrada;
-  std::string cEstado;  // the hosts' routines keep what they like here
+  std::string cEstado;  // for the hosts' routines, which keep here what they like
 
   forms::Button Command3;
   forms::Timer Timer1;

@@ -34,7 +34,7 @@ void frmEntradasWizard::PonDescripcion() {
     });
     if (intenta.Si([&] { return clave->Eof(); })) return VaciaCampos(intenta, {campo::Precio});
     auto de = [&](const char* columna) { return Funciones().TextoDe(clave->Fields(columna)); };
-    // The order is the rule: the second key resolves itself and reads the article afresh, which is
+    // The order matters: the second key resolves itself and reads the article again, which is
     // the record that the price below comes from.
     intenta([&] { txtFields(campo::Articulo).Text(de("articulo")); });
     intenta([&] { txtFields(campo::SegundaClave).Text(de("Clave")); });

@@ -180,7 +180,7 @@ void frmEntradasWizard::Form_QueryUnload(int& Cancel, forms::UnloadMode UnloadMo
 
 void frmEntradasWizard::Timer1_Timer() {
   Trampa intenta{*this, "Timer1_Timer"};
-  // One close box, one try: a routine that refuses is not asked again until the operator tries again.
+  // One try for each click of the close box: a routine that refuses is not asked again before the next.
   intenta([&] { Timer1.Enabled(false); });
   intenta([&] { Unload(); });
 }
