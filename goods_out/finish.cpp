@@ -1,5 +1,5 @@
 // Writing a goods-out document: the header's creation and save, posting, and the finish.
-// There is no transaction here: each statement stands by itself, and what was written stays.
+// There is no transaction here: each statement is on its own, and what was written stays.
 #include "data/number.h"
 #include "data/text.h"
 #include "goods_out/frm_salidas_wizard.h"
@@ -67,7 +67,7 @@ void frmSalidasWizard::Command5_Click() {
   ignora([&] { Unload(); });
 }
 
-// The document is finished by now: whatever the host's list has to say is ignored.
+// The document is finished by now: whatever fails in the host's list is ignored.
 void frmSalidasWizard::RefrescaLista() {
   service::Ignora ignora;
   auto refresca = [&](const char* catalogo, const char* llena) {
@@ -159,7 +159,7 @@ void frmSalidasWizard::EscribeSalida(bool pendiente) {
   agrega("sucursal", [&] { return data::Trim(txtFields(campo::Sucursal).Text()); });
   agrega("esparasucursal", [&] { return Check5.Value(); });
   if (!pendiente) {
-    // Drawn anew on every save: a document saved pending and finished later keeps its last folio.
+    // Drawn again on every save: a document saved pending and finished later keeps its last folio.
     const std::int32_t folio = de_la_serie([&] { return data::Trim(Ambiente->Estacion()) + "salida"; });
     agrega("folio", [&] { return folio; });
   }
@@ -261,7 +261,7 @@ void frmSalidasWizard::AfectaPartidas() {
   }
   if (SSCheck1.Value() == 1) intenta([&] { CreaEntradasDeTraspaso(); });
   Costo = suma;
-  // Without a condition, which is as it has always been: the builder sends no such UPDATE.
+  // Without a condition, as it has always been: the builder sends no such UPDATE.
   intenta([&] { Query->Limpia(); });
   intenta([&] { Query->TipoSentencia("UPDATE"); });
   intenta([&] { Query->AgregaCampo("salidas", "costo", 0); });

@@ -1,5 +1,5 @@
 // frmSalidasWizard: the screen of one goods-out document. Twin of the goods-in screen; what both do
-// alike stands in wizard/, and here stands only what goods-out does by itself: stock is checked,
+// alike is in wizard/, and here is only what goods-out does by itself: stock is checked,
 // equal consecutive lines add up, a presentation carries its own rule, and marks turn a document into
 // a transfer to a warehouse, a branch, a station or an employee.
 //
@@ -17,7 +17,7 @@
 //
 // What it shares with the goods-in wizard is listed in wizard/document_wizard.h.
 //
-// What the modes mean stands in wizard/modos.h. Where nothing may be changed, fg2, Command1 and Command2 stay
+// What the modes mean is in wizard/modos.h. Where nothing may be changed, fg2, Command1 and Command2 stay
 // enabled.
 #pragma once
 
@@ -34,7 +34,7 @@ class frmSalidasWizard final : public DocumentWizard {
   data::RecordsetRef rstVends;
   data::RecordsetRef rstSalida;
   data::RecordsetRef rstCobdet;    // kept for the hosts' routines
-  std::int32_t UltimaPartida = 0;  // the grid row of the last line; 0 until one stands
+  std::int32_t UltimaPartida = 0;  // the grid row of the last line; 0 until there is one
   std::string Html;                // body of the distribution sheet, for the hosts' routines
   data::RecordsetRef rstClavesAdd;
   bool Acumulado = false;  // equal consecutive lines add up; set at load
@@ -51,7 +51,7 @@ class frmSalidasWizard final : public DocumentWizard {
   void Timer1_Timer();  // kept for the hosts' routines: this screen has no timer
   void DTPicker2_KeyDown(int& KeyCode, int Shift);
   // Composes the distribution sheet, writes the day's file and shows it. `cString` is the heading, and
-  // afterwards the whole page; a `cHtml` that is not empty is the page as it stands.
+  // afterwards the whole page; a `cHtml` that is not empty is the whole page.
   void CreaHTML(std::string& cString, const std::string& cHtml);
 
   // ---- header ----

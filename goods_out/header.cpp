@@ -43,7 +43,7 @@ bool frmSalidasWizard::ClienteEncontrado() {
   return true;
 }
 
-// All addresses of all customers, each time anew: the operator picks, or types over.
+// All addresses of all customers, added again each time: the operator picks, or types over.
 void frmSalidasWizard::llenaDirecciones() {
   data::RecordsetRef direcciones;
   Abre("SELECT * FROM diremb", direcciones);
@@ -147,7 +147,7 @@ void frmSalidasWizard::ValidaTab1(bool& valido) {
 std::string frmSalidasWizard::TraeVends() {
   Trampa intenta{*this, "TraeVends"};
   std::string nombre;
-  // The seller had these two fields once; their numbers have stayed.
+  // The seller had these two fields once; the numbers are still in use.
   if (intenta.Si([&] { return EstaVacio(campo::Concepto); })) return nombre;
   intenta([&] {
     AbreNuevo("SELECT * FROM vends WHERE vend = '" + txtFields(campo::Descripcion).Text() + "'", rstVends);

@@ -63,7 +63,7 @@ void frmSalidasWizard::TraeSegundaClave() {
     Abre("SELECT * FROM clavesadd WHERE clave = '" + txtFields(campo::SegundaClave).Text() + "'",
          rstClavesAdd);
   });
-  // What the changes below set off looks the key up again; this record stays the one that was found.
+  // The changes below look the key up again; this stays the record that was found.
   const data::RecordsetRef clave = rstClavesAdd;
   if (intenta.Si([&] { return clave->Eof(); })) {
     VaciaCampos(intenta, {campo::Articulo, campo::Dato1, campo::Dato2, campo::Unidad, campo::Presentaciones,

@@ -169,7 +169,7 @@ void frmSalidasWizard::DisenaCampos() {
   }
 }
 
-// The three panels: header, lines, entry and totals. A field in a search box stands in its panel by it.
+// The three panels: header, lines, entry and totals. A field in a search box is in its panel through the box.
 void frmSalidasWizard::DisenaPaneles() {
   const std::pair<forms::PictureBox*, std::vector<forms::Control*>> paneles[] = {
       {&Picture1,
@@ -299,7 +299,7 @@ void frmSalidasWizard::LlenaDeLaSalida(Trampa& intenta) {
   CargaFecha(intenta, DTPicker2, rstSalida, "fecharetorno");
   intenta([&] { RichTextBox3.Text(Funciones().TextoDe(columna("Datos"))); });
   intenta([&] { RichTextBox2.Text(Funciones().TextoDe(columna("Observ"))); });
-  // Compared with 0 as it stands: a mark that was never written is off.
+  // Compared with 0 unconverted: a mark that was never written is off.
   marca(SSCheck1, [&] { return data::IsNonZero(columna("estraspaso")); });
   marca_de(SSCheck2, "traspasoaestacion");
   marca_de(Check1, "paraempleado");
@@ -327,7 +327,7 @@ void frmSalidasWizard::Form_KeyDown(int& KeyCode, int /*Shift*/) {
       AlternaLector(intenta);
       break;
     case forms::kKeyF5:
-      // One press is one finish: the field in hand doesn't see this key again.
+      // One press is one finish: the field with the focus doesn't see this key again.
       KeyCode = 0;
       Command5_Click();
       break;

@@ -28,11 +28,11 @@ bool frmSalidasWizard::HayExistencia(Trampa& intenta) {
   if (!intenta.Si([&] { return renglon->Eof(); })) {
     intenta([&] { existencia = data::ToNumber(renglon->Fields("existencia")); });
   }
-  // An article that can't be told counts as controlled.
+  // An article that can't be read counts as controlled.
   if (!intenta.Si([&] { return data::IsNonZero(producto->Fields("Invent")); })) return true;
   const bool con_apartados =
       intenta.Si([&] { return data::IsNonZero(Ambiente->Parametros()->Fields("PorSurt")); });
-  double disponible = 0;  // what can't be worked out is not available
+  double disponible = 0;  // what can't be computed is not available
   intenta([&] {
     disponible = con_apartados ? existencia - Funciones().ANumero(producto->Fields("Por_Surt")) : existencia;
   });
@@ -47,7 +47,7 @@ bool frmSalidasWizard::HayExistencia(Trampa& intenta) {
   intenta([&] {
     Abre("SELECT existsalidas FROM usuarios WHERE usuario = '" + Ambiente->Usuario() + "'", usuario);
   });
-  // A user who can't be told is not allowed.
+  // A user who can't be read is not allowed.
   if (intenta.Si([&] { return !data::IsNonZero(usuario->Fields("existsalidas")); })) {
     intenta([&] { GetPlatform().ShowBox(forms::BoxKind::Plain, texto, forms::kBoxInformation); });
     return false;

@@ -1,5 +1,5 @@
-// The marks that turn a goods-out into a transfer. The document at the receiving end is the host's
-// to make, by the routines behind these hooks.
+// The marks that turn a goods-out into a transfer. The document at the receiving end is made
+// by the host, in the routines of these hooks.
 #include "goods_out/frm_salidas_wizard.h"
 
 namespace tarvik {
