@@ -99,7 +99,7 @@ void frmMovEstaciones::txtFields_KeyUp(int Index, int KeyCode, int /*Shift*/) {
   if (KeyCode != forms::kKeyDown) return;
   service::Ignora ignora;
   if (Index == campo_de_traspaso::Articulo) {
-    // What was chosen is the routine's to take up when the field is left.
+    // The routine reads what was chosen when the field is left.
     std::unique_ptr<service::ListaArticulos> lista;
     ignora([&] { lista = host_.NuevaLista(); });
     if (lista) {
@@ -118,7 +118,7 @@ void frmMovEstaciones::DTPicker1_KeyDown(int& KeyCode, int /*Shift*/) {
   if (KeyCode == forms::kKeyEnter) host_.Funciones().EnviaTeclas("{TAB}", false);
 }
 
-// The line goes from the grid alone: no key fires, and it counts when a routine reads the grid.
+// The line is removed from the grid alone: no key fires, and a routine sees it when it reads the grid.
 void frmMovEstaciones::grid_KeyDown(int& KeyCode, int /*Shift*/) {
   if (KeyCode != forms::kKeyDelete) return;
   bool acepta = false;

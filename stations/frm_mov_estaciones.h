@@ -1,6 +1,6 @@
 // frmMovEstaciones: the screen of one transfer between two work stations. It is a shell: fields, a
 // grid and three buttons. It has no statement of its own and posts nothing; whatever a transfer means
-// for the stock is done by the host's routines, at the seven moments at which their keys fire.
+// for the stock is done by the host's routines, at the seven moments when their keys fire.
 //
 // Event                    Key                   After the key
 //   Form_Load              MOVESTACIONES001      the search boxes get their connection
@@ -41,7 +41,7 @@ class frmMovEstaciones final : public forms::Form {
   explicit frmMovEstaciones(service::Host& host);
 
   service::Objeto<service::Ambiente> Ambiente;
-  bool CancelaProceso = false;  // set by a routine to keep the screen open; cleared by who obeys
+  bool CancelaProceso = false;  // set by a routine to keep the screen open; cleared by the step that obeys
   std::int32_t Id = 0;          // the transfer's number: for the routines, the screen never reads it
 
   forms::ControlArray<forms::SearchBox> MultiCombo1;
