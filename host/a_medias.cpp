@@ -20,13 +20,13 @@ namespace {
 
 std::int32_t Entero(const data::Value& value) { return static_cast<std::int32_t>(data::ToNumber(value)); }
 
-// A movement that is no mark of the other program's matrix.
+// A movement that is not a message of the other program's matrix.
 std::string SinMarca(const std::string& m) {
   return " AND (" + m + ".claveadd IS NULL OR " + m + ".claveadd <> '999' OR " + m + ".almacen IS NOT NULL)";
 }
 
-// The movement `m` of the line `p`. Of a line with a number in the words of the base's own rule, so that its
-// index serves; a line 0 (its number could not be drawn) is told from older ones by document and article.
+// The movement `m` of the line `p`. For a line with a number in the words of the base's own rule, so that
+// its index serves. A line 0 (its number could not be drawn) is told from others by document and article.
 std::string Movio(Tipo tipo, const std::string& m, const std::string& operation, bool numbered) {
   const std::string same = m + ".{id} = p.{id} AND " + m + ".operacion = '" + operation + "'";
   if (!numbered) {
@@ -38,7 +38,7 @@ std::string Movio(Tipo tipo, const std::string& m, const std::string& operation,
 
 // Lines with their documents, but those without an article, which have nothing to move: documento, estado,
 // renglon; entero, all its movements are there, with the arrival of a transfer; movido, one of them is. A row
-// for each pair of movements, should there be doubles.
+// for each pair of movements, should there be duplicates.
 std::string Renglones(Tipo tipo, bool numbered) {
   const bool issue = tipo == Tipo::Salida;
   const std::string whole =
@@ -96,7 +96,7 @@ std::vector<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection) {
   for (const Tipo tipo : {Tipo::Entrada, Tipo::Salida}) {
     for (const std::int32_t number : Parciales(connection, tipo)) {
       if (TenenciaViva(connection, tipo, number)) continue;
-      // Looked at again behind that question: who has just finished posting has left a whole one.
+      // Checked again after that query: whoever has just finished posting has left a whole one.
       if (auto document = LeeAMedias(connection, tipo, number)) found.push_back(std::move(*document));
     }
   }
@@ -105,8 +105,8 @@ std::vector<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection) {
 
 namespace {
 
-// A document's header and those of its lines that have not moved, as the screen's posting would hand them
-// over.
+// A document's header and those of its lines that have not moved, as the screen's posting would pass them
+// on.
 class Posteo {
  public:
   Posteo(const Completador& who, Tipo tipo, std::int32_t documento)
@@ -206,7 +206,7 @@ class Posteo {
 };
 
 // Whoever posts takes its rows in one order: all stock rows that the document will touch, then all articles,
-// so that two who complete at once never wait for each other in a circle.
+// so that two who complete at once never deadlock.
 void TomaEnOrden(data::EngineConnection& connection, const std::vector<Asiento>& entries) {
   std::set<std::pair<std::string, double>> stock;
   std::set<std::string> articles;
@@ -250,7 +250,7 @@ int Completa(const Completador& who, Tipo tipo, std::int32_t documento) {
     std::vector<Asiento> missing = posting.Faltantes(ledger);
     if (missing.empty()) return done;
     TomaEnOrden(who.connection, missing);
-    // The base's own rule does not watch over a line 0: behind the locks, what is missing is certain.
+    // The base's own rule does not cover a line 0: once the locks are held, what is missing is certain.
     if (std::any_of(missing.begin(), missing.end(),
                     [](const Asiento& entry) { return entry.ColumnaDelRenglon() == nullptr; })) {
       missing = posting.Faltantes(ledger);

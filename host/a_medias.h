@@ -26,14 +26,15 @@ struct DocumentoAMedias {
 
 // Numbers of the documents of one kind that are neither whole nor untouched, ascending, whoever holds them.
 std::vector<std::int32_t> Parciales(data::EngineConnection& connection, Tipo tipo);
-// All of them, goods-in first, by number. A document that somebody alive holds is being posted: it is none.
+// All of them, goods-in first, by number. A document that somebody alive holds is being posted, and is left
+// out.
 std::vector<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection);
-// That of one document, whoever holds it; nothing for a whole one, an untouched pending one and one that is
-// not there.
+// The same for one document, whoever holds it; nothing for a whole one, an untouched pending one and one
+// that is not there.
 std::optional<DocumentoAMedias> LeeAMedias(data::EngineConnection& connection, Tipo tipo,
                                            std::int32_t documento);
 
-// Who completes, for the record of acts and for what the movements bear.
+// Who completes, for the record of acts and for the movements.
 struct Completador {
   data::EngineConnection& connection;
   forms::Platform& plataforma;
@@ -44,7 +45,7 @@ struct Completador {
 };
 
 // Posts the lines of a posted document that have not moved, in one transaction, with what its header and
-// its lines say and the cost of now; a transfer's arrivals too. Gives how many movements it made: 0 for a
+// its lines say and today's cost; a transfer's arrivals too. Gives how many movements it made: 0 for a
 // whole document. Safe to call twice.
 // Throws data::Error, with nothing written, for a document that is not there, a pending one, one that
 // somebody alive holds, and whatever the base refuses.

@@ -10,7 +10,7 @@
 namespace tarvik::host {
 namespace {
 
-// Settings are stored as text. Only what reads back the same is a number: a company "007" is a text.
+// Settings are stored as text. Only a text that reads back the same is a number: a company "007" is a text.
 data::Value AjusteDeTexto(const data::Value& stored) {
   const std::string* text = stored.As<std::string>();
   if (text == nullptr) return stored;

@@ -1,5 +1,5 @@
-// AmbienteEnBase: the working context of the stand-alone host. Settings are rows of `parametros`
-// and last in the base; all else lives as long as the host.
+// AmbienteEnBase: the working context of the stand-alone host. Settings are rows of `parametros`,
+// kept in the base; all else lives as long as the host.
 #pragma once
 
 #include <optional>

@@ -37,8 +37,8 @@ class SinImpresora : public Impresora {
   void Imprime(const std::string&, const std::string&, std::int32_t) override {}
 };
 
-// Makes a folder, and takes away again what it made unless it is told to keep it: a base that does
-// not open leaves nothing behind.
+// Makes a folder, and removes it again unless it is told to keep it: a base that does not open
+// leaves nothing behind.
 class CarpetaNueva {
  public:
   explicit CarpetaNueva(const std::string& folder) {
@@ -143,8 +143,8 @@ struct Anfitrion::Interior {
   Interior(const Interior&) = delete;
   Interior& operator=(const Interior&) = delete;
 
-  // A document that was closed while the base was busy is not to stay taken until the next act: it is waited
-  // for once more, for a second.
+  // A document that was closed while the base was busy must not stay taken until the next act: the release is
+  // tried for one more second.
   void SueltaLoCerrado() {
     if (!custodia.HayPendientes()) return;
     data::Patience& patience = conexion->Waiting();
@@ -154,7 +154,7 @@ struct Anfitrion::Interior {
     patience.ActEnds();
   }
 
-  // What came up while an act ran, in one box behind it.
+  // What came up while an act ran, in one box after it.
   void DiAvisos() {
     if (avisos.empty()) return;
     std::string text;

@@ -60,7 +60,7 @@ class AmbienteLocal : public service::Ambiente {
   virtual void Parametro(const std::string& name, const data::Value& value) = 0;
   virtual std::vector<std::string> NombresDeParametros() = 0;
 
-  // A property as it stands, by its name; null for another. Not a call of the module's: no witness.
+  // The value of a property, by its name; null for another name. Not a call of the module's: no witness.
   [[nodiscard]] virtual data::Value Lee(const std::string& property) const = 0;
   using Ambiente::ValorDeGancho;
   [[nodiscard]] virtual data::Value ValorDeGancho() const = 0;
@@ -116,28 +116,28 @@ class Anfitrion : public service::Host {
   // The quick look at a base that was not closed cleanly.
   std::vector<Observacion> RevisaRapido();
 
-  // A routine behind a catalogue key; an empty one takes it away. The last one put in wins.
+  // Sets the routine of a catalogue key, in place of the one before; an empty one removes it.
   void Gancho(const std::string& key, Rutina routine);
   [[nodiscard]] bool TieneGancho(const std::string& key) const;
 
   // ---- who holds what. All throw data::Error, in Spanish and with nothing changed, for a refusal ----
   // The documents open for change, from whatever door; two screens on one are two.
   std::vector<Tenencia> Tenencias();
-  // For change, as the public class does it, but of a document whose holders are all dead these are let go
-  // of first, which is told and recorded. The screen; nothing if the class showed none.
+  // Opens for change, as the public class does. A document whose holders are all dead is released first,
+  // which is told and recorded. Gives the screen; nothing if the class showed none.
   std::shared_ptr<forms::Form> Abre(Tipo tipo, std::int32_t numero);
-  // By right, and recorded; a free document is left alone.
+  // Releases it by right, and records that; a free document is left alone.
   void Libera(Tipo tipo, std::int32_t numero, const std::string& motivo = "");
-  // Asks the holder for a document, and what others ask of this program (host/peticiones.h).
+  // Asks the holder for a document; and the requests to this program (host/peticiones.h).
   Peticion Pide(Tipo tipo, std::int32_t numero, const std::string& mensaje = "");
   std::vector<Peticion> Peticiones();
   // What was done by right or over a refusal, oldest first.
   std::vector<Acto> Bitacora(const std::optional<data::DateTime>& desde = {});
-  // For whoever is idle, now and then: what screens that have closed could not let go of is tried again,
-  // without a wait.
+  // To be called now and then by an idle program: tries again to release what closed screens could not,
+  // without waiting.
   void SueltaPendientes();
-  // What an operator should know while leases can't be written: others can't see what is open here. Empty as
-  // long as they can.
+  // A warning while leases can't be written: others can't see what is open here. Empty as long as they
+  // can.
   [[nodiscard]] std::string AvisoDeTenencias() const;
   // What an operator should know before this document is deleted; empty if nothing.
   std::string AvisoDeEliminacion(Tipo tipo, std::int32_t numero);

@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The path with every link in it followed, the last one too even where nothing stands at its end yet.
+// The path with every link in it followed, the last one too, even where its target does not exist yet.
 fs::path Seguida(fs::path path) {
   constexpr int kLinks = 40;
   std::error_code failed;

@@ -1,6 +1,6 @@
-// ArchivosDeLaBase: which files are a base's own. The engine alone opens them: whoever else in the
-// process closes one of them takes the engine's locks away with it, and a file that is written over is
-// a base that is gone. It looks at names and at what a file is, and opens nothing.
+// ArchivosDeLaBase: which files are a base's own. The engine alone opens them: if other
+// code of the process closes one of them, the engine's locks are lost, and a file that is overwritten is
+// a base that is lost. It looks at names and at what a file is, and opens nothing.
 #pragma once
 
 #include <string>
@@ -17,8 +17,8 @@ class ArchivosDeLaBase {
   // "sqlite:almacen.db". A base on a server or in memory has no files here.
   explicit ArchivosDeLaBase(std::string_view direccion);
 
-  // True for the base, its journals, and whatever in its folder begins with its name; by whichever
-  // way the path leads there, a link among them. False for a path that can't be looked at.
+  // True for the base, its journals, and whatever in its folder begins with its name; by whatever
+  // path, a link included. False for a path that can't be looked at.
   [[nodiscard]] bool Incluye(const std::string& ruta) const;
   // Throws data::Error, in Spanish and with the path, where Incluye() is true.
   void Rechaza(const std::string& ruta) const;

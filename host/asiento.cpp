@@ -115,8 +115,8 @@ void ExigeCompleto(const Asiento& asiento) {
   if (data::Trim(data::ToText(asiento.articulo)).empty()) {
     throw data::Error("El movimiento no tiene artículo");
   }
-  // What is no number would leave the stock without one. A property that was never set is another
-  // matter: the movement is written with what there is.
+  // A value that is no number would leave the stock without one. A property that was never set is
+  // different: the movement is written with what there is.
   for (const auto* value : {&asiento.almacen, &asiento.cantidad, &asiento.precio}) {
     if (!std::isfinite(data::ToNumber(*value))) {
       throw data::Error("El movimiento tiene una cifra que no es un número");
@@ -135,7 +135,7 @@ double Libro::Asienta(const Asiento& asiento, const std::string& hora) {
   const double quantity = data::ToNumber(asiento.cantidad);
   const double change = data::ToText(asiento.ent_sal) == "E" ? quantity : -quantity;
   const data::Value balance = SumaExistencia(asiento, change);
-  // Where the base's rule looks only at what came after it, a line that moved before it is looked for here.
+  // Where the base's rule covers only what came after it, a line that moved before is looked for here.
   if (asiento.ColumnaDelRenglon() != nullptr && rule_.ConPasado() && Anterior(asiento)) {
     throw data::Error("El renglón ya se había movido", data::Trouble::kDuplicate);
   }

@@ -1,6 +1,6 @@
 // One entry of the stock ledger, and its writing: ledger row, stock of article and warehouse, and the
-// warehouse's own column on the article, in the unit of whoever calls. It checks no stock, begins no unit
-// and tells nobody.
+// warehouse's own column on the article, in the caller's unit of work. It checks no stock, begins no
+// unit and tells nobody.
 #pragma once
 
 #include <optional>
@@ -24,7 +24,7 @@ struct Asiento {
   [[nodiscard]] Propiedades Puestas() const;
   // The column that names the document's line, "id_entrada" or "id_salida"; nullptr for a movement that is
   // of no document's line: a routine's own operation, a line number below 1 (one that could not be drawn),
-  // a mark of the other program's matrix. A line moves once; the base itself sees to it.
+  // a message of the other program's matrix. A line moves once; the base itself enforces it.
   [[nodiscard]] const char* ColumnaDelRenglon() const;
   [[nodiscard]] const data::Value& Renglon() const;  // the line's number; only where there is such a column
 };
@@ -41,8 +41,8 @@ struct AsientoDeAntes {
   std::string documento;
 };
 
-// Whether the base held doubles when its rule came: the rule then holds for the rows behind them, and a line
-// that moved before it is looked for. A rule comes while a base is opened; asked once a program.
+// Whether the base held duplicates when its rule came: the rule then holds for the rows after them, and a
+// line that moved before it is looked for. A rule comes while a base is opened; asked once in each program.
 class ReglaDelLibro {
  public:
   explicit ReglaDelLibro(data::EngineConnection& connection) : connection_(connection) {}  // outlives this
@@ -62,12 +62,12 @@ class Libro {
   // Asks what a run has to know before its first unit: inside one, rows would stay locked meanwhile.
   void Prepara();
 
-  // What the movement is worth: quantity times price for an inflow, quantity times the article's unit cost
+  // The movement's value: quantity times price for an inflow, quantity times the article's unit cost
   // for an outflow.
   double Importe(const Asiento& asiento);
 
-  // Writes it, inside the caller's unit, and gives its worth. Stock is kept at 15 significant digits, and
-  // its sum stands on the ledger row, so that the first row that is wrong can be named. Rows are locked in
+  // Writes it, inside the caller's unit, and gives its value. Stock is kept at 15 significant digits, and
+  // the new stock is kept on the ledger row, so that the first wrong row can be named. Rows are locked in
   // one order: stock, ledger, article.
   // Throws data::Error if the base refuses; Trouble::kDuplicate where the line has moved: the unit must
   // then be undone.

@@ -11,7 +11,7 @@ struct Barra {
   int ancho;
 };
 
-// A narrow bar is 2 wide, a wide one 5; the white that a scanner needs stands on both sides.
+// A narrow bar is 2 wide, a wide one 5; the white that a scanner needs is on both sides.
 struct Barras {
   std::vector<Barra> barras;
   int ancho = 0;

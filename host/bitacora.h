@@ -1,5 +1,5 @@
 // The record of acts: what was done by right or over a refusal, by whom, where and when. Rows are only ever
-// added. What an act means is its caller's.
+// added. What an act means, its caller knows.
 #pragma once
 
 #include <optional>

@@ -1,5 +1,5 @@
 // Searches by title. Each stage asks for no more rows than are still wanted, so that the usual case,
-// a beginning of a key, is a walk over a few entries of an index.
+// the beginning of a key, reads a few entries of an index.
 #include "host/busqueda.h"
 
 #include <set>
@@ -86,7 +86,7 @@ class Consulta {
   // other, each served by the column's index in its order.
   [[nodiscard]] std::vector<Condicion> Comienza(const std::string& column, const std::string& typed) const {
     const std::string upper = Mayusculas(typed);
-    // The engines compare texts sign by sign, so that a beginning is a range.
+    // The engines compare texts character by character, so that a beginning is a range.
     const std::string range = column + " >= ? AND " + column + " < ?";
     const std::string last = data::Encode(0x10FFFF);
     std::vector<Condicion> conditions = {{range, {typed, typed + last}}};

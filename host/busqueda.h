@@ -21,7 +21,7 @@ struct Busqueda {
 
 // The titles of the suite, in its own spelling.
 const std::vector<Busqueda>& Busquedas();
-// Without regard to case; nullptr for a title that nobody gave a meaning.
+// Without regard to case; nullptr for an unknown title.
 const Busqueda* BusquedaPor(std::string_view titulo);
 
 struct Hallazgo {

@@ -21,8 +21,8 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
   testigo_.Gancho(key, std::as_const(ambiente_).ValorDeGancho());
   const auto found = routines_.find(key);
   if (found == routines_.end()) return cierres_.Corrio(screen, key);
-  // A routine may set off a key, its own included. Without an end that would be the stack's; once it has been
-  // told, no routine runs until the first of them has ended.
+  // A routine may set off a key, its own included. Without a limit the stack would overflow. Once that is
+  // reported, no routine runs until the first of them has ended.
   constexpr int kMasHonda = 40;
   if (endless_ || depth_ >= kMasHonda) {
     endless_ = true;
@@ -34,8 +34,8 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
     ~Level() { own.endless_ = --own.depth_ > 0 && own.endless_; }
   } const level(*this);
   const auto routine = found->second;  // a routine may replace itself
-  // What a routine begins it ends: with its transaction open everything that the operator stores
-  // afterwards would hang on it, and be gone with the program.
+  // A routine must end what it begins: with its transaction open everything that the operator stores
+  // afterwards would depend on it, and be lost with the program.
   const bool inside = engine_.InTransaction();
   const auto left_open = [&] {
     const bool left = !inside && engine_.InTransaction();

@@ -1,4 +1,4 @@
-// CatalogoLocal: the routines behind the catalogue keys, and the printing of a document by a named
+// CatalogoLocal: the routines of the catalogue keys, and the printing of a document by a named
 // format. The page itself is made in formato.h.
 #pragma once
 
@@ -25,7 +25,7 @@ class CatalogoLocal : public service::ConsultasCatalogo {
         impresora_(impresora),
         cierres_(cierres) {}
 
-  // An empty routine takes the key's away.
+  // An empty routine removes the key's.
   void Gancho(const std::string& key, Anfitrion::Rutina routine);
   [[nodiscard]] bool TieneGancho(const std::string& key) const { return routines_.contains(key); }
 
@@ -43,7 +43,7 @@ class CatalogoLocal : public service::ConsultasCatalogo {
   Cierres& cierres_;
   std::map<std::string, Anfitrion::Rutina> routines_;
   int depth_ = 0;         // routines inside routines
-  bool endless_ = false;  // they led back to themselves, and are being left
+  bool endless_ = false;  // they call one another without end, and are being left
 };
 
 }  // namespace tarvik::host

@@ -17,7 +17,7 @@ namespace {
 
 data::Value Nombre(Tipo tipo) { return std::string(NombreDe(tipo)); }
 
-// The screen's line at hand is the one that is being posted.
+// The screen's current line is the one that is being posted.
 bool Afecta(const DocumentWizard& screen, const char* column, const data::Value& line) {
   return screen.Open() && screen.Modo == modo::kModificacion && screen.rstPartidas &&
          screen.rstPartidas->IsOpen() && !screen.rstPartidas->Eof() &&
@@ -34,7 +34,7 @@ std::vector<std::string> Partes(const std::string& text) {
   return parts;
 }
 
-// What a finish runs behind the posting, in its order.
+// What a finish runs after the posting, in its order.
 std::vector<std::string> Pasos(data::EngineConnection& connection, Tipo tipo, std::int32_t documento,
                                bool imprime) {
   std::vector<std::string> steps;
@@ -112,7 +112,7 @@ void Cierres::Corrio(const forms::Form& screen, std::string_view step) {
   try {
     connection_.Run("UPDATE cierres SET hecho = hecho || ? WHERE tipo = ? AND documento = ?",
                     {std::string(step) + ",", Nombre(one->tipo), one->documento});
-  } catch (const data::Error&) {  // it would be offered once more: whoever looks decides
+  } catch (const data::Error&) {  // it would be offered once more: the operator decides
   }
 }
 
@@ -123,7 +123,7 @@ void Cierres::Termina(const forms::Form& screen) {
   under_way_.erase(one);
   try {
     OlvidaCierre(connection_, finished.tipo, finished.documento);
-  } catch (const data::Error&) {  // whole all the same: whoever looks finds nothing missing
+  } catch (const data::Error&) {  // whole all the same: nothing is found missing
   }
 }
 
@@ -153,7 +153,7 @@ std::vector<CierreInterrumpido> CierresInterrumpidos(data::EngineConnection& con
     }
     try {
       OlvidaCierre(connection, tipo, documento);
-    } catch (const data::Error& error) {  // who only reads leaves it to others
+    } catch (const data::Error& error) {  // whoever may only read leaves it to others
       if (error.Passing()) throw;
     }
   }

@@ -1,6 +1,6 @@
 // Cierres: how far the finish of each document has come, kept in the base while it is under way, so that
-// what did not run of a finish that broke off (catalogue keys, the page) can be said and made up for. It
-// posts nothing. A finish is noted in the unit of its first movement: where that can't be written, neither is
+// the rest of a finish that broke off (catalogue keys, the page) can be told and run later. It posts
+// nothing. A finish is noted in the unit of its first movement: where that can't be written, neither is
 // the movement.
 #pragma once
 
@@ -66,16 +66,16 @@ class Cierres {
 };
 
 // The finishes that broke off, oldest first; those of documents that a living screen holds are under way.
-// A row without anything left to run is taken away on the way, by whoever may.
+// A row with nothing left to run is deleted meanwhile, by whoever may.
 std::vector<CierreInterrumpido> CierresInterrumpidos(data::EngineConnection& connection);
-// Forgets that of a document: what was missing has been made up for, or is not wanted.
+// Forgets the finish of a document: what was missing has been run, or is not wanted.
 void OlvidaCierre(data::EngineConnection& connection, Tipo tipo, std::int32_t documento);
 
-// Makes up for it: opens the document in consultation, fires with its screen the keys that did not run, in
-// their order, prints if the page is missing, and closes the screen. Each step is noted before it runs, so
+// Runs what is missing: opens the document in consultation, fires with its screen the keys that did not run,
+// in their order, prints if the page is missing, and closes the screen. Each step is noted before it runs, so
 // that of two stations one runs it, and taken back if it fails; with the last one the finish is forgotten.
 // Nothing, if nothing is missing or another station is at it. Throws data::Error at the step that fails, or
-// if the document is still posted in part or cannot be opened; that step and those behind it stay missing.
+// if the document is still posted in part or cannot be opened; that step and those after it stay missing.
 void TerminaCierre(Anfitrion& host, Tipo tipo, std::int32_t documento);
 
 }  // namespace tarvik::host

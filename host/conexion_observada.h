@@ -1,8 +1,8 @@
 // The connection that the module is given: it tells the witness of each statement, then hands it to
-// the engine, inside a fence: what a screen has joined together from typed text may read for so long and
-// no longer, and calls no function but the harmless ones. While a routine of the deployer's runs the fence
-// is open: what it sends is its own. On a screen that the routine shows and waits for an operator types
-// again, and the fence is closed. What the host's services send for themselves goes past this, by MotorDe().
+// the engine, inside a fence: a statement that a screen built from typed text may read for a limited time,
+// and call no function but the harmless ones. While a routine of the deployer's runs the fence
+// is open: what it sends is its own. On a modal screen that the routine shows an operator types again, and
+// the fence is closed. What the host's services send for themselves goes past this, by MotorDe().
 #pragma once
 
 #include <chrono>
@@ -16,8 +16,8 @@
 
 namespace tarvik::host {
 
-// Who stands between the module's statements and the engine: it may do something of the host's around one,
-// and keep back what a screen may no longer write.
+// Stands between the module's statements and the engine: it may do something of the host's around one, and
+// hold back what a screen may no longer write.
 class Guardia {
  public:
   virtual ~Guardia() = default;
@@ -33,9 +33,9 @@ class ConexionObservada : public data::Connection {
 
   data::Rows Select(std::string_view text) override;
   data::Rows Execute(std::string_view text) override;
-  // The engine's own connection behind it.
+  // The engine's own connection.
   [[nodiscard]] data::EngineConnection& Motor() { return inner_; }
-  // Outlives this; nullptr takes it away.
+  // Outlives this; nullptr removes it.
   void PonGuardia(Guardia* guardia) { guardia_ = guardia; }
 
   static constexpr std::chrono::milliseconds kLimite{5000};  // of one SELECT of a screen
@@ -70,7 +70,7 @@ class ConexionObservada : public data::Connection {
   Guardia* guardia_ = nullptr;
 };
 
-// The engine behind a connection that a service was handed: that of its Ambiente, be it this host's or
+// The engine's connection of one that a service was given: that of its Ambiente, be it this host's or
 // another one's of this program. The contract knows no engine, so a foreign host's connection has none, and
 // throws data::Error: numbers and movements of a base that this host did not open are not its to write.
 data::EngineConnection& MotorDe(data::Connection& connection);

@@ -41,8 +41,8 @@ void ConstructorSql::TipoSentencia(std::string_view kind) {
 
 void ConstructorSql::AgregaCampo(std::string_view tabla, std::string_view campo, const data::Value& valor) {
   testigo_.Servicio("AgregaCampo");
-  // Columns of another table are left over from a statement that was refused: who begins the next one without
-  // emptying the builder must not send them along.
+  // Columns of another table are left over from a statement that was refused: whoever begins the next one
+  // without emptying the builder must not send them too.
   if (!data::EqualsNoCase(table_, tabla)) campos_.clear();
   table_ = tabla;
   campos_.push_back({std::string(campo), LiteralSql(valor)});

@@ -11,9 +11,9 @@
 
 namespace tarvik::host {
 
-// A value as it stands in a statement, by its own type whatever the column: a number bare, a text or a date
-// in quotes, a null as NULL. What an engine makes of a quoted number, or of an empty text for a number, is
-// the engine's.
+// A value as it is written in a statement, by its own type whatever the column: a number bare, a text or a
+// date in quotes, a null as NULL. What an engine makes of a quoted number, or of an empty text for a number,
+// is the engine's.
 //   7.5 gives 7.5; "7" gives '7'; "" gives ''; 5 March 2024 gives '2024-03-05'
 std::string LiteralSql(const data::Value& value);
 

@@ -120,8 +120,8 @@ void PonPares(data::EngineConnection& connection, const char* statement, const P
   for (const auto& [key, text] : pairs) Pon(connection, statement, {key, text});
 }
 
-// A model's articles: each colour in each size. The boots are not made in khaki, as a matrix seldom
-// is whole.
+// A model's articles: each colour in each size. The boots are not made in khaki, since a matrix
+// is seldom full.
 template <std::size_t N>
 void PonModelo(data::EngineConnection& connection, const Par& modelo, const Par (&tallas)[N],
                const Articulo& patron) {

@@ -37,7 +37,7 @@ std::string LaDe(const Retenido& documento, bool capital = false);
 // "1 movimiento", "3 movimientos".
 std::string Movimientos(std::int64_t cuantos);
 
-// Where a kind's documents stand.
+// Where a kind's documents are stored.
 struct Tablas {
   std::string encabezado;  // table of the headers
   std::string clave;       // its key, and the lines' column of that name
@@ -47,8 +47,8 @@ struct Tablas {
   std::string movidos;     // condition on the ledger: the movements of such a line
 };
 const Tablas& TablasDe(Tipo tipo);
-// The text with each mark replaced by what stands for it on one side: {encabezado}, {renglones} the tables,
-// {numero}, {id} the columns of document and line, {folio} the header's number as a movement bears it,
+// The text with each placeholder replaced for one kind: {encabezado}, {renglones} the tables,
+// {numero}, {id} the columns of document and line, {folio} the header's number in a movement,
 // {operaciones} a list of the movements' own.
 std::string ConTablas(Tipo tipo, std::string text);
 

@@ -1,4 +1,4 @@
-// Deletions: what they leave behind, and their record.
+// Deletions: the warning before one, and its record.
 #include "host/eliminaciones.h"
 #include "wizard/modos.h"
 
@@ -72,7 +72,7 @@ data::Rows Eliminaciones::QuitaDocumento(const Retenido& documento,
   }
 }
 
-// The lines go first, by themselves: of a document that stayed they may be gone.
+// The lines go first, in a statement of their own: a document that stays may have lost them.
 void Eliminaciones::AnotaLaMitad(Acto act, const Contenido& before, const std::string& reason) {
   try {
     const auto now = ContenidoDe(connection_, *act.documento);

@@ -1,5 +1,5 @@
-// What the deletion of a document leaves behind: told before, and put on record when it has gone through,
-// from whatever door it came. The deletion itself is the public class's.
+// What stays after the deletion of a document: told before, and recorded when it has gone through,
+// whoever asked for it. The deletion itself is the public class's.
 #pragma once
 
 #include <functional>
@@ -33,7 +33,7 @@ class Eliminaciones {
 
   data::EngineConnection& connection_;
   std::function<Acto(const std::string&)> firma_;
-  // As it was before its lines went: afterwards nothing tells.
+  // As it was before its lines went: afterwards nothing shows it.
   std::optional<std::pair<Retenido, Contenido>> antes_;
 };
 

@@ -186,8 +186,8 @@ void ExigeNombreDeArchivo(const std::string& format) {
   if (!plain) throw data::Error("El nombre de formato \"" + format + "\" no es válido");
 }
 
-// The file whole or as it was: a program that dies in the middle leaves no half of a page or a template
-// behind. What went wrong; no error if nothing did.
+// Writes the whole file or leaves it as it was: a program that dies in the middle leaves no half page or
+// template. Gives what went wrong; no error if nothing did.
 std::error_code EscribeEntero(const fs::path& path, std::string_view text) {
   const fs::path part = path.string() + "." + std::to_string(::getpid()) + ".parcial";
   forms::MakePrivateFile(part.string());
@@ -209,8 +209,8 @@ std::string PonPlantillaDeFabrica(const fs::path& path) {
   return std::string(PlantillaDeFabrica());
 }
 
-// The template's text. A shop that cannot write its folder prints by the built-in one; so does one where a
-// part of that was left behind.
+// The template's text. A shop that cannot write its folder prints with the built-in one; so does one where
+// only a part of that is there.
 std::string LeePlantilla(const fs::path& path) {
   std::error_code ignored;
   if (!fs::exists(path, ignored)) return PonPlantillaDeFabrica(path);

@@ -36,7 +36,7 @@ std::string NombreDeTecla(std::string_view braced) {
   return std::string(braced);
 }
 
-// One name between braces, with a count behind a blank if it is to be pressed more than once.
+// One name between braces, then a blank and a count if it is to be pressed more than once.
 void AgregaTecla(std::string_view braced, std::vector<forms::Key>& keys) {
   double times = 1;
   std::string_view name = braced;
@@ -192,7 +192,7 @@ void FuncionesLocales::RegresaForma(forms::Form& screen, service::Ambiente&, con
 
 void FuncionesLocales::EnviaTeclas(const std::string& keys, bool wait) {
   testigo_.Servicio("EnviaTeclas");
-  // Read whole before the first is sent: half a text of keys is worse than none.
+  // Read to the end before the first is sent: half of the keys would be worse than none.
   for (const auto& key : TeclasDe(keys)) {
     platform_.Post([&platform = platform_, key] {
       forms::Form* active = platform.ActiveForm();

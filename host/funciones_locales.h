@@ -50,7 +50,7 @@ class FuncionesLocales : public service::Funciones {
   std::string FormateaTexto(forms::TextBox&, service::Ambiente&) override;
   void FormateaCantidad(double value, const std::string& format, std::string& out) override;
   void NumeroSql(double value, std::string& out) override;
-  // What the pending goods-out documents hold of the article: this base has no open sales.
+  // The quantity on pending goods-out documents: this base has no open sales.
   void CantidadEnVenta(const std::string& articulo, data::Connection&, double& out) override;
   void CantidadPorSurtir(const std::string& articulo, data::Connection&, double& out) override;
   void AgregaArchivoLog(const std::string& path, const std::string& text) override;

@@ -18,7 +18,7 @@ struct Fila {
   std::int64_t id;
 };
 
-// The documents whose flag has no lease behind it. `cual` narrows it to one.
+// The documents whose flag has no lease. `cual` narrows it to one.
 std::string Banderas(Tipo tipo, const std::string& cual) {
   const Tablas& tables = TablasDe(tipo);
   const std::string name{NombreDe(tipo)};

@@ -22,7 +22,7 @@ char32_t Minuscula(char32_t letter) {
   return ascii || western ? letter + 32 : letter;
 }
 
-// The letters that count as this one; empty for a sign.
+// The letters that count as this one; empty for a character that is no letter.
 std::string Parecidas(const std::string& one) {
   for (const std::string_view letters : kParecidas) {
     if (letters.find(one) != std::string_view::npos) return std::string(letters);
@@ -35,7 +35,7 @@ std::string Parecidas(const std::string& one) {
 }
 
 // The word as patterns of the engine's: an exact one, and a rough one that costs a tenth of it, with any
-// character where a letter may bear an accent.
+// character where a letter may have an accent.
 struct Patron {
   std::string exacto;
   std::string grueso;
@@ -61,7 +61,7 @@ Patron PatronDe(const std::string& word, bool sqlite) {
   return pattern;
 }
 
-// The condition with its marks replaced, and the values added that it takes.
+// The condition with its placeholders replaced, and its values added.
 std::string Expandida(data::Dialect dialect, const Palabra& word, std::vector<Value>& values) {
   const bool sqlite = dialect == data::Dialect::Sqlite;
   const Patron pattern = PatronDe(word.palabra, sqlite);
@@ -118,7 +118,7 @@ std::string Hasta(const Listado& listing) {
   return listing.clave + (listing.descendente ? " >= ?" : " <= ?");
 }
 
-// The keys first, the whole rows behind them: an index often holds all that finding the keys takes.
+// The keys first, the whole rows after them: an index often holds all that finding the keys takes.
 std::string Sentencia(const Listado& listing, const Crecida& condition, int limit) {
   std::string text = "SELECT " + listing.columnas + " FROM (SELECT " + listing.clave + " AS k FROM " +
                      listing.tabla + condition.Where();

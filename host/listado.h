@@ -1,4 +1,4 @@
-// Listado: a listing of any length, read page by page behind the last key seen, so that the millionth page
+// Listado: a listing of any length, read page by page after the last key seen, so that the millionth page
 // costs what the first one does. A search that no index serves advances in short steps and gives what it has
 // so far. It shows nothing and keeps nothing of what it has read.
 #pragma once
@@ -12,7 +12,7 @@
 
 namespace tarvik::host {
 
-// A word that the rows must hold. `donde` is a condition with a mark for each column that may hold it:
+// A word that the rows must hold. `donde` is a condition with a placeholder for each column that may hold it:
 // "({articulo} OR {descrip})". Without regard to case or accents ("ñ" finds "n" too, not the other
 // way round).
 struct Palabra {
@@ -28,7 +28,7 @@ struct Listado {
   bool descendente = false;
   std::string columnas;
   std::string uniones;
-  std::string otro_orden;  // behind the key, where a join gives several rows for one
+  std::string otro_orden;  // after the key, where a join gives several rows for one
   std::string suma;        // a column of the table to add up; may be empty
 
   std::string fijo;                  // a condition that an index serves, without values; may be empty
@@ -37,7 +37,7 @@ struct Listado {
   std::vector<Palabra> palabras;     // each one narrows it further
   // Stretches of keys, in the order of the listing, lower end first, both included; empty: all.
   std::vector<std::pair<data::Value, data::Value>> tramos;
-  bool por_pasos = false;   // no index serves the conditions: the table is gone through in short steps
+  bool por_pasos = false;   // no index serves the conditions: the table is read in short steps
   bool por_donde = false;   // an index serves `donde`, and the key's is not to be used
   bool con_numero = false;  // the key is an integer
 };
@@ -49,10 +49,10 @@ struct Sumas {
 
 using Renglones = std::vector<std::vector<data::Value>>;
 
-// How many keys the rows have; those of one key stand together.
+// How many keys the rows have; those of one key are next to each other.
 int CuentaClaves(const Renglones& renglones);
 
-// Where a reading stands. One thread at a time.
+// The position of a reading. One thread at a time.
 class CursorDeListado {
  public:
   static constexpr int kPaso = 20000;  // keys gone through in one step of a search
@@ -63,8 +63,8 @@ class CursorDeListado {
   [[nodiscard]] bool PorPasos() const { return listado_.por_pasos; }
   // Of a listing by number: it has read that key, or would have.
   [[nodiscard]] bool LlegoA(std::int64_t clave) const;
-  // The rows of at most `cuantas` keys more, and fewer if a step ends first: none is no end yet, see
-  // Termino(). Throws data::Error if the base refuses; the cursor then stands where it stood.
+  // The rows of at most `cuantas` keys more, and fewer if a step ends first; none does not mean the
+  // end, see Termino(). Throws data::Error if the base refuses; the cursor is then where it was.
   Renglones Lee(data::EngineConnection& connection, int cuantas);
   // Adds up one step more, to the end of the listing. Not mixed with Lee(). Throws as that.
   void Suma(data::EngineConnection& connection, Sumas& sumas);

@@ -65,7 +65,7 @@ bool EmpiezaPorElDia(const std::string& text, FiltroDeDocumentos& filter, bool& 
   const std::string year = found[3];
   good = day >= 1 && day <= 31 && month <= 12 && (month != 0 || found[2].length() == 0);
   if (!good) return true;
-  // Half a year's figures tell nothing yet.
+  // A year that is half typed means nothing yet.
   if (year.size() == 4 || year.size() == 2) {
     const auto date = Valida(std::stoi(year) + (year.size() == 2 ? 2000 : 0), month, day);
     if (date) filter.fechas = {*date, *date};
@@ -98,7 +98,7 @@ Listado DeDocumentos(Tipo tipo, bool pendientes) {
   return listing;
 }
 
-const std::pair<Value, Value> kNinguno{1, 0};  // a stretch that no number lies in
+const std::pair<Value, Value> kNinguno{1, 0};  // a stretch without any number
 
 }  // namespace
 

@@ -1,5 +1,5 @@
 // The listings of the program's windows: documents by kind and filter, stock by article and warehouse, the
-// movements behind one stock. What was typed into a list's one field is understood here.
+// movements of one stock. What was typed into a list's one field is parsed here.
 #pragma once
 
 #include <optional>
@@ -19,8 +19,8 @@ const data::Value& De(const std::vector<data::Value>& renglon, Columna columna) 
   return renglon[static_cast<std::size_t>(columna)];
 }
 
-// What was typed, understood. Digits alone are the beginning of a number; "21/11/2026", "11/2026", "21/11",
-// "2026-11-21", "2026-11" a date; anything else words, each of which must stand in the concept, its
+// What was typed, parsed. Digits alone are the beginning of a number; "21/11/2026", "11/2026", "21/11",
+// "2026-11-21", "2026-11" a date; anything else words, each of which must be in the concept, its
 // description or the remarks.
 struct FiltroDeDocumentos {
   std::optional<std::string> numero;                        // digits
@@ -65,7 +65,7 @@ enum class ColumnaDeExistencia {
   kExistencia,
   kPorSurtir
 };
-// By article; each word that was typed stands in its key or its description.
+// By article; each word that was typed is in its key or its description.
 Listado ListadoDeExistencias(const std::string& escrito);
 
 enum class ColumnaDeMovimiento {

@@ -8,9 +8,10 @@ namespace tarvik::host {
 namespace mensaje = service::mensaje;
 
 const std::vector<TextoDeMensaje>& TextosDeFabrica() {
-  // A document held by somebody else is told in two halves, around the user's name. The screens put a blank
-  // before the name where a document is opened for change only; the first halves of a deletion bring their
-  // own, and so does each second half. The two texts of stock are followed by a figure, with nothing between.
+  // The message of a document held by somebody else has two halves, around the user's name. The screens put a
+  // blank before the name where a document is opened for change only; the first halves of a deletion bring
+  // their own, and so does each second half. The two texts of stock are followed by a figure, with nothing
+  // between.
   static const std::vector<TextoDeMensaje> texts = {
       {mensaje::BorraDocumento, "¿Desea eliminar el documento?"},
       {mensaje::ModificaEntradaNoExiste, "No se encontró la entrada indicada."},

@@ -1,4 +1,4 @@
-// The numbered messages: the texts that a new base starts with, and the reading of what stands in
+// The numbered messages: the texts that a new base starts with, and the reading of what is in
 // the base. A deployer's own text is never overwritten here.
 #pragma once
 
@@ -20,7 +20,7 @@ const std::vector<TextoDeMensaje>& TextosDeFabrica();
 // The text in the base; the number itself where there is none.
 std::string LeeMensaje(data::EngineConnection& connection, int number);
 
-// Puts in the texts whose numbers the base does not have. Belongs into a transaction of the caller.
+// Puts in the texts whose numbers the base does not have. To be called in a transaction of the caller.
 void SiembraMensajes(data::EngineConnection& connection);
 
 }  // namespace tarvik::host

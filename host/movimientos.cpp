@@ -38,7 +38,7 @@ double MovimientoLocal::Mueve(data::EngineConnection& connection, Libro& libro) 
       if (cierres_ != nullptr) cierres_->Empezado();
       return worth;
     } catch (const data::Error& error) {
-      // Whether it was carried out nobody knows: only a line's movement can tell by itself, the next time.
+      // Nobody knows whether it was carried out: only for a line's movement can that be told the next time.
       if (error.Kind() == data::Trouble::kLost && !of_a_line) throw data::Error(error.what());
       if (error.Kind() != data::Trouble::kDuplicate || !of_a_line) throw;
     }

@@ -58,8 +58,8 @@ class MovimientoLocal : public service::MovimientoInventario {
   // Quantity times price for an inflow, quantity times the article's unit cost for an outflow. With
   // Aplica set to false nothing is written, and the amount is given all the same.
   //
-  // Safe to call twice for a document's line: one that has moved moves nothing more and gives the amount of
-  // then. A base that is busy, or a session that is being made anew, is tried again as long as the
+  // Safe to call twice for a document's line: one that has moved moves nothing more and gives the earlier
+  // amount. A base that is busy, or a session that is being replaced, is tried again as long as the
   // connection's patience lasts; a movement of no line is not, once its session was lost on the way.
   // Throws data::Error, with nothing written, if the context, the article or the direction is not set, if
   // the line has moved with another article or in another warehouse, or the base refuses any of the steps;

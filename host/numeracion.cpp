@@ -8,7 +8,7 @@
 namespace tarvik::host {
 
 std::int32_t SiguienteNumero(data::EngineConnection& connection, const std::string& serie) {
-  // One statement, so that the engine's own row lock is all that two stations need.
+  // One statement, so that two stations need no other lock than the engine's on the row.
   const auto drawn = connection.Run(
       "INSERT INTO series (nombre, valor) VALUES (?, 1) "
       "ON CONFLICT (nombre) DO UPDATE SET valor = series.valor + 1 RETURNING valor",

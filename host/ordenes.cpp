@@ -44,7 +44,7 @@ void Escribe(std::ostream& out, const Fila& titulos, const std::vector<Fila>& fi
 
 std::string Numero(const auto& value) { return value ? std::to_string(*value) : std::string(); }
 
-// A command works on a base that is there: of a name mistyped it makes none.
+// A command works on a base that is there: for a mistyped name it makes none.
 void RequiereBase(const std::string& address) {
   constexpr std::string_view kFile = "sqlite:";
   if (!address.starts_with(kFile)) return;
@@ -56,7 +56,7 @@ void RequiereBase(const std::string& address) {
 
 }  // namespace
 
-// The host, and the console before which its boxes come.
+// The host, and the console on which its boxes appear.
 class Sesion final : public Registro {
  public:
   Sesion(Opciones opciones, const Consola& consola) : consola_(consola) {

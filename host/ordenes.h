@@ -16,7 +16,7 @@ class App;
 
 namespace tarvik::host {
 
-// Where a command speaks. `confirma` asks a person yes or no; empty: nobody is there, which is no.
+// Where a command writes. `confirma` asks a person yes or no; empty: nobody is there, which means no.
 struct Consola {
   std::ostream& salida;
   std::ostream& errores;
@@ -25,7 +25,7 @@ struct Consola {
 
 // What a command ends with, for scripts.
 inline constexpr int kBien = 0;
-inline constexpr int kHayFaltas = 1;  // it found what is not sound, and has not mended all of it
+inline constexpr int kHayFaltas = 1;  // it found faults, and has not mended all of them
 inline constexpr int kError = 2;      // it could not be done; nothing was changed
 
 class Ordenes {

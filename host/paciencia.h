@@ -1,5 +1,5 @@
 // An act of a service that is safe to do twice, tried again while the base is busy or its session is being
-// made anew.
+// replaced.
 #pragma once
 
 #include <utility>
@@ -9,9 +9,9 @@
 
 namespace tarvik::host {
 
-// Gives what `act` gives. A passing trouble (data::Error::Passing) has it tried again as long as the
-// connection's patience lasts; any other failure, and the last one, comes out as it is. Inside a unit of
-// somebody else's it is tried once: what the unit has done so far would be gone.
+// Gives what `act` gives. After a passing trouble (data::Error::Passing) it is tried again as long as the
+// connection's patience lasts; any other failure, and the last one, is thrown as it is. Inside the caller's
+// unit of work it is tried once: what the unit has done so far would be lost.
 template <class Act>
 auto ConPaciencia(data::EngineConnection& connection, Act&& act) {
   const bool once = connection.InTransaction();

@@ -1,5 +1,5 @@
 // The stand-in for the host's list form. It keeps the document numbers of a list; what a list shows
-// of them is the matter of whoever listens, by the witness or by al_llamar.
+// of them is up to whoever listens, by the witness or by al_llamar.
 #include <algorithm>
 #include <array>
 
@@ -14,7 +14,7 @@ namespace {
   throw data::Error("El objeto " + object + " no tiene el miembro " + std::string(member));
 }
 
-// Each of these lives beside the form only as long as one expression of its caller.
+// Each of these lives only as long as one expression of its caller.
 class FilaElegida : public service::LateBound {
  public:
   explicit FilaElegida(FormaMaestra& form) : form_(form) {}

@@ -35,7 +35,7 @@ void PonOcupado(data::EngineConnection& connection, const Retenido& documento, c
                  {ocupado, documento.numero});
 }
 
-// What fails here is the hand-over, said in its own words.
+// A failure here is reported as one of the hand-over.
 template <class Paso>
 void O(const std::string& what, Paso&& step) {
   std::string reason;
@@ -89,7 +89,7 @@ Desenlace ServicioDePeticiones::Mira(const Peticion& peticion) const {
   return {Clase::kNo, LaDe(document, true) + " ya está finalizada: quien la tenía la cerró sin contestar"};
 }
 
-// A flag without a lease has nobody behind it who could answer.
+// Behind a flag without a lease there is nobody who could answer.
 bool ServicioDePeticiones::HayQuienConteste(const Retenido& documento) const {
   const auto holders = LeeTenencias(connection_, documento);
   return std::any_of(holders.begin(), holders.end(),
@@ -168,7 +168,7 @@ void ServicioDePeticiones::Cede(const Peticion& peticion) {
   if (asker.rows.empty() || !connection_.Lives(Entero(asker.rows[0][0]))) {
     throw data::Error("El programa de quien pidió " + LaDe(document) + " ya no está abierto; no se cedió");
   }
-  // Of two screens the one in front: it is what the operator has before his eyes.
+  // Of two screens the one in front, which the operator is looking at.
   auto chosen = std::find_if(screens.begin(), screens.end(),
                              [&](const auto& screen) { return screen.get() == platform_.ActiveForm(); });
   const std::shared_ptr<forms::Form> screen = chosen != screens.end() ? *chosen : screens.back();
@@ -203,7 +203,7 @@ void ServicioDePeticiones::Entrega(const Peticion& peticion, const data::Rows& l
   act.texto = "A " + peticion.usuario + " en la estación " + peticion.estacion + "; la tenía " + act.usuario +
               " en la estación " + act.estacion + ".";
   data::Transaction whole(connection_);
-  // The embedded engine gives the number of a row that is gone to the next one: to another's lease, perhaps.
+  // The embedded engine gives the number of a deleted row to the next one: perhaps to another's lease.
   for (const auto& lease : leases.rows) {
     connection_.Run("DELETE FROM tenencias WHERE id = ? AND vida = ? AND tipo = ? AND documento = ?",
                     {lease[0], lease[1], Clave(document.tipo), document.numero});

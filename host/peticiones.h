@@ -45,10 +45,10 @@ class Peticion {
   // data::Error if the base can't be asked.
   [[nodiscard]] Desenlace Mira() const;
 
-  // The holder's answers; of a request that waits. Throw data::Error, and the request waits on, if it has
+  // The holder's answers to a request that waits. Throw data::Error, and the request waits on, if it has
   // been answered already, if this program doesn't hold the document, if the screen is in the middle of an
   // act, if the header can't be saved, or if the screen refuses to close.
-  // On yes the header is stored as pending, the screen closes, the document is free, and what stood
+  // On yes the header is stored as pending, the screen closes, the document is free, and what was
   // unfinished in the entry row waits for whoever asked.
   void Cede();
   void Niega(const std::string& motivo = "");
@@ -64,13 +64,13 @@ class ServicioDePeticiones {
   ServicioDePeticiones(data::EngineConnection& connection, forms::Platform& platform, Custodia& custodia)
       : connection_(connection), platform_(platform), custodia_(custodia) {}
 
-  // A second one by the same program for the same document is the first, with the new words. Throws
+  // A second request of the same program for the same document only changes the message of the first. Throws
   // data::Error if nobody whose program lives has it open.
   Peticion Pide(const Retenido& documento, const std::string& mensaje);
-  // What waits for an answer of this program, oldest first. Nothing of programs that are gone.
+  // The requests that wait for this program's answer, oldest first; not those of programs that are gone.
   std::vector<Peticion> Pedidas();
-  // This program has opened a document: it no longer asks for it, and if it was handed over, what stood in
-  // its entry row stands here now.
+  // This program has opened a document: it no longer asks for it, and if it was handed over, its unfinished
+  // entry row appears here.
   void AlAbrir(forms::Form& screen);
 
  private:

@@ -33,7 +33,7 @@ void PonPrimerosContenidos(data::EngineConnection& connection) {
   SiembraMensajes(connection);
   connection.Run("INSERT INTO defform (Entradas, Salidas) VALUES (?, ?)", {"entrada", "salida"});
   connection.Run("INSERT INTO ControlProc (controlproc) VALUES (?)", {1});
-  // SoloTarvik: no other program ever held a document here, so that a flag without a lease is nobody's.
+  // SoloTarvik: no other program ever held a document here, so that a flag without a lease belongs to nobody.
   for (const auto& [name, value] : {std::pair{"Almacen", "1"},
                                     {"Lector", "0"},
                                     {"PorSurt", "0"},

@@ -64,9 +64,9 @@ std::int32_t NumeroDePartida(data::EngineConnection& connection, const Sentido& 
   }
 }
 
-// A screen looks for the marks of the other direction. Those that a matrix has left for the document of
-// that direction which bears the same number would be taken for its own; they are a message that was
-// delivered long ago, and moved no stock.
+// A screen looks for the marks of the other direction. Marks that a matrix has left for a document of that
+// direction with the same number would be taken for its own. They are a message that was delivered long
+// ago, and moved no stock.
 void OlvidaMarcas(data::EngineConnection& connection, const Sentido& way, std::int32_t number) {
   const std::string id = way.id;
   connection.Run(

@@ -1,5 +1,5 @@
 // Registro: the witness that keeps a record, and provokes failures on request. What is kept is the
-// same for a script and for a test; where it is kept is theirs to say.
+// same for a script and for a test; each decides where.
 #pragma once
 
 #include <optional>
@@ -41,7 +41,7 @@ class Registro : public Testigo {
  protected:
   virtual void AnotaSentencia(std::string_view text) = 0;
   virtual void AnotaMensaje(const MensajeVisto& mensaje) = 0;
-  // The answer to the question at hand: the front of the answers to come; No if there is none.
+  // The answer to the current question: the first of the answers to come; No if there is none.
   virtual bool SiguienteRespuesta() = 0;
 
  private:

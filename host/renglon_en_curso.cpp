@@ -15,7 +15,7 @@
 namespace tarvik::host {
 namespace {
 
-// In the order in which they are put: a field comes behind those whose change fills it. A second key fills
+// In the order in which they are put: a field comes after those whose change fills it. A second key fills
 // nearly all, its presentations fill the quantity, and the quantity the amount.
 constexpr int kDeEntrada[] = {24, 28, 4, 1, 25, 26, 27, 29, 5, 6, 9};
 constexpr int kDeSalida[] = {24, 28, 4, 1, 25, 26, 27, 29, 5, 6};
@@ -113,7 +113,7 @@ void PonRenglonEnCurso(DocumentWizard& screen, Tipo tipo, const std::string& ren
   };
   screen.Act([&] {
     const service::Ignora ignora;
-    // First the hand, so that no leaving logic runs over what is put.
+    // The focus first, so that no leaving logic changes what is put.
     const bool placed = row->foco && belongs(row->foco->campo);
     if (placed) service::ColocaFoco(screen.txtFields(row->foco->campo));
     const SinAvance still(screen);

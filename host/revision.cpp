@@ -14,7 +14,7 @@ using namespace revision;
 
 namespace {
 
-// A check that fails is a finding too: of a damaged base one wants to know all that can still be told.
+// A check that fails is a finding too: of a damaged base one wants to know all that can still be read.
 template <class Check>
 void Prueba(const char* what, Observaciones& found, Check check) {
   const std::size_t before = found.size();
@@ -64,7 +64,7 @@ bool Repara(const Revisor& revisor, const Observacion& which) {
   return true;
 }
 
-// Who is dead lets go first: a document that he seems to hold can't be completed.
+// Dead holders are released first: a document that one seems to hold can't be completed.
 void ReparaTodo(const Revisor& revisor, Observaciones& found) {
   for (const char* turn : {"tenencia", "existencia", "columna", "a medias"}) {
     for (Observacion& which : found) {

@@ -13,7 +13,7 @@
 
 namespace tarvik::host {
 
-// One thing that is not as it should be. What has no sense for its kind is not set.
+// One thing that is not as it should be. What makes no sense for its kind is not set.
 struct Observacion {
   // "existencia", "columna", "a medias", "adelantado", "doble", "distinto", "huerfano", "suelto", "numero",
   // "tenencia" or "motor".
@@ -35,14 +35,14 @@ struct Revisor {
   std::string usuario;
   std::string estacion;
   // Posts what is missing of a posted document and gives how many movements it made. Without one, half-posted
-  // documents are told of and not mended.
+  // documents are reported and not mended.
   std::function<int(Tipo tipo, std::int32_t documento)> completa = {};
 };
 
 // All that is wrong; empty for sound books. With `repara` it mends, each in a transaction of its own with a
-// row in the record of acts: stock that is apart from its movements where the opening stands in the ledger,
+// row in the record of acts: stock that differs from its movements where the opening is in the ledger,
 // columns of warehouses, half-posted documents, what is held by nobody alive. What could not be mended says
-// so in its text. With `huecos` the numbers that no document bears are listed too.
+// so in its text. With `huecos` the numbers that no document has are listed too.
 // A document whose holder lives is being posted and not half-posted. A check that the base refuses becomes a
 // finding of "motor". Throws data::Error if the base is busy or away.
 std::vector<Observacion> Revisa(const Revisor& revisor, bool repara = false, bool huecos = false);
@@ -56,7 +56,7 @@ std::vector<Observacion> AbreSaldos(const Revisor& revisor);
 // is held by nobody alive. Mends nothing.
 std::vector<Observacion> Rapida(const Revisor& revisor);
 
-// What to tell whoever opens a base that held double movements before its rule came; empty for any other.
+// What to tell whoever opens a base that held duplicate movements before its rule; empty for any other.
 std::string AvisoDeDobles(data::EngineConnection& connection);
 
 }  // namespace tarvik::host

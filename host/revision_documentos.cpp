@@ -1,5 +1,5 @@
-// Documents against the ledger: what is missing of one, what moved twice, otherwise, or for nobody. A line
-// and its movement are tied by the line's number and the operation.
+// Documents against the ledger: what is missing of one, what moved twice, wrongly, or without a document. A
+// line and its movement are tied by the line's number and the operation.
 #include "data/error.h"
 #include "host/a_medias.h"
 #include "host/revision_interno.h"
@@ -90,7 +90,7 @@ std::string EnQue(const std::vector<data::Value>& row) {
   return text;
 }
 
-// A movement that its line or document does not bear out.
+// A movement that disagrees with its line or document.
 Observacion Desdicho(Tipo tipo, const std::vector<data::Value>& row) {
   Observacion which{.clase = "distinto",
                     .tipo = std::string(NombreDe(tipo)),
@@ -153,7 +153,7 @@ void Distintos(const Revisor& revisor, Observaciones& found) {
   }
 }
 
-// Movements that name a document that is gone, and no line.
+// Movements of a deleted document that name no line.
 void SinDocumento(const Revisor& revisor, Observaciones& found) {
   for (const Tipo tipo : kTipos) {
     const data::Rows rows = revisor.conexion.Run(

@@ -75,15 +75,15 @@ std::vector<Diferencia> Diferencias(data::EngineConnection& connection) {
 
 // What the ledger tells of one article and warehouse that differ.
 struct Historia {
-  bool abierta = false;              // its opening stands in the ledger
+  bool abierta = false;              // its opening is in the ledger
   std::optional<std::int64_t> malo;  // the first movement that is wrong
 };
 
 using Par = std::pair<std::string, double>;
 
-// A movement keeps the stock behind it. What that is apart from the movements added up so far must not change
-// from one to the next; where the opening stands in the ledger it is nothing from the start. Where the last
-// of them agrees with the stock, those behind it that keep none have not moved it.
+// A movement keeps the stock that it left. What that is apart from the movements added up so far must not
+// change from one to the next; where the opening is in the ledger it is 0 from the start. Where the
+// last of them agrees with the stock, those after it that keep none have not moved it.
 const std::string kHistorias =
     ", pasos AS (SELECT l.articulo, l.almacen, l.id, l.saldo, b.margen, b.existencia, SUM(l.cambio) OVER w "
     "AS "
@@ -286,7 +286,7 @@ std::vector<Observacion> AbreSaldos(const Revisor& revisor) {
     const auto story = stories.find({difference.articulo, difference.almacen});
     if (story != stories.end() && story->second.abierta) continue;
     const double opening = difference.existencia - difference.suma;
-    // Dated like the first of the movements that it stands before. It keeps no balance: the stock of its day
+    // Dated like the first of the movements that it precedes. It keeps no balance: the stock of its day
     // is unknown.
     connection.Run(
         "INSERT INTO movsinv (operacion, ent_sal, articulo, almacen, cantidad, f_movim, cerrado, tipo_doc, "

@@ -1,4 +1,4 @@
-// What the files of the revision share, and nobody else sees: its checks, and the words of its findings.
+// What the files of the revision share, for them alone: its checks, and the words of its findings.
 #pragma once
 
 #include <array>
@@ -15,7 +15,7 @@ namespace tarvik::host::revision {
 
 using Observaciones = std::vector<Observacion>;
 
-// The ledger without the marks of the other program's matrix, which move nothing. For a WHERE.
+// The ledger without the messages of the other program's matrix, which move nothing. For a WHERE.
 inline constexpr std::string_view kSinMarcas =
     "(claveadd IS NULL OR claveadd <> '999' OR almacen IS NOT NULL)";
 
@@ -51,7 +51,7 @@ void ReparaColumna(const Revisor& revisor, const Observacion& which);
 void ReparaTenencia(const Revisor& revisor, const Observacion& which);
 void ReparaAMedias(const Revisor& revisor, const Observacion& which);
 
-// A row in the record of acts; belongs into a transaction of the caller.
+// A row in the record of acts; to be called in a transaction of the caller.
 void AnotaReparacion(const Revisor& revisor, const Observacion& which, const std::string& text);
 
 }  // namespace tarvik::host::revision

@@ -1,4 +1,4 @@
-// The engine's own opinion of the base, in its own words.
+// What the engine's own checks say of the base, in its own words.
 #include "data/error.h"
 #include "data/schema.h"
 #include "host/revision_interno.h"
@@ -18,7 +18,7 @@ void Archivo(data::EngineConnection& connection, bool quick, Observaciones& foun
   if (quick) return;
   for (const auto& row : connection.Run("PRAGMA foreign_key_check", {}).rows) {
     const std::string table = data::ToText(row.at(0));
-    // Lines without a header are told one by one.
+    // Lines without a header are reported one by one, elsewhere.
     if (table == TablasDe(Tipo::Entrada).partidas || table == TablasDe(Tipo::Salida).partidas) continue;
     Di("El motor dice: un registro de " + table + " depende de otro de " + data::ToText(row.at(2)) +
            " que no existe",

@@ -46,7 +46,7 @@ void FoliosRepetidos(const Revisor& revisor, Observaciones& found) {
   }
 }
 
-// One finding for each run of numbers that nothing bears. `given` has the columns serie, numero; `last` the
+// One finding for each run of numbers that no document has. `given` has the columns serie, numero; `last` the
 // series and how far it has come.
 void Huecos(const Revisor& revisor, Tipo tipo, const std::string& what, const std::string& given,
             const std::string& last, bool documents, Observaciones& found) {

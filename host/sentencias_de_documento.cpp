@@ -15,7 +15,7 @@ using Clase = SentenciaDeDocumento::Clase;
 
 constexpr Tipo kTipos[] = {Tipo::Entrada, Tipo::Salida};
 
-// The whole number at the front of a text, which goes on behind it.
+// The whole number at the front of a text, which is left with the rest.
 std::optional<std::int32_t> Numero(std::string_view& text) {
   std::int32_t number = 0;
   const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);

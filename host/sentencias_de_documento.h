@@ -1,5 +1,5 @@
 // What a statement of the screens or of the public class does to which document, told by its text alone.
-// Their texts are fixed; whatever else is written differently is nothing to it.
+// Their texts are fixed; a statement that is written differently is not recognised.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct SentenciaDeDocumento {
     Suelta,          // an unloading clears `ocupado`
     Guarda,          // an UPDATE of the header
     Escribe,         // a line is stored; the matrix of another program is asked for lines
-    Corrige,         // a line, named by its own number, is changed or taken away
+    Corrige,         // a line, named by its own number, is changed or removed
     QuitaPartidas,   // the class deletes a document: its lines first,
     QuitaDocumento,  // then its header
   };

@@ -15,7 +15,7 @@ using Clase = SentenciaDeDocumento::Clase;
 
 std::int64_t Entero(const data::Value& value) { return static_cast<std::int64_t>(data::ToNumber(value)); }
 
-// A line stands on the screen by its number, in a column that is not seen.
+// A line is on the screen by its number, in a hidden column.
 bool MuestraRenglon(const forms::Form& screen, Tipo tipo, std::int32_t renglon) {
   const auto* wizard = dynamic_cast<const DocumentWizard*>(&screen);
   if (wizard == nullptr) return false;
@@ -72,7 +72,7 @@ data::Rows Custodia::Ejecuta(std::string_view text, const std::function<data::Ro
   }
 }
 
-// The row stands before the flag does: whoever finds a flag finds its holder too.
+// The row is written before the flag: whoever finds a flag finds its holder too.
 data::Rows Custodia::Toma(const SentenciaDeDocumento& sentencia, const std::function<data::Rows()>& envia) {
   forms::Form* screen = PantallaPara(sentencia);
   if (screen == nullptr) return envia();
@@ -107,8 +107,8 @@ Custodia::Tenida* Custodia::De(const forms::Form& screen) {
   return found == tenidas_.end() ? nullptr : &*found;
 }
 
-// A screen holds one document: of a new one that was stored for another program's matrix and is then numbered
-// anew the last number counts.
+// A screen holds one document: if a new one was stored for another program's matrix and is then numbered
+// again, the last number counts.
 void Custodia::Empieza(forms::Form& screen, const Retenido& documento) {
   Termina(screen);
   tenidas_.push_back({&screen, documento, platform_.Now()});
@@ -138,7 +138,7 @@ std::int64_t Custodia::Vida() {
   return vida_;
 }
 
-// Inside a transaction of a routine's the row would hang on it: it waits for the end of the act.
+// Inside a routine's transaction the row would depend on it: it waits for the end of the act.
 void Custodia::Escribe(Tenida& lease) noexcept {
   try {
     if (connection_.InTransaction()) return;
@@ -161,7 +161,7 @@ void Custodia::Escribe(Tenida& lease) noexcept {
         "RETURNING id",
         {tipo, lease.documento.numero, now.usuario, now.estacion, lease.desde.Iso(), life});
     const std::int64_t id = Entero(drawn.rows.at(0).at(0));
-    // The embedded engine gives the number of a row that was taken away to the next one.
+    // The embedded engine gives the number of a deleted row to the next one.
     for (Tenida& other : tenidas_) {
       if (other.id == id) other.perdida = true;
     }
@@ -246,10 +246,10 @@ void Custodia::ExigeRenglon(Tipo tipo, std::int32_t renglon) {
 bool Custodia::Permite(const SentenciaDeDocumento& sentencia) {
   if (tenidas_.empty()) return true;
   MiraSiPuede();
-  // Another screen of this program may have the document anew; what this one's act sends is still its own.
+  // Another screen of this program may have the document again; what this one's act sends is still its own.
   const Tenida* lost = PerdidaDe(sentencia);
   if (lost == nullptr || (lost->pantalla != en_acto_ && OtraLaTiene(*lost))) return true;
-  if (sentencia.clase == Clase::Suelta) return false;  // whose flag it is now is not this screen's matter
+  if (sentencia.clase == Clase::Suelta) return false;  // this screen does not care whose flag it is now
   // Going on with the next step would store or post a part of what is no longer this screen's.
   throw data::Unrecoverable(PorQue(*lost) + " No se guardó nada más desde esta pantalla.");
 }
@@ -302,11 +302,11 @@ void Custodia::TerminaActo() noexcept {
 
 void Custodia::QuitaPendientes() noexcept {
   for (const std::int64_t id : std::exchange(por_quitar_, {})) Quita(id);
-  if (!por_quitar_.empty()) return;  // a flag goes behind its lease
+  if (!por_quitar_.empty()) return;  // a flag goes after its lease
   for (const Retenido& document : std::exchange(por_soltar_, {})) SueltaBandera(document);
 }
 
-// The flag that a closing screen could not take back. One that somebody has set since has a lease behind it.
+// The flag that a closing screen could not clear. One that somebody has set since has a lease.
 void Custodia::SueltaBandera(const Retenido& documento) noexcept {
   const Tablas& tables = TablasDe(documento.tipo);
   try {
@@ -315,14 +315,14 @@ void Custodia::SueltaBandera(const Retenido& documento) noexcept {
                     {documento.numero, std::string(NombreDe(documento.tipo)), documento.numero});
   } catch (const data::Error& error) {
     if (error.Passing() || error.Kind() == data::Trouble::kSlow) por_soltar_.push_back(documento);
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): it stays, and is nobody's
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): it stays, and belongs to nobody
   }
 }
 
 void Custodia::SeFue(forms::Form& screen) noexcept { Termina(screen); }
 
-// The last row of all stays, so that its number is not drawn again. What a dead program held of a document
-// that it never came to store goes first.
+// The last row stays, so that its number is not drawn again. What a dead program held of a document that it
+// never stored goes first.
 void Custodia::LimpiaVidas() {
   constexpr const char* kDeNada =
       "SELECT DISTINCT t.vida FROM tenencias t WHERE t.vida < ? AND CASE WHEN t.tipo = 'Entrada' THEN NOT "

@@ -1,8 +1,8 @@
 // Leases: which open screen of this program holds which document. A row of `tenencias` begins with the
-// document's number (its header's INSERT, or a load that takes it) and ends with the screen, whatever door
-// the screen came through; the rows hang on a life that ends with the program (vidas). One that can't be
-// written fails no step of a screen. A screen whose row was taken away by others writes nothing more: its
-// next act tells and leaves it read-only. Who takes it, and by what right, is host/liberacion.h and
+// document's number (its header's INSERT, or a load that takes it) and ends with the screen, however
+// it was opened. The rows depend on a life that ends with the program (vidas). One that can't be written
+// fails no step of a screen. A screen whose row others have deleted writes nothing more: its next act tells
+// the operator and leaves it read-only. Who deletes it, and by what right, is in host/liberacion.h and
 // host/peticiones.h.
 #pragma once
 
@@ -33,7 +33,7 @@ class Custodia final : public Guardia {
   data::Rows Ejecuta(std::string_view text, const std::function<data::Rows()>& envia) override;
 
   // ---- told by the platform ----
-  // False where the act's screen has lost its document: that has been told, and the act is passed over.
+  // False where the act's screen has lost its document: that has been told, and the act is skipped.
   bool EmpiezaActo(forms::Form& screen) noexcept;
   void TerminaActo() noexcept;
   void SeFue(forms::Form& screen) noexcept;
@@ -42,12 +42,12 @@ class Custodia final : public Guardia {
   // Why leases can't be written though the base is there; empty where they can. It fails no step, but others
   // can't see what is open here.
   [[nodiscard]] const std::string& SinEscribir() const { return sin_escribir_; }
-  // Throws data::Unrecoverable if the line stands on a screen that has lost its document, and moving it is
+  // Throws data::Unrecoverable if the line is on a screen that has lost its document, and moving it is
   // not part of an act that began before: what was begun is posted to its end.
   void ExigeRenglon(Tipo tipo, std::int32_t renglon);
-  // The leases of closed screens that the base would not let go of when they closed are tried again: before
-  // anybody is told who holds what. At the end of each act too. So are their flags, where the base was busy
-  // or away.
+  // Tries again to delete the leases of closed screens that the base refused to delete before: whenever
+  // somebody asks who holds what, and at the end of each act. So are their flags cleared, where the base was
+  // busy or away.
   void QuitaPendientes() noexcept;
   [[nodiscard]] bool HayPendientes() const { return !por_quitar_.empty() || !por_soltar_.empty(); }
   // The life of this run, begun at its first use. Throws data::Error if the base refuses.
@@ -58,7 +58,7 @@ class Custodia final : public Guardia {
   std::vector<std::shared_ptr<forms::Form>> PantallasDe(const Retenido& documento);
   // This program itself has taken leases away, its own perhaps among them.
   void MiraDeNuevo() { vistos_.reset(); }
-  // An act with the time, user and station of now.
+  // An act with the current time, user and station.
   [[nodiscard]] Acto Firma(const std::string& acto) const;
 
  private:
@@ -73,11 +73,12 @@ class Custodia final : public Guardia {
   };
 
   data::Rows Toma(const SentenciaDeDocumento& sentencia, const std::function<data::Rows()>& envia);
-  // Whether the statement may be sent: false keeps it back unseen. Throws for a write that must be noticed.
+  // Whether the statement may be sent: false holds it back in silence. Throws for a write that must be
+  // noticed.
   bool Permite(const SentenciaDeDocumento& sentencia);
   [[nodiscard]] forms::Form* PantallaPara(const SentenciaDeDocumento& sentencia) const;
   void MiraSiPuede() noexcept;
-  // Another screen of this program has the document of the lost lease anew.
+  // Another screen of this program has the document of the lost lease again.
   [[nodiscard]] bool OtraLaTiene(const Tenida& lost) const;
   [[nodiscard]] const Tenida* PerdidaDe(const SentenciaDeDocumento& sentencia) const;
   Tenida* De(const forms::Form& screen);
@@ -86,7 +87,7 @@ class Custodia final : public Guardia {
   void Escribe(Tenida& lease) noexcept;
   void Quita(std::int64_t id) noexcept;
   void SueltaBandera(const Retenido& documento) noexcept;
-  // Looks which leases still stand, if anything was committed since the last look.
+  // Checks which leases are still there, if anything was committed since the last check.
   void Mira();
   [[nodiscard]] std::string PorQue(const Tenida& lease) const;
   void LimpiaVidas();

@@ -1,5 +1,5 @@
-// Vistazos: short readings for what stands beside a screen: what is stored of its document and who has it,
-// the names behind its keys, the stock of an article. For a window, a command or a script to show; a screen
+// Vistazos: short readings for what is shown beside a screen: what is stored of its document and who has
+// it, the names of its keys, the stock of an article. For a window, a command or a script to show; a screen
 // never asks for them.
 #pragma once
 
