@@ -14,9 +14,6 @@
 namespace tarvik::host {
 namespace {
 
-constexpr const char* kColumnas =
-    "SELECT id, tipo, documento, usuario, estacion, mensaje, cuando FROM peticiones ";
-
 std::int64_t Entero(const data::Value& value) { return static_cast<std::int64_t>(data::ToNumber(value)); }
 
 data::Value Clave(Tipo tipo) { return std::string(NombreDe(tipo)); }

@@ -55,6 +55,8 @@ TEST_F(Carreras, OneDocumentOpenedInTheSameInstantAndFinishedByBoth) {
   Prueba();
   Dato("carreras", veces);
   Dato("abiertos por los dos", ambos);
+  // No line twice; equal ones in a row add up on goods-out.
+  EXPECT_LE(Cuenta("SELECT COUNT(*) FROM entpart") + Cuenta("SELECT COUNT(*) FROM salpart"), renglones);
   EXPECT_EQ(Cuenta("SELECT COUNT(*) FROM entpart") + Cuenta("SELECT COUNT(*) FROM salpart"),
             Cuenta("SELECT COUNT(*) FROM movsinv WHERE operacion <> 'T+'"));
 }

@@ -93,7 +93,7 @@ TEST_F(FileLives, AreNotLostWhenSomebodyOpensAndClosesTheFile) {
   holder->Live(5);
   ::close(::open(side_.c_str(), O_RDWR));
   tests::ReadFile(side_);
-  base->Connect()->Lives(5);
+  (void)base->Connect()->Lives(5);
   EXPECT_TRUE(base->Connect()->Lives(5));
   EXPECT_EQ(std::filesystem::file_size(side_), 0U) << "nothing is written";
 }
@@ -143,7 +143,7 @@ TEST_F(FileLives, ThatMayNotBeLookedAtAreNotTakenForDead) {
   if (administrator) {
     ASSERT_EQ(::seteuid(65534), 0);
   }
-  const std::string error = ErrorOf([&] { OpenBase(address_)->Connect()->Lives(5); });
+  const std::string error = ErrorOf([&] { (void)OpenBase(address_)->Connect()->Lives(5); });
   if (administrator) {
     ASSERT_EQ(::seteuid(0), 0);
   }
@@ -170,7 +170,7 @@ TEST(MemoryLives, OfAClosedConnectionCanNotBeAsked) {
   const auto connection = OpenBase("sqlite::memory:")->Connect();
   connection->Live(3);
   connection->Close();
-  EXPECT_EQ(ErrorOf([&] { connection->Lives(3); }), "La base está cerrada");
+  EXPECT_EQ(ErrorOf([&] { (void)connection->Lives(3); }), "La base está cerrada");
   EXPECT_EQ(ErrorOf([&] { connection->Live(3); }), "La base está cerrada");
 }
 

@@ -179,7 +179,7 @@ TEST_F(Modelos, ColoursAndSizesOfAnotherModelDoNotShow) {
 
 TEST_F(Modelos, AModelWhoseColoursAreAllUnknownIsAMatrixWithNothingToFill) {
   Sql("DELETE FROM colores");
-  Mira([this](frmMallaModelos& m) {
+  Mira([](frmMallaModelos& m) {
     EXPECT_EQ(m.fg2.Rows(), 4);
     EXPECT_EQ(m.fg2.Cols(), 7);
     EXPECT_EQ(Cursor(m), (Casilla{3, 3}));
