@@ -13,6 +13,7 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include "desktop/lists/list_frame.h"
 #include "desktop/style/key_caps.h"
 #include "desktop/style/list_cells.h"
 #include "desktop/style/theme.h"
@@ -46,20 +47,7 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
       total_(new QLabel(this)),
       reason_(new QLabel(this)),
       keys_(new KeyCaps) {
-  constexpr int kGap = 2 * measure::kGrid;
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  auto* body = new QVBoxLayout;
-  body->setContentsMargins(kGap, kGap, kGap, measure::kGrid);
-  body->setSpacing(measure::kGrid + measure::kGrid / 2);
-  column->addLayout(body, 1);
-
-  body->addLayout(Head());
-  reason_->setProperty("role", "reason");
-  reason_->setWordWrap(true);
-  reason_->hide();
-  body->addWidget(reason_);
+  const auto [column, body] = FrameOfList(*this, Head(), *reason_);
 
   DressRows();
   body->addWidget(table_, 1);

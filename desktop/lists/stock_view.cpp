@@ -17,6 +17,7 @@
 #include "data/number.h"
 #include "data/text.h"
 #include "desktop/lists/document_list_model.h"
+#include "desktop/lists/list_frame.h"
 #include "desktop/style/key_caps.h"
 #include "desktop/style/list_cells.h"
 #include "desktop/style/theme.h"
@@ -220,20 +221,7 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
       count_(new QLabel(this)),
       reason_(new QLabel(this)),
       splitter_(new QSplitter(Qt::Vertical, this)) {
-  constexpr int kGap = 2 * measure::kGrid;
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->setSpacing(0);
-  auto* body = new QVBoxLayout;
-  body->setContentsMargins(kGap, kGap, kGap, measure::kGrid);
-  body->setSpacing(measure::kGrid + measure::kGrid / 2);
-  column->addLayout(body, 1);
-
-  body->addLayout(Head());
-  reason_->setProperty("role", "reason");
-  reason_->setWordWrap(true);
-  reason_->hide();
-  body->addWidget(reason_);
+  const auto [column, body] = FrameOfList(*this, Head(), *reason_);
 
   DressRows();
   body->addWidget(splitter_, 1);
