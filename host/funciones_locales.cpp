@@ -10,9 +10,9 @@
 #include "data/text.h"
 #include "host/conexion_observada.h"
 #include "host/constructor_sql.h"
-#include "host/mensajes.h"
 #include "host/numeracion.h"
 #include "host/paciencia.h"
+#include "host/textos.h"
 #include "service/contract/mensajes.h"
 
 namespace tarvik::host {

@@ -1,7 +1,7 @@
 // The first contents of a new base.
 #include "host/preparacion.h"
 
-#include "host/mensajes.h"
+#include "host/textos.h"
 
 namespace tarvik::host {
 namespace {

@@ -96,6 +96,7 @@ void BindAll(py::module_& module) {
   Descritas().clear();                 // of an interpreter before this one
   module.doc() = "Movimientos de inventario: maneja las pantallas sin ventana y las amplía con rutinas.";
   error_type = py::exception<data::Error>(module, "Error").inc_ref().ptr();
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): the library hands it over by value
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
       if (thrown) std::rethrow_exception(thrown);

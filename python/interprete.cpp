@@ -8,6 +8,7 @@ PYBIND11_EMBEDDED_MODULE(tarvik, module) { tarvik::python::BindAll(module); }
 
 namespace tarvik::python {
 
+// NOLINTNEXTLINE(bugprone-exception-escape): what fails here ends the program, which is ending anyway
 Rutinas::Interior::~Interior() {
   if (anfitrion) {
     for (const auto& [key, routines] : por_clave) anfitrion->Gancho(key, {});
@@ -19,6 +20,7 @@ Rutinas::Interior::~Interior() {
   detenida = py::object();
   // A thread of the deployer's that never ends would keep the interpreter, and with it the program: it
   // is left to the process's own end.
+  // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new)
   if (interprete && !HilosTerminados()) new py::scoped_interpreter(std::move(*interprete));
 }
 

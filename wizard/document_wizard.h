@@ -27,7 +27,7 @@
 #include "forms/form.h"
 #include "service/contract/host_services.h"
 #include "service/contract/objeto.h"
-#include "service/report/mensajes.h"
+#include "service/report/muestra_mensaje.h"
 #include "service/report/reporte.h"
 #include "service/report/trampa.h"
 #include "wizard/campos.h"

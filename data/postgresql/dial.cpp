@@ -56,7 +56,7 @@ std::string Short(std::string message, const std::string& state) {
     }
   }
   // The line of the server's own source, after the text: "LOCATION:  auth_failed, auth.c:326".
-  if (const auto at = message.find("\n"); at != std::string::npos && !state.empty()) message.erase(at);
+  if (const auto at = message.find('\n'); at != std::string::npos && !state.empty()) message.erase(at);
   return OneLine(message.c_str());
 }
 

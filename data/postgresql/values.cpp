@@ -104,7 +104,7 @@ struct Parameter {
   // A text that is no number equals none and comes after all of them: so does what is sent for it, and a NOT
   // in front of the comparison has the effect that it has where the text itself is compared.
   [[nodiscard]] std::optional<std::string> ComparedWithNumbers(const std::string& text) const {
-    if (const auto number = NumberIn(text)) {
+    if (auto number = NumberIn(text)) {
       if (WholeNumber(*number)) return number;
       if (const auto read = ParseNumber(*number)) return (*this)(*read);
     }

@@ -200,7 +200,8 @@ void DocumentView::LookIfWritten() {
   look_.At<State>([document](data::EngineConnection& base) { return host::LeeEstado(base, *document); },
                   [this](std::optional<State> found) {
                     unknown_ = !found;
-                    state_ = std::move(found).value_or(State());
+                    state_.reset();
+                    if (found) state_ = std::move(*found);
                     ShowState();
                     ShowKeys();
                   });

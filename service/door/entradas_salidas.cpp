@@ -5,7 +5,7 @@
 
 #include "goods_in/frm_entradas_wizard.h"
 #include "goods_out/frm_salidas_wizard.h"
-#include "service/report/mensajes.h"
+#include "service/report/muestra_mensaje.h"
 #include "stations/frm_mov_estaciones.h"
 
 namespace tarvik {

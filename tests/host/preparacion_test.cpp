@@ -2,7 +2,7 @@
 #include "host/preparacion.h"
 
 #include "data/schema.h"
-#include "host/mensajes.h"
+#include "host/textos.h"
 #include "tests/host/apoyo.h"
 
 namespace tarvik::host {

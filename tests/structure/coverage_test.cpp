@@ -10,7 +10,7 @@
 #include <string>
 
 #include "forms/flex_grid.h"
-#include "host/mensajes.h"
+#include "host/textos.h"
 #include "matrix/frm_malla_modelos.h"
 #include "service/contract/claves.h"
 #include "service/contract/mensajes.h"

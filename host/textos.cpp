@@ -1,5 +1,5 @@
 // The numbered messages of a new base.
-#include "host/mensajes.h"
+#include "host/textos.h"
 
 #include "service/contract/mensajes.h"
 

@@ -1,5 +1,5 @@
 // The numbered messages of a new base, and a deployer's right to change them.
-#include "host/mensajes.h"
+#include "host/textos.h"
 
 #include "data/text.h"
 #include "tests/host/apoyo.h"
