@@ -260,13 +260,13 @@ int Completa(const Completador& who, Tipo tipo, std::int32_t documento) {
       ExigeCompleto(entry);
       done.emplace_back(entry.Puestas(), AsientaOEspera(ledger, entry, who.plataforma.Now().time.Text()));
     }
-    Anota(who.connection,
-          {.cuando = who.plataforma.Now(),
-           .usuario = who.usuario,
-           .estacion = who.estacion,
-           .acto = "completa",
-           .documento = Retenido{tipo, documento},
-           .texto = Movimientos(missing.size()) + (missing.size() == 1 ? " que faltaba" : " que faltaban")});
+    Anota(who.connection, {.cuando = who.plataforma.Now(),
+                           .usuario = who.usuario,
+                           .estacion = who.estacion,
+                           .acto = "completa",
+                           .documento = Retenido{tipo, documento},
+                           .texto = Movimientos(static_cast<std::int64_t>(missing.size())) +
+                                    (missing.size() == 1 ? " que faltaba" : " que faltaban")});
     whole.Commit();
     return done;
   });

@@ -145,7 +145,7 @@ Observacion Dicha(const Diferencia& difference, const Historia& story) {
 // The article's own column for a warehouse; empty if it has none.
 std::string ColumnaDe(const std::vector<std::string>& columns, double warehouse) {
   if (warehouse != std::trunc(warehouse) || std::abs(warehouse) > 1e9) return {};
-  const std::string name = "alm" + std::to_string(static_cast<long>(warehouse));
+  std::string name = "alm" + std::to_string(static_cast<long>(warehouse));
   for (const std::string& column : columns) {
     if (column == name) return name;
   }
