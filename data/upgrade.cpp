@@ -1,9 +1,12 @@
 // From a base to one that has the schema of this version. It fills no table but the one of versions: texts,
 // settings and catalogues are the host's.
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <optional>
-#include <regex>
 #include <set>
+#include <string_view>
+#include <system_error>
 
 #include "data/backup.h"
 #include "data/error.h"
@@ -352,6 +355,26 @@ bool PrepareSchema(EngineConnection& connection) {
   return found.empty;
 }
 
+namespace {
+
+// The number that a rule's condition has the key above. Each engine repeats the condition in its own way:
+// "AND id > 5", "AND (id > '5')".
+std::optional<std::int64_t> NumberAbove(std::string_view condition, std::string_view key) {
+  const std::string above = std::string(key) + " > ";
+  for (std::size_t at = condition.find(above); at != std::string_view::npos;
+       at = condition.find(above, at + 1)) {
+    if (at == 0 || (condition[at - 1] != ' ' && condition[at - 1] != '(')) continue;
+    std::size_t begin = at + above.size();
+    if (begin < condition.size() && condition[begin] == '\'') ++begin;
+    std::int64_t number = 0;
+    const char* const end = condition.data() + condition.size();
+    if (std::from_chars(condition.data() + begin, end, number).ec == std::errc{}) return number;
+  }
+  return {};
+}
+
+}  // namespace
+
 std::vector<RuleWithPast> RulesWithPast(EngineConnection& connection) {
   const std::string_view text =
       connection.Kind() == Dialect::Sqlite
@@ -359,14 +382,12 @@ std::vector<RuleWithPast> RulesWithPast(EngineConnection& connection) {
           : "SELECT pg_catalog.pg_get_indexdef(to_regclass(?)) AS texto";
   std::vector<RuleWithPast> rules;
   for (const Table& table : Schema()) {
-    // Each engine repeats the condition in its own way: "AND id > 5", "AND (id > 5)".
-    const std::regex since("[ (]" + std::string(table.key.at(0)) + " > '?([0-9]+)");
     for (const Once& once : table.once) {
       const Rows rows = connection.Run(text, {std::string(once.name)});
       const std::string made = rows.rows.empty() ? "" : ToText(rows.rows[0][0]);
-      std::smatch found;
-      if (!std::regex_search(made, found, since)) continue;
-      rules.push_back({std::string(once.name), std::stoll(found[1].str())});
+      if (const auto since = NumberAbove(made, table.key.at(0))) {
+        rules.push_back({std::string(once.name), *since});
+      }
     }
   }
   return rules;
