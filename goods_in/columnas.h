@@ -1,6 +1,8 @@
 // The grid of a goods-in document's lines: its columns by name, and as designed.
 #pragma once
 
+#include <iterator>
+
 #include "wizard/columna.h"
 
 namespace tarvik {
@@ -25,5 +27,7 @@ enum Columna : int {
 inline constexpr Columna kColumnasDeEntrada[] = {
     {"Artículo", 0},       {"QTY", 800},         {"Precio", 900},        {"Importe", 900},
     {"Descripción", 4000}, {"No de Entrada", 0}, {"Presentación", 2000}, {"Pr. QTY", 1000}};
+static_assert(std::size(kColumnasDeEntrada) == columna_entrada::Presentaciones + 1);
+static_assert(+columna_entrada::Articulo == kColumnaDelArticulo);
 
 }  // namespace tarvik

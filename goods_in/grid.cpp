@@ -46,6 +46,8 @@ void frmEntradasWizard::fg2_KeyDown(int& KeyCode, int /*Shift*/) {
 
 void frmEntradasWizard::SalvaCambios() {
   Trampa intenta{*this, "SalvaCambios"};
+  // By the column's number alone. Only quantity and price open an editor; a cell of the other two is stored
+  // here when a routine edits it.
   SalvaCelda(intenta, "entpart", "id_entrada",
              {{columna_entrada::Cantidad, "cantidad", true},
               {columna_entrada::Precio, "precio", true},

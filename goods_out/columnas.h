@@ -1,6 +1,8 @@
 // The grid of a goods-out document's lines: its columns by name, and as designed.
 #pragma once
 
+#include <iterator>
+
 #include "wizard/columna.h"
 
 namespace tarvik {
@@ -36,5 +38,7 @@ inline constexpr Columna kColumnasDeSalida[] = {{"Artículo", 0},
                                                 {"Pr. QTY", 1000},
                                                 {"", 0},
                                                 {"", 0}};
+static_assert(std::size(kColumnasDeSalida) == columna_salida::SegundaClave + 1);
+static_assert(+columna_salida::Articulo == kColumnaDelArticulo);
 
 }  // namespace tarvik

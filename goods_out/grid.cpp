@@ -73,6 +73,8 @@ void frmSalidasWizard::fg2_KeyDown(int& KeyCode, int /*Shift*/) {
 
 void frmSalidasWizard::SalvaCambios() {
   Trampa intenta{*this, "SalvaCambios"};
+  // By the column's number alone. Only quantity and price open an editor; a cell of the other two is stored
+  // here when a routine edits it.
   SalvaCelda(intenta, "salpart", "id_salida",
              {{columna_salida::Cantidad, "cantidad", true},
               {columna_salida::Precio, "precio", true},

@@ -147,7 +147,7 @@ void frmSalidasWizard::ValidaTab1(bool& valido) {
 std::string frmSalidasWizard::TraeVends() {
   Trampa intenta{*this, "TraeVends"};
   std::string nombre;
-  // The seller had these two fields once; the numbers are still in use.
+  // Nothing here calls it: it is for routines, which put the seller's key into the description's field.
   if (intenta.Si([&] { return EstaVacio(campo::Concepto); })) return nombre;
   intenta([&] {
     AbreNuevo("SELECT * FROM vends WHERE vend = '" + txtFields(campo::Descripcion).Text() + "'", rstVends);

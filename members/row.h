@@ -317,37 +317,37 @@ Member Holds(std::string_view name, std::string_view line, Get get, Set) {
   return member;
 }
 
-template <class C, class Do>
-Member Does(std::string_view name, std::string_view line, const std::vector<Parameter>& parameters, Do) {
-  using S = LineSignature<decltype(&Do::operator())>;
+template <class S>
+Member Procedure(std::string_view name, std::string_view line, const std::vector<Parameter>& parameters,
+                 decltype(Member::call) call) {
   RequireCount(parameters.size(), S::kCount);
   return {.name = name,
           .kind = Kind::Procedure,
           .type = TypeOf<typename S::Result>(),
           .parameters = S::Parameters(parameters),
           .line = line,
-          .call = [](const Object& object, std::span<Variant> given) {
-            return S::Run(given, [&](auto&&... arguments) -> typename S::Result {
-              return Do()(object.As<C>(), std::forward<decltype(arguments)>(arguments)...);
-            });
-          }};
+          .call = call};
+}
+
+template <class C, class Do>
+Member Does(std::string_view name, std::string_view line, const std::vector<Parameter>& parameters, Do) {
+  using S = LineSignature<decltype(&Do::operator())>;
+  return Procedure<S>(name, line, parameters, [](const Object& object, std::span<Variant> given) {
+    return S::Run(given, [&](auto&&... arguments) -> typename S::Result {
+      return Do()(object.As<C>(), std::forward<decltype(arguments)>(arguments)...);
+    });
+  });
 }
 
 // A procedure of the class, or of one that it builds on.
 template <class C, auto kProcedure>
 Member Runs(std::string_view name, std::string_view line, const std::vector<Parameter>& parameters = {}) {
   using S = Signature<decltype(kProcedure)>;
-  RequireCount(parameters.size(), S::kCount);
-  return {.name = name,
-          .kind = Kind::Procedure,
-          .type = TypeOf<typename S::Result>(),
-          .parameters = S::Parameters(parameters),
-          .line = line,
-          .call = [](const Object& object, std::span<Variant> given) {
-            return S::Run(given, [&](auto&&... arguments) -> typename S::Result {
-              return (object.As<C>().*kProcedure)(std::forward<decltype(arguments)>(arguments)...);
-            });
-          }};
+  return Procedure<S>(name, line, parameters, [](const Object& object, std::span<Variant> given) {
+    return S::Run(given, [&](auto&&... arguments) -> typename S::Result {
+      return (object.As<C>().*kProcedure)(std::forward<decltype(arguments)>(arguments)...);
+    });
+  });
 }
 
 template <class T>

@@ -70,8 +70,7 @@ inline ParametroDescrito Como(const Puede& parameter) {
 // A class that is bound and described at once: each member is one row.
 //
 //   Clase<Acto>(module, "Acto", "Un acto de la bitácora.")
-//       .Lee("texto", "str", "Qué se hizo, exactamente.", [](const Acto& self) { return StrOf(self.texto);
-//       });
+//       .Lee("texto", "str", "Qué se hizo, exactamente.", &TextoDelActo);
 template <class T, class... Options>
 class Clase {
  public:

@@ -12,11 +12,11 @@ using service::Trampa;
 
 namespace {
 
-// Fields that the entry row once had between the price and the second key. F8 still leads on from their
-// numbers; of the two screens goods-out alone has a 7, which is never enabled.
-constexpr int kAntes7 = 7;
-constexpr int kAntes22 = 22;
-constexpr int kAntes23 = 23;
+// Numbers that F8 leads on from although neither entry row has a field there: an agent's routines call
+// txtFields_KeyDown by number, and must find the next field. Goods-out alone has a 7, which is never enabled.
+constexpr int kSinCampo7 = 7;
+constexpr int kSinCampo22 = 22;
+constexpr int kSinCampo23 = 23;
 
 }  // namespace
 
@@ -169,10 +169,10 @@ bool DocumentWizard::PasaPorPresentacion(int Index) {
     case campo::Articulo:
     case campo::Cantidad:
     case campo::Precio:
-    case kAntes7:
+    case kSinCampo7:
     case campo::Impuesto:
-    case kAntes22:
-    case kAntes23:
+    case kSinCampo22:
+    case kSinCampo23:
       PasaA(campo::SegundaClave);
       return true;
     case campo::SegundaClave:
