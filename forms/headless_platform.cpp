@@ -20,7 +20,7 @@ data::DateTime HeadlessPlatform::Now() {
           {local.tm_hour, local.tm_min, local.tm_sec}};
 }
 
-bool HeadlessPlatform::ShowBox(BoxKind kind, const std::string& text, int style) {
+bool HeadlessPlatform::Box(BoxKind kind, const std::string& text, int style) {
   return on_box ? on_box(kind, text, style) : kind != BoxKind::Question;
 }
 

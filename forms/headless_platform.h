@@ -27,7 +27,6 @@ class HeadlessPlatform : public Platform {
   std::function<bool()> on_wait;                         // each turn of a wait; true ends it
 
   data::DateTime Now() override;
-  bool ShowBox(BoxKind kind, const std::string& text, int style) override;
   void Beep() override;
   void ProcessEvents() override { Advance(0); }
   void Post(std::function<void()> function) override;
@@ -45,6 +44,7 @@ class HeadlessPlatform : public Platform {
   void Advance(long milliseconds);
 
  protected:
+  bool Box(BoxKind kind, const std::string& text, int style) override;
   void ScreenLoaded(Form& form) override;
   void ScreenUnloaded(Form& form) override;
 

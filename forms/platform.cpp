@@ -126,6 +126,12 @@ void Platform::DeleteFile(const std::string& path) {
   if (failed) throw FileError("borrar", NativePath(path), failed.value());
 }
 
+bool Platform::ShowBox(BoxKind kind, const std::string& text, int style) {
+  const Standing box(*this);
+  if (on_box_stands) on_box_stands(text);
+  return Box(kind, text, style);
+}
+
 Form* Platform::ActiveForm() const {
   for (auto form = screens_.rbegin(); form != screens_.rend(); ++form) {
     if ((*form)->Visible()) return form->get();

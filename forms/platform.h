@@ -43,7 +43,7 @@ class Platform {
   virtual data::DateTime Now() = 0;
 
   // Shows a box and waits. Gives true for Yes (and for OK), false for No and for closing it.
-  virtual bool ShowBox(BoxKind kind, const std::string& text, int style) = 0;
+  bool ShowBox(BoxKind kind, const std::string& text, int style);
   virtual void Beep() = 0;
 
   // Lets what is pending run: posted functions, due timers, painting. An operator's keys and clicks
@@ -64,6 +64,10 @@ class Platform {
   [[nodiscard]] bool Acting() const { return acts_ > 0; }
   // How many modal screens are shown, one above the other.
   [[nodiscard]] int Modals() const { return modals_; }
+  // How many boxes stand and wait for an answer.
+  [[nodiscard]] int Boxes() const { return boxes_; }
+  // Told of a box as it comes up. For the host; it may be empty, and doesn't throw.
+  std::function<void(const std::string& text)> on_box_stands;
 
   // One turn of the host's wait for its base: paints, lets no event of a screen run and takes no key.
   // False once the process has been asked to end. About a hundred times a second.
@@ -108,6 +112,20 @@ class Platform {
   virtual void ScreenLoaded(Form&) {}
   virtual void ScreenUnloaded(Form&) {}
 
+  // See ShowBox.
+  virtual bool Box(BoxKind kind, const std::string& text, int style) = 0;
+  // While it lives one more box stands. For a box that is not shown by ShowBox.
+  class Standing {
+   public:
+    explicit Standing(Platform& platform) : platform_(platform) { ++platform_.boxes_; }
+    ~Standing() { --platform_.boxes_; }
+    Standing(const Standing&) = delete;
+    Standing& operator=(const Standing&) = delete;
+
+   private:
+    Platform& platform_;
+  };
+
  private:
   friend class Form;
   // While it lives one more screen is modal.
@@ -123,6 +141,7 @@ class Platform {
   };
 
   int modals_ = 0;
+  int boxes_ = 0;
   int acts_ = 0;  // of all forms: an operator's act may set off another's
   void Add(const std::shared_ptr<Form>& form);
   void Remove(Form& form);

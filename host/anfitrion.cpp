@@ -8,12 +8,14 @@
 #include "data/error.h"
 #include "data/schema.h"
 #include "host/ambiente_local.h"
+#include "host/archivos_de_la_base.h"
 #include "host/catalogo_local.h"
 #include "host/cierres.h"
 #include "host/conexion_observada.h"
 #include "host/demo.h"
 #include "host/eliminaciones.h"
 #include "host/funciones_locales.h"
+#include "host/lecturas.h"
 #include "host/movimientos.h"
 #include "host/peticiones.h"
 #include "host/preparacion.h"
@@ -118,12 +120,18 @@ struct Anfitrion::Interior {
         funciones(*conexion, plataforma, testigo, cierres),
         catalogo(ambiente, *conexion, observada, plataforma, testigo, impresora, cierres),
         custodia(*conexion, plataforma, ambiente),
-        peticiones(*conexion, plataforma, custodia) {
+        peticiones(*conexion, plataforma, custodia),
+        lecturas(*conexion, plataforma, custodia, [this] { return catalogo.EnRutina(); }) {
     RegistraProcedimientos(*conexion, plataforma);
     conexion->Waiting().turn = [this] { return plataforma.WaitTurn(); };
     observada.PonGuardia(&custodia);
+    custodia.en_renglon = [this](const SentenciaDeDocumento& sentencia,
+                                 const std::function<data::Rows()>& envia) {
+      return lecturas.EscribeRenglon(sentencia, envia);
+    };
     plataforma.on_act_begins = [this](forms::Form& screen) {
       conexion->Waiting().ActBegins();
+      lecturas.EmpiezaActo(screen);
       return custodia.EmpiezaActo(screen);
     };
     plataforma.on_act_ends = [this] {
@@ -131,14 +139,20 @@ struct Anfitrion::Interior {
       conexion->Waiting().ActEnds();
       SueltaLoCerrado();
       DiAvisos();
+      lecturas.TerminaActo();
     };
-    plataforma.on_form_gone = [this](forms::Form& screen) { custodia.SeFue(screen); };
+    plataforma.on_form_gone = [this](forms::Form& screen) {
+      custodia.SeFue(screen);
+      lecturas.SeFue(screen);
+    };
+    plataforma.on_box_stands = [this](const std::string& text) { lecturas.Caja(text); };
     carpeta.Conserva();
   }
   ~Interior() {
     plataforma.on_act_begins = nullptr;
     plataforma.on_act_ends = nullptr;
     plataforma.on_form_gone = nullptr;
+    plataforma.on_box_stands = nullptr;
   }
   Interior(const Interior&) = delete;
   Interior& operator=(const Interior&) = delete;
@@ -191,6 +205,7 @@ struct Anfitrion::Interior {
   CatalogoLocal catalogo;
   Custodia custodia;
   ServicioDePeticiones peticiones;
+  ServicioDeLecturas lecturas;
 };
 
 Anfitrion::Anfitrion(const Opciones& opciones) : interior_(std::make_unique<Interior>(*this, opciones)) {}
@@ -276,8 +291,24 @@ std::vector<Acto> Anfitrion::Bitacora(const std::optional<data::DateTime>& desde
   return LeeBitacora(Conexion(), desde);
 }
 
+// ---- readings ----
+
+std::shared_ptr<host::Lectura> Anfitrion::Lectura(const std::string& texto, forms::Form* forma) {
+  return interior_->lecturas.Recibe(texto, forma);
+}
+
+std::vector<std::shared_ptr<host::Lectura>> Anfitrion::Cinta() { return interior_->lecturas.Cinta(); }
+
+void Anfitrion::ExportaCinta(const Tramo& tramo, const std::string& ruta) {
+  ArchivosDeLaBase(Base().Address()).Rechaza(ruta);
+  host::ExportaCinta(LeeCinta(Conexion(), tramo), ruta);
+}
+
+ServicioDeLecturas& Anfitrion::Lecturas() { return interior_->lecturas; }
+
 void Anfitrion::SueltaPendientes() {
   if (interior_->plataforma.Acting()) return;
+  interior_->lecturas.Atiende();
   data::Patience& patience = Conexion().Waiting();
   patience.ActBegins();
   patience.Vain();

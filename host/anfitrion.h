@@ -14,6 +14,7 @@
 #include "host/a_medias.h"
 #include "host/bitacora.h"
 #include "host/cierres.h"
+#include "host/cinta.h"
 #include "host/documentos.h"
 #include "host/liberacion.h"
 #include "host/revision.h"
@@ -88,6 +89,7 @@ class FormaMaestra : public service::LateBound {
 };
 
 class Peticion;
+class ServicioDeLecturas;
 
 class Anfitrion : public service::Host {
  public:
@@ -133,6 +135,17 @@ class Anfitrion : public service::Host {
   std::vector<Peticion> Peticiones();
   // What was done by right or over a refusal, oldest first.
   std::vector<Acto> Bitacora(const std::optional<data::DateTime>& desde = {});
+
+  // ---- readings (host/lecturas.h) ----
+  // What a scanner sends, for this document screen or the one in front; its entry of the tape, kept up to
+  // date.
+  std::shared_ptr<host::Lectura> Lectura(const std::string& texto, forms::Form* forma = nullptr);
+  // All readings that the base has, oldest first.
+  std::vector<std::shared_ptr<host::Lectura>> Cinta();
+  // The tape, or a document's, as a file for a spreadsheet. Throws data::Error if it can't be written.
+  void ExportaCinta(const Tramo& tramo, const std::string& ruta);
+  ServicioDeLecturas& Lecturas();
+
   // To be called now and then by an idle program: tries again to release what closed screens could not,
   // without waiting.
   void SueltaPendientes();

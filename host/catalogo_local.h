@@ -29,6 +29,9 @@ class CatalogoLocal : public service::ConsultasCatalogo {
   void Gancho(const std::string& key, Anfitrion::Rutina routine);
   [[nodiscard]] bool TieneGancho(const std::string& key) const { return routines_.contains(key); }
 
+  // Whether a routine runs at this moment.
+  [[nodiscard]] bool EnRutina() const { return depth_ > 0; }
+
   void BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&) override;
   void ImprimeDocumento(const std::string& format, std::int32_t number, service::Ambiente&,
                         forms::Form& screen) override;

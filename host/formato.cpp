@@ -1,10 +1,7 @@
 // From a document to a page: reads the rows, names them for the template, renders, writes the file.
 #include "host/formato.h"
 
-#include <unistd.h>
-
 #include <array>
-#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -17,6 +14,7 @@
 #include "data/recordset.h"
 #include "data/text.h"
 #include "forms/platform.h"
+#include "host/archivo_entero.h"
 #include "host/barras.h"
 #include "wizard/modos.h"
 
@@ -184,23 +182,6 @@ void ExigeNombreDeArchivo(const std::string& format) {
     if (byte < 0x20 || std::strchr("/\\:*?\"<>|", character) != nullptr) plain = false;
   }
   if (!plain) throw data::Error("El nombre de formato \"" + format + "\" no es válido");
-}
-
-// Writes the whole file or leaves it as it was: a program that dies in the middle leaves no half page or
-// template. Gives what went wrong; no error if nothing did.
-std::error_code EscribeEntero(const fs::path& path, std::string_view text) {
-  const fs::path part = path.string() + "." + std::to_string(::getpid()) + ".parcial";
-  forms::MakePrivateFile(part.string());
-  errno = 0;
-  std::ofstream file(part, std::ios::binary | std::ios::trunc);
-  file << text;
-  file.close();
-  std::error_code failed;
-  if (file) fs::rename(part, path, failed);
-  if (!file) failed = std::error_code(errno != 0 ? errno : EIO, std::generic_category());
-  std::error_code ignored;
-  if (failed) fs::remove(part, ignored);
-  return failed;
 }
 
 std::string PonPlantillaDeFabrica(const fs::path& path) {

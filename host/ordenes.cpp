@@ -14,6 +14,7 @@
 #include "data/text.h"
 #include "forms/headless_platform.h"
 #include "host/documentos.h"
+#include "host/lecturas.h"
 #include "host/peticiones.h"
 #include "host/testimonio.h"
 #include "service/door/entradas_salidas.h"
@@ -257,6 +258,36 @@ int OrdenElimina(Sesion& sesion, const std::string& tipo, std::int32_t numero, b
   return kBien;
 }
 
+int OrdenCinta(Sesion& sesion, const Tramo& tramo, const std::string& ruta) {
+  if (!ruta.empty()) {
+    sesion.Host().ExportaCinta(tramo, ruta);
+    sesion.Donde().salida << "La cinta está en " << ruta << ".\n";
+    return kBien;
+  }
+  std::vector<Fila> rows;
+  for (const Lectura& reading : LeeCinta(sesion.Host().Conexion(), tramo)) {
+    rows.push_back({std::to_string(reading.id), reading.cuando.Iso(), reading.usuario, reading.estacion,
+                    reading.tipo ? std::string(NombreDe(*reading.tipo)) : "",
+                    TextoDeNumero(reading.documento), reading.texto, ComoQuedo(reading)});
+  }
+  if (rows.empty()) {
+    sesion.Donde().salida << "No hay lecturas.\n";
+  } else {
+    Escribe(sesion.Donde().salida,
+            {"Lectura", "Cuándo", "Usuario", "Estación", "Tipo", "Documento", "Código", "Cómo quedó"}, rows);
+  }
+  return kBien;
+}
+
+int OrdenDeLectura(Sesion& sesion, std::int64_t id,
+                   const std::function<void(ServicioDeLecturas&, Lectura&)>& act) {
+  const auto reading = sesion.Host().Lecturas().Entrada(id);
+  if (reading == nullptr) throw data::Error("No existe la lectura " + std::to_string(id));
+  act(sesion.Host().Lecturas(), *reading);
+  sesion.Donde().salida << "La lectura \"" << reading->texto << "\" quedó " << ComoQuedo(*reading) << ".\n";
+  return kBien;
+}
+
 }  // namespace
 
 struct Ordenes::Interior {
@@ -265,8 +296,51 @@ struct Ordenes::Interior {
   std::int32_t numero = 0;
   std::string texto;
   int segundos = 60;
-  bool todos = false, repara = false, huecos = false, abre_saldos = false, si = false;
+  bool todos = false, repara = false, huecos = false, abre_saldos = false, si = false, pendientes = false;
+  std::int64_t lectura = 0;
+  std::string articulo;
+  double unidades = 1;
+
+  [[nodiscard]] Tramo TramoPedido() const {
+    Tramo part{.pendientes = pendientes};
+    if (tipo.empty() != (numero == 0)) throw data::Error("Diga qué documento, por ejemplo: cinta entrada 12");
+    if (!tipo.empty()) part.documento = Retenido{TipoDe(tipo), numero};
+    return part;
+  }
+  // `add` makes a command, `with_document` gives it the arguments that name one.
+  template <class Add, class ConDocumento>
+  void AgregaLecturas(const Add& add, const ConDocumento& with_document);
 };
+
+template <class Add, class ConDocumento>
+void Ordenes::Interior::AgregaLecturas(const Add& add, const ConDocumento& with_document) {
+  Interior& own = *this;
+  auto* tape =
+      with_document(add("cinta", nullptr, "Dice qué se leyó con el lector y cómo quedó cada lectura",
+                        [&own](Sesion& sesion) { return OrdenCinta(sesion, own.TramoPedido(), own.texto); }),
+                    false);
+  tape->add_flag("--pendientes", own.pendientes, "Sólo las que esperan o no tienen artículo");
+  tape->add_option("--exporta", own.texto, "En este archivo, para una hoja de cálculo");
+  const auto with_reading = [&](const char* name, const char* help,
+                                std::function<void(ServicioDeLecturas&, Lectura&)> act) {
+    CLI::App* order = add(name, nullptr, help, [&own, act = std::move(act)](Sesion& sesion) {
+      return OrdenDeLectura(sesion, own.lectura, act);
+    });
+    order->add_option("lectura", own.lectura, "Su número en la cinta")->required();
+    return order;
+  };
+  auto* bind = with_reading(
+      "asigna", "Hace de un código sin artículo una segunda clave",
+      [&own](ServicioDeLecturas& readings, Lectura& it) { readings.Asigna(it, own.articulo, own.unidades); });
+  bind->add_option("articulo", own.articulo, "De qué artículo")->required();
+  bind->add_option("--unidades", own.unidades, "Cuántas unidades son una lectura (1)");
+  with_reading("descarta", "Descarta una lectura que espera o no tiene artículo",
+               [&own](ServicioDeLecturas& readings, Lectura& it) { readings.Descarta(it, own.texto); })
+      ->add_option("motivo", own.texto, "Por qué")
+      ->required();
+  with_reading("deshace", "Quita las unidades de una lectura de un documento pendiente",
+               [](ServicioDeLecturas& readings, Lectura& it) { readings.Deshace(it); });
+}
 
 Ordenes::Ordenes(CLI::App& programa) : interior_(std::make_unique<Interior>()) {
   Interior& own = *interior_;
@@ -324,6 +398,7 @@ Ordenes::Ordenes(CLI::App& programa) : interior_(std::make_unique<Interior>()) {
   add("bitacora", nullptr, "Dice qué se hizo por derecho o sobre una negativa", [&own](Sesion& sesion) {
     return OrdenBitacora(sesion, own.texto);
   })->add_option("--desde", own.texto, "Desde cuándo: 2024-03-05 o 2024-03-05T14:00:00");
+  own.AgregaLecturas(add, with_document);
 }
 
 Ordenes::~Ordenes() = default;

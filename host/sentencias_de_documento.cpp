@@ -42,8 +42,24 @@ std::optional<std::int32_t> AlFinal(std::string_view text, const std::string& ta
   return condition.empty() ? number : std::nullopt;
 }
 
-// The value of a column of "INSERT INTO t (a, b) VALUES (1, 2)"; those before it are numbers.
-std::optional<std::int32_t> DeInsert(std::string_view text, std::string_view column) {
+// How long the literal at the front is: a quoted text with its quotes, or what stands before the next mark.
+std::size_t LargoDeLiteral(std::string_view values) {
+  if (!values.starts_with('\'')) return std::min(values.find_first_of(",)"), values.size());
+  std::size_t end = 1;
+  while (end < values.size()) {
+    if (values[end] != '\'') {
+      ++end;
+    } else if (values.substr(end + 1).starts_with('\'')) {
+      end += 2;
+    } else {
+      return end + 1;
+    }
+  }
+  return end;
+}
+
+// The literal of a column of "INSERT INTO t (a, b) VALUES (1, 'x')"; nothing if it isn't there.
+std::optional<std::string_view> DeInsert(std::string_view text, std::string_view column) {
   const std::size_t open = text.find('(');
   const std::size_t close = text.find(") VALUES (");
   if (open == std::string_view::npos || close == std::string_view::npos || close < open) return {};
@@ -51,12 +67,23 @@ std::optional<std::int32_t> DeInsert(std::string_view text, std::string_view col
   std::string_view values = text.substr(close + 10);
   for (;;) {
     const std::size_t comma = std::min(names.find(", "), names.size());
-    const auto value = LeeNumero(values);
-    if (!value) return {};
-    if (names.substr(0, comma) == column) return value;
+    const std::size_t length = LargoDeLiteral(values);
+    if (names.substr(0, comma) == column) return values.substr(0, length);
+    values.remove_prefix(length);
     if (comma == names.size() || !Quita(values, ", ")) return {};
     names.remove_prefix(comma + 2);
   }
+}
+
+std::optional<std::int32_t> EnteroDeInsert(std::string_view text, std::string_view column) {
+  auto literal = DeInsert(text, column);
+  return literal ? LeeNumero(*literal) : std::nullopt;
+}
+
+double UnidadesDe(std::string_view literal) {
+  double units = 0;
+  std::from_chars(literal.data(), literal.data() + literal.size(), units);
+  return units;
 }
 
 // "... (((column) = 7))", as the class deletes.
@@ -66,15 +93,23 @@ std::optional<std::int32_t> EntreParentesis(std::string_view text, std::string_v
   return text == "))" ? number : std::nullopt;
 }
 
-SentenciaDeDocumento Hecha(Clase clase, Tipo tipo, std::int32_t numero) { return {clase, {tipo, numero}, 0}; }
+SentenciaDeDocumento Hecha(Clase clase, Tipo tipo, std::int32_t numero) {
+  return {.clase = clase, .documento = {tipo, numero}};
+}
 
 SentenciaDeDocumento DeInsercion(std::string_view text) {
   for (const Tipo tipo : kTipos) {
     const Tablas& tables = TablasDe(tipo);
-    for (const auto& [table, clase] :
-         {std::pair{&tables.encabezado, Clase::Crea}, std::pair{&tables.partidas, Clase::Escribe}}) {
-      if (!text.starts_with("INSERT INTO " + *table + " (")) continue;
-      if (const auto number = DeInsert(text, tables.clave)) return Hecha(clase, tipo, *number);
+    if (text.starts_with("INSERT INTO " + tables.encabezado + " (")) {
+      if (const auto number = EnteroDeInsert(text, tables.clave)) return Hecha(Clase::Crea, tipo, *number);
+    }
+    if (text.starts_with("INSERT INTO " + tables.partidas + " (")) {
+      const auto number = EnteroDeInsert(text, tables.clave);
+      if (!number) continue;
+      return {.clase = Clase::Escribe,
+              .documento = {tipo, *number},
+              .renglon = EnteroDeInsert(text, tables.renglon).value_or(0),
+              .unidades = UnidadesDe(DeInsert(text, "cantidad").value_or(""))};
     }
   }
   return {};
@@ -94,7 +129,13 @@ SentenciaDeDocumento DeCambio(std::string_view text) {
     }
     if (text.starts_with("UPDATE " + tables.partidas + " SET ")) {
       const auto line = AlFinal(text, tables.partidas, tables.renglon);
-      if (line) return {Clase::Corrige, {tipo, 0}, *line};
+      if (!line) continue;
+      rest = text;
+      const bool adds = Quita(rest, "UPDATE " + tables.partidas + " SET cantidad = cantidad + ");
+      return {.clase = Clase::Corrige,
+              .documento = {tipo, 0},
+              .renglon = *line,
+              .unidades = adds ? UnidadesDe(rest) : 0};
     }
   }
   return {};
@@ -117,7 +158,7 @@ SentenciaDeDocumento DeBorrado(std::string_view text) {
     const Tablas& tables = TablasDe(tipo);
     if (!text.starts_with("DELETE FROM " + tables.partidas + " ")) continue;
     if (const auto line = AlFinal(text, tables.partidas, tables.renglon))
-      return {Clase::Corrige, {tipo, 0}, *line};
+      return {.clase = Clase::Corrige, .documento = {tipo, 0}, .renglon = *line};
   }
   return {};
 }

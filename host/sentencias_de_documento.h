@@ -23,7 +23,8 @@ struct SentenciaDeDocumento {
   };
   Clase clase = Clase::Otra;
   Retenido documento{};      // of Corrige the kind alone
-  std::int32_t renglon = 0;  // of Corrige
+  std::int32_t renglon = 0;  // of Corrige, and of Escribe where it is one line; else 0
+  double unidades = 0;       // that such a line is made with, or that Corrige adds to it; else 0
 };
 
 // Costs a look at the first word where the text is none of these.

@@ -68,7 +68,8 @@ data::Rows Custodia::Ejecuta(std::string_view text, const std::function<data::Ro
         throw;
       }
     default:
-      return Permite(sentencia) ? envia() : data::Rows{};
+      if (!Permite(sentencia)) return {};
+      return en_renglon ? en_renglon(sentencia, envia) : envia();
   }
 }
 

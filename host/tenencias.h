@@ -31,6 +31,9 @@ class Custodia final : public Guardia {
   Custodia& operator=(const Custodia&) = delete;
 
   data::Rows Ejecuta(std::string_view text, const std::function<data::Rows()>& envia) override;
+  // Sends the statements of lines that are allowed, in place of `envia` itself. For whoever has a part in
+  // them; empty: nobody.
+  std::function<data::Rows(const SentenciaDeDocumento&, const std::function<data::Rows()>& envia)> en_renglon;
 
   // ---- told by the platform ----
   // False where the act's screen has lost its document: that has been told, and the act is skipped.

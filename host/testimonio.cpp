@@ -4,9 +4,7 @@
 
 namespace tarvik::host {
 
-namespace {
-
-const char* Clase(forms::BoxKind kind) {
+std::string_view Testimonio::ClaseDe(forms::BoxKind kind) {
   switch (kind) {
     case forms::BoxKind::Message:
       return "mensaje";
@@ -18,8 +16,6 @@ const char* Clase(forms::BoxKind kind) {
       return "caja";
   }
 }
-
-}  // namespace
 
 void Testimonio::Falla(const std::string& patron, int veces, const std::string& texto) {
   try {
@@ -55,7 +51,7 @@ void Testimonio::Servicio(std::string_view name) {
 void Testimonio::MensajeTraido(int number, const std::string& text) { traidos_.emplace_back(number, text); }
 
 bool Testimonio::Caja(forms::BoxKind kind, const std::string& text, int style) {
-  MensajeVisto visto{Clase(kind), {}, text, style, {}};
+  MensajeVisto visto{std::string(ClaseDe(kind)), {}, text, style, {}};
   for (const auto& [numero, traido] : traidos_) {
     if (text.find(traido) != std::string::npos) visto.numeros.push_back(numero);
   }

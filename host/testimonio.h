@@ -25,6 +25,8 @@ struct MensajeVisto {
 
 class Testimonio : public Testigo {
  public:
+  // "mensaje", "error", "pregunta", "caja".
+  static std::string_view ClaseDe(forms::BoxKind kind);
   // The next `veces` statements in whose text the pattern (ECMAScript, anywhere, without regard to
   // case) is found are not sent and fail with this text. Throws data::Error for a bad pattern.
   void Falla(const std::string& patron, int veces, const std::string& texto);

@@ -8,6 +8,7 @@
 #include "data/error.h"
 #include "host/a_medias.h"
 #include "host/bitacora.h"
+#include "host/lecturas.h"
 #include "host/peticiones.h"
 #include "python/nucleo.h"
 
@@ -186,6 +187,96 @@ void BindPeticiones(py::module_& module, GuionType& type) {
             });
 }
 
+// An entry of the tape keeps the host that it speaks through.
+struct LecturaPropia {
+  std::shared_ptr<host::Lectura> lectura;
+  std::shared_ptr<Nucleo> nucleo;
+
+  // As it is now.
+  [[nodiscard]] const host::Lectura& Ahora() const {
+    Called([&] { nucleo->Host().Lecturas().PonAlDia(*lectura); });
+    return *lectura;
+  }
+};
+
+void BindEntradaDeCinta(py::module_& module) {
+  using L = LecturaPropia;
+  Clase<L>(module, "Lectura", "Una lectura del lector, en la cinta.")
+      .Lee("texto", "str", "Lo que se leyó.", [](const L& self) { return StrOf(self.lectura->texto); })
+      .Lee("estado", "str", "Cómo va ahora: espera, renglon, sin articulo, rechazada, descartada o deshecha.",
+           [](const L& self) { return StrOf(self.Ahora().estado); })
+      .Lee("tipo", "str | None", "Entrada o Salida; nada si no había documento.",
+           [](const L& self) {
+             const auto kind = self.Ahora().tipo;
+             return kind ? NameOf(*kind) : py::object(py::none());
+           })
+      .Lee("documento", "int | None", "El número del documento, o nada.",
+           [](const L& self) { return self.Ahora().documento; })
+      .Lee("renglon", "int | None", "El renglón que hizo, o al que se sumó; o nada.",
+           [](const L& self) { return self.Ahora().renglon; })
+      .Lee("cantidad", "float | None", "Las unidades que puso, o nada.",
+           [](const L& self) { return self.Ahora().cantidad; })
+      .Lee("motivo", "str | None", "Por qué se rechazó o se descartó, o nada.",
+           [](const L& self) { return TextOrNone(self.Ahora().motivo); })
+      .Lee("usuario", "str", "Quién la leyó.", [](const L& self) { return StrOf(self.lectura->usuario); })
+      .Lee("estacion", "str", "En qué estación.", [](const L& self) { return StrOf(self.lectura->estacion); })
+      .Lee("cuando", "datetime.datetime", "Cuándo se leyó.",
+           [](const L& self) { return ToPython(self.lectura->cuando); })
+      .Hace(
+          "asigna", "None",
+          "Hace del código desconocido una segunda clave de un artículo, y la captura de nuevo.",
+          [](L& self, const py::object& articulo, double unidades) {
+            Called([&] { self.nucleo->Host().Lecturas().Asigna(*self.lectura, TextOf(articulo), unidades); });
+          },
+          Toma{"articulo", "str"}, Puede{"unidades", "float", py::int_(1)})
+      .Hace(
+          "descarta", "None", "La descarta; el motivo queda en la cinta.",
+          [](L& self, const py::object& motivo) {
+            Called([&] { self.nucleo->Host().Lecturas().Descarta(*self.lectura, TextOf(motivo)); });
+          },
+          Toma{"motivo", "str"})
+      .Hace("deshace", "None", "Quita sus unidades de un documento pendiente.",
+            [](L& self) { Called([&] { self.nucleo->Host().Lecturas().Deshace(*self.lectura); }); })
+      .Hace(
+          "alimenta", "None", "Captura una que se quedó en espera, o que se rechazó.",
+          [](L& self, forms::Form* forma) {
+            Called([&] { self.nucleo->Host().Lecturas().Alimenta(*self.lectura, forma); });
+          },
+          Puede{"forma", "Pantalla | None", py::none()})
+      .Tipo()
+      .def("__eq__",
+           [](const L& self, const py::object& other) {
+             if (!py::isinstance<L>(other)) return false;
+             const auto& one = *self.lectura;
+             const auto& two = *other.cast<const L&>().lectura;
+             return &one == &two || (one.id != 0 && one.id == two.id);
+           })
+      .def("__hash__", [](const L& self) { return self.lectura->id; })
+      .def("__repr__", [](const L& self) {
+        return "<" + std::string(py::repr(StrOf(self.lectura->texto))) + " " + host::ComoQuedo(self.Ahora()) +
+               ">";
+      });
+}
+
+void BindLecturas(py::module_& module, GuionType& type) {
+  BindEntradaDeCinta(module);
+  type.Hace(
+          "lectura", "Lectura",
+          "Lo que manda un lector, para esa pantalla o la del frente; da su entrada de la cinta.",
+          [](Guion& self, const py::object& texto, forms::Form* forma) {
+            return LecturaPropia{Called([&] { return self.nucleo->Host().Lectura(TextOf(texto), forma); }),
+                                 self.nucleo};
+          },
+          Toma{"texto", "str"}, Puede{"forma", "Pantalla | None", py::none()})
+      .Lee("cinta", "list[Lectura]", "Todas las lecturas, de la más antigua a la más nueva.",
+           [](Guion& self) {
+             std::vector<LecturaPropia> tape;
+             for (auto& entry : Called([&] { return self.nucleo->Host().Cinta(); }))
+               tape.push_back({std::move(entry), self.nucleo});
+             return tape;
+           });
+}
+
 void BindRevision(py::module_& module, GuionType& type) {
   using O = host::Observacion;
   const auto text_or_none = [](const std::optional<std::string>& text) {
@@ -229,6 +320,7 @@ void BindAlrededor(py::module_& module, GuionType& type) {
   BindTenencias(module, type);
   BindPeticiones(module, type);
   BindBitacora(module, type);
+  BindLecturas(module, type);
   BindRevision(module, type);
 }
 

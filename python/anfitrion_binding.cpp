@@ -128,7 +128,12 @@ void BindMundo(GuionType& type) {
           "al_mostrar_selector", "Callable[[str, str, TextBox], str | None] | None",
           "Lo que elige en un buscador: recibe clase, título y campo; el texto que da va al campo.",
           [](Guion& self) { return self.al_mostrar_selector; },
-          [](Guion& self, const py::object& function) { self.al_mostrar_selector = function; });
+          [](Guion& self, const py::object& function) { self.al_mostrar_selector = function; })
+      .Tiene(
+          "al_mostrar_caja", "Callable[[str, str], object] | None",
+          "Lo que corre mientras un mensaje o una pregunta espera: recibe clase y texto.",
+          [](Guion& self) { return self.al_mostrar_caja; },
+          [](Guion& self, const py::object& function) { self.al_mostrar_caja = function; });
 }
 
 void BindFallas(GuionType& type) {

@@ -45,7 +45,7 @@ Nucleo::Nucleo(const std::string& base, const std::string& usuario, const std::s
 
 void Nucleo::Listen() {
   plataforma_.on_box = [this](forms::BoxKind kind, const std::string& text, int style) {
-    return Caja(kind, text, style);
+    return ShowBox(kind, text, style);
   };
   plataforma_.on_beep = [this] { Note([](Cuaderno& notes) { ++notes.pitidos; }); };
   plataforma_.on_modal = [this](forms::Form& form) { ShowModal(form); };
@@ -207,6 +207,20 @@ void Nucleo::ShowModal(forms::Form& form) {
       KeepRaised(raised);
     }
   });
+}
+
+// Likewise: what the script's function raises doesn't disturb the box.
+bool Nucleo::ShowBox(forms::BoxKind kind, const std::string& text, int style) {
+  Note([&](Cuaderno& notes) {
+    if (notes.al_mostrar_caja.is_none()) return;
+    try {
+      py::object function = notes.al_mostrar_caja;
+      function(std::string(ClaseDe(kind)), StrOf(text));
+    } catch (py::error_already_set& raised) {
+      KeepRaised(raised);
+    }
+  });
+  return Caja(kind, text, style);
 }
 
 void Nucleo::RunRoutine(const std::string& key, forms::Form& form) {

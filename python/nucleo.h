@@ -22,7 +22,8 @@ struct Cuaderno {
   py::list sentencias, mensajes, listas, respuestas, ganchos_disparados, movimientos, impresos, navegado,
       presentadas, regresadas, selectores, no_atrapados, pantallas, llamadas;
   py::dict ganchos;
-  py::object ahora = py::none(), al_mostrar_modal = py::none(), al_mostrar_selector = py::none();
+  py::object ahora = py::none(), al_mostrar_modal = py::none(), al_mostrar_selector = py::none(),
+             al_mostrar_caja = py::none();
   int pitidos = 0;
   py::object ultima;  // the last statement, as listed
   std::string texto_de_la_ultima;
@@ -79,6 +80,7 @@ class Nucleo final : public host::Testimonio,
   void Listen();
   bool Turn();
   void ShowModal(forms::Form& form);
+  bool ShowBox(forms::BoxKind kind, const std::string& text, int style);
   void RunRoutine(const std::string& key, forms::Form& form);
 
   Cuaderno* notebook_;

@@ -1394,6 +1394,9 @@ class Anfitrion:
     al_mostrar_selector: Callable[[str, str, TextBox], str | None] | None
     """Lo que elige en un buscador: recibe clase, título y campo; el texto que da va al campo."""
 
+    al_mostrar_caja: Callable[[str, str], object] | None
+    """Lo que corre mientras un mensaje o una pregunta espera: recibe clase y texto."""
+
     def falla(self, pattern: str, veces: int = 1, texto: str = 'falla provocada') -> None:
         """Las próximas sentencias de las pantallas que contengan el patrón no se envían, y dan error."""
 
@@ -1435,6 +1438,13 @@ class Anfitrion:
 
     def bitacora(self, desde: datetime.datetime | datetime.date | str | None = None) -> list[Acto]:
         """Los actos desde ese momento, del más antiguo al más nuevo; sin él, todos."""
+
+    def lectura(self, texto: str, forma: Pantalla | None = None) -> Lectura:
+        """Lo que manda un lector, para esa pantalla o la del frente; da su entrada de la cinta."""
+
+    @property
+    def cinta(self) -> list[Lectura]:
+        """Todas las lecturas, de la más antigua a la más nueva."""
 
     def revisa(self, repara: bool = False, huecos: bool = False) -> list[Observacion]:
         """Revisa toda la base; vacía si está sana. Con repara arregla lo que puede; con huecos da también los números que faltan."""
@@ -1564,6 +1574,62 @@ class Acto:
     @property
     def texto(self) -> str:
         """Qué se hizo, exactamente."""
+
+
+class Lectura:
+    """Una lectura del lector, en la cinta."""
+
+    @property
+    def texto(self) -> str:
+        """Lo que se leyó."""
+
+    @property
+    def estado(self) -> str:
+        """Cómo va ahora: espera, renglon, sin articulo, rechazada, descartada o deshecha."""
+
+    @property
+    def tipo(self) -> str | None:
+        """Entrada o Salida; nada si no había documento."""
+
+    @property
+    def documento(self) -> int | None:
+        """El número del documento, o nada."""
+
+    @property
+    def renglon(self) -> int | None:
+        """El renglón que hizo, o al que se sumó; o nada."""
+
+    @property
+    def cantidad(self) -> float | None:
+        """Las unidades que puso, o nada."""
+
+    @property
+    def motivo(self) -> str | None:
+        """Por qué se rechazó o se descartó, o nada."""
+
+    @property
+    def usuario(self) -> str:
+        """Quién la leyó."""
+
+    @property
+    def estacion(self) -> str:
+        """En qué estación."""
+
+    @property
+    def cuando(self) -> datetime.datetime:
+        """Cuándo se leyó."""
+
+    def asigna(self, articulo: str, unidades: float = 1) -> None:
+        """Hace del código desconocido una segunda clave de un artículo, y la captura de nuevo."""
+
+    def descarta(self, motivo: str) -> None:
+        """La descarta; el motivo queda en la cinta."""
+
+    def deshace(self) -> None:
+        """Quita sus unidades de un documento pendiente."""
+
+    def alimenta(self, forma: Pantalla | None = None) -> None:
+        """Captura una que se quedó en espera, o que se rechazó."""
 
 
 class Observacion:

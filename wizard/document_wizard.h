@@ -164,6 +164,9 @@ class DocumentWizard : public forms::Form, public service::Reportero {
   // Told with each line's text in RichTextBox1: a listener that hears of that change asks here for the
   // figures. Nothing at any other time, also when somebody else writes into RichTextBox1.
   [[nodiscard]] const std::optional<Avance>& Afectando() const { return afectando_; }
+  // Asked on Enter in the article field, once it has been left and its routines have run: false ends the key
+  // there. Set while a scanner's reading is typed; else empty.
+  std::function<bool()> al_dejar_articulo;
   // How many failures this screen has reported: whoever calls a procedure learns whether all went well.
   [[nodiscard]] int Reportes() const { return reportes_; }
 

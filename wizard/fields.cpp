@@ -135,6 +135,7 @@ bool DocumentWizard::TomaArticulo() {
   const bool lector = Check4.Value() == 1;
   if (lector) txtFields(campo::Cantidad).Text("1");
   PasaASeleccionado(campo::Cantidad);
+  if (al_dejar_articulo && !al_dejar_articulo()) return false;
   if (lector) {
     PonDescripcion();
     LlenaPartida();

@@ -71,7 +71,7 @@ data::DateTime QtPlatform::Now() {
           {now.time().hour(), now.time().minute(), now.time().second()}};
 }
 
-bool QtPlatform::ShowBox(forms::BoxKind kind, const std::string& given, int style) {
+bool QtPlatform::Box(forms::BoxKind kind, const std::string& given, int style) {
   // A message whose text could not be read is empty; an empty box would only puzzle the operator.
   const bool wordless = QString::fromStdString(given).trimmed().isEmpty();
   const std::string text = wordless ? tr("No se pudo leer el texto de este aviso en la base de datos. Lo que "
@@ -173,6 +173,7 @@ void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
     if (end_requested) return;
     const std::string text = error.what();
     troubles_.Add(Kept(text), Acting());
+    const Platform::Standing stands(*this);
     const Troubles::Standing box(troubles_);
     if (on_box) {
       on_box(forms::BoxKind::Error, text, forms::kBoxStop);

@@ -53,7 +53,6 @@ class QtPlatform final : public QObject, public forms::Platform {
   [[nodiscard]] int UnhandledErrors() const { return unhandled_; }
 
   data::DateTime Now() override;
-  bool ShowBox(forms::BoxKind kind, const std::string& text, int style) override;
   void Beep() override;
   void ProcessEvents() override;
   void Post(std::function<void()> function) override;
@@ -73,6 +72,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   void Navigate(forms::WebBrowser& browser, const std::string& name) override;
 
  protected:
+  bool Box(forms::BoxKind kind, const std::string& text, int style) override;
   void ScreenLoaded(forms::Form& form) override;
   void ScreenUnloaded(forms::Form& form) override;
 

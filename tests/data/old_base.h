@@ -155,9 +155,9 @@ class Version2 : public OldBase {
 };
 
 // With twins: two articles of one model, colour and size, of which the second by key was stored first.
-class Version3 : public OldBase {
+// With articles of a model.
+class WithModels : public OldBase {
  protected:
-  void SetUp() override { Fill(3, "filas_v3.sql"); }
   // The model's articles as the screens ask for them.
   std::string OfModel() {
     std::string keys;
@@ -166,6 +166,16 @@ class Version3 : public OldBase {
     }
     return keys;
   }
+};
+
+class Version3 : public WithModels {
+ protected:
+  void SetUp() override { Fill(3, "filas_v3.sql"); }
+};
+
+class Version4 : public WithModels {
+ protected:
+  void SetUp() override { Fill(4, "filas_v3.sql"); }
 };
 
 }  // namespace tarvik::data

@@ -38,7 +38,7 @@ TEST(SchemaTables, AreThoseOfTheSuiteAndOfTheHost) {
                          "monedas",           "usuarios",  "defform",     "ControlProc", "modelos",
                          "colores",           "tallas"}));
   EXPECT_EQ(host, (List{"mensajes", "series", "parametros", "version_esquema", "mallaparam", "mallacelda",
-                        "tenencias", "vidas", "peticiones", "bitacora", "cierres"}));
+                        "tenencias", "vidas", "peticiones", "bitacora", "lecturas", "cierres"}));
 }
 
 TEST(SchemaTables, GoodsIn) {
@@ -158,7 +158,7 @@ TEST(SchemaTables, Keys) {
     if (table.counted_key) counted.emplace_back(table.name);
   }
   EXPECT_EQ(counted, (List{"movsinv", "compras2sucursal", "defform", "ControlProc", "mallacelda", "tenencias",
-                           "vidas", "peticiones", "bitacora"}));
+                           "vidas", "peticiones", "bitacora", "lecturas"}));
   List positive;
   for (const Table& table : Schema()) {
     if (table.positive_key) positive.emplace_back(table.name);

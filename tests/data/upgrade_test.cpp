@@ -320,6 +320,23 @@ TEST_F(Version3, ItsBackupIsABaseThatCanBeUpgradedAgain) {
   EXPECT_EQ(copy->Select("SELECT * FROM prods WHERE modelo = 'CAM'").rows.size(), 3U);
 }
 
+// --- A base of version 4: readings of scanners are kept ---------------------------------------------
+
+TEST_F(Version4, ItOpensWithAllItsRowsInTheirOrderAndKeepsReadings) {
+  const std::string twins = OfModel();
+  EXPECT_FALSE(PrepareSchema(Old()));
+  ExpectThisVersion();
+  EXPECT_EQ(Single("SELECT SUM(ALM1) FROM prods"), Value(32.0));
+  EXPECT_EQ(Single("SELECT COUNT(*) FROM movsinv"), Value(1));
+  EXPECT_EQ(OfModel(), twins);
+  ASSERT_EQ(Backups().size(), 1U);
+  EXPECT_NE(Backups()[0].find("v4"), std::string::npos) << Backups()[0];
+  Old().Run("INSERT INTO lecturas (texto, estado) VALUES ('7501', 'espera')", {});
+  EXPECT_EQ(Single("SELECT id FROM lecturas"), Value(1));
+  EXPECT_FALSE(PrepareSchema(Old()));
+  EXPECT_EQ(Backups().size(), 1U);
+}
+
 // --- A base of this version ------------------------------------------------------------------------
 
 class NewBase : public testing::Test {

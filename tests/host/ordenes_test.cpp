@@ -74,6 +74,31 @@ TEST_F(OrdenesDePrueba, AHalfPostedDocumentIsListedAndCompleted) {
             "Entrada 1: 1 movimiento que faltaba.\nTodos los documentos están enteros.\n");
 }
 
+TEST_F(OrdenesDePrueba, TheTapeIsListedBoundDroppedTakenBackAndExported) {
+  EXPECT_EQ(Corre({"cinta"}).salida, "No hay lecturas.\n");
+  ana.anfitrion->Ambiente().Parametro("Lector", 1);
+  auto& f = ana.Entrada({});
+  for (const char* code : {"A-200", "9999", "8888"}) ana.anfitrion->Lectura(code);
+  f.Unload();
+  EXPECT_EQ(Corre({"cinta", "entrada", "1", "--pendientes"}).salida,
+            "Lectura  Cuándo               Usuario  Estación  Tipo     Documento  Código  Cómo quedó\n"
+            "2        2024-03-05 14:15:00  ANA      E1        Entrada  1          9999    sin artículo\n"
+            "3        2024-03-05 14:15:00  ANA      E1        Entrada  1          8888    sin artículo\n");
+  EXPECT_EQ(Corre({"asigna", "2", "A-100", "--unidades", "12"}).salida,
+            "La lectura \"9999\" quedó en espera.\n");
+  EXPECT_EQ(Uno("SELECT cantidad FROM clavesadd WHERE clave = '9999'"), "12");
+  EXPECT_EQ(Corre({"descarta", "3", "no es nuestra"}).salida,
+            "La lectura \"8888\" quedó descartada: no es nuestra.\n");
+  EXPECT_EQ(Corre({"deshace", "1"}).salida, "La lectura \"A-200\" quedó deshecha.\n");
+  EXPECT_EQ(Uno("SELECT COUNT(*) FROM entpart"), "0");
+  EXPECT_EQ(Corre({"deshace", "1"}).codigo, kError);
+  EXPECT_EQ(Corre({"deshace", "99"}).errores, "No existe la lectura 99\n");
+  EXPECT_EQ(Corre({"cinta", "entrada"}).errores, "Diga qué documento, por ejemplo: cinta entrada 12\n");
+  const std::string file = carpeta.Ruta("cinta.csv").string();
+  EXPECT_EQ(Corre({"cinta", "--exporta", file}).salida, "La cinta está en " + file + ".\n");
+  EXPECT_TRUE(std::filesystem::exists(file));
+}
+
 TEST_F(OrdenesDePrueba, WhatCannotBeCompletedIsAnErrorAndTwo) {
   for (const auto& [words, told] : std::vector<std::pair<std::vector<std::string>, std::string>>{
            {{"completa"}, "Diga qué documento, por ejemplo: completa entrada 12; o --todos\n"},

@@ -44,6 +44,26 @@ TEST(SentenciasDeDocumento, AreToldByTheirTexts) {
   for (const auto& [text, read] : known) EXPECT_EQ(Leida(text), read) << text;
 }
 
+TEST(SentenciasDeDocumento, OfALineTheyTellItsNumberAndWhatIsPutThere) {
+  const auto line = [](std::string_view text) {
+    const auto read = Reconoce(text);
+    return std::pair{read.renglon, read.unidades};
+  };
+  using Linea = std::pair<std::int32_t, double>;
+  EXPECT_EQ(line("INSERT INTO entpart (id_entrada, entrada, articulo, cantidad) VALUES (31, 7, 'A', 2.5)"),
+            Linea(31, 2.5));
+  // A text may hold commas, quotes and brackets of its own.
+  EXPECT_EQ(
+      line("INSERT INTO salpart (salida, articulo, cantidad, observ, id_salida) VALUES (8, 'a, ''b'')', 3, "
+           "'', 41)"),
+      Linea(41, 3));
+  EXPECT_EQ(line("INSERT INTO salpart (salida, articulo) VALUES (8, 'A')"), Linea(0, 0));
+  EXPECT_EQ(line("UPDATE salpart SET cantidad = cantidad + 0.5 WHERE id_salida = 41"), Linea(41, 0.5));
+  EXPECT_EQ(line("UPDATE salpart SET cantidad = 3 WHERE id_salida = 41"), Linea(41, 0))
+      << "corrected, not added";
+  EXPECT_EQ(line("DELETE FROM salpart WHERE id_salida = 41"), Linea(41, 0));
+}
+
 TEST(SentenciasDeDocumento, OthersAreNone) {
   for (const char* text :
        {"", "SELECT * FROM entradas WHERE entrada = 7",
