@@ -107,10 +107,11 @@ void ServicioDeLecturas::AlFinal(const Entrada_& reading, std::weak_ptr<forms::F
 
 // The matrix and the pickers stand before a document's screen, and take no readings.
 std::shared_ptr<DocumentWizard> ServicioDeLecturas::AlFrente() const {
-  const forms::Form* front = platform_.ActiveForm();
   const auto& screens = platform_.Screens();
-  for (const auto& screen : screens) {
-    if (screen.get() == front && screen->Visible()) {
+  // Whatever stands in front while a screen acts, it is that screen's.
+  for (const forms::Form* front : {en_acto_, static_cast<const forms::Form*>(platform_.ActiveForm())}) {
+    for (const auto& screen : screens) {
+      if (screen.get() != front || !screen->Visible()) continue;
       if (auto wizard = Asistente(screen)) return wizard;
     }
   }

@@ -40,6 +40,8 @@ class ServicioDeLecturas {
   // All that were ever read on this base, oldest first. Those of this program are the entries that Recibe
   // gave. Throws data::Error if the base can't be asked.
   std::vector<std::shared_ptr<Lectura>> Cinta();
+  // Those of this program that were read for that screen, or for its document, as they came.
+  [[nodiscard]] std::vector<std::shared_ptr<Lectura>> DePantalla(const forms::Form& pantalla) const;
   // The entry of a row: this program's own, if it is one; nullptr for none. Throws data::Error if the base
   // can't be asked.
   std::shared_ptr<Lectura> Entrada(std::int64_t id);
@@ -64,6 +66,8 @@ class ServicioDeLecturas {
 
   // Feeds what waits, in order, as far as it can be fed now; writes what could not be written before.
   void Atiende() noexcept;
+  // Whether readings wait for a screen that can take them.
+  [[nodiscard]] bool Esperan() const { return !cola_.empty(); }
   // Why the tape can't be written though the base is there; empty where it can.
   [[nodiscard]] const std::string& SinEscribir() const { return sin_escribir_; }
   // Told when an entry of this program is new or has changed. For a window; it may be empty, and doesn't

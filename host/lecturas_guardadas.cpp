@@ -56,6 +56,18 @@ std::vector<std::shared_ptr<Lectura>> ServicioDeLecturas::Cinta() {
   return tape;
 }
 
+std::vector<std::shared_ptr<Lectura>> ServicioDeLecturas::DePantalla(const forms::Form& pantalla) const {
+  const auto document = DocumentoDe(pantalla);
+  std::vector<Entrada_> its;
+  for (const Propio& own : propias_) {
+    const Lectura& reading = *own.lectura;
+    const bool by_number =
+        document && reading.tipo == document->tipo && reading.documento == document->numero;
+    if (by_number || own.pantalla.lock().get() == &pantalla) its.push_back(own.lectura);
+  }
+  return its;
+}
+
 std::shared_ptr<Lectura> ServicioDeLecturas::Entrada(std::int64_t id) {
   if (const auto own = por_id_.find(id); own != por_id_.end()) return own->second;
   auto row = LeeLectura(connection_, id);

@@ -158,6 +158,31 @@ void GoodsOut(Program& program, const std::vector<QByteArray>& stocked) {
   Line(stocked[0], "40");
 }
 
+// A goods-out by scanner: lines, a code that nobody knows, one that is being bound, and one without stock.
+void Tape(Program& program, const std::vector<QByteArray>& stocked,
+          const std::function<void(const char*)>& save) {
+  program.Door().NuevaSalida();
+  QTest::qWait(0);
+  auto& form = dynamic_cast<tarvik::DocumentWizard&>(*program.Platform().Screens().back());
+  Type("VTA");
+  Press(Qt::Key_Return);
+  Press(Qt::Key_Return);
+  form.Check4.Value(1);
+  for (const QByteArray& article : stocked) program.Host().Lectura(article.toStdString());
+  program.Host().Lectura(stocked[4].toStdString());
+  program.Host().Lectura("7501055300120");
+  program.Host().Lectura(stocked[0].toStdString());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_T, Qt::ControlModifier);
+  QTest::qWait(50);
+  save("cinta-");
+  Press(Qt::Key_Return);
+  Type("BOT");
+  QTest::qWait(200);
+  save("cinta-asigna-");
+  form.Unload();
+  QTest::qWait(0);
+}
+
 void Transfer(Program& program, const std::vector<QByteArray>& stocked) {
   program.Door().movimientoEstacion(0, false);
   QTest::qWait(0);
@@ -191,6 +216,7 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
       program, "SELECT articulo FROM existenciaalmacen WHERE existencia > 0 ORDER BY articulo LIMIT 5");
   GoodsOut(program, stocked);
   save("salidas-");
+  Tape(program, stocked, save);
   Matrix(program,
          [&] { Save(*QApplication::activeWindow(), folder.filePath(QStringLiteral("modelos-") + name)); });
   Transfer(program, stocked);

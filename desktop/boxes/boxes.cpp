@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -12,7 +13,10 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QSet>
 #include <QVBoxLayout>
+#include <iterator>
+#include <utility>
 
 #include "desktop/style/theme.h"
 
@@ -69,6 +73,8 @@ class MarkLabel : public QWidget {
 class Box : public QDialog {
  public:
   explicit Box(QWidget* parent, const QString& text) : QDialog(parent), text_(text) {
+    qApp->installEventFilter(this);
+    still_.start();
     // Without the toolkit's help button, which would do nothing.
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     setWindowModality(Qt::ApplicationModal);
@@ -146,7 +152,6 @@ class Box : public QDialog {
   QPushButton* AddButton(const QString& caption, const QString& accessible, int result) {
     auto* button = new QPushButton(caption, this);
     button->setAccessibleName(accessible);
-    button->installEventFilter(this);
     button->setAutoDefault(true);
     button->setMinimumWidth(12 * kGrid);
     buttons_->addWidget(button);
@@ -177,12 +182,34 @@ class Box : public QDialog {
     yes_ = yes;
     no_ = no;
   }
+  [[nodiscard]] KeptKeys TakeKept() { return std::move(kept_); }
 
  protected:
-  // A key that was already down when the box opened must not answer it unread.
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->isAutoRepeat()) return true;
-    return QDialog::eventFilter(watched, event);
+    auto* widget = qobject_cast<QWidget*>(watched);
+    if (widget == nullptr || widget->window() != this) return QDialog::eventFilter(watched, event);
+    if (event->type() == QEvent::WindowDeactivate) down_.clear();  // a release may go to another window
+    if (event->type() == QEvent::KeyRelease && !static_cast<QKeyEvent*>(event)->isAutoRepeat() &&
+        down_.remove(KeyOf(*event))) {
+      still_.restart();
+    }
+    // What a button leaves comes by again on its way to the box.
+    const QWidget* first = focusWidget() != nullptr ? focusWidget() : this;
+    if (widget != first) return false;
+    switch (event->type()) {
+      case QEvent::ShortcutOverride:
+        // The letter of a button must not answer earlier than a key would: it comes as a key then.
+        if (!CanBeMeant(*static_cast<QKeyEvent*>(event))) event->accept();
+        return false;
+      case QEvent::KeyPress:
+        return KeptBack(*static_cast<QKeyEvent*>(event));
+      default:
+        return false;
+    }
+  }
+  void showEvent(QShowEvent* event) override {
+    still_.restart();
+    QDialog::showEvent(event);
   }
   void keyPressEvent(QKeyEvent* event) override {
     if (event->isAutoRepeat()) return;
@@ -206,7 +233,30 @@ class Box : public QDialog {
   void reject() override { done(yes_ == nullptr ? QDialog::Accepted : QDialog::Rejected); }
 
  private:
+  static int KeyOf(const QEvent& event) { return static_cast<const QKeyEvent&>(event).key(); }
+  static bool IsModifier(int key) {
+    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_AltGr ||
+           key == Qt::Key_Meta || key == Qt::Key_CapsLock;
+  }
+  // Whether this key can be an answer: the box has stood, with no key down, for as long as it must.
+  [[nodiscard]] bool CanBeMeant(const QKeyEvent& key) const {
+    return !key.isAutoRepeat() && down_.isEmpty() && still_.elapsed() >= BoxesMustStand().count();
+  }
+  // A key that comes too early is not the box's. The repeats of one that is held down are nobody's.
+  bool KeptBack(QKeyEvent& key) {
+    if (IsModifier(key.key())) return false;
+    const bool meant = CanBeMeant(key);
+    down_.insert(key.key());
+    if (meant) return false;
+    if (!key.isAutoRepeat()) kept_.emplace_back(key.clone());
+    if (BoxesMustStand().count() > 0) still_.restart();
+    return true;
+  }
+
   QString text_;
+  QElapsedTimer still_;  // since the box came up, or a key came or went
+  QSet<int> down_;
+  KeptKeys kept_;
   QVBoxLayout* mark_ = nullptr;
   QVBoxLayout* body_ = nullptr;
   QHBoxLayout* buttons_ = nullptr;
@@ -310,12 +360,34 @@ std::unique_ptr<QDialog> MakeNotOpened(const QString& reason) {
 
 void ShowNotOpened(const QString& reason) { MakeNotOpened(reason)->exec(); }
 
-bool ShowBox(QWidget* parent, forms::BoxKind kind, const QString& text, int style) {
-  return MakeBox(parent, kind, text, style)->exec() == QDialog::Accepted;
+namespace {
+
+bool Shown(QDialog& box, KeptKeys* kept) {
+  const bool yes = box.exec() == QDialog::Accepted;
+  KeptKeys early = static_cast<Box&>(box).TakeKept();
+  if (kept != nullptr) std::move(early.begin(), early.end(), std::back_inserter(*kept));
+  return yes;
 }
 
-void ShowUnhandled(QWidget* parent, const QString& text, bool noted) {
-  MakeUnhandled(parent, text, noted)->exec();
+}  // namespace
+
+std::chrono::milliseconds& BoxesMustStand() {
+  static std::chrono::milliseconds must{400};
+  return must;
+}
+
+void GiveBack(KeptKeys& keys) {
+  for (const auto& key : std::exchange(keys, {})) {
+    if (QWidget* focus = QApplication::focusWidget()) QCoreApplication::sendEvent(focus, key.get());
+  }
+}
+
+bool ShowBox(QWidget* parent, forms::BoxKind kind, const QString& text, int style, KeptKeys* kept) {
+  return Shown(*MakeBox(parent, kind, text, style), kept);
+}
+
+void ShowUnhandled(QWidget* parent, const QString& text, bool noted, KeptKeys* kept) {
+  Shown(*MakeUnhandled(parent, text, noted), kept);
 }
 
 }  // namespace tarvik::desktop

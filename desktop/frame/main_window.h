@@ -73,6 +73,9 @@ class MainWindow : public QMainWindow {
   // The window that proves the base, made at its first use.
   RevisionWindow& Revision();
   [[nodiscard]] Requests& Asked() const { return *requests_; }
+  // The screen that the operator works in, whatever stands over it: that of the active window, or the tab in
+  // front; nullptr where a list is.
+  [[nodiscard]] ScreenView* Front() const;
   // The open screens, tabs first.
   [[nodiscard]] std::vector<ScreenView*> Open() const;
 

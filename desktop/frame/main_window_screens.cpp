@@ -40,6 +40,14 @@ std::vector<ScreenView*> MainWindow::Open() const {
   return open;
 }
 
+ScreenView* MainWindow::Front() const {
+  // A box, a picker or a dialog hangs from the window that it came up over.
+  for (QWidget* window = QApplication::activeWindow(); window != nullptr; window = window->parentWidget()) {
+    if (auto* view = qobject_cast<ScreenView*>(window)) return view;
+  }
+  return qobject_cast<ScreenView*>(stack_->currentWidget());
+}
+
 void MainWindow::Adopt(ScreenView& view, bool modal) {
   closing_ = false;
   Screen* known = Find(&view);

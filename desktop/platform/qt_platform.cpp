@@ -96,7 +96,23 @@ bool QtPlatform::Answer(forms::BoxKind kind, const std::string& text, int style)
   if (on_box) return on_box(kind, text, style);
   // Nobody is left to answer: a question counts as refused.
   if (end_requested) return kind != forms::BoxKind::Question && (style & kButtons) != forms::kBoxYesNo;
-  return desktop::ShowBox(QApplication::activeWindow(), kind, QString::fromStdString(text), style);
+  const bool yes =
+      desktop::ShowBox(QApplication::activeWindow(), kind, QString::fromStdString(text), style, &kept_);
+  GiveKeysBack();
+  return yes;
+}
+
+void QtPlatform::Settle() {
+  RunPosted();
+  troubles_.StepOver();
+  if (!kept_.empty()) GiveKeysBack();
+}
+
+// Once the act that showed the box is over, and its window has the focus again.
+void QtPlatform::GiveKeysBack() {
+  QTimer::singleShot(0, this, [this] {
+    if (!Acting() && Boxes() == 0) GiveBack(kept_);
+  });
 }
 
 void QtPlatform::Beep() { QApplication::beep(); }
@@ -178,7 +194,8 @@ void QtPlatform::Unhandled(forms::Form* form, const std::exception& error) {
     if (on_box) {
       on_box(forms::BoxKind::Error, text, forms::kBoxStop);
     } else {
-      ShowUnhandled(QApplication::activeWindow(), QString::fromStdString(text), noted);
+      ShowUnhandled(QApplication::activeWindow(), QString::fromStdString(text), noted, &kept_);
+      GiveKeysBack();
     }
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): there is no way left to report it
   }

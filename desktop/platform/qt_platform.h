@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 
+#include "desktop/boxes/boxes.h"
 #include "desktop/platform/troubles.h"
 #include "forms/platform.h"
 
@@ -56,10 +57,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   void Beep() override;
   void ProcessEvents() override;
   void Post(std::function<void()> function) override;
-  void Settle() override {
-    RunPosted();
-    troubles_.StepOver();
-  }
+  void Settle() override;
   bool WaitTurn() override;
   void StartTimer(forms::Timer& timer) override;
   void StopTimer(forms::Timer& timer) override;
@@ -78,6 +76,7 @@ class QtPlatform final : public QObject, public forms::Platform {
 
  private:
   void RunPosted();
+  void GiveKeysBack();
   bool Answer(forms::BoxKind kind, const std::string& text, int style);
   void End();  // takes down what is open; called again and again once the process was told to end
 
@@ -88,6 +87,7 @@ class QtPlatform final : public QObject, public forms::Platform {
   const forms::Form* message_of_ = nullptr;  // compared only
   int letting_through_ = 0;
   Troubles troubles_;
+  KeptKeys kept_;  // that came too early for a box
   int unhandled_ = 0;
   QElapsedTimer ending_;  // since the first attempt to end
 };

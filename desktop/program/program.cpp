@@ -17,6 +17,7 @@
 #include "desktop/printing/preview_window.h"
 #include "desktop/program/last_resort.h"
 #include "desktop/program/program_log.h"
+#include "desktop/program/scanning.h"
 #include "desktop/screens/goods_in_view.h"
 #include "desktop/screens/goods_out_view.h"
 #include "desktop/screens/matrix_view.h"
@@ -105,11 +106,12 @@ void Program::ConnectPlatform() {
   platform_->on_navigate = [this](forms::WebBrowser& browser, const std::string& file) {
     if (auto* view = qobject_cast<GoodsOutView*>(ViewOf(browser.Owner()))) view->ShowSheet(file);
   };
-  platform_->on_front = []() -> forms::Form* {
+  platform_->on_front = [this]() -> forms::Form* {
     for (QWidget* widget = QApplication::focusWidget(); widget; widget = widget->parentWidget()) {
       if (auto* view = qobject_cast<ScreenView*>(widget)) return &view->Screen();
     }
-    return nullptr;
+    ScreenView* front = window_ ? window_->Front() : nullptr;
+    return front ? &front->Screen() : nullptr;
   };
   platform_->on_search_list = [this](forms::SearchBox& box) {
     ScreenView* view = ViewOf(box.Owner());
@@ -148,6 +150,7 @@ void Program::MakeWindow() {
     hooks_->activateWindow();
   });
   ListErrors();
+  scanning_ = std::make_unique<Scanning>(*office_, *window_);
 }
 
 void Program::LoadRoutines(const std::string& folder) {
@@ -175,6 +178,7 @@ Program::~Program() {
   }
   for (const QPointer<PreviewWindow>& preview : previews) delete preview.data();
   platform_->OnSeveralErrors({});
+  scanning_.reset();
   window_.reset();
   routines_.reset();
 }

@@ -34,6 +34,7 @@ class LastResort;
 class MainWindow;
 class ProgramLog;
 class QtPlatform;
+class Scanning;
 class ScreenView;
 class Theme;
 
@@ -59,6 +60,7 @@ class Program final : public QObject, public host::Testigo {
   [[nodiscard]] host::Anfitrion& Host() const { return *host_; }
   [[nodiscard]] QtPlatform& Platform() const { return *platform_; }
   [[nodiscard]] ErrorsWindow& Errors() const { return *errors_; }
+  [[nodiscard]] Scanning& Scanner() const { return *scanning_; }
   // The view of a screen; nullptr if it has none.
   [[nodiscard]] ScreenView* ViewOf(const forms::Form& form) const;
 
@@ -93,6 +95,7 @@ class Program final : public QObject, public host::Testigo {
   std::unique_ptr<python::Rutinas> routines_;
   std::unique_ptr<HelpWindow> help_;
   std::unique_ptr<MainWindow> window_;
+  std::unique_ptr<Scanning> scanning_;
   ErrorsWindow* errors_ = nullptr;  // the main window's child
   QHash<const forms::Form*, QPointer<ScreenView>> views_;
   QSet<const forms::Form*> presented_;

@@ -1,17 +1,24 @@
 #include "desktop/screens/document_view.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSettings>
 #include <QShortcut>
+#include <QSplitter>
 #include <QStackedWidget>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTimer>
 
 #include "desktop/platform/qt_platform.h"
 #include "desktop/reading/half_posted.h"
+#include "desktop/scanner/drawer.h"
+#include "desktop/scanner/tape_panel.h"
 #include "desktop/style/layouts.h"
 #include "desktop/style/theme.h"
 #include "host/anfitrion.h"
@@ -27,7 +34,8 @@ void SetProperty(QWidget& widget, const char* name, const QVariant& value) {
   Restyle(widget);
 }
 
-constexpr int kLookEvery = 2000;  // milliseconds
+constexpr int kLookEvery = 2000;       // milliseconds
+constexpr int kRoomForTheTape = 1200;  // pixels of the window in front
 
 QLabel* Soft(const QString& text = {}) {
   auto* label = new QLabel(text);
@@ -78,12 +86,13 @@ QWidget* DocumentView::Labelled(QWidget* caption, QWidget* field, int width) {
   QWidget* box = Under(caption, field, width);
   const Tie* tie = TieOf(field);
   if (!tie || !tie->HoldsText()) return box;
-  auto* reason = new QLabel;
-  reason->setProperty("role", "reason");
-  reason->setWordWrap(false);
-  reason->hide();
+  // Its room is kept, so that nothing moves when it comes; it floats there, as long as it is.
   constexpr int kBehindTheField = 2;
-  static_cast<QVBoxLayout*>(box->layout())->insertWidget(kBehindTheField, reason);
+  static_cast<QVBoxLayout*>(box->layout())->insertSpacing(kBehindTheField, measure::kReason);
+  auto* reason = new QLabel(this);
+  reason->setProperty("role", "reason");
+  reason->setAttribute(Qt::WA_TransparentForMouseEvents);
+  reason->hide();
   reasons_.insert(&tie->Control(), reason);
   return box;
 }
@@ -92,6 +101,74 @@ QWidget* DocumentView::Labelled(const QString& caption, QWidget* field, int widt
   auto* label = new QLabel(caption);
   label->setProperty("role", "caption");
   return Labelled(label, field, width);
+}
+
+QWidget* DocumentView::WithTape(QWidget* lines, QWidget* sheet, const QString& sheet_title) {
+  tape_ = new TapePanel(office(), &wizard_, [this] { Go(wizard_.txtFields(campo::Articulo)); });
+  QWidget* content = tape_;
+  if (sheet != nullptr) {
+    beside_ = new QTabWidget;
+    beside_->setDocumentMode(true);
+    beside_->setFocusPolicy(Qt::NoFocus);
+    beside_->tabBar()->setFocusPolicy(Qt::NoFocus);
+    beside_->tabBar()->setDrawBase(false);
+    beside_->addTab(tape_, tr("Cinta"));
+    beside_->addTab(sheet, sheet_title);
+    content = beside_;
+  }
+  const QString name = QString::fromStdString(wizard_.Name());
+  const QString key = QStringLiteral("pantallas/%1/cinta").arg(name);
+  const bool reads = data::IsNonZero(office().host.Ambiente().Parametro("Lector"));
+  if (sheet != nullptr && !reads) beside_->setCurrentWidget(sheet);
+  // Where the program's window leaves little room the lines have it.
+  const QWidget* in_front = QApplication::activeWindow();
+  const bool room = in_front == nullptr || in_front->width() >= kRoomForTheTape;
+  drawer_ = new Drawer(content, tape_->Title(),
+                       office().settings.value(key, reads || sheet != nullptr).toBool() && room);
+  connect(tape_, &TapePanel::TitleChanged, drawer_, &Drawer::SetTitle);
+  auto* splitter = new QSplitter(Qt::Horizontal);
+  const QString widths = QStringLiteral("pantallas/%1/junto").arg(name);
+  connect(drawer_, &Drawer::Turned, this, [this, key, widths, splitter](bool open, bool by_hand) {
+    const int wide = std::max(drawer_->minimumWidth(), open ? drawer_->sizeHint().width() : 0);
+    splitter->setSizes({splitter->width() - wide, wide});
+    if (!by_hand) return;
+    office().settings.setValue(key, open);
+    office().settings.setValue(widths, splitter->saveState());
+  });
+  splitter->addWidget(lines);
+  splitter->addWidget(drawer_);
+  splitter->setStretchFactor(0, 1);
+  splitter->setStretchFactor(1, 0);
+  splitter->setCollapsible(0, false);
+  splitter->setCollapsible(1, false);
+  splitter->restoreState(office().settings.value(widths).toByteArray());
+  connect(splitter, &QSplitter::splitterMoved, this,
+          [this, splitter, widths] { office().settings.setValue(widths, splitter->saveState()); });
+  return splitter;
+}
+
+void DocumentView::ReadingsChanged() {
+  if (tape_ == nullptr) return;
+  // It came in by no key of this window's. Whoever works in the tape stays there.
+  if (tape_->isAncestorOf(QApplication::focusWidget())) {
+    AtRest();
+  } else {
+    Refresh();
+  }
+  tape_->Refresh();
+}
+
+void DocumentView::ReachTape() {
+  if (tape_ == nullptr) return;
+  if (tape_->isVisible() && tape_->isAncestorOf(QApplication::focusWidget())) {
+    return Go(wizard_.txtFields(campo::Articulo));
+  }
+  if (!drawer_->Open()) {
+    drawer_->SetOpen(true);
+    emit drawer_->Turned(true, false);
+  }
+  if (beside_ != nullptr) beside_->setCurrentWidget(tape_);
+  tape_->Reach();
 }
 
 QWidget* DocumentView::Foot(QWidget* left) {
@@ -303,13 +380,29 @@ void DocumentView::Refuse(forms::Control& control, const QString& reason) {
   QWidget& widget = tie->Widget();
   refused_.insert(&control);
   if (QLabel* label = reasons_.value(&control)) {
-    label->setText(label->fontMetrics().elidedText(reason, Qt::ElideRight, std::max(widget.width(), 160)));
-    label->setToolTip(reason);
+    label->setText(reason);
+    PlaceReason(*label, widget);
     label->show();
   }
   widget.setToolTip(reason);
   widget.setAccessibleDescription(reason);
   SetProperty(widget, "refused", true);
+}
+
+// Under its field, whole: further to the left where it would not fit.
+void DocumentView::PlaceReason(QLabel& label, const QWidget& field) {
+  label.adjustSize();
+  const QPoint under = field.mapTo(this, QPoint(0, field.height()));
+  label.move(std::clamp(under.x(), 0, std::max(0, width() - label.width() - measure::kGrid)), under.y());
+  label.raise();
+}
+
+void DocumentView::resizeEvent(QResizeEvent* event) {
+  ScreenView::resizeEvent(event);
+  for (const forms::Control* control : refused_) {
+    QLabel* label = reasons_.value(control);
+    if (label != nullptr) PlaceReason(*label, *WidgetOf(*control));
+  }
 }
 
 void DocumentView::Mend(forms::Control& control) {

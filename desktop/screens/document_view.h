@@ -12,8 +12,12 @@
 
 class QProgressBar;
 class QStackedWidget;
+class QTabWidget;
 
 namespace tarvik::desktop {
+
+class Drawer;
+class TapePanel;
 
 class DocumentView : public ScreenView {
   Q_OBJECT
@@ -25,6 +29,11 @@ class DocumentView : public ScreenView {
   // The document was completed or changed elsewhere: reads its state again.
   void LookAgain();
   [[nodiscard]] bool Looking() const override { return look_.UnderWay(); }
+  // A reading has come or changed.
+  void ReadingsChanged();
+  // The hand in the tape, which opens if it was shut; and back.
+  void ReachTape();
+  [[nodiscard]] TapePanel* Tape() const { return tape_; }
 
  signals:
   void CompleteRequested();
@@ -38,6 +47,8 @@ class DocumentView : public ScreenView {
   // A caption over a field; the reason of a refusal stands under it while there is one.
   QWidget* Labelled(QWidget* caption, QWidget* field, int width = 0);
   QWidget* Labelled(const QString& caption, QWidget* field, int width = 0);
+  // The lines, and beside them the tape; `sheet` shares its place, as a second tab.
+  QWidget* WithTape(QWidget* lines, QWidget* sheet = nullptr, const QString& sheet_title = {});
   QWidget* Foot(QWidget* left);  // checks at the left; total and buttons at the right
   QWidget* KeyLine();
 
@@ -47,6 +58,7 @@ class DocumentView : public ScreenView {
   void CaptionChanged() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool event(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   // Reads the document's state in the background if this program has written since the last reading, or the
@@ -62,6 +74,7 @@ class DocumentView : public ScreenView {
   void ShowKeys();
   void ShowProgress(const DocumentWizard::Avance& posting);
   void Refuse(forms::Control& control, const QString& reason);
+  void PlaceReason(QLabel& label, const QWidget& field);
   void Mend(forms::Control& control);
 
   DocumentWizard& wizard_;
@@ -78,6 +91,9 @@ class DocumentView : public ScreenView {
   QHash<const forms::Control*, QLabel*> reasons_;
   QSet<const forms::Control*> refused_;  // marked, until mended
   int messages_seen_ = 0;
+  TapePanel* tape_ = nullptr;
+  Drawer* drawer_ = nullptr;
+  QTabWidget* beside_ = nullptr;  // where a sheet shares the drawer
   Look look_;
   std::optional<host::Retenido> looked_at_;  // what was read last, and how much had been written by then
   std::int64_t written_ = -1;

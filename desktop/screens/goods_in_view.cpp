@@ -41,7 +41,7 @@ GoodsInView::GoodsInView(Office& office, frmEntradasWizard& wizard, QWidget* par
                   columna_entrada::Presentaciones});
   lines->Stretch(4);
   CellEditor("txtEdit", *lines);
-  body->addWidget(lines, 1);
+  body->addWidget(WithTape(lines), 1);
   body->addWidget(EntryRow());
 
   auto* choices = new QWidget;

@@ -8,8 +8,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSettings>
-#include <QSplitter>
 #include <QTextEdit>
 
 #include "desktop/printing/page_text.h"
@@ -117,35 +115,22 @@ QWidget* GoodsOutView::Header() {
 }
 
 QWidget* GoodsOutView::Lines() {
-  auto* splitter = new QSplitter(Qt::Horizontal);
   GridView* lines = Grid("fg2", tr("Renglones"));
   lines->Numbers({columna_salida::Cantidad, columna_salida::Existencia, columna_salida::Precio,
                   columna_salida::Presentaciones});
   lines->Alarm(2);
   lines->Stretch(5);
   CellEditor("txtEdit", *lines);
-  splitter->addWidget(lines);
-
   auto* beside = new QWidget;
   auto* column = new QVBoxLayout(beside);
-  column->setContentsMargins(measure::kGrid, 0, 0, 0);
+  column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(2);
   column->addWidget(Caption("Label7"));
   sheet_ = new PageBrowser(host::ArchivosDeLaBase(office().host.Base().Address()), this);
   sheet_->setFocusPolicy(Qt::NoFocus);
   Page("wb", *sheet_, tr("Hoja de distribución"));
   column->addWidget(sheet_);
-  splitter->addWidget(beside);
-  splitter->setStretchFactor(0, 4);
-  splitter->setStretchFactor(1, 1);
-  splitter->setCollapsible(0, false);
-  const QString key = QStringLiteral("salidas/hoja");
-  if (!splitter->restoreState(office().settings.value(key).toByteArray())) {
-    splitter->setSizes({measure::kGrid * 110, measure::kGrid * 26});
-  }
-  connect(splitter, &QSplitter::splitterMoved, this,
-          [this, splitter, key] { office().settings.setValue(key, splitter->saveState()); });
-  return splitter;
+  return WithTape(lines, beside, tr("Hoja"));
 }
 
 QWidget* GoodsOutView::EntryRow() {

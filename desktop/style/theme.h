@@ -74,6 +74,7 @@ inline constexpr int kEmpty = 15;
 inline constexpr int kTitle = 19;
 inline constexpr int kTotal = 28;
 inline constexpr int kField = 32;  // height
+inline constexpr int kReason = 14;  // under a field, kept free for the reason of a refusal
 inline constexpr int kRow = 28;
 inline constexpr int kCorner = 6;
 inline constexpr int kRail = 176;

@@ -1,11 +1,13 @@
 // What the desktop's tests share: the one application of the process, on no screen, and what a test
-// does to a box that waits for an answer. It knows no window of the program.
+// does to a box that waits for an answer. It knows no window of the program but the boxes.
 #pragma once
 
 #include <QApplication>
 #include <QTest>
 #include <QTimer>
 #include <functional>
+
+#include "desktop/boxes/boxes.h"
 
 namespace tarvik::desktop {
 
@@ -18,6 +20,8 @@ inline QApplication& App() {
   static int count = 3;
   // Not destroyed: tests may leave widgets to the end of the process.
   static auto* application = new QApplication(count, arguments);
+  // A test's hand means every key that it presses; the tests of this very thing set it themselves.
+  BoxesMustStand() = std::chrono::milliseconds(0);
   return *application;
 }
 

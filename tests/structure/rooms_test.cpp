@@ -29,14 +29,15 @@ const std::vector<Room> kRooms{
     {"boxes", {"style"}},
     {"platform", {"style", "boxes"}},
     {"printing", {"style", "boxes"}},
-    {"screens", {"style", "reading", "platform", "printing"}},
+    {"scanner", {"style", "reading"}},
+    {"screens", {"style", "reading", "platform", "printing", "scanner"}},
     {"lists", {"style", "reading"}},
     {"pickers", {"style", "screens"}},
     {"windows", {"style", "reading", "boxes", "platform"}},
     {"frame", {"style", "reading", "platform", "screens", "lists", "windows"}},
     {"program",
-     {"style", "reading", "boxes", "platform", "printing", "screens", "lists", "pickers", "windows",
-      "frame"}},
+     {"style", "reading", "boxes", "platform", "printing", "scanner", "screens", "lists", "pickers",
+      "windows", "frame"}},
 };
 
 struct Look {

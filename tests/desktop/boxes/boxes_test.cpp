@@ -5,7 +5,9 @@
 
 #include <QClipboard>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -60,6 +62,104 @@ TEST_F(Boxes, ABaseThatDoesNotOpenIsToldWithItsReasonToBeReadAndCopied) {
   for (const auto* label : box->findChildren<QLabel*>()) words << label->text();
   EXPECT_TRUE(words.contains("El programa no se pudo abrir"));
   EXPECT_TRUE(words.contains("La base está dañada.\nRestaure el respaldo de ayer."));
+}
+
+// ---- a box that a hand must mean ----
+
+class BoxesThatMustStand : public Boxes {
+ protected:
+  BoxesThatMustStand() { BoxesMustStand() = std::chrono::milliseconds(60); }
+  ~BoxesThatMustStand() override { BoxesMustStand() = std::chrono::milliseconds(0); }
+
+  static void Down(QWidget& box, Qt::Key key, const QString& text = {}, bool repeated = false) {
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text, repeated);
+    QCoreApplication::sendEvent(box.focusWidget(), &down);
+  }
+  static void Up(QWidget& box, Qt::Key key) {
+    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(box.focusWidget() != nullptr ? box.focusWidget() : &box, &up);
+  }
+  static void Stroke(QWidget& box, Qt::Key key, const QString& text = {}) {
+    Down(box, key, text);
+    Up(box, key);
+  }
+  // Shows a question, and gives what became of it: whether it still stood after `hand`, and the kept keys.
+  static bool StandsAfter(const std::function<void(QWidget&)>& hand, KeptKeys* kept = nullptr) {
+    bool stands = false;
+    WhenModal([&](QWidget& box) {
+      hand(box);
+      stands = box.isVisible();
+      if (stands) box.close();
+    });
+    ShowBox(nullptr, BoxKind::Question, QStringLiteral("¿Afectar el movimiento?"), forms::kBoxYesNo, kept);
+    return stands;
+  }
+};
+
+TEST_F(BoxesThatMustStand, AKeyThatWasOnItsWayDoesNotAnswer) {
+  for (const auto& [key, text] : {std::pair{Qt::Key_Return, QStringLiteral("\r")},
+                                  {Qt::Key_S, QStringLiteral("s")},
+                                  {Qt::Key_N, QStringLiteral("n")},
+                                  {Qt::Key_Space, QStringLiteral(" ")},
+                                  {Qt::Key_Escape, QString()}}) {
+    EXPECT_TRUE(StandsAfter([&, key = key, text = text](QWidget& box) { Stroke(box, key, text); })) << key;
+  }
+}
+
+TEST_F(BoxesThatMustStand, OnceItHasStoodAKeyAnswers) {
+  EXPECT_FALSE(StandsAfter([](QWidget& box) {
+    QTest::qWait(80);
+    Stroke(box, Qt::Key_Return);
+  }));
+}
+
+TEST_F(BoxesThatMustStand, AHandThatTypesOnNeverAnswersHoweverLong) {
+  EXPECT_TRUE(StandsAfter([](QWidget& box) {
+    for (int i = 0; i < 8; ++i) {
+      QTest::qWait(20);
+      Stroke(box, i == 7 ? Qt::Key_Return : Qt::Key_S, QStringLiteral("s"));
+    }
+  }));
+}
+
+TEST_F(BoxesThatMustStand, AKeyThatIsHeldDownNeverAnswers) {
+  EXPECT_TRUE(StandsAfter([](QWidget& box) {
+    for (int i = 0; i < 6; ++i) {
+      QTest::qWait(30);
+      Down(box, Qt::Key_Return, QStringLiteral("\r"), true);
+    }
+  }));
+  // Nor does another beside it.
+  EXPECT_TRUE(StandsAfter([](QWidget& box) {
+    Down(box, Qt::Key_A, QStringLiteral("a"));
+    QTest::qWait(80);
+    Stroke(box, Qt::Key_Return);
+  }));
+}
+
+TEST_F(BoxesThatMustStand, WhatCameTooEarlyIsKeptInOrderAndRepeatsAreNot) {
+  KeptKeys kept;
+  StandsAfter(
+      [](QWidget& box) {
+        Down(box, Qt::Key_7, QStringLiteral("7"));
+        Down(box, Qt::Key_7, QStringLiteral("7"), true);
+        Up(box, Qt::Key_7);
+        Stroke(box, Qt::Key_5, QStringLiteral("5"));
+        QTest::qWait(80);
+        Stroke(box, Qt::Key_Return);
+      },
+      &kept);
+  ASSERT_EQ(kept.size(), 2U) << "the key that answered is the box's";
+  EXPECT_EQ(kept[0]->text(), "7");
+  EXPECT_EQ(kept[1]->text(), "5");
+  QLineEdit field;
+  field.show();
+  field.activateWindow();
+  field.setFocus();
+  (void)QTest::qWaitForWindowActive(&field);
+  GiveBack(kept);
+  EXPECT_EQ(field.text(), "75");
+  EXPECT_TRUE(kept.empty());
 }
 
 TEST_F(Boxes, AMessageHasOneButtonWhateverItsIcon) {
