@@ -172,6 +172,7 @@ void Tape(Program& program, const std::vector<QByteArray>& stocked,
   program.Host().Lectura(stocked[4].toStdString());
   program.Host().Lectura("7501055300120");
   program.Host().Lectura(stocked[0].toStdString());
+  QTest::qWait(100);
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_T, Qt::ControlModifier);
   QTest::qWait(50);
   save("cinta-");

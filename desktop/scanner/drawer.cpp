@@ -20,6 +20,7 @@ class StripButton final : public QAbstractButton {
  public:
   explicit StripButton(QWidget* parent) : QAbstractButton(parent) {
     setFixedWidth(kStrip);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     setFocusPolicy(Qt::NoFocus);
     setCursor(Qt::PointingHandCursor);
   }

@@ -46,6 +46,7 @@ TEST_F(SalidasEnElEscritorio, TheSplitterIsRememberedAndMayBeShut) {
     strip(form).click();
     Settle();
     EXPECT_LT(sizes(form)[1], 40);
+    EXPECT_GT(strip(form).height(), 100) << "its words can be read and clicked";
     form.Close();
   }
   Start();  // another morning
