@@ -49,10 +49,13 @@ class Reading {
         AddFrame(*frame);
         policy = frame->frameFormat().pageBreakPolicy();
       } else {
-        AddBlock(part.currentBlock());
         policy = part.currentBlock().blockFormat().pageBreakPolicy();
+        if (!TakesNoRoom(root, part)) AddBlock(part.currentBlock());
       }
-      if (units_.size() == before) continue;
+      if (units_.size() == before) {
+        after_ = after_ || policy != QTextFormat::PageBreak_Auto;
+        continue;
+      }
       units_[before].on_new_page = after_ || (policy & QTextFormat::PageBreak_AlwaysBefore) != 0;
       after_ = (policy & QTextFormat::PageBreak_AlwaysAfter) != 0;
     }
@@ -63,6 +66,13 @@ class Reading {
   }
 
  private:
+  // The toolkit begins each table with an empty line before it, and gives that line no height.
+  static bool TakesNoRoom(const QTextFrame* root, QTextFrame::iterator part) {
+    const QTextBlock block = part.currentBlock();
+    if (block.length() > 1 || ++part == root->end()) return false;
+    return qobject_cast<QTextTable*>(part.currentFrame()) != nullptr;
+  }
+
   void AddBlock(const QTextBlock& block) {
     if (!block.isVisible()) return;
     const double top = layout_.blockBoundingRect(block).top();

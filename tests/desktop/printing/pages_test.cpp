@@ -270,6 +270,24 @@ TEST_F(Pages, ATemplatesOwnPageBreakIsKept) {
   EXPECT_TRUE(Heard(*page, 1).contains(QStringLiteral("final")));
 }
 
+// Wherever it comes, and whatever follows it.
+TEST_F(Pages, AShortTableStaysInOnePiece) {
+  for (int before = 20; before < 60; ++before) {
+    QString html = QStringLiteral("<html><body>");
+    for (int i = 0; i < before; ++i) html += QStringLiteral("<p>antes</p>");
+    html += QStringLiteral("<table><tr><td>uno</td></tr><tr><td>dos</td></tr><tr><td>tres</td></tr></table>");
+    for (int i = 0; i < 5; ++i) html += QStringLiteral("<p>después</p>");
+    const auto page = Laid(html + QStringLiteral("</body></html>"));
+    for (int number = 0; number < page->Pages(); ++number) {
+      const QStringList texts = Heard(*page, number);
+      EXPECT_EQ(texts.contains(QStringLiteral("uno")), texts.contains(QStringLiteral("tres"))) << before;
+      if (number > 0) {
+        EXPECT_GE(page->Slices()[number].top, page->Slices()[number - 1].bottom) << before;
+      }
+    }
+  }
+}
+
 TEST_F(Pages, AnEmptyTemplateIsOnePage) { EXPECT_EQ(Laid(QString())->Pages(), 1); }
 
 }  // namespace
