@@ -275,7 +275,9 @@ TEST_F(Pages, AShortTableStaysInOnePiece) {
   for (int before = 20; before < 60; ++before) {
     QString html = QStringLiteral("<html><body>");
     for (int i = 0; i < before; ++i) html += QStringLiteral("<p>antes</p>");
-    html += QStringLiteral("<table><tr><td>uno</td></tr><tr><td>dos</td></tr><tr><td>tres</td></tr></table>");
+    html += QStringLiteral(
+        "<table><tr><td>cero</td></tr></table>\n"
+        "<table><tr><td>uno</td></tr><tr><td>dos</td></tr><tr><td>tres</td></tr></table>");
     for (int i = 0; i < 5; ++i) html += QStringLiteral("<p>después</p>");
     const auto page = Laid(html + QStringLiteral("</body></html>"));
     for (int number = 0; number < page->Pages(); ++number) {
