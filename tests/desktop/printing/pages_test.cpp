@@ -12,6 +12,7 @@
 
 #include "desktop/printing/printed_page.h"
 #include "host/formato.h"
+#include "tests/desktop/printing/slices.h"
 #include "tests/desktop/support.h"
 #include "tests/host/apoyo.h"
 
@@ -116,12 +117,6 @@ class Pages : public host::Banco {
     }
     return all;
   }
-  static int PageOf(const PrintedPage& page, double y) {
-    for (int number = 0; number < page.Pages(); ++number) {
-      if (y >= page.Slices()[number].top && y <= page.Slices()[number].bottom) return number;
-    }
-    return -1;
-  }
   static int LinesOn(const PrintedPage& page, int number) {
     const QTextTable* table = Lines(page);
     int count = 0;
@@ -225,6 +220,19 @@ TEST_F(Pages, TheLogoIsOnThePaperInItsOwnShape) {
   EXPECT_NEAR(red.width(), 260, 2);
   EXPECT_NEAR(red.height(), 30, 2);
   EXPECT_LT(red.bottom(), 80) << "at the head of the page";
+}
+
+// As a logo of a kind that this machine's toolkit does not know.
+TEST_F(Pages, APictureThatNobodyCanDrawLeavesNoMark) {
+  const auto page = Laid(QStringLiteral(
+      "<html><body><img src=\"data:image/png;base64,AAAA\" width=\"90\" height=\"90\"></body></html>"));
+  QImage paper(page->Size().toSize(), QImage::Format_RGB32);
+  paper.fill(Qt::white);
+  QImage white = paper;
+  QPainter painter(&paper);
+  page->PaintPage(painter, 0);
+  painter.end();
+  EXPECT_EQ(paper, white);
 }
 
 // Remarks of a whole page and more can't stay in one piece; their lines can.

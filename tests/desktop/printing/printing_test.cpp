@@ -18,6 +18,7 @@
 #include "data/error.h"
 #include "host/barras.h"
 #include "host/formato.h"
+#include "tests/desktop/printing/slices.h"
 #include "tests/desktop/support.h"
 #include "tests/host/apoyo.h"
 
@@ -62,13 +63,6 @@ class Printing : public host::Banco {
 
   static QRectF Place(const PrintedPage& page, const QTextBlock& block) {
     return page.Document().documentLayout()->blockBoundingRect(block);
-  }
-  // The page on which a place of the text stands; -1 for none.
-  static int PageOf(const PrintedPage& page, double y) {
-    for (int number = 0; number < page.Pages(); ++number) {
-      if (y >= page.Slices()[number].top && y < page.Slices()[number].bottom) return number;
-    }
-    return -1;
   }
 
   QTemporaryDir folder;
