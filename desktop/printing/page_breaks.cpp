@@ -7,6 +7,7 @@
 #include <QTextLayout>
 #include <QTextTable>
 #include <algorithm>
+#include <utility>
 
 namespace tarvik::desktop {
 
@@ -69,15 +70,22 @@ class Reading {
   // The toolkit begins each table with an empty line before it, and gives that line no height.
   static bool TakesNoRoom(const QTextFrame* root, QTextFrame::iterator part) {
     const QTextBlock block = part.currentBlock();
-    if (block.length() > 1 || ++part == root->end()) return false;
+    if (!Bare(block) || block.length() > 1 || ++part == root->end()) return false;
     return qobject_cast<QTextTable*>(part.currentFrame()) != nullptr;
+  }
+
+  // Without text, and without a ruler or a colour that would be seen.
+  static bool Bare(const QTextBlock& block) {
+    const QTextBlockFormat format = block.blockFormat();
+    return block.text().trimmed().isEmpty() && !format.hasProperty(QTextFormat::BackgroundBrush) &&
+           !format.hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth);
   }
 
   void AddBlock(const QTextBlock& block) {
     if (!block.isVisible()) return;
     const double top = layout_.blockBoundingRect(block).top();
     const QTextLayout& lines = *block.layout();
-    const bool empty = block.text().trimmed().isEmpty();
+    const bool empty = Bare(block);
     for (int i = 0; i < lines.lineCount(); ++i) {
       const QTextLine line = lines.lineAt(i);
       units_.append({.top = top + line.y(),
@@ -96,61 +104,74 @@ class Reading {
                    .last = frame.lastPosition()});
   }
 
-  // Where a cell begins: above its text by its padding.
+  // Where a cell begins: above its text by its padding and its border.
   [[nodiscard]] double TopOf(const QTextTable& table, const QTextTableCell& cell) const {
     const QTextTableCellFormat format = cell.format().toTableCellFormat();
-    const double padding = format.hasProperty(QTextFormat::TableCellTopPadding)
-                               ? format.topPadding()
-                               : table.format().cellPadding();
-    if (QTextFrame* frame = cell.begin().currentFrame())
-      return layout_.frameBoundingRect(frame).top() - padding;
-    return layout_.blockBoundingRect(cell.firstCursorPosition().block()).top() - padding;
+    double above = format.hasProperty(QTextFormat::TableCellTopPadding) ? format.topPadding()
+                                                                        : table.format().cellPadding();
+    above += format.topBorder() + (table.format().borderCollapse() ? 0 : table.format().border());
+    QTextFrame* frame = cell.begin().currentFrame();
+    const QRectF place = frame != nullptr ? layout_.frameBoundingRect(frame)
+                                          : layout_.blockBoundingRect(cell.firstCursorPosition().block());
+    return place.top() - above;
   }
 
+  // A unit for each row; for several where a cell reaches over them.
   void AddTable(QTextTable& table) {
-    const int rows = table.rows();
-    const qsizetype first = units_.size();
-    for (int row = 0; row < rows; ++row) AddRow(table, row);
     const QRectF place = layout_.frameBoundingRect(&table);
-    const double end = place.bottom() - table.format().bottomMargin();
-    for (int row = 0; row < rows; ++row) {
-      Unit& unit = units_[first + row];
-      unit.bottom = row + 1 < rows ? units_[first + row + 1].top : end;
-    }
+    const qsizetype first = units_.size();
+    const int rows = table.rows();
     const int heading = std::min(table.format().headerRowCount(), rows - 1);
-    for (int row = 0; row < heading; ++row) units_[first + row].with_next = true;
-    for (int row = heading + 1; heading > 0 && row < rows; ++row) {
-      Unit& unit = units_[first + row];
-      unit.goes_on = true;
-      unit.head_top = units_[first].top;
-      unit.head_bottom = units_[first + heading].top;
+    double head_bottom = 0;
+    bool reaches = false;
+    for (int row = 0; row < rows; ++row) {
+      Unit unit = RowOf(table, row);
+      if (row == 0) unit.top = std::min(unit.top, place.top() + table.format().topMargin());
+      if (row == heading) head_bottom = unit.top;
+      unit.with_next = row < heading || (rows <= kShort && row + 1 < rows);
+      unit.goes_on = heading > 0 && row > heading;
+      const bool joined = std::exchange(reaches, ReachesOn(table, row));
+      if (joined) {
+        units_.back().last = std::max(units_.back().last, unit.last);
+        units_.back().with_next = unit.with_next;
+        continue;
+      }
+      if (row > 0) units_.back().bottom = unit.top;
+      units_.append(unit);
+    }
+    units_.back().bottom = place.bottom() - table.format().bottomMargin();
+    for (qsizetype i = first; i < units_.size(); ++i) {
+      units_[i].head_top = units_[first].top;
+      units_[i].head_bottom = head_bottom;
     }
     if (heading > 0 || rows > kShort) {
-      lines_begin_ = first + heading;
-      lines_end_ = first + rows;
+      lines_begin_ = std::min(first + heading, units_.size());
+      lines_end_ = units_.size();
     }
-    for (int row = 0; rows <= kShort && row + 1 < rows; ++row) units_[first + row].with_next = true;
   }
 
-  void AddRow(const QTextTable& table, int row) {
-    double top = 0;
+  Unit RowOf(const QTextTable& table, int row) const {
+    Unit unit{.top = 0, .bottom = 0, .first = table.lastPosition(), .last = table.firstPosition()};
     bool found = false;
-    bool spans = false;
-    int first = table.lastPosition();
-    int last = table.firstPosition();
     for (int column = 0; column < table.columns(); ++column) {
       const QTextTableCell cell = table.cellAt(row, column);
       if (!cell.isValid()) continue;
-      spans = spans || cell.row() + cell.rowSpan() - 1 > row;
-      first = std::min(first, cell.firstPosition());
-      last = std::max(last, cell.lastPosition());
+      unit.first = std::min(unit.first, cell.firstPosition());
+      unit.last = std::max(unit.last, cell.lastPosition());
       if (cell.row() != row) continue;
       const double begins = TopOf(table, cell);
-      top = found ? std::min(top, begins) : begins;
+      unit.top = found ? std::min(unit.top, begins) : begins;
       found = true;
     }
-    if (!found && row > 0) top = units_.back().top;
-    units_.append({.top = top, .bottom = top, .first = first, .last = last, .with_next = spans});
+    return unit;
+  }
+
+  static bool ReachesOn(const QTextTable& table, int row) {
+    for (int column = 0; column < table.columns(); ++column) {
+      const QTextTableCell cell = table.cellAt(row, column);
+      if (cell.isValid() && cell.row() + cell.rowSpan() - 1 > row) return true;
+    }
+    return false;
   }
 
   // The last two lines go with all that follows: nobody signs a page with one line on it, or none.

@@ -269,6 +269,36 @@ TEST_F(Pages, ATemplateOfParagraphsEndsItsPagesBetweenThem) {
   EXPECT_EQ(all.size(), 100) << "each once";
 }
 
+TEST_F(Pages, ATableWithALineAroundEachCellHasThemAllOnEachPage) {
+  QString html = QStringLiteral("<html><body><table border=\"1\" cellspacing=\"0\" width=\"100%\">");
+  for (int i = 1; i <= 100; ++i) html += QStringLiteral("<tr><td>renglón %1</td><td>uno</td></tr>").arg(i);
+  const auto page = Laid(html + QStringLiteral("</table></body></html>"));
+  ASSERT_GT(page->Pages(), 1);
+  for (int number = 0; number < page->Pages(); ++number) {
+    QImage paper(page->Size().toSize(), QImage::Format_Grayscale8);
+    paper.fill(Qt::white);
+    QPainter painter(&paper);
+    page->PaintPage(painter, number);
+    painter.end();
+    std::vector<int> ink;  // of each row of dots
+    for (int y = 0; y < paper.height(); ++y) {
+      int dots = 0;
+      for (int x = 0; x < paper.width(); ++x) dots += qGray(paper.pixel(x, y)) < 200 ? 1 : 0;
+      ink.push_back(dots);
+    }
+    const auto full = [&](int dots) { return dots > paper.width() * 9 / 10; };
+    const auto inked = [](int dots) { return dots > 0; };
+    EXPECT_TRUE(full(*std::find_if(ink.begin(), ink.end(), inked))) << "at the top of page " << number;
+    EXPECT_TRUE(full(*std::find_if(ink.rbegin(), ink.rend(), inked))) << "at the end of page " << number;
+  }
+}
+
+TEST_F(Pages, ARulerAtTheEndIsDrawn) {
+  const auto page = Laid(QStringLiteral("<html><body><p>uno</p><hr></body></html>"));
+  const QRectF last = page->Document().documentLayout()->blockBoundingRect(page->Document().lastBlock());
+  EXPECT_GE(page->Slices().back().bottom, last.bottom());
+}
+
 TEST_F(Pages, ATemplatesOwnPageBreakIsKept) {
   const auto page = Laid(QStringLiteral(
       "<html><body><p>portada</p><p style=\"page-break-before: always\">hoja</p><p>final</p></body></html>"));
