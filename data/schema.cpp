@@ -53,7 +53,8 @@ std::vector<Table> Movements() {
                    {"Usuhora", Text, "time of entry, hh:mm:ss"}},
        .key = {"id_entrada"},
        .foreign_keys = {{"entrada", "entradas"}},
-       .indexes = {{"entrada"}}},
+       // The second: what an article's last lines were.
+       .indexes = {{"entrada"}, {"articulo", "id_entrada"}}},
       {.name = "salidas",
        .meaning = "Goods-out documents: one row each",
        .columns = {{"salida", Integer, "document number, from the series Salida"},

@@ -185,6 +185,10 @@ struct Anfitrion::Interior {
             .completa = [&host](Tipo tipo, std::int32_t number) { return host.Completa(tipo, number); }};
   }
 
+  [[nodiscard]] FormatosDeCifras Formatos() const {
+    return {data::ToText(ambiente.Lee("FormatoImporte")), data::ToText(ambiente.Lee("FormatoCantidad"))};
+  }
+
   forms::Platform& plataforma;
   CarpetaNueva carpeta;
   Testigo sin_testigo;
@@ -305,6 +309,28 @@ void Anfitrion::ExportaCinta(const Tramo& tramo, const std::string& ruta) {
 }
 
 ServicioDeLecturas& Anfitrion::Lecturas() { return interior_->lecturas; }
+
+// ---- before and after posting ----
+
+std::vector<Faltante> Anfitrion::Alcanza(forms::Form& forma) {
+  return LeeAlcance(Conexion(), PorAfectarDe(forma));
+}
+
+std::vector<Faltante> Anfitrion::Alcanza(const Retenido& documento) {
+  return LeeAlcance(Conexion(), PorAfectarDe(Conexion(), documento));
+}
+
+std::vector<AvisoDeEntrada> Anfitrion::Avisos(forms::Form& forma) {
+  return LeeAvisos(Conexion(), PorAfectarDe(forma), interior_->Formatos());
+}
+
+std::vector<AvisoDeEntrada> Anfitrion::Avisos(const Retenido& documento) {
+  return LeeAvisos(Conexion(), PorAfectarDe(Conexion(), documento), interior_->Formatos());
+}
+
+std::string Anfitrion::Imprime(Tipo tipo, std::int32_t numero) {
+  return interior_->catalogo.Imprime({tipo, numero});
+}
 
 void Anfitrion::SueltaPendientes() {
   if (interior_->plataforma.Acting()) return;

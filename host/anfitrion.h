@@ -12,6 +12,7 @@
 
 #include "data/engine.h"
 #include "host/a_medias.h"
+#include "host/alcance.h"
 #include "host/bitacora.h"
 #include "host/cierres.h"
 #include "host/cinta.h"
@@ -145,6 +146,17 @@ class Anfitrion : public service::Host {
   // The tape, or a document's, as a file for a spreadsheet. Throws data::Error if it can't be written.
   void ExportaCinta(const Tramo& tramo, const std::string& ruta);
   ServicioDeLecturas& Lecturas();
+
+  // ---- before and after posting. All throw data::Error, in Spanish and with nothing changed, for a refusal
+  // What the document of a screen would lack, and what looks like a slip in it (host/alcance.h).
+  std::vector<Faltante> Alcanza(forms::Form& forma);
+  std::vector<AvisoDeEntrada> Avisos(forms::Form& forma);
+  // The same of a document as it is stored.
+  std::vector<Faltante> Alcanza(const Retenido& documento);
+  std::vector<AvisoDeEntrada> Avisos(const Retenido& documento);
+  // The page of a stored document once more, by the format that the base has for its kind, handed to the
+  // printer as the screens do; gives the page's path.
+  std::string Imprime(Tipo tipo, std::int32_t numero);
 
   // To be called now and then by an idle program: tries again to release what closed screens could not,
   // without waiting.

@@ -4,7 +4,10 @@
 #include <utility>
 
 #include "data/error.h"
+#include "host/documentos.h"
 #include "host/formato.h"
+#include "host/textos.h"
+#include "service/contract/mensajes.h"
 
 namespace tarvik::host {
 
@@ -63,20 +66,37 @@ void CatalogoLocal::BuscaCatalogo(const std::string& key, forms::Form& screen, s
 
 void CatalogoLocal::ImprimeDocumento(const std::string& format, std::int32_t number,
                                      service::Ambiente& ambiente, forms::Form& screen) {
-  testigo_.Impreso(format, number);
+  const bool in = ClaseDeDocumento(screen.Name(), format) == Clase::Entrada;
+  PonPagina(format, {in ? Tipo::Entrada : Tipo::Salida, number}, ambiente);
+  cierres_.Corrio(screen, kImprime);
+}
+
+std::string CatalogoLocal::Imprime(const Retenido& documento) {
+  if (!ContenidoDe(engine_, documento)) {
+    throw data::Error("No se puede imprimir: no existe " + LaDe(documento));
+  }
+  const data::Rows formats = engine_.Run("SELECT Entradas, Salidas FROM defform ORDER BY id", {});
+  if (formats.rows.empty()) throw data::Error(LeeMensaje(engine_, service::mensaje::SinFormato));
+  return PonPagina(data::ToText(formats.rows[0][documento.tipo == Tipo::Entrada ? 0 : 1]), documento,
+                   ambiente_);
+}
+
+std::string CatalogoLocal::PonPagina(const std::string& format, const Retenido& documento,
+                                     service::Ambiente& ambiente) {
+  testigo_.Impreso(format, documento.numero);
   testigo_.Servicio("ImprimeDocumento");
   Pedido wanted;
   wanted.formato = format;
-  wanted.numero = number;
-  wanted.clase = ClaseDeDocumento(screen.Name(), format);
+  wanted.numero = documento.numero;
+  wanted.clase = documento.tipo == Tipo::Entrada ? Clase::Entrada : Clase::Salida;
   wanted.carpeta = ambiente.RutaBase();
   wanted.formato_importe = ambiente.FormatoImporte();
   wanted.formato_cantidad = ambiente.FormatoCantidad();
   wanted.empresa = data::ToText(ambiente_.Parametro("Empresa"));
   wanted.ahora = platform_.Now();
-  const std::string page = ImprimeEnArchivo(engine_, wanted);
-  impresora_.Imprime(page, format, number);
-  cierres_.Corrio(screen, kImprime);
+  std::string page = ImprimeEnArchivo(engine_, wanted);
+  impresora_.Imprime(page, format, documento.numero);
+  return page;
 }
 
 }  // namespace tarvik::host

@@ -35,8 +35,13 @@ class CatalogoLocal : public service::ConsultasCatalogo {
   void BuscaCatalogo(const std::string& key, forms::Form& screen, service::Ambiente&) override;
   void ImprimeDocumento(const std::string& format, std::int32_t number, service::Ambiente&,
                         forms::Form& screen) override;
+  // A stored document again, by the format that defform names for its kind; gives the page's path. Throws
+  // data::Error, with nothing handed over, for one that is not there or where no format is named.
+  std::string Imprime(const Retenido& documento);
 
  private:
+  std::string PonPagina(const std::string& format, const Retenido& documento, service::Ambiente& ambiente);
+
   AmbienteLocal& ambiente_;
   data::EngineConnection& engine_;
   ConexionObservada& observed_;

@@ -16,6 +16,7 @@
 #include "forms/platform.h"
 #include "host/archivo_entero.h"
 #include "host/barras.h"
+#include "host/logo.h"
 #include "wizard/modos.h"
 
 namespace tarvik::host {
@@ -153,6 +154,11 @@ Nombres Datos(data::EngineConnection& connection, const Pedido& wanted) {
   names.Pon("titulo", std::string(in ? "Entrada de mercancía" : "Salida de mercancía"));
   names.Pon(in ? "entrada" : "salida", mustache::data{true});
   names.Pon("empresa", wanted.empresa);
+  if (const auto logo = LeeLogo(wanted.carpeta)) {
+    names.Pon("logo", logo->datos);
+    if (logo->ancho > 0) names.Pon("logo_ancho", std::to_string(logo->ancho));
+    names.Pon("logo_alto", std::to_string(logo->alto));
+  }
   names.Pon("numero", number);
   names.Pon("barras", CodigoDeBarras(number));
   names.Pon("fecha", Fecha(header.Fields("f_emision")));

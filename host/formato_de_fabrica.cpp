@@ -9,7 +9,7 @@ std::string_view PlantillaDeFabrica() {
 <html lang="es">
 <head>
 <meta charset="utf-8">
-<title>{{titulo}} {{numero}}</title>
+<title>{{titulo}} Núm. {{numero}}</title>
 <style>
 @page { margin: 14mm 13mm 16mm 13mm; }
 @media print { body { margin: 0; } .hoja { max-width: none; } }
@@ -18,6 +18,7 @@ body { margin: 24px; color: #1c2430; background: #ffffff;
 .hoja { max-width: 190mm; margin: 0 auto; }
 table { width: 100%; border-collapse: collapse; }
 td, th { vertical-align: top; text-align: left; }
+.logo { max-width: 100%; }
 .empresa { font-size: 15pt; font-weight: 700; }
 .titulo { font-size: 11pt; color: #4a5668; }
 .identidad { text-align: right; }
@@ -25,6 +26,7 @@ td, th { vertical-align: top; text-align: left; }
 .estado { font-size: 9pt; font-weight: 700; color: #1f6b4a; }
 .pendiente { color: #9a5b00; }
 .barras { width: 44mm; height: 11mm; }
+.cifras { font-size: 8pt; letter-spacing: .2em; font-variant-numeric: tabular-nums; }
 .datos { margin-top: 18px; }
 .datos td { padding: 5px 14px 5px 0; border-bottom: 1px solid #c3cad4; }
 .datos .primera td { border-top: 2px solid #1c2430; }
@@ -51,6 +53,10 @@ td, th { vertical-align: top; text-align: left; }
                  color: #5d6878; }
 .cierre .pie { padding: 20px 0 0 0; font-size: 7.5pt; color: #5d6878; }
 </style>
+<style>
+@page { @bottom-left { content: "Núm. {{numero}}"; font: 8pt sans-serif; color: #5d6878; }
+        @bottom-right { content: "Página " counter(page) " de " counter(pages); font: 8pt sans-serif; color: #5d6878; } }
+</style>
 </head>
 <body>
 <div class="hoja">
@@ -58,13 +64,15 @@ td, th { vertical-align: top; text-align: left; }
 <table class="cabeza" width="100%" cellspacing="0">
 <tr>
 <td>
+{{#logo}}<div><img class="logo" src="{{{logo}}}"{{#logo_ancho}} width="{{logo_ancho}}"{{/logo_ancho}} height="{{logo_alto}}" alt=""></div>{{/logo}}
 <div class="empresa">{{empresa}}</div>
 <div class="titulo">{{titulo}}</div>
 </td>
 <td class="identidad" align="right" width="40%">
-<div class="numero" align="right">{{numero}}</div>
+<div class="numero" align="right">Núm. {{numero}}</div>
 <div align="right" class="estado{{#pendiente}} pendiente{{/pendiente}}">{{estado}}{{#folio}} · {{#folio_estacion}}{{folio_estacion}} · {{/folio_estacion}}Folio {{folio}}{{/folio}}</div>
 <div align="right">{{{barras}}}</div>
+<div class="cifras" align="right">{{numero}}</div>
 </td>
 </tr>
 </table>

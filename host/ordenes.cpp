@@ -15,33 +15,15 @@
 #include "forms/headless_platform.h"
 #include "host/documentos.h"
 #include "host/lecturas.h"
+#include "host/ordenes_de_documento.h"
 #include "host/peticiones.h"
+#include "host/tabla_de_texto.h"
 #include "host/testimonio.h"
 #include "service/door/entradas_salidas.h"
 #include "wizard/modos.h"
 
 namespace tarvik::host {
 namespace {
-
-using Fila = std::vector<std::string>;
-
-// Columns as wide as their widest cell, two blanks between them.
-void Escribe(std::ostream& out, const Fila& titulos, const std::vector<Fila>& filas) {
-  std::vector<std::size_t> widths;
-  for (const std::string& title : titulos) widths.push_back(data::Length(title));
-  for (const Fila& row : filas) {
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], data::Length(row[i]));
-  }
-  const auto line = [&](const Fila& row) {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      out << row[i];
-      if (i + 1 < row.size()) out << std::string(widths[i] - data::Length(row[i]) + 2, ' ');
-    }
-    out << '\n';
-  };
-  line(titulos);
-  for (const Fila& row : filas) line(row);
-}
 
 std::string TextoDeNumero(const auto& value) { return value ? std::to_string(*value) : std::string(); }
 
@@ -310,6 +292,8 @@ struct Ordenes::Interior {
   // `add` makes a command, `with_document` gives it the arguments that name one.
   template <class Add, class ConDocumento>
   void AgregaLecturas(const Add& add, const ConDocumento& with_document);
+  template <class Add, class ConDocumento>
+  void AgregaDeDocumento(const Add& add, const ConDocumento& with_document);
 };
 
 template <class Add, class ConDocumento>
@@ -340,6 +324,20 @@ void Ordenes::Interior::AgregaLecturas(const Add& add, const ConDocumento& with_
       ->required();
   with_reading("deshace", "Quita las unidades de una lectura de un documento pendiente",
                [](ServicioDeLecturas& readings, Lectura& it) { readings.Deshace(it); });
+}
+
+template <class Add, class ConDocumento>
+void Ordenes::Interior::AgregaDeDocumento(const Add& add, const ConDocumento& with_document) {
+  Interior& own = *this;
+  using DeDocumento = int (*)(Anfitrion&, std::ostream&, const Retenido&);
+  const auto of_document = [&](const char* name, const char* help, DeDocumento act) {
+    with_document(add(name, nullptr, help, [&own, act](Sesion& sesion) {
+      return act(sesion.Host(), sesion.Donde().salida, {TipoDe(own.tipo), own.numero});
+    }));
+  };
+  of_document("alcanza", "Dice qué le falta a una salida pendiente para afectarla", OrdenAlcanza);
+  of_document("avisos", "Dice qué parece un descuido en una entrada pendiente", OrdenAvisos);
+  of_document("imprime", "Imprime de nuevo un documento; dice dónde quedó la página", OrdenImprime);
 }
 
 Ordenes::Ordenes(CLI::App& programa) : interior_(std::make_unique<Interior>()) {
@@ -399,6 +397,7 @@ Ordenes::Ordenes(CLI::App& programa) : interior_(std::make_unique<Interior>()) {
     return OrdenBitacora(sesion, own.texto);
   })->add_option("--desde", own.texto, "Desde cuándo: 2024-03-05 o 2024-03-05T14:00:00");
   own.AgregaLecturas(add, with_document);
+  own.AgregaDeDocumento(add, with_document);
 }
 
 Ordenes::~Ordenes() = default;

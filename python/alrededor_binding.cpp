@@ -1,11 +1,12 @@
 // What the host offers around the screens, as members of the Python object `Anfitrion`: documents that were
-// posted in part, who holds what, requests, and the record of acts. Plain objects with named attributes; None
-// where one has no sense.
+// posted in part, who holds what, requests, readings, what is told before posting, and the record of acts.
+// Plain objects with named attributes; None where one has no sense.
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 #include <limits>
 
 #include "data/error.h"
+#include "data/number.h"
 #include "host/a_medias.h"
 #include "host/bitacora.h"
 #include "host/lecturas.h"
@@ -277,6 +278,52 @@ void BindLecturas(py::module_& module, GuionType& type) {
            });
 }
 
+void BindAlcance(py::module_& module, GuionType& type) {
+  using F = host::Faltante;
+  Clase<F>(module, "Faltante", "Un artículo del que no hay bastante para todo el documento.")
+      .Lee("articulo", "str", "La clave del artículo.", [](const F& self) { return StrOf(self.articulo); })
+      .Lee("pide", "float", "Lo que pide el documento, con todos sus renglones.",
+           [](const F& self) { return self.pide; })
+      .Lee("hay", "float", "La existencia en su almacén.", [](const F& self) { return self.hay; })
+      .Lee("en_otros", "float", "Lo que piden de ahí otras salidas pendientes.",
+           [](const F& self) { return self.en_otros; })
+      .Lee("renglones", "list[int]", "Sus renglones en el documento.",
+           [](const F& self) { return self.renglones; })
+      .Tipo()
+      .def("__repr__", [](const F& self) {
+        return "<" + self.articulo + " pide " + data::PlainNumber(self.pide) + ", hay " +
+               data::PlainNumber(self.hay) + ", en otros " + data::PlainNumber(self.en_otros) + ">";
+      });
+  using A = host::AvisoDeEntrada;
+  Clase<A>(module, "AvisoDeEntrada", "Un renglón de una entrada que conviene mirar antes de afectarla.")
+      .Lee("articulo", "str", "La clave del artículo.", [](const A& self) { return StrOf(self.articulo); })
+      .Lee("renglon", "int", "El renglón.", [](const A& self) { return self.renglon; })
+      .Lee("clase", "str", "precio, cantidad o repetido.", [](const A& self) { return StrOf(self.clase); })
+      .Lee("texto", "str", "Qué tiene.", [](const A& self) { return StrOf(self.texto); })
+      .Tipo()
+      .def("__repr__", [](const A& self) { return "<" + self.clase + ": " + self.texto + ">"; });
+  type.Hace(
+          "alcanza", "list[Faltante]",
+          "Lo que le falta a toda la salida de una pantalla para afectarla; vacía si hay de todo.",
+          [](Guion& self, forms::Form& forma) {
+            return Called([&] { return self.nucleo->Host().Alcanza(forma); });
+          },
+          Toma{"forma", "Pantalla"})
+      .Hace(
+          "avisos", "list[AvisoDeEntrada]",
+          "Lo que parece un descuido en la entrada de una pantalla: precios, cantidades y renglones iguales.",
+          [](Guion& self, forms::Form& forma) {
+            return Called([&] { return self.nucleo->Host().Avisos(forma); });
+          },
+          Toma{"forma", "Pantalla"})
+      .Hace(
+          "imprime", "str", "Imprime de nuevo un documento guardado; da la ruta de su página.",
+          [](Guion& self, const py::object& tipo, std::int64_t numero) {
+            return StrOf(Called([&] { return self.nucleo->Host().Imprime(KindOf(tipo), NumberOf(numero)); }));
+          },
+          Toma{"tipo", "str"}, Toma{"n", "int"});
+}
+
 void BindRevision(py::module_& module, GuionType& type) {
   using O = host::Observacion;
   const auto text_or_none = [](const std::optional<std::string>& text) {
@@ -321,6 +368,7 @@ void BindAlrededor(py::module_& module, GuionType& type) {
   BindPeticiones(module, type);
   BindBitacora(module, type);
   BindLecturas(module, type);
+  BindAlcance(module, type);
   BindRevision(module, type);
 }
 

@@ -1446,6 +1446,15 @@ class Anfitrion:
     def cinta(self) -> list[Lectura]:
         """Todas las lecturas, de la más antigua a la más nueva."""
 
+    def alcanza(self, forma: Pantalla) -> list[Faltante]:
+        """Lo que le falta a toda la salida de una pantalla para afectarla; vacía si hay de todo."""
+
+    def avisos(self, forma: Pantalla) -> list[AvisoDeEntrada]:
+        """Lo que parece un descuido en la entrada de una pantalla: precios, cantidades y renglones iguales."""
+
+    def imprime(self, tipo: str, n: int) -> str:
+        """Imprime de nuevo un documento guardado; da la ruta de su página."""
+
     def revisa(self, repara: bool = False, huecos: bool = False) -> list[Observacion]:
         """Revisa toda la base; vacía si está sana. Con repara arregla lo que puede; con huecos da también los números que faltan."""
 
@@ -1630,6 +1639,50 @@ class Lectura:
 
     def alimenta(self, forma: Pantalla | None = None) -> None:
         """Captura una que se quedó en espera, o que se rechazó."""
+
+
+class Faltante:
+    """Un artículo del que no hay bastante para todo el documento."""
+
+    @property
+    def articulo(self) -> str:
+        """La clave del artículo."""
+
+    @property
+    def pide(self) -> float:
+        """Lo que pide el documento, con todos sus renglones."""
+
+    @property
+    def hay(self) -> float:
+        """La existencia en su almacén."""
+
+    @property
+    def en_otros(self) -> float:
+        """Lo que piden de ahí otras salidas pendientes."""
+
+    @property
+    def renglones(self) -> list[int]:
+        """Sus renglones en el documento."""
+
+
+class AvisoDeEntrada:
+    """Un renglón de una entrada que conviene mirar antes de afectarla."""
+
+    @property
+    def articulo(self) -> str:
+        """La clave del artículo."""
+
+    @property
+    def renglon(self) -> int:
+        """El renglón."""
+
+    @property
+    def clase(self) -> str:
+        """precio, cantidad o repetido."""
+
+    @property
+    def texto(self) -> str:
+        """Qué tiene."""
 
 
 class Observacion:

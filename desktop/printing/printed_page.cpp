@@ -11,7 +11,6 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextFrame>
-#include <QTextTable>
 #include <algorithm>
 #include <cmath>
 
@@ -97,7 +96,7 @@ QPageLayout PaperOf(const QPageSize& size, QPageLayout::Orientation orientation)
 }
 
 PrintedPage::PrintedPage(const QString& html, std::int32_t number, host::ArchivosDeLaBase base)
-    : ruler_(1, 1, QImage::Format_RGB32), document_(std::move(base)) {
+    : ruler_(1, 1, QImage::Format_RGB32), document_(std::move(base)), number_(number) {
   ruler_.setDotsPerMeterX(static_cast<int>(std::lround(kResolution / kMetre)));
   ruler_.setDotsPerMeterY(ruler_.dotsPerMeterX());
   document_.setUndoRedoEnabled(false);
@@ -122,44 +121,17 @@ void PrintedPage::Layout(const QPageLayout& paper) {
   paper_ = paper;
   const QRectF room = paper.paintRect(QPageLayout::Point);
   const double scale = kResolution / 72.0;
-  document_.setPageSize(room.size() * scale);
-  KeepTogether();
+  size_ = room.size() * scale;
+  // In one piece: where the pages end is our own matter.
+  document_.setPageSize(QSizeF(size_.width(), -1));
+  document_.documentLayout()->documentSize();
+  slices_ = PageBreaks(document_, size_.height());
 }
 
-// Totals and signatures are short tables: one that would be split by the end of a page starts on the next.
-void PrintedPage::KeepTogether() {
-  constexpr int kShort = 6;  // rows
-  const auto push = [](QTextTable* table, QTextFormat::PageBreakFlags policy) {
-    QTextTableFormat format = table->format();
-    format.setPageBreakPolicy(policy);
-    table->setFormat(format);
-  };
-  for (QTextTable* table : pushed_) push(table, QTextFormat::PageBreak_Auto);
-  pushed_.clear();
-  const double height = document_.pageSize().height();
-  for (QTextFrame* frame : document_.rootFrame()->childFrames()) {
-    auto* table = qobject_cast<QTextTable*>(frame);
-    if (table == nullptr || table->rows() > kShort) continue;
-    const QRectF place = document_.documentLayout()->frameBoundingRect(table);
-    if (place.height() >= height ||
-        std::floor(place.top() / height) == std::floor((place.bottom() - 1) / height)) {
-      continue;
-    }
-    push(table, QTextFormat::PageBreak_AlwaysBefore);
-    pushed_ += table;
-    // The whole layout is made anew: after a partial one, what follows a moved table is not painted.
-    document_.markContentsDirty(0, document_.characterCount());
-  }
-}
-
-int PrintedPage::Pages() const { return document_.pageCount(); }
-
-void PrintedPage::PaintPage(QPainter& painter, int number) const {
-  const QSizeF page = document_.pageSize();
-  const int pages = Pages();
+void PrintedPage::PaintSlice(QPainter& painter, double top, double bottom, double at) const {
   painter.save();
-  const QRectF view(0, number * page.height(), page.width(), page.height());
-  painter.translate(0, -view.top());
+  const QRectF view(0, top, size_.width(), bottom - top);
+  painter.translate(0, at - top);
   QAbstractTextDocumentLayout::PaintContext context;
   context.clip = view;
   // Paper is white under either theme.
@@ -167,16 +139,22 @@ void PrintedPage::PaintPage(QPainter& painter, int number) const {
   painter.setClipRect(view);
   document_.documentLayout()->draw(&painter, context);
   painter.restore();
-  if (pages < 2) return;
+}
+
+void PrintedPage::PaintPage(QPainter& painter, int number) const {
+  const PageSlice& slice = slices_.at(number);
+  if (slice.Head() > 0) PaintSlice(painter, slice.head_top, slice.head_bottom, 0);
+  PaintSlice(painter, slice.top, slice.bottom, slice.Head());
   // In the lower margin, so that it takes no room from the lines.
   painter.save();
   QFont foot = document_.defaultFont();
   foot.setPixelSize(measure::kCaption - 1);
   painter.setFont(foot);
   painter.setPen(Theme::Color(Role::SoftInk, false));
-  const QRectF line(0, page.height() + kGrid, page.width(), 2 * kGrid);
+  const QRectF line(0, size_.height() + kGrid, size_.width(), 2 * kGrid);
+  painter.drawText(line, Qt::AlignLeft | Qt::AlignTop, QStringLiteral("Núm. %1").arg(number_));
   painter.drawText(line, Qt::AlignRight | Qt::AlignTop,
-                   QStringLiteral("Página %1 de %2").arg(number + 1).arg(pages));
+                   QStringLiteral("Página %1 de %2").arg(number + 1).arg(Pages()));
   painter.restore();
 }
 

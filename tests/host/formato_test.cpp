@@ -265,6 +265,76 @@ TEST_F(Formatos, PrintingThatIsMadeToFailWritesNoPage) {
   EXPECT_FALSE(std::filesystem::exists(carpeta.Ruta("datos/impresos")));
 }
 
+TEST_F(Formatos, TheNumberIsNamedAsOneAndStandsUnderTheBarsForAPersonToType) {
+  const std::string page = Imprime("entrada", 12, *forma);
+  EXPECT_TRUE(Tiene(page, ">Núm. 12<"));
+  const auto bars = page.find("</svg>");
+  ASSERT_NE(bars, std::string::npos);
+  EXPECT_LT(page.find(">12<", bars), page.find("</table>", bars));
+  EXPECT_TRUE(Tiene(page, "content: \"Núm. 12\"")) << "and on each page that a browser prints";
+}
+
+// ---- the shop's logo ----
+
+// What a PNG begins with, of this size.
+std::string Png(int width, int height) {
+  std::string bytes = std::string("\x89PNG\r\n\x1a\n") + std::string("\0\0\0\rIHDR", 8);
+  for (const int size : {width, height}) {
+    for (const int shift : {24, 16, 8, 0}) bytes += static_cast<char>(size >> shift & 255);
+  }
+  return bytes + "lo demás";
+}
+
+TEST_F(Formatos, ALogoOfTheFolderStandsOnThePageByItself) {
+  EXPECT_FALSE(Tiene(Imprime("entrada", 12, *forma), "<img"));
+  Graba(carpeta.Ruta("datos/logo.svg"), "<svg xmlns=\"http://www.w3.org/2000/svg\"/>");
+  EXPECT_TRUE(Tiene(Imprime("entrada", 12, *forma),
+                    "<img class=\"logo\" "
+                    "src=\"data:image/svg+xml;base64,"
+                    "PHN2ZyB4bWxucz0iaHR0cDovL3d3dy53My5vcmcvMjAwMC9zdmciLz4=\" height=\"60\" alt=\"\">"));
+  Graba(carpeta.Ruta("datos/logo.png"), Png(1000, 100));
+  EXPECT_TRUE(Tiene(Imprime("entrada", 12, *forma), " width=\"260\" height=\"26\" alt=\"\">"));
+  Graba(carpeta.Ruta("datos/logo.png"), Png(40, 30));
+  const std::string page = Imprime("entrada", 12, *forma);
+  EXPECT_TRUE(Tiene(page, "src=\"data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAACgAAAAe"));
+  EXPECT_TRUE(Tiene(page, " width=\"40\" height=\"30\""));
+}
+
+TEST_F(Formatos, AFileThatIsNoLogoCostsNoPage) {
+  for (const std::string& bytes : {std::string(), std::string("GIF89a"), Png(0, 10),
+                                   Png(10, 10).substr(0, 20), Png(10, 10) + std::string(3 << 20, 'x')}) {
+    Graba(carpeta.Ruta("datos/logo.png"), bytes);
+    EXPECT_FALSE(Tiene(Imprime("entrada", 12, *forma), "<img")) << bytes.size();
+  }
+  std::filesystem::remove(carpeta.Ruta("datos/logo.png"));
+  std::filesystem::create_directory(carpeta.Ruta("datos/logo.png"));
+  EXPECT_FALSE(Tiene(Imprime("entrada", 12, *forma), "<img"));
+}
+
+// ---- once more ----
+
+TEST_F(Formatos, AStoredDocumentIsPrintedAgainByTheFormatOfItsKind) {
+  const std::string path = anfitrion->Imprime(Tipo::Entrada, 12);
+  EXPECT_EQ(path, carpeta.Ruta("datos/impresos/entrada-12.html").string());
+  EXPECT_TRUE(Tiene(Lee(path), "Entrada de mercancía"));
+  Sql("UPDATE defform SET Salidas = 'corto'");
+  Graba(Plantilla("corto"), "{{titulo}} {{numero}}");
+  EXPECT_EQ(Lee(anfitrion->Imprime(Tipo::Salida, 7)), "Salida de mercancía 7");
+  EXPECT_EQ(impresora.ultima, "corto|7");
+  EXPECT_EQ(impresora.paginas.size(), 2U);
+  EXPECT_EQ(testigo.impresos, (std::vector<std::pair<std::string, int>>{{"entrada", 12}, {"corto", 7}}));
+}
+
+TEST_F(Formatos, WhatCannotBePrintedAgainIsSaidAndNothingIsHandedOver) {
+  EXPECT_EQ(ErrorDe([&] { anfitrion->Imprime(Tipo::Salida, 12); }),
+            "No se puede imprimir: no existe la salida 12");
+  Sql("DELETE FROM defform");
+  EXPECT_EQ(ErrorDe([&] { anfitrion->Imprime(Tipo::Entrada, 12); }),
+            "No se ha definido el formato de impresión. El documento queda guardado.");
+  EXPECT_TRUE(testigo.impresos.empty());
+  EXPECT_TRUE(impresora.paginas.empty());
+}
+
 // ---- bars ----
 
 // Bars and gaps of the picture, in narrow widths, read back from its rectangles.

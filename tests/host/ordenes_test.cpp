@@ -74,6 +74,40 @@ TEST_F(OrdenesDePrueba, AHalfPostedDocumentIsListedAndCompleted) {
             "Entrada 1: 1 movimiento que faltaba.\nTodos los documentos están enteros.\n");
 }
 
+TEST_F(OrdenesDePrueba, BeforePostingItIsToldWhatADocumentLacksAndWhatLooksLikeASlip) {
+  Sql("UPDATE prods SET Invent = 1");
+  ana.Salida({"600"}).Unload();
+  EXPECT_EQ(Corre({"alcanza", "salida", "1"}).salida, "A la salida 1 no le falta nada.\n");
+  EXPECT_EQ(Corre({"alcanza", "salida", "1"}).codigo, kBien);
+  ana.Salida({"700"}).Unload();
+  const Dicho lacks = Corre({"alcanza", "salida", "2"});
+  EXPECT_EQ(lacks.codigo, kHayFaltas);
+  EXPECT_EQ(lacks.salida,
+            "Artículo  Pide  Hay   En otros  Renglones\n"
+            "A-100     700   1000  600       2\n");
+  ana.Entrada({"5", "5"}).Unload();
+  Sql("UPDATE entpart SET precio = 61.5");
+  const Dicho warned = Corre({"avisos", "entrada", "1"});
+  EXPECT_EQ(warned.codigo, kHayFaltas);
+  EXPECT_EQ(warned.salida,
+            "Renglón  Clase     Qué se encontró\n"
+            "2        repetido  A-100: hay otro renglón igual, con cantidad 5 y precio 61.50\n");
+  Sql("UPDATE entpart SET cantidad = 6 WHERE id_entrada = 2");
+  EXPECT_EQ(Corre({"avisos", "entrada", "1"}).salida, "Nada llama la atención en la entrada 1.\n");
+  const Dicho unknown = Corre({"alcanza", "salida", "99"});
+  EXPECT_EQ(unknown.codigo, kError);
+  EXPECT_EQ(unknown.errores, "No existe la salida 99\n");
+}
+
+TEST_F(OrdenesDePrueba, ADocumentIsPrintedAgainAndItsPageNamed) {
+  const auto number = std::to_string(Afectada());
+  const Dicho printed = Corre({"imprime", "entrada", number});
+  EXPECT_EQ(printed.codigo, kBien);
+  EXPECT_EQ(printed.salida, carpeta.Ruta("datos/impresos/entrada-" + number + ".html").string() + "\n");
+  EXPECT_NE(Lee(carpeta.Ruta("datos/impresos/entrada-" + number + ".html")).find("A-100"), std::string::npos);
+  EXPECT_EQ(Corre({"imprime", "salida", "99"}).codigo, kError);
+}
+
 TEST_F(OrdenesDePrueba, TheTapeIsListedBoundDroppedTakenBackAndExported) {
   EXPECT_EQ(Corre({"cinta"}).salida, "No hay lecturas.\n");
   ana.anfitrion->Ambiente().Parametro("Lector", 1);

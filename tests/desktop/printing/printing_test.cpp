@@ -14,11 +14,11 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextBlock>
-#include <cmath>
 
 #include "data/error.h"
 #include "host/barras.h"
 #include "host/formato.h"
+#include "tests/desktop/printing/slices.h"
 #include "tests/desktop/support.h"
 #include "tests/host/apoyo.h"
 
@@ -52,13 +52,17 @@ class Printing : public host::Banco {
     return QString::fromStdString(host::Lee(path));
   }
   static QImage Painted(const PrintedPage& page, int number, double scale) {
-    const QSizeF size = page.Document().pageSize() * scale;
+    const QSizeF size = page.Size() * scale;
     QImage image(size.toSize(), QImage::Format_Grayscale8);
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.scale(scale, scale);
     page.PaintPage(painter, number);
     return image;
+  }
+
+  static QRectF Place(const PrintedPage& page, const QTextBlock& block) {
+    return page.Document().documentLayout()->blockBoundingRect(block);
   }
 
   QTemporaryDir folder;
@@ -77,11 +81,11 @@ TEST_F(Printing, AShortDocumentIsOnePageAndALongOneIsMany) {
 
 TEST_F(Printing, ThePaperOnlyChangesWhereThePagesEnd) {
   PrintedPage page(Html(3), 1042);
-  const QSizeF letter = page.Document().pageSize();
+  const QSizeF letter = page.Size();
   page.Layout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(14, 13, 14, 15),
                           QPageLayout::Millimeter));
-  EXPECT_GT(page.Document().pageSize().height(), letter.height());
-  EXPECT_LT(page.Document().pageSize().width(), letter.width());
+  EXPECT_GT(page.Size().height(), letter.height());
+  EXPECT_LT(page.Size().width(), letter.width());
 }
 
 // The row of dots through the middle of the barcode, read back as widths of bars and gaps.
@@ -121,12 +125,10 @@ TEST_F(Printing, TotalsAreNotTornByThePagesEnd) {
   // Somewhere among these counts of lines the totals would have met the end of a page.
   for (int lines = 20; lines < 36; ++lines) {
     PrintedPage page(Html(lines), 1042);
-    const double height = page.Document().pageSize().height();
-    double first = -1;
+    int first = -1;
     int seen = 0;
     for (QTextBlock block = page.Document().begin(); block.isValid(); block = block.next()) {
-      const double where =
-          std::floor(page.Document().documentLayout()->blockBoundingRect(block).top() / height);
+      const int where = PageOf(page, Place(page, block).top());
       if (block.text() == QStringLiteral("Renglones")) first = where;
       if (!block.text().startsWith(QStringLiteral("Total"))) continue;
       EXPECT_EQ(where, first) << lines;
@@ -142,15 +144,14 @@ TEST_F(Printing, EveryWordOfThePageGetsItsInk) {
     PrintedPage page(Html(lines), 1042);
     page.Layout(QPageLayout(QPageSize(QPageSize::Letter), QPageLayout::Portrait, QMarginsF(14, 13, 14, 15),
                             QPageLayout::Millimeter));
-    const double height = page.Document().pageSize().height();
     QList<QImage> painted;
     for (int number = 0; number < page.Pages(); ++number) painted += Painted(page, number, 1);
     for (QTextBlock block = page.Document().begin(); block.isValid(); block = block.next()) {
       if (block.text().trimmed().isEmpty()) continue;
-      QRectF place = page.Document().documentLayout()->blockBoundingRect(block);
-      const int number = static_cast<int>(place.top() / height);
-      ASSERT_LT(number, painted.size());
-      place.translate(0, -number * height);
+      QRectF place = Place(page, block);
+      const int number = PageOf(page, place.top());
+      ASSERT_GE(number, 0);
+      place.translate(0, page.Slices()[number].Head() - page.Slices()[number].top);
       const QImage words = painted[number].copy(place.toAlignedRect());
       int least = 255;
       int most = 0;

@@ -4,6 +4,7 @@
 #include <QTextTable>
 #include <map>
 
+#include "tests/desktop/printing/slices.h"
 #include "tests/desktop/screens/salidas_en_el_escritorio.h"
 
 namespace tarvik::desktop {
@@ -33,25 +34,25 @@ class SalidaEnPapel : public SalidasEnElEscritorio {
     }
   }
   // The headings stand on every page; sums and signatures on the last.
-  static void ExpectWellBroken(const QTextDocument& page, int pages, int lines) {
+  static void ExpectWellBroken(const PrintedPage& printed, int lines) {
+    const QTextDocument& page = printed.Document();
     int headers = 0;
     for (const QTextFrame* frame : page.rootFrame()->childFrames()) {
       const auto* table = qobject_cast<const QTextTable*>(frame);
       if (table && table->rows() == lines + 1) headers = table->format().headerRowCount();
     }
     EXPECT_EQ(headers, 1);  // repeated on every page
-    const double height = page.pageSize().height();
     std::map<std::string, int> where;
     for (QTextBlock block = page.begin(); block.isValid(); block = block.next()) {
       const double top = page.documentLayout()->blockBoundingRect(block).top();
-      where[block.text().toStdString().substr(0, 7)] = static_cast<int>(std::floor(top / height));
+      where[block.text().toStdString().substr(0, 7)] = PageOf(printed, top);
     }
     for (const char* word : {"Renglon", "Unidade", "Recibi", "Elabor"}) {
       int found = -1;
       for (const auto& [begin, number] : where) {
         if (begin.starts_with(word)) found = number;
       }
-      EXPECT_EQ(found, pages - 1) << word << " with " << lines;
+      EXPECT_EQ(found, printed.Pages() - 1) << word << " with " << lines;
     }
   }
 };
@@ -79,7 +80,7 @@ TEST_F(SalidaEnPapel, OnPaperEveryMarkLeavesRoomForTheLinesAndTheSignaturesStand
                                "E2 Mostrador", "NTE Norte", "E02 Patricia", "Folio", "Entregar antes"}) {
         EXPECT_TRUE(text.contains(QString::fromUtf8(word))) << word;
       }
-      ExpectWellBroken(page, window->Page().Pages(), lines);
+      ExpectWellBroken(window->Page(), lines);
     }
     EXPECT_TRUE(window->SavePdfTo(folder.filePath(QStringLiteral("salida.pdf"))));
     window->close();
