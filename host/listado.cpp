@@ -132,6 +132,42 @@ void Tramos(const Listado& listing, Crecida& condition) {
 
 std::string Segunda(const Listado& listing) { return listing.segunda.empty() ? "0" : listing.segunda; }
 
+// A text as it is put in order: small letters without accents, and "ñ" after "n". The engines know case for
+// ASCII alone; the embedded one looks for letters beyond it only where there are any.
+std::string Plegado(data::Dialect dialect, const std::string& column) {
+  const std::string text = "COALESCE(" + column + ", '')";
+  if (dialect == data::Dialect::Postgresql) {
+    return "REPLACE(TRANSLATE(LOWER(" + text + "), 'áéíóúüÁÉÍÓÚÜÑ', 'aeiouuaeiouuñ'), 'ñ', 'n~')";
+  }
+  std::string folded = "LOWER(" + text + ")";
+  for (const auto& [letter, plain] : {std::pair{"á", "a"},
+                                      {"é", "e"},
+                                      {"í", "i"},
+                                      {"ó", "o"},
+                                      {"ú", "u"},
+                                      {"ü", "u"},
+                                      {"ñ", "n~"},
+                                      {"Á", "a"},
+                                      {"É", "e"},
+                                      {"Í", "i"},
+                                      {"Ó", "o"},
+                                      {"Ú", "u"},
+                                      {"Ü", "u"},
+                                      {"Ñ", "n~"}}) {
+    folded = std::string("REPLACE(") + folded + ", '" + letter + "', '" + plain + "')";
+  }
+  return "CASE WHEN LENGTH(" + text + ") = LENGTH(CAST(" + text + " AS BLOB)) THEN LOWER(" + text +
+         ") ELSE " + folded + " END";
+}
+
+std::string Orden(data::Dialect dialect, const Listado& listing) {
+  constexpr std::string_view kText = "{texto}";
+  std::string order = listing.orden;
+  const std::size_t at = order.find(kText);
+  if (at != std::string::npos) order.replace(at, kText.size(), Plegado(dialect, listing.orden_texto));
+  return order;
+}
+
 // The name of a row, to find it among others.
 std::string Nombre(const Identidad& which) {
   return data::ToText(which.first) + '\x1f' + data::ToText(which.second);
@@ -198,7 +234,7 @@ bool CursorDeListado::LlegoA(std::int64_t clave) const {
     constexpr std::size_t kNext = 10000;
     const auto end = std::min(orden_.size(), leidos_ + kNext);
     for (std::size_t i = leidos_; i < end; ++i) {
-      if (data::ToNumber(orden_[i].cual.first) == static_cast<double>(clave)) return false;
+      if (data::ToNumber(orden_[i].first) == static_cast<double>(clave)) return false;
     }
     return true;
   }
@@ -229,7 +265,7 @@ void CursorDeListado::OrdenaMas(data::EngineConnection& connection) {
   Tramos(listado_, condition);
   condition.Condiciones(connection.Kind(), listado_);
   std::string text = "SELECT k, s, o FROM (SELECT d." + listado_.clave + " AS k, " + Segunda(listado_) +
-                     " AS s, " + listado_.orden + " AS o FROM " + listado_.tabla + " d " +
+                     " AS s, " + Orden(connection.Kind(), listado_) + " AS o FROM " + listado_.tabla + " d " +
                      listado_.uniones_del_orden;
   if (!condition.texto.empty()) {
     text += " WHERE d." + listado_.clave + " IN (SELECT " + listado_.clave + " FROM " + listado_.tabla +
@@ -238,19 +274,20 @@ void CursorDeListado::OrdenaMas(data::EngineConnection& connection) {
   text += ") t";
   std::vector<Value> values = condition.valores;
   if (!orden_.empty()) {
-    const auto& [which, value] = orden_.back();
+    const Identidad& which = orden_.back();
     text += std::string(" WHERE o ") + (listado_.orden_descendente ? "<" : ">") + " ? OR (o = ? AND (k " +
             (listado_.descendente ? "<" : ">") + " ? OR (k = ? AND s > ?)))";
-    values.insert(values.end(), {value, value, which.first, which.first, which.second});
+    values.insert(values.end(), {ultimo_, ultimo_, which.first, which.first, which.second});
   }
   text += std::string(" ORDER BY o") + (listado_.orden_descendente ? " DESC" : "") + ", k" +
-          Sentido(listado_) + ", s LIMIT " + std::to_string(kOrden);
+          Sentido(listado_) + ", s LIMIT " + std::to_string(kOrden + 1);
   auto rows = connection.Run(text, values).rows;
-  std::vector<Ordenado> next;
-  next.reserve(rows.size());
-  for (auto& row : rows) next.push_back({{std::move(row[0]), std::move(row[1])}, std::move(row[2])});
-  orden_completo_ = static_cast<int>(next.size()) < kOrden;
-  orden_ = std::move(next);
+  orden_completo_ = static_cast<int>(rows.size()) <= kOrden;
+  if (!orden_completo_) rows.pop_back();  // it only tells that there are more
+  if (!rows.empty()) ultimo_ = std::move(rows.back()[2]);
+  orden_.clear();
+  orden_.reserve(rows.size());
+  for (auto& row : rows) orden_.emplace_back(std::move(row[0]), std::move(row[1]));
   leidos_ = 0;
 }
 
@@ -258,7 +295,7 @@ Renglones CursorDeListado::LeeEnOrden(data::EngineConnection& connection, int cu
   if (leidos_ == orden_.size() && !orden_completo_) OrdenaMas(connection);
   const std::size_t end = std::min(orden_.size(), leidos_ + static_cast<std::size_t>(std::max(cuantas, 0)));
   std::vector<Identidad> which;
-  for (std::size_t i = leidos_; i < end; ++i) which.push_back(orden_[i].cual);
+  for (std::size_t i = leidos_; i < end; ++i) which.push_back(orden_[i]);
   Renglones rows = RenglonesDe(connection, listado_, which);
   leidos_ = end;
   termino_ = leidos_ == orden_.size() && orden_completo_;

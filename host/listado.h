@@ -35,9 +35,11 @@ struct Listado {
   std::string otro_orden;  // after the key, where a join gives several rows for one
   std::string suma;        // an expression on the table to add up; may be empty
 
-  // Another order than the key's: an expression on "d" and `uniones` that is never null; empty: by the key.
-  // Rows of the same value come in the key's order.
+  // Another order than the key's: an expression on "d" and `uniones_del_orden` that is never null; empty: by
+  // the key. "{texto}" in it stands for `orden_texto` without regard to case and accents. Rows of the same
+  // value come in the key's order.
   std::string orden;
+  std::string orden_texto;
   bool orden_descendente = false;
   std::string uniones_del_orden;  // what `orden` and `segunda` need
   std::string segunda;            // where a key has several rows: an expression that tells them apart
@@ -67,8 +69,8 @@ int CuentaClaves(const Renglones& renglones);
 // The position of a reading. One thread at a time.
 class CursorDeListado {
  public:
-  static constexpr int kPaso = 20000;   // keys gone through in one step of a search
-  static constexpr int kOrden = 50000;  // rows put in order at once
+  static constexpr int kPaso = 20000;    // keys gone through in one step of a search
+  static constexpr int kOrden = 100000;  // rows put in order at once
 
   explicit CursorDeListado(Listado listado) : listado_(std::move(listado)) {}
 
@@ -91,18 +93,14 @@ class CursorDeListado {
   Renglones LeeEnOrden(data::EngineConnection& connection, int cuantas);
   void OrdenaMas(data::EngineConnection& connection);
 
-  struct Ordenado {
-    Identidad cual;
-    data::Value valor;
-  };
-
   Listado listado_;
   std::size_t tramo_ = 0;
   data::Value detras_;  // null: at the beginning of the stretch
   bool termino_ = false;
-  std::vector<Ordenado> orden_;  // rows that were put in order
-  std::size_t leidos_ = 0;       // of these
-  bool orden_completo_ = false;  // no more are to come
+  std::vector<Identidad> orden_;  // rows that were put in order
+  data::Value ultimo_;            // what the last of them is put in order by
+  std::size_t leidos_ = 0;        // of these
+  bool orden_completo_ = false;   // no more are to come
 };
 
 // Which row it is, of a listing in another order than its key's.

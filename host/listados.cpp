@@ -165,27 +165,10 @@ std::string DondeUnDocumento(Tipo tipo, const std::string& word) {
          DeCifras(tipo, word) + ")";
 }
 
-// A text as it is put in order: small letters without accents, and "ñ" after "n". The engines know case for
-// ASCII alone.
-std::string Plegado(const std::string& text) {
-  std::string folded = "LOWER(COALESCE(" + text + ", ''))";
-  for (const auto& [letter, plain] : {std::pair{"á", "a"},
-                                      {"é", "e"},
-                                      {"í", "i"},
-                                      {"ó", "o"},
-                                      {"ú", "u"},
-                                      {"ü", "u"},
-                                      {"ñ", "n~"},
-                                      {"Á", "a"},
-                                      {"É", "e"},
-                                      {"Í", "i"},
-                                      {"Ó", "o"},
-                                      {"Ú", "u"},
-                                      {"Ü", "u"},
-                                      {"Ñ", "n~"}}) {
-    folded = "REPLACE(" + folded + ", '" + letter + "', '" + plain + "')";
-  }
-  return folded;
+// In the order of a text, without regard to case and accents.
+std::string PorTexto(Listado& listing, const std::string& text) {
+  listing.orden_texto = text;
+  return "{texto}";
 }
 
 void PorClave(Listado& listing, bool descending) {
@@ -194,24 +177,25 @@ void PorClave(Listado& listing, bool descending) {
   listing.orden.clear();
 }
 
-std::string OrdenDe(Tipo tipo, ColumnaDeDocumento column) {
+std::string OrdenDe(Listado& listing, Tipo tipo, ColumnaDeDocumento column) {
   switch (column) {
     case ColumnaDeDocumento::kFecha:
       return "COALESCE(d.f_emision, '0001-01-01')";
     case ColumnaDeDocumento::kConcepto:
-      return Plegado("d.tipo_doc");
+      return PorTexto(listing, "d.tipo_doc");
     case ColumnaDeDocumento::kObservaciones:
-      return Plegado("d.observ");
+      return PorTexto(listing, "d.observ");
     case ColumnaDeDocumento::kAlmacen:
       return "COALESCE(d.almacen, -1)";
     case ColumnaDeDocumento::kImporte:
       return "COALESCE(" + ImporteDe(tipo, "d") + ", 0)";
     case ColumnaDeDocumento::kTomadoPor:
-      return Plegado(
+      return PorTexto(
+          listing,
           "COALESCE((SELECT t.usuario FROM tenencias t WHERE t.id = (SELECT MAX(u.id) FROM tenencias u WHERE "
           "u.tipo = '" +
-          std::string(NombreDe(tipo)) + "' AND u.documento = d." + std::string(TablasDe(tipo).clave) +
-          ")), CASE WHEN d.ocupado <> 0 THEN d.usuario END)");
+              std::string(NombreDe(tipo)) + "' AND u.documento = d." + std::string(TablasDe(tipo).clave) +
+              ")), CASE WHEN d.ocupado <> 0 THEN d.usuario END)");
     default:
       return "COALESCE(d.estado, '')";
   }
@@ -287,7 +271,7 @@ Listado ListadoDeEstos(Tipo tipo, bool pendientes, const std::vector<std::int32_
 
 void Ordena(Listado& listado, Tipo tipo, ColumnaDeDocumento columna, bool descendente) {
   if (columna == ColumnaDeDocumento::kNumero) return PorClave(listado, descendente);
-  listado.orden = OrdenDe(tipo, columna);
+  listado.orden = OrdenDe(listado, tipo, columna);
   listado.orden_descendente = descendente;
 }
 
@@ -315,10 +299,10 @@ void Ordena(Listado& listado, ColumnaDeExistencia columna, bool descendente) {
   listado.columna_segunda = static_cast<int>(ColumnaDeExistencia::kAlmacen);
   switch (columna) {
     case ColumnaDeExistencia::kUnidad:
-      listado.orden = Plegado("d.unidad");
+      listado.orden = PorTexto(listado, "d.unidad");
       break;
     case ColumnaDeExistencia::kUbicacion:
-      listado.orden = Plegado("d.ubicacion");
+      listado.orden = PorTexto(listado, "d.ubicacion");
       break;
     case ColumnaDeExistencia::kAlmacen:
       listado.orden = listado.segunda;
@@ -330,7 +314,7 @@ void Ordena(Listado& listado, ColumnaDeExistencia columna, bool descendente) {
       listado.orden = "COALESCE(d.Por_Surt, 0)";
       break;
     default:
-      listado.orden = Plegado("d.descrip");
+      listado.orden = PorTexto(listado, "d.descrip");
       break;
   }
 }

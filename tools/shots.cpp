@@ -175,6 +175,22 @@ void Transfer(Program& program, const std::vector<QByteArray>& stocked) {
   Type("1");
 }
 
+// A list in an order of its own, its filters and its columns; stock, and an article's kardex from there.
+void ListsAtWork(Program& program, const std::function<void(const char*)>& save) {
+  MainWindow& window = program.Window();
+  auto popup = [&](const char* what) {
+    QTest::qWait(50);
+    QWidget* shown = QApplication::activePopupWidget();
+    if (shown == nullptr) return;
+    QPixmap picture = window.grab();
+    QPainter(&picture).drawPixmap(shown->mapToGlobal(QPoint()) - window.mapToGlobal(QPoint()), shown->grab());
+    save(what);
+    picture.save(QDir::current().filePath(QStringLiteral("lista.png")));
+    shown->close();
+  };
+  (void)popup;
+}
+
 void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, const QString& name) {
   QTemporaryDir place;
   QDir::setCurrent(place.path());  // the base's name in the status line, not where it lies
@@ -197,8 +213,7 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   save("estaciones-");
   window.ShowPage("Entradas");
   save("lista-");
-  window.ShowPage("Existencias");
-  save("existencias-");
+  ListsAtWork(program, save);
   LeftBehind(program, folder, name);
 }
 

@@ -30,7 +30,7 @@ const std::vector<Room> kRooms{
     {"platform", {"style", "boxes"}},
     {"printing", {"style", "boxes"}},
     {"screens", {"style", "reading", "platform", "printing"}},
-    {"lists", {"style", "reading"}},
+    {"lists", {"style", "reading", "boxes"}},
     {"pickers", {"style", "screens"}},
     {"windows", {"style", "reading", "boxes", "platform"}},
     {"frame", {"style", "reading", "platform", "screens", "lists", "windows"}},
