@@ -72,8 +72,7 @@ QLayout* DocumentList::Head() {
       "Cifras: inicio del número. Fecha: 21/11/2026, 11/2026 o 21/11. Varias palabras: cada una "
       "en alguna columna."));
   filter_->setClearButtonEnabled(false);
-  filter_->setMinimumWidth(54 * measure::kGrid);
-  filter_->setFixedHeight(measure::kField);
+  filter_->setFixedSize(58 * measure::kGrid, measure::kField);
   head->addWidget(filter_);
   return head;
 }

@@ -51,7 +51,7 @@ KardexView::KardexView(Office& office, Reader& reader, QWidget* parent)
   body->addWidget(chart_);
   table_->setModel(model_);
   DressTable(*table_, office.theme, QStringLiteral("Movimientos del artículo"), LedgerModel::Concept);
-  SetWidths(*table_, {11, 7, 13, 9, 26, 11, 11, 11, 12, 13, 9});
+  SetWidths(*table_, {10, 6, 10, 8, 26, 9, 9, 9, 10, 11, 8});
   tools_ = new ListTools(
       {office, reader, *model_, *table_, QStringLiteral("Kardex"), QStringLiteral("Kardex")}, Sums(), *this);
   body->addWidget(table_, 1);

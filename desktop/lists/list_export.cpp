@@ -22,14 +22,14 @@ QString Grouped(std::int64_t number) {
 ListExport::ListExport(Reader& reader, QWidget* sums)
     : reader_(reader), bar_(new QProgressBar(this)), words_(new QLabel(this)) {
   // As wide as the longest of the three: nothing moves when another takes the place.
-  setFixedWidth(54 * measure::kGrid);
+  setFixedWidth(50 * measure::kGrid);
   addWidget(sums);
   auto* middle = new QWidget(this);
   auto* row = new QHBoxLayout(middle);
   row->setContentsMargins(0, 0, 0, 0);
   bar_->setAccessibleName(QStringLiteral("Avance de la exportación"));
   bar_->setTextVisible(false);
-  bar_->setFixedSize(16 * measure::kGrid, measure::kGrid);
+  bar_->setFixedSize(10 * measure::kGrid, measure::kGrid);
   auto* told = new QLabel(middle);
   told->setObjectName(QStringLiteral("avance"));
   told->setProperty("role", "soft");
@@ -73,11 +73,11 @@ void ListExport::Start(std::shared_ptr<host::ListadoEnCsv> file, const QString& 
 void ListExport::ShowProgress(std::int64_t rows) {
   bar_->setRange(0, static_cast<int>(expected_));
   bar_->setValue(static_cast<int>(std::min(rows, expected_)));
-  QString text = QStringLiteral("Exportando %1").arg(Grouped(rows));
+  QString text = QStringLiteral("Exporta %1").arg(Grouped(rows));
   if (expected_ > 0) text += QStringLiteral(" de %1").arg(Grouped(expected_));
   if (rows > 0 && expected_ > rows) {
     const auto left = clock_.elapsed() * (expected_ - rows) / rows / 1000 + 1;
-    text += QStringLiteral(", quedan %1 s").arg(left);
+    text += QStringLiteral(" · %1 s").arg(left);
   }
   findChild<QLabel*>(QStringLiteral("avance"))->setText(text + QStringLiteral(" · Esc cancela"));
   setCurrentIndex(kBar);

@@ -57,6 +57,8 @@ ListTools::ListTools(const Parts& parts, QWidget* sums, QWidget& page)
     : QObject(&page), parts_(parts), page_(page), foot_(new ListExport(parts.reader, sums)) {
   LoadWidths(parts_.table, parts_.office.settings, parts_.name);
   parts_.table.setSelectionMode(QAbstractItemView::ExtendedSelection);
+  // A bar that came and went with the length of the list would move the columns.
+  parts_.table.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   auto& header = Header();
   header.setSectionsClickable(true);
   header.setSortIndicatorShown(false);  // the title has its own mark, which moves nothing

@@ -108,9 +108,11 @@ void StockChart::PaintLevel(QPainter& painter, double stock) const {
 
 void StockChart::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), theme_.Color(Role::Panel));
+  painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(theme_.Color(Role::Border));
-  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  painter.setBrush(theme_.Color(Role::Panel));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kGrid, kGrid);
+  painter.setBrush(Qt::NoBrush);
   QFont small = font();
   small.setPixelSize(measure::kCaption);
   painter.setFont(small);
@@ -128,7 +130,6 @@ void StockChart::paintEvent(QPaintEvent*) {
   if (points_.size() > 1)
     painter.drawText(foot, Qt::AlignRight | Qt::AlignVCenter, DayText(points_.back().day));
 
-  painter.setRenderHint(QPainter::Antialiasing);
   QPainterPath line(QPointF(plot.left(), Up(points_.front().stock)));
   for (const Point& point : points_) {
     line.lineTo(Across(point.day), line.currentPosition().y());

@@ -78,8 +78,7 @@ QLayout* StockView::Head() {
   head->addWidget(tools_->OfferFilters(*filter_));
   filter_->setPlaceholderText(QStringLiteral("Buscar por artículo, descripción, unidad o ubicación"));
   filter_->setAccessibleName(QStringLiteral("Buscar en existencias"));
-  filter_->setMinimumWidth(54 * measure::kGrid);
-  filter_->setFixedHeight(measure::kField);
+  filter_->setFixedSize(58 * measure::kGrid, measure::kField);
   head->addWidget(filter_);
   return head;
 }
