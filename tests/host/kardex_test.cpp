@@ -46,7 +46,7 @@ TEST_F(Kardex, ARowThatKeepsItsStockIsBelieved) {
   Movimiento("SA", 4, "2024-01-03", 6);
   Movimiento("EN", 1, "2024-01-04", 7);
   Movimiento("SA", 9, "2024-01-04", {}, 2);  // another warehouse's
-  Existencia(7);
+  Existencia(9);                             // somebody corrected it by hand
   EXPECT_EQ(Saldos(), (std::vector<double>{10, 6, 7}));
 }
 

@@ -7,6 +7,7 @@
 #include "desktop/lists/list_tools.h"
 #include "desktop/lists/stock_chart.h"
 #include "desktop/lists/stock_view.h"
+#include "tests/desktop/escritorio.h"
 #include "tests/desktop/oficina.h"
 
 namespace tarvik::desktop {
@@ -134,6 +135,40 @@ TEST_F(KardexDePrueba, AScannersEnterWaitsForItsArticle) {
   QTest::keyClick(&field, Qt::Key_Return);
   ASSERT_TRUE(Until([&] { return vista->InKardex(); }));
   EXPECT_EQ(vista->Table().currentIndex().data(StockModel::ArticleRole).toString(), QStringLiteral("TAL-12"));
+}
+
+// In the whole program: goods are received and posted, and later looked up from stock.
+class KardexEnElPrograma : public Escritorio {};
+
+TEST_F(KardexEnElPrograma, FromStockToTheDocumentThatMovedItAndBackByKeysAlone) {
+  const std::string article = Article(0);
+  Receiving();
+  Line(QString::fromStdString(article), QStringLiteral("7"));
+  Press(Qt::Key_F5);
+  Settle();
+  MainWindow& window = program->Window();
+  QTest::keyClick(&window, Qt::Key_5, Qt::ControlModifier);
+  StockView& stock = window.Stock();
+  ASSERT_TRUE(stock.isVisible());
+  Type(QString::fromStdString(article));
+  Press(Qt::Key_Return);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return stock.InKardex() && stock.Kardex().Model().rowCount() == 1; }));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return stock.Kardex().Table().currentIndex().isValid(); }));
+  EXPECT_EQ(QApplication::focusWidget(), &stock.Kardex().Table());
+
+  Press(Qt::Key_Return);
+  Settle();
+  ASSERT_FALSE(program->Platform().Screens().empty());
+  auto& opened = dynamic_cast<DocumentWizard&>(*program->Platform().Screens().back());
+  EXPECT_EQ(host::DocumentoDe(opened), (host::Retenido{host::Tipo::Entrada, 1}));
+  EXPECT_TRUE(opened.SoloLectura()) << "posted: to be read, not changed";
+  QTest::keyClick(&window, Qt::Key_W, Qt::ControlModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return program->Platform().Screens().empty(); }));
+  EXPECT_TRUE(stock.InKardex()) << "where one came from";
+  ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == &stock.Kardex().Table(); }));
+  Press(Qt::Key_Escape);
+  EXPECT_FALSE(stock.InKardex());
+  EXPECT_EQ(stock.Table().currentIndex().data(StockModel::ArticleRole).toString().toStdString(), article);
 }
 
 }  // namespace
