@@ -181,10 +181,23 @@ QMenu* ListTools::MakeColumnsMenu() {
     for (int column = 0; column < Header().count(); ++column) Header().setSectionHidden(column, false);
     SaveColumns();
   });
-  auto* plain = menu->addAction(QStringLiteral("Quitar el orden elegido\tAlt+0"));
+  if (parts_.model.SortsBy(ColumnsOnShow().first()))
+    MakeOrderMenu(*menu->addMenu(QStringLiteral("Ordenar por")));
+  return menu;
+}
+
+void ListTools::MakeOrderMenu(QMenu& menu) {
+  const QList<int> columns = ColumnsOnShow();
+  for (int place = 0; place < columns.size(); ++place) {
+    const int column = columns[place];
+    const QString key = place < 9 ? QStringLiteral("\tAlt+%1").arg(place + 1) : QString();
+    connect(menu.addAction(TitleOfColumn(column) + key), &QAction::triggered, this,
+            [this, column] { SortBy(column); });
+  }
+  menu.addSeparator();
+  auto* plain = menu.addAction(QStringLiteral("Como al principio\tAlt+0"));
   plain->setEnabled(parts_.model.Sorted().column >= 0);
   connect(plain, &QAction::triggered, this, [this] { UseSort({}); });
-  return menu;
 }
 
 void ListTools::SaveColumns() { SaveWidths(parts_.table, parts_.office.settings, parts_.name); }

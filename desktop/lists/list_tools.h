@@ -4,7 +4,7 @@
 //
 //   Alt+1 to Alt+9   sort by the first to the ninth column on show: up, down, as at first; Alt+0: as at first
 //   F3               filters with a name
-//   F4               columns; the header's context menu is the same
+//   F4               columns and order; the header's context menu is the same
 //   Ctrl+C           the chosen rows, with a line of titles
 //   Ctrl+E           the whole list into a file; Esc ends that
 #pragma once
@@ -71,6 +71,7 @@ class ListTools final : public QObject {
   [[nodiscard]] QList<int> ColumnsOnShow() const;  // as they stand
   [[nodiscard]] QString TitleOfColumn(int column) const;
   [[nodiscard]] std::function<void()> ActOf(const QKeyEvent& key, const QObject* watched);
+  void MakeOrderMenu(QMenu& menu);
   void UseSort(const PagedModel::Sort& sort);
   void UseFilter(const SavedFilter& filter);
 
