@@ -87,7 +87,7 @@ void ListExport::Cancel() {
   if (!task_) return;
   task_->Drop();
   task_.reset();
-  Say(QStringLiteral("Exportación cancelada. No se escribió ningún archivo."));
+  Say(QStringLiteral("Exportación cancelada."));
 }
 
 void ListExport::Say(const QString& words) {

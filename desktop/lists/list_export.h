@@ -25,7 +25,7 @@ class ListExport final : public QStackedWidget {
   // `expected`: rows, as far as they are known; 0: not known.
   void Start(std::shared_ptr<host::ListadoEnCsv> file, const QString& path, std::int64_t expected);
   [[nodiscard]] bool UnderWay() const { return task_ != nullptr; }
-  void Cancel();  // no file is written
+  void Cancel();  // a file that is being written at this moment is whole all the same
   // A line in the sums' place, until the next key.
   void Say(const QString& words);
   [[nodiscard]] QString Said() const;
