@@ -78,24 +78,27 @@ TEST_F(Herramientas, AKeyOrAClickSortsByAColumnUpDownAndAsAtFirst) {
 TEST_F(Herramientas, AnOrderedListIsReadPageByPageAndReadAgainWhenItIsShownAgain) {
   const int last = PagedModel::kPage * (PagedModel::kKeptPages + 3);
   Entradas(last);
-  Sql("UPDATE entradas SET importe = 100000 - entrada");
+  Sql("UPDATE entradas SET importe = entrada * 7919 % 10007");
   DocumentListModel model(*lector, ListKind::Entradas, "0");
   model.Refresh();
   model.SetSort({DocumentListModel::Amount, false});
   ASSERT_TRUE(Rests(model));
   EXPECT_EQ(model.rowCount(), PagedModel::kPage);
+  std::vector<int> first;
+  for (int row = 0; row < 10; ++row) first.push_back(model.NumberAt(row));
   while (model.canFetchMore({})) {
     model.fetchMore({});
     ASSERT_TRUE(Rests(model));
   }
   ASSERT_EQ(model.rowCount(), last);
-  EXPECT_EQ(model.NumberAt(last - 1), 1);
   EXPECT_EQ(model.PagesInMemory(), PagedModel::kKeptPages);
-  Sql("DELETE FROM entradas WHERE entrada = ?", {last - 3});  // meanwhile, by another station
+  Sql("DELETE FROM entradas WHERE entrada = ?", {first[3]});  // meanwhile, by another station
   EXPECT_FALSE(model.index(0, 0).data().isValid());
   ASSERT_TRUE(Until([&] { return model.index(0, 0).data().isValid(); }));
-  EXPECT_EQ(model.NumberAt(0), last);
-  EXPECT_EQ(model.NumberAt(3), last - 4);
+  first.erase(first.begin() + 3);
+  for (std::size_t row = 0; row < first.size(); ++row) {
+    EXPECT_EQ(model.NumberAt(static_cast<int>(row)), first[row]);
+  }
   EXPECT_EQ(model.rowCount(), last - 1);
 }
 
@@ -249,9 +252,8 @@ TEST_F(Herramientas, EscEndsAnExportAndNoFileIsWritten) {
   Tecla(Qt::Key_Escape);
   EXPECT_FALSE(lista->Tools().Foot().UnderWay());
   EXPECT_TRUE(lista->Tools().Foot().Said().contains(QStringLiteral("cancelada")));
-  lista->Refresh();
-  ASSERT_TRUE(SumsReady(lista->Model()));  // the reader has gone on with other work
-  EXPECT_EQ(Archivo(QStringLiteral("media.csv")), QStringLiteral("(no está)"));
+  const auto written = [&] { return QFile::exists(carpeta.filePath(QStringLiteral("media.csv"))); };
+  EXPECT_FALSE(QTest::qWaitFor(written, 1500)) << "it would have been there by now";
 }
 
 TEST_F(Herramientas, AFolderThatIsNotThereIsSaid) {
