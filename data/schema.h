@@ -56,7 +56,7 @@ struct Table {
 };
 
 // Raised by one with each change of a table. A base of a newer version is refused.
-inline constexpr int kSchemaVersion = 6;
+inline constexpr int kSchemaVersion = 5;
 
 const std::vector<Table>& Schema();
 // Without regard to case; nullptr if the schema has no such table or column.

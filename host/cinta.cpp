@@ -7,6 +7,7 @@
 #include "data/number.h"
 #include "forms/platform.h"
 #include "host/archivo_entero.h"
+#include "host/csv.h"
 
 namespace tarvik::host {
 namespace {
@@ -44,20 +45,6 @@ void Agrega(std::vector<data::Value>& values, const std::optional<T>& value) {
   } else {
     values.emplace_back();
   }
-}
-
-// A cell of the file. What a spreadsheet would take for a formula goes out with an apostrophe in front.
-std::string Celda(const std::string& text) {
-  std::string shown = text;
-  if (!shown.empty() && std::string_view("=+-@").find(shown.front()) != std::string_view::npos)
-    shown.insert(0, "'");
-  if (shown.find_first_of(",\"\r\n") == std::string::npos) return shown;
-  std::string quoted = "\"";
-  for (const char character : shown) {
-    if (character == '"') quoted += '"';
-    quoted += character;
-  }
-  return quoted + "\"";
 }
 
 }  // namespace
@@ -138,9 +125,9 @@ void ExportaCinta(const std::vector<Lectura>& readings, const std::string& ruta)
                                  reading.renglon ? std::to_string(*reading.renglon) : "",
                                  reading.cantidad ? data::PlainNumber(*reading.cantidad) : "",
                                  reading.motivo};
-    std::string line;
-    for (const std::string& cell : cells) line += (line.empty() ? "" : ",") + Celda(cell);
-    text += line + "\r\n";
+    std::vector<std::string> written;
+    for (const std::string& cell : cells) written.push_back(CeldaCsv(cell));
+    text += RenglonCsv(written);
   }
   if (const std::error_code failed = EscribeEntero(forms::NativePath(ruta), text)) {
     throw data::Error("No se puede escribir el archivo " + ruta + ": " + failed.message());

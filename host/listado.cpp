@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <span>
 #include <string_view>
 
 #include "data/text.h"
@@ -118,6 +120,59 @@ std::string Hasta(const Listado& listing) {
   return listing.clave + (listing.descendente ? " >= ?" : " <= ?");
 }
 
+// The stretches, for a reading that may begin in one and end in another.
+void Tramos(const Listado& listing, Crecida& condition) {
+  Crecida stretches;
+  for (const auto& [low, high] : listing.tramos) {
+    stretches.texto += (stretches.texto.empty() ? "(" : " OR ") + listing.clave + " BETWEEN ? AND ?";
+    stretches.valores.insert(stretches.valores.end(), {low, high});
+  }
+  if (!stretches.texto.empty()) condition.Y(stretches.texto + ")", stretches.valores);
+}
+
+std::string Segunda(const Listado& listing) { return listing.segunda.empty() ? "0" : listing.segunda; }
+
+// A text as it is put in order: small letters without accents, and "ñ" after "n". The engines know case for
+// ASCII alone; the embedded one looks for letters beyond it only where there are any.
+std::string Plegado(data::Dialect dialect, const std::string& column) {
+  const std::string text = "COALESCE(" + column + ", '')";
+  if (dialect == data::Dialect::Postgresql) {
+    return "REPLACE(TRANSLATE(LOWER(" + text + "), 'áéíóúüÁÉÍÓÚÜÑ', 'aeiouuaeiouuñ'), 'ñ', 'n~')";
+  }
+  std::string folded = "LOWER(" + text + ")";
+  for (const auto& [letter, plain] : {std::pair{"á", "a"},
+                                      {"é", "e"},
+                                      {"í", "i"},
+                                      {"ó", "o"},
+                                      {"ú", "u"},
+                                      {"ü", "u"},
+                                      {"ñ", "n~"},
+                                      {"Á", "a"},
+                                      {"É", "e"},
+                                      {"Í", "i"},
+                                      {"Ó", "o"},
+                                      {"Ú", "u"},
+                                      {"Ü", "u"},
+                                      {"Ñ", "n~"}}) {
+    folded = std::string("REPLACE(") + folded + ", '" + letter + "', '" + plain + "')";
+  }
+  return "CASE WHEN LENGTH(" + text + ") = LENGTH(CAST(" + text + " AS BLOB)) THEN LOWER(" + text +
+         ") ELSE " + folded + " END";
+}
+
+std::string Orden(data::Dialect dialect, const Listado& listing) {
+  constexpr std::string_view kText = "{texto}";
+  std::string order = listing.orden;
+  const std::size_t at = order.find(kText);
+  if (at != std::string::npos) order.replace(at, kText.size(), Plegado(dialect, listing.orden_texto));
+  return order;
+}
+
+// The name of a row, to find it among others.
+std::string Nombre(const Identidad& which) {
+  return data::ToText(which.first) + '\x1f' + data::ToText(which.second);
+}
+
 // The keys first, the whole rows after them: an index often holds all that finding the keys takes.
 std::string Sentencia(const Listado& listing, const Crecida& condition, int limit) {
   std::string text = "SELECT " + listing.columnas + " FROM (SELECT " + listing.clave + " AS k FROM " +
@@ -126,6 +181,28 @@ std::string Sentencia(const Listado& listing, const Crecida& condition, int limi
   text += ") k JOIN " + listing.tabla + " d ON d." + listing.clave + " = k.k " + listing.uniones +
           " ORDER BY d." + listing.clave + Sentido(listing);
   return listing.otro_orden.empty() ? text : text + ", " + listing.otro_orden;
+}
+
+// A place for each of these rows, empty where the row is gone.
+Renglones EstosRenglones(data::EngineConnection& connection, const Listado& listing,
+                         std::span<const Identidad> which) {
+  std::map<std::string, std::size_t> places;
+  std::vector<Value> keys;
+  std::string marks;
+  for (std::size_t i = 0; i < which.size(); ++i) {
+    places.emplace(Nombre(which[i]), i);
+    keys.push_back(which[i].first);
+    marks += marks.empty() ? "?" : ", ?";
+  }
+  auto found = connection.Run("SELECT " + listing.columnas + " FROM " + listing.tabla + " d " +
+                                  listing.uniones + " WHERE d." + listing.clave + " IN (" + marks + ")",
+                              keys);
+  Renglones in_order(which.size());
+  for (auto& row : found.rows) {
+    const auto place = places.find(Nombre(IdentidadDe(listing, row)));
+    if (place != places.end()) in_order[place->second] = std::move(row);
+  }
+  return in_order;
 }
 
 }  // namespace
@@ -153,6 +230,14 @@ CursorDeListado::Condicion CursorDeListado::Aqui() const {
 }
 
 bool CursorDeListado::LlegoA(std::int64_t clave) const {
+  if (!listado_.orden.empty()) {
+    constexpr std::size_t kNext = 10000;
+    const auto end = std::min(orden_.size(), leidos_ + kNext);
+    for (std::size_t i = leidos_; i < end; ++i) {
+      if (data::ToNumber(orden_[i].first) == static_cast<double>(clave)) return false;
+    }
+    return true;
+  }
   if (detras_.IsNull()) return !listado_.descendente;
   const auto seen = static_cast<std::int64_t>(data::ToNumber(detras_));
   return listado_.descendente ? seen <= clave : seen >= clave;
@@ -172,7 +257,53 @@ Value CursorDeListado::FinDelPaso(data::EngineConnection& connection, const Cond
   return connection.Run(text, here.valores).rows.at(0).at(0);
 }
 
+// The identities of the next rows in the listing's order, behind the last one known: one statement for many
+// pages, since without an index on the order it goes through the whole table.
+void CursorDeListado::OrdenaMas(data::EngineConnection& connection) {
+  Crecida condition;
+  condition.Y(listado_.fijo);
+  Tramos(listado_, condition);
+  condition.Condiciones(connection.Kind(), listado_);
+  std::string text = "SELECT k, s, o FROM (SELECT d." + listado_.clave + " AS k, " + Segunda(listado_) +
+                     " AS s, " + Orden(connection.Kind(), listado_) + " AS o FROM " + listado_.tabla + " d " +
+                     listado_.uniones_del_orden;
+  if (!condition.texto.empty()) {
+    text += " WHERE d." + listado_.clave + " IN (SELECT " + listado_.clave + " FROM " + listado_.tabla +
+            condition.Where() + ")";
+  }
+  text += ") t";
+  std::vector<Value> values = condition.valores;
+  if (!orden_.empty()) {
+    const Identidad& which = orden_.back();
+    text += std::string(" WHERE o ") + (listado_.orden_descendente ? "<" : ">") + " ? OR (o = ? AND (k " +
+            (listado_.descendente ? "<" : ">") + " ? OR (k = ? AND s > ?)))";
+    values.insert(values.end(), {ultimo_, ultimo_, which.first, which.first, which.second});
+  }
+  text += std::string(" ORDER BY o") + (listado_.orden_descendente ? " DESC" : "") + ", k" +
+          Sentido(listado_) + ", s LIMIT " + std::to_string(kOrden + 1);
+  auto rows = connection.Run(text, values).rows;
+  orden_completo_ = static_cast<int>(rows.size()) <= kOrden;
+  if (!orden_completo_) rows.pop_back();  // it only tells that there are more
+  if (!rows.empty()) ultimo_ = std::move(rows.back()[2]);
+  orden_.clear();
+  orden_.reserve(rows.size());
+  for (auto& row : rows) orden_.emplace_back(std::move(row[0]), std::move(row[1]));
+  leidos_ = 0;
+}
+
+Renglones CursorDeListado::LeeEnOrden(data::EngineConnection& connection, int cuantas) {
+  if (leidos_ == orden_.size() && !orden_completo_) OrdenaMas(connection);
+  const std::size_t end = std::min(orden_.size(), leidos_ + static_cast<std::size_t>(std::max(cuantas, 0)));
+  std::vector<Identidad> which;
+  for (std::size_t i = leidos_; i < end; ++i) which.push_back(orden_[i]);
+  Renglones rows = RenglonesDe(connection, listado_, which);
+  leidos_ = end;
+  termino_ = leidos_ == orden_.size() && orden_completo_;
+  return rows;
+}
+
 Renglones CursorDeListado::Lee(data::EngineConnection& connection, int cuantas) {
+  if (!listado_.orden.empty()) return LeeEnOrden(connection, cuantas);
   Condicion condition = Aqui();
   Value step_end;
   if (listado_.por_pasos) {
@@ -214,6 +345,26 @@ void CursorDeListado::Suma(data::EngineConnection& connection, Sumas& sumas) {
   detras_ = step_end;
 }
 
+Identidad IdentidadDe(const Listado& listado, const std::vector<Value>& renglon) {
+  if (listado.columna_segunda < 0) return {renglon[0], 0};
+  const Value& second = renglon[static_cast<std::size_t>(listado.columna_segunda)];
+  return {renglon[0], second.IsNull() ? Value(-1) : second};
+}
+
+Renglones RenglonesDe(data::EngineConnection& connection, const Listado& listado,
+                      const std::vector<Identidad>& cuales) {
+  // Not all at once: an engine takes so many values in a statement.
+  constexpr std::size_t kAtOnce = 500;
+  Renglones all;
+  for (std::size_t first = 0; first < cuales.size(); first += kAtOnce) {
+    const std::size_t count = std::min(kAtOnce, cuales.size() - first);
+    for (auto& row : EstosRenglones(connection, listado, std::span(cuales).subspan(first, count))) {
+      if (!row.empty()) all.push_back(std::move(row));
+    }
+  }
+  return all;
+}
+
 Renglones RenglonesEntre(data::EngineConnection& connection, const Listado& listado, const Value& primera,
                          const Value& ultima) {
   Crecida condition;
@@ -221,13 +372,7 @@ Renglones RenglonesEntre(data::EngineConnection& connection, const Listado& list
   condition.Y(
       listado.clave + " >= ? AND " + listado.clave + " <= ?",
       listado.descendente ? std::vector<Value>{ultima, primera} : std::vector<Value>{primera, ultima});
-  // A page may hold the end of one stretch and the beginning of the next.
-  Crecida stretches;
-  for (const auto& [low, high] : listado.tramos) {
-    stretches.texto += (stretches.texto.empty() ? "(" : " OR ") + listado.clave + " BETWEEN ? AND ?";
-    stretches.valores.insert(stretches.valores.end(), {low, high});
-  }
-  if (!stretches.texto.empty()) condition.Y(stretches.texto + ")", stretches.valores);
+  Tramos(listado, condition);
   condition.Condiciones(connection.Kind(), listado);
   return connection.Run(Sentencia(listado, condition, 0), condition.valores).rows;
 }

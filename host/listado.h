@@ -1,6 +1,7 @@
 // Listado: a listing of any length, read page by page after the last key seen, so that the millionth page
 // costs what the first one does. A search that no index serves advances in short steps and gives what it has
-// so far. It shows nothing and keeps nothing of what it has read.
+// so far. In another order than the key's, the base puts the keys of some ten thousand rows in order at once,
+// and the pages are read by those keys. It shows nothing and keeps no row that it has read.
 #pragma once
 
 #include <cstdint>
@@ -20,6 +21,9 @@ struct Palabra {
   std::string palabra;
 };
 
+// Which row: its key and, where a key has several rows, what tells them apart.
+using Identidad = std::pair<data::Value, data::Value>;
+
 // One statement in pieces. `tabla` is read in the order of `clave`, which is unique there; `columnas` come
 // from that table as "d" and from the joins, the key first.
 struct Listado {
@@ -29,7 +33,17 @@ struct Listado {
   std::string columnas;
   std::string uniones;
   std::string otro_orden;  // after the key, where a join gives several rows for one
-  std::string suma;        // a column of the table to add up; may be empty
+  std::string suma;        // an expression on the table to add up; may be empty
+
+  // Another order than the key's: an expression on "d" and `uniones_del_orden` that is never null; empty: by
+  // the key. "{texto}" in it stands for `orden_texto` without regard to case and accents. Rows of the same
+  // value come in the key's order.
+  std::string orden;
+  std::string orden_texto;
+  bool orden_descendente = false;
+  std::string uniones_del_orden;  // what `orden` and `segunda` need
+  std::string segunda;            // where a key has several rows: an expression that tells them apart
+  int columna_segunda = -1;       // its place in the rows; null there is the expression's -1
 
   std::string fijo;                  // a condition that an index serves, without values; may be empty
   std::string donde;                 // further conditions on the table; may be empty
@@ -55,13 +69,15 @@ int CuentaClaves(const Renglones& renglones);
 // The position of a reading. One thread at a time.
 class CursorDeListado {
  public:
-  static constexpr int kPaso = 20000;  // keys gone through in one step of a search
+  static constexpr int kPaso = 20000;    // keys gone through in one step of a search
+  static constexpr int kOrden = 100000;  // rows put in order at once
 
   explicit CursorDeListado(Listado listado) : listado_(std::move(listado)) {}
 
   [[nodiscard]] bool Termino() const { return termino_; }
-  [[nodiscard]] bool PorPasos() const { return listado_.por_pasos; }
-  // Of a listing by number: it has read that key, or would have.
+  [[nodiscard]] bool PorPasos() const { return listado_.por_pasos && listado_.orden.empty(); }
+  // Of a listing by number: it has read that key, or would have; in another order than the key's, the key
+  // is not among the rows that are next.
   [[nodiscard]] bool LlegoA(std::int64_t clave) const;
   // The rows of at most `cuantas` keys more, and fewer if a step ends first; none does not mean the
   // end, see Termino(). Throws data::Error if the base refuses; the cursor is then where it was.
@@ -74,12 +90,25 @@ class CursorDeListado {
   [[nodiscard]] Condicion Aqui() const;
   data::Value FinDelPaso(data::EngineConnection& connection, const Condicion& here) const;
   void OtroTramo();
+  Renglones LeeEnOrden(data::EngineConnection& connection, int cuantas);
+  void OrdenaMas(data::EngineConnection& connection);
 
   Listado listado_;
   std::size_t tramo_ = 0;
   data::Value detras_;  // null: at the beginning of the stretch
   bool termino_ = false;
+  std::vector<Identidad> orden_;  // rows that were put in order
+  data::Value ultimo_;            // what the last of them is put in order by
+  std::size_t leidos_ = 0;        // of these
+  bool orden_completo_ = false;   // no more are to come
 };
+
+// Which row it is, of a listing in another order than its key's.
+Identidad IdentidadDe(const Listado& listado, const std::vector<data::Value>& renglon);
+// These rows in this order, as they are now; what is gone is left out. Throws data::Error if the base
+// refuses.
+Renglones RenglonesDe(data::EngineConnection& connection, const Listado& listado,
+                      const std::vector<Identidad>& cuales);
 
 // The rows from one key to another, both included, in the order of the listing. Throws data::Error if the
 // base refuses.

@@ -1,5 +1,5 @@
-// The listings of the program's windows: documents by kind and filter, stock by article and warehouse, the
-// movements of one stock. What was typed into a list's one field is parsed here.
+// The listings of the program's windows: documents by kind and filter, stock by article and warehouse. What
+// was typed into a list's one field is parsed here. The movements of one stock are in host/kardex.h.
 #pragma once
 
 #include <optional>
@@ -20,8 +20,8 @@ const data::Value& De(const std::vector<data::Value>& renglon, Columna columna) 
 }
 
 // What was typed, parsed. Digits alone are the beginning of a number; "21/11/2026", "11/2026", "21/11",
-// "2026-11-21", "2026-11" a date; anything else words, each of which must be in the concept, its
-// description or the remarks.
+// "2026-11-21", "2026-11" a date; anything else words, each of which must be in some column of the row: a
+// part of a text or of the number, the amount as a whole, a date in one of the forms above.
 struct FiltroDeDocumentos {
   std::optional<std::string> numero;                        // digits
   std::optional<std::pair<data::Date, data::Date>> fechas;  // both included
@@ -50,10 +50,16 @@ enum class ColumnaDeDocumento {
   kEstacion,
   kDesde
 };
-// Newest first, with the sum of their amounts. `pendientes`: only those.
+// What a document is worth, as an expression on its row in `fila`: a pending one is worth its stored lines,
+// since its header is written at the finish; a posted one what its header says.
+std::string ImporteDe(Tipo tipo, const std::string& fila);
+// Newest first, with the sum of what they are worth. `pendientes`: only those.
 Listado ListadoDeDocumentos(Tipo tipo, bool pendientes, const std::string& escrito);
 // These alone, highest first; `numeros` ascending.
 Listado ListadoDeEstos(Tipo tipo, bool pendientes, const std::vector<std::int32_t>& numeros);
+// Puts a listing of documents in the order of a column that a list shows: texts without regard to case or
+// accents, no value as the least. Documents of the same value come newest first.
+void Ordena(Listado& listado, Tipo tipo, ColumnaDeDocumento columna, bool descendente);
 
 enum class ColumnaDeExistencia {
   kArticulo,
@@ -65,24 +71,9 @@ enum class ColumnaDeExistencia {
   kExistencia,
   kPorSurtir
 };
-// By article; each word that was typed is in its key or its description.
+// By article; each word that was typed is in its key, its description, its unit or its place.
 Listado ListadoDeExistencias(const std::string& escrito);
-
-enum class ColumnaDeMovimiento {
-  kId,
-  kFecha,
-  kHora,
-  kOperacion,
-  kDocumento,
-  kConcepto,
-  kNombreDelConcepto,
-  kSentido,
-  kCantidad,
-  kPrecio,
-  kImporte,
-  kUsuario
-};
-// The movements of one article in one warehouse, latest first.
-Listado ListadoDeMovimientos(const std::string& articulo, double almacen);
+// As for documents; rows of the same value come by article and warehouse.
+void Ordena(Listado& listado, ColumnaDeExistencia columna, bool descendente);
 
 }  // namespace tarvik::host

@@ -4,6 +4,9 @@
 //   build/release/desktop/tarvik_shots docs/img
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
+#include <QPainter>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -13,6 +16,11 @@
 
 #include "desktop/frame/main_window.h"
 #include "desktop/frame/notices.h"
+#include "desktop/lists/document_list.h"
+#include "desktop/lists/kardex_view.h"
+#include "desktop/lists/list_tools.h"
+#include "desktop/lists/saved_filters.h"
+#include "desktop/lists/stock_view.h"
 #include "desktop/platform/qt_platform.h"
 #include "desktop/program/program.h"
 #include "desktop/reading/half_posted.h"
@@ -201,6 +209,79 @@ void Transfer(Program& program, const std::vector<QByteArray>& stocked) {
   Type("1");
 }
 
+// What lies over the window as well.
+void SaveWithPopup(QWidget& window, const QString& path) {
+  QTest::qWait(50);
+  QPixmap picture = window.grab();
+  if (QWidget* over = QApplication::activePopupWidget()) {
+    QPainter(&picture).drawPixmap(over->mapToGlobal(QPoint()) - window.mapToGlobal(QPoint()), over->grab());
+    over->close();
+  }
+  if (!picture.save(path)) std::cerr << "no se pudo guardar " << path.toStdString() << '\n';
+}
+
+// Documents of a year, of which one article's movements go up and down.
+void AYear(Program& program) {
+  auto& base = program.Host().Conexion();
+  const std::string days = "date('2026-11-20', '-' || (400 - i * 4) || ' days')";
+  base.Run(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 90) INSERT INTO entradas "
+      "(entrada, tipo_doc, f_emision, almacen, importe, estado, ocupado, observ, usuario) SELECT i + 100, "
+      "CASE "
+      "WHEN i % 4 = 0 THEN 'DEV' ELSE 'COM' END, " +
+          days + ", 1, (i * 7919) % 9973, 'CO', 0, 'Remisión ' || (i * 31 % 997), 'ANA' FROM n",
+      {});
+  base.Run(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 90) INSERT INTO movsinv "
+      "(operacion, ent_sal, movimiento, articulo, cantidad, almacen, tipo_doc, f_movim, usuhora, usuario, "
+      "Precio, importe) SELECT CASE WHEN i % 6 = 1 THEN 'EN' ELSE 'SA' END, CASE WHEN i % 6 = 1 THEN 'E' "
+      "ELSE "
+      "'S' END, i + 100, 'MAR-16', CASE WHEN i % 6 = 1 THEN 40 + i % 5 ELSE 5 + i * 7 % 6 END, 1, CASE WHEN "
+      "i "
+      "% 6 = 1 THEN 'COM' ELSE 'VTA' END, " +
+          days + ", '10:30:00', 'ANA', 120.5, 602.5 FROM n",
+      {});
+  base.Run("INSERT INTO existenciaalmacen (almacen, articulo, existencia) VALUES (1, 'MAR-16', 31)", {});
+}
+
+// A list in another order, its filters and columns; stock, and from there the kardex of an article.
+void ListsAtWork(Program& program, const QDir& folder, const QString& name) {
+  MainWindow& window = program.Window();
+  AYear(program);
+  DocumentList& list = window.List(ListKind::Entradas);
+  const auto path = [&](const char* what) { return folder.filePath(QString::fromUtf8(what) + name); };
+  window.ShowPage("Entradas");
+  list.Refresh();
+  Press(Qt::Key_Escape);
+  list.Tools().SortBy(DocumentListModel::Amount);
+  list.Tools().SortBy(DocumentListModel::Amount);
+  for (const auto& [filter, called] :
+       {std::pair{"compra 11/2026", "Compras del mes"}, std::pair{"devolución", "Devoluciones"}}) {
+    list.FilterField().setText(QString::fromUtf8(filter));
+    auto* panel = list.Tools().ShowFilters();
+    panel->NewName().setText(QString::fromUtf8(called));
+    QTest::keyClick(&panel->NewName(), Qt::Key_Return);
+  }
+  list.FilterField().setText(QStringLiteral("proveedor 2"));
+  QTest::qWait(200);
+  Save(window, path("lista-orden-"));
+  list.Tools().ShowFilters();
+  SaveWithPopup(window, path("lista-filtros-"));
+  list.Tools().ShowColumns();
+  SaveWithPopup(window, path("lista-columnas-"));
+  list.FilterField().clear();
+  list.Tools().SortBy(DocumentListModel::Amount);
+  window.ShowPage("Existencias");
+  window.Stock().FilterField().setText(QStringLiteral("mar-16"));
+  QTest::qWait(200);
+  Save(window, path("existencias-"));
+  QTest::keyClick(&window.Stock().FilterField(), Qt::Key_Return);
+  QTest::qWait(300);
+  Save(window, path("kardex-"));
+  QTest::keyClick(&window.Stock().Kardex().Table(), Qt::Key_Escape);
+  window.Stock().FilterField().clear();
+}
+
 void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, const QString& name) {
   QTemporaryDir place;
   QDir::setCurrent(place.path());  // the base's name in the status line, not where it lies
@@ -224,8 +305,7 @@ void Shoot(QApplication& application, const QDir& folder, Theme::Mode mode, cons
   save("estaciones-");
   window.ShowPage("Entradas");
   save("lista-");
-  window.ShowPage("Existencias");
-  save("existencias-");
+  ListsAtWork(program, folder, name);
   LeftBehind(program, folder, name);
 }
 

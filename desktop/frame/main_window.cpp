@@ -155,6 +155,7 @@ void MainWindow::MakePages() {
   }
   stock_ = new StockView(office_, office_.reader, pages_);
   pages_->addWidget(stock_);
+  connect(stock_, &StockView::DocumentRequested, this, &MainWindow::OpenForChange);
   stack_->addWidget(desk);
   tabs_->addTab(QString());
   tabs_->setVisible(false);

@@ -9,6 +9,7 @@
 #include <QStackedWidget>
 
 #include "desktop/lists/document_list.h"
+#include "desktop/lists/list_tools.h"
 #include "desktop/lists/stock_view.h"
 #include "desktop/screens/screen_view.h"
 
@@ -157,6 +158,17 @@ void MainWindow::MakePageItems(QMenu& view) {
     }
     UpdateCounts();
   });
+  // The lists' own keys, named here.
+  const auto tool = [&](const QString& text, void (*act)(ListTools&)) {
+    connect(view.addAction(text), &QAction::triggered, this, [this, act] {
+      if (stack_->currentIndex() != 0) return;
+      act(ListOnShow() != nullptr ? ListOnShow()->Tools() : stock_->Tools());
+    });
+  };
+  tool(QStringLiteral("&Filtros guardados\tF3"), [](ListTools& tools) { tools.ShowFilters(); });
+  tool(QStringLiteral("C&olumnas\tF4"), [](ListTools& tools) { tools.ShowColumns(); });
+  tool(QStringLiteral("Co&piar renglones\tCtrl+C"), [](ListTools& tools) { tools.Copy(); });
+  tool(QStringLiteral("E&xportar la lista…\tCtrl+E"), [](ListTools& tools) { tools.Export(); });
   view.addSeparator();
 }
 

@@ -9,11 +9,11 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
-#include <QSettings>
 #include <QTableView>
 #include <QVBoxLayout>
 
 #include "desktop/lists/list_frame.h"
+#include "desktop/lists/list_tools.h"
 #include "desktop/style/key_caps.h"
 #include "desktop/style/list_cells.h"
 #include "desktop/style/theme.h"
@@ -47,11 +47,11 @@ DocumentList::DocumentList(Office& office, Reader& reader, ListKind kind, QWidge
       total_(new QLabel(this)),
       reason_(new QLabel(this)),
       keys_(new KeyCaps) {
-  const auto [column, body] = FrameOfList(*this, Head(), *reason_);
-
   DressRows();
+  tools_ = new ListTools({office, reader, *model_, *table_, SettingName(kind), TitleOf(kind)}, Sums(), *this);
+  const auto [column, body] = FrameOfList(*this, Head(), *reason_);
   body->addWidget(table_, 1);
-  column->addWidget(KeyLine(*keys_, Sums()));
+  column->addWidget(KeyLine(*keys_, &tools_->Foot()));
   Connect();
   setFocusProxy(filter_);
   ShowSums();
@@ -65,14 +65,14 @@ QLayout* DocumentList::Head() {
   title->setProperty("role", "title");
   head->addWidget(title);
   head->addStretch();
-  filter_->setPlaceholderText(QStringLiteral("Buscar por número, fecha, concepto u observaciones"));
+  head->addWidget(tools_->OfferFilters(*filter_));
+  filter_->setPlaceholderText(QStringLiteral("Buscar: número, fecha, o palabras de cualquier columna"));
   filter_->setAccessibleName(QStringLiteral("Buscar en ") + TitleOf(Kind()).toLower());
-  filter_->setToolTip(
-      QStringLiteral("Cifras: inicio del número. Fecha: 21/11/2026, 11/2026 o 21/11. Palabras: concepto u "
-                     "observaciones."));
+  filter_->setToolTip(QStringLiteral(
+      "Cifras: inicio del número. Fecha: 21/11/2026, 11/2026 o 21/11. Varias palabras: cada una "
+      "en alguna columna."));
   filter_->setClearButtonEnabled(false);
-  filter_->setMinimumWidth(54 * measure::kGrid);
-  filter_->setFixedHeight(measure::kField);
+  filter_->setFixedSize(58 * measure::kGrid, measure::kField);
   head->addWidget(filter_);
   return head;
 }
@@ -82,7 +82,6 @@ void DocumentList::DressRows() {
   table_->setModel(model_);
   DressTable(*table_, office_.theme, TitleOf(Kind()), DocumentListModel::Remarks);
   SetWidths(*table_, {8, 11, 24, 30, 16, 13, 24, 20});
-  LoadWidths(*table_, office_.settings, SettingName(Kind()));
   empty_text_->setProperty("role", "empty");
   empty_text_->setAlignment(Qt::AlignCenter);
   empty_text_->setWordWrap(true);
@@ -103,6 +102,7 @@ QWidget* DocumentList::Sums() {
   auto* at_right = new QHBoxLayout(sums);
   at_right->setContentsMargins(0, 0, 0, 0);
   at_right->setSpacing(2 * measure::kGrid);
+  at_right->addStretch();
   at_right->addWidget(count_);
   at_right->addWidget(total_);
   return sums;
@@ -117,6 +117,10 @@ void DocumentList::Connect() {
     asked_ = nullptr;
     model_->SetFilter(typed);
     ShowSums();
+  });
+  connect(tools_, &ListTools::Sorted, this, [this] {
+    wanted_ = 0;
+    asked_ = nullptr;
   });
   connect(table_, &QTableView::doubleClicked, this, [this] {
     if (Selected() != 0) emit OpenRequested(Selected());
@@ -153,6 +157,9 @@ void DocumentList::ShowKeys() {
   if (SelectedHalf()) keys += {QStringLiteral("F7"), tr("completar")};
   keys += {tr("Insert"), IsGoodsIn(Kind()) ? tr("nueva entrada") : tr("nueva salida")};
   keys += {tr("Supr"), tr("eliminar")};
+  keys += {QStringLiteral("F3"), tr("filtros")};
+  keys += {QStringLiteral("F4"), tr("columnas")};
+  keys += {QStringLiteral("Alt+1…9"), tr("ordenar")};
   keys += {QStringLiteral("F5"), tr("actualizar")};
   keys_->Show(keys);
 }
@@ -240,7 +247,7 @@ void DocumentList::ShowSums() {
   empty_->setVisible(nothing);
 }
 
-void DocumentList::SaveColumns() { SaveWidths(*table_, office_.settings, SettingName(Kind())); }
+void DocumentList::SaveColumns() { tools_->SaveColumns(); }
 
 void DocumentList::showEvent(QShowEvent* event) {
   shown_ = true;
@@ -250,6 +257,7 @@ void DocumentList::showEvent(QShowEvent* event) {
 
 bool DocumentList::eventFilter(QObject* watched, QEvent* event) {
   if (watched == table_->viewport()) return AtTheRows(*event) || QWidget::eventFilter(watched, event);
+  if (tools_->Takes(watched, event)) return true;
   const bool pressed = event->type() == QEvent::KeyPress;
   if (!pressed && event->type() != QEvent::ShortcutOverride) return QWidget::eventFilter(watched, event);
   auto& key = static_cast<QKeyEvent&>(*event);
@@ -318,7 +326,8 @@ bool DocumentList::HandedOver(QKeyEvent& key, bool in_filter) {
   const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
   const bool plain = modifiers == Qt::NoModifier;
   if (in_filter) {
-    if (!plain || !MovesInTable(key.key())) return false;
+    // With Shift the arrows choose several rows.
+    if ((!plain && modifiers != Qt::ShiftModifier) || !MovesInTable(key.key())) return false;
     QCoreApplication::sendEvent(table_, &key);
     return true;
   }

@@ -18,6 +18,7 @@ class QTableView;
 namespace tarvik::desktop {
 
 class KeyCaps;
+class ListTools;
 
 class DocumentList : public QWidget {
   Q_OBJECT
@@ -29,6 +30,8 @@ class DocumentList : public QWidget {
   [[nodiscard]] DocumentListModel& Model() const { return *model_; }
   [[nodiscard]] QTableView& Table() const { return *table_; }
   [[nodiscard]] QLineEdit& FilterField() const { return *filter_; }
+
+  [[nodiscard]] ListTools& Tools() const { return *tools_; }
 
   // The chosen document; 0 for none.
   [[nodiscard]] int Selected() const;
@@ -83,6 +86,7 @@ class DocumentList : public QWidget {
   QLabel* total_;
   QLabel* reason_;
   KeyCaps* keys_;
+  ListTools* tools_ = nullptr;
   QMenu* menu_ = nullptr;
   int wanted_ = 0;   // to be chosen when it has been read
   int offset_ = -1;  // rows between the first one seen and the chosen one

@@ -1,10 +1,9 @@
 // How the cells of a document's row read.
 #include "desktop/lists/document_list_model.h"
 
-#include <QDate>
+#include <array>
 
-#include "data/number.h"
-#include "data/text.h"
+#include "desktop/lists/cell_values.h"
 #include "desktop/style/list_cells.h"
 #include "host/listados.h"
 #include "wizard/modos.h"
@@ -16,17 +15,6 @@ using data::Value;
 
 using host::De;
 using Read = host::ColumnaDeDocumento;
-
-QString Text(const Value& value) { return QString::fromStdString(data::ToText(value)); }
-
-QString DateText(const Value& value) {
-  const auto date = data::ToDate(value);
-  return date ? QDate(date->year, date->month, date->day).toString(QStringLiteral("dd/MM/yyyy")) : QString();
-}
-
-QString Joined(const QString& key, const QString& text) {
-  return key.isEmpty() || text.isEmpty() ? key + text : key + QStringLiteral("  ") + text;
-}
 
 QString Grouped(std::int64_t number) {
   return QString::fromStdString(data::FormatNumber(static_cast<double>(number), "###,###,###,##0"));
@@ -59,9 +47,8 @@ QString HolderTip(const DocumentListModel::Cells& cells) {
                  : QString());
 }
 
-QVariant AlignmentOf(int column) {
-  const bool number = column == DocumentListModel::Number || column == DocumentListModel::Amount;
-  return QVariant(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));
+bool IsNumber(int column) {
+  return column == DocumentListModel::Number || column == DocumentListModel::Amount;
 }
 
 // "PE" and "CO" as the chip and a reader have them.
@@ -128,6 +115,43 @@ host::Listado DocumentListModel::Wanted(const QString& typed) const {
   return host::ListadoDeDocumentos(TypeOf(kind_), IsPending(kind_), typed.toStdString());
 }
 
+void DocumentListModel::PutInOrder(host::Listado& listing, const Sort& sort) const {
+  static constexpr std::array kReads{Read::kNumero,  Read::kFecha,   Read::kConcepto, Read::kObservaciones,
+                                     Read::kAlmacen, Read::kImporte, Read::kEstado,   Read::kTomadoPor};
+  host::Ordena(listing, TypeOf(kind_), kReads.at(static_cast<std::size_t>(sort.column)), sort.descending);
+}
+
+std::function<Value(const PagedModel::Cells&)> DocumentListModel::ValueOf(int column) const {
+  const auto text = [](QString (*of)(const Cells&)) {
+    return [of](const Cells& cells) -> Value { return of(cells).toStdString(); };
+  };
+  switch (column) {
+    case Number:
+      return [](const Cells& cells) { return De(cells, Read::kNumero); };
+    case IssueDate:
+      return [](const Cells& cells) { return De(cells, Read::kFecha); };
+    case Concept:
+      return text([](const Cells& cells) {
+        return Joined(Text(De(cells, Read::kConcepto)), Text(De(cells, Read::kNombreDelConcepto)));
+      });
+    case Remarks:
+      return [](const Cells& cells) { return De(cells, Read::kObservaciones); };
+    case Warehouse:
+      return text([](const Cells& cells) {
+        return Joined(Text(De(cells, Read::kAlmacen)), Text(De(cells, Read::kNombreDelAlmacen)));
+      });
+    case Amount:
+      return [](const Cells& cells) { return De(cells, Read::kImporte); };
+    case State:
+      return text([](const Cells& cells) {
+        const QString state = Text(De(cells, Read::kEstado));
+        return Named(state, QStringLiteral("Pendiente"), QStringLiteral("Afectado"), state);
+      });
+    default:
+      return text(HolderText);
+  }
+}
+
 int DocumentListModel::NumberAt(int row) const {
   const auto keys_row = Row(row);
   return keys_row != nullptr ? static_cast<int>(data::ToNumber(De(*keys_row, Read::kNumero))) : 0;
@@ -151,7 +175,7 @@ int DocumentListModel::columnCount(const QModelIndex& parent) const {
 QVariant DocumentListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const int column = index.column();
-  if (role == Qt::TextAlignmentRole) return AlignmentOf(column);
+  if (role == Qt::TextAlignmentRole) return AlignedAs(IsNumber(column));
   if (role == CellDelegate::FiguresRole) return column == Number || column == IssueDate || column == Amount;
   if (role == CellDelegate::SoftRole) return column == Holder;
   const bool chip = role == CellDelegate::ChipRole && column == State;
@@ -199,10 +223,7 @@ QVariant DocumentListModel::TextOf(const Cells& cells, int column) const {
     case Warehouse:
       return Joined(Text(De(cells, Read::kAlmacen)), Text(De(cells, Read::kNombreDelAlmacen)));
     case Amount:
-      return De(cells, Read::kImporte).IsNull()
-                 ? QString()
-                 : QString::fromStdString(
-                       data::FormatNumber(data::ToNumber(De(cells, Read::kImporte)), amount_pattern_));
+      return desktop::Number(De(cells, Read::kImporte), amount_pattern_);
     case State:
       return StateOf(cells);
     case Holder:
@@ -214,28 +235,14 @@ QVariant DocumentListModel::TextOf(const Cells& cells, int column) const {
 
 QVariant DocumentListModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
-  if (role == Qt::TextAlignmentRole) return AlignmentOf(section);
-  if (role != Qt::DisplayRole) return {};
-  switch (section) {
-    case Number:
-      return QStringLiteral("Número");
-    case IssueDate:
-      return QStringLiteral("Fecha");
-    case Concept:
-      return QStringLiteral("Concepto");
-    case Remarks:
-      return QStringLiteral("Observaciones");
-    case Warehouse:
-      return QStringLiteral("Almacén");
-    case Amount:
-      return QStringLiteral("Importe");
-    case State:
-      return QStringLiteral("Estado");
-    case Holder:
-      return QStringLiteral("Tomado por");
-    default:
-      return {};
-  }
+  if (role == Qt::TextAlignmentRole) return AlignedAs(IsNumber(section));
+  if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole) return {};
+  static const QStringList kTitles = {QStringLiteral("Número"),   QStringLiteral("Fecha"),
+                                      QStringLiteral("Concepto"), QStringLiteral("Observaciones"),
+                                      QStringLiteral("Almacén"),  QStringLiteral("Importe"),
+                                      QStringLiteral("Estado"),   QStringLiteral("Tomado por")};
+  const QString title = kTitles.value(section);
+  return role == Qt::DisplayRole ? Titled(title, section, IsNumber(section)) : title;
 }
 
 }  // namespace tarvik::desktop

@@ -52,12 +52,15 @@ class DocumentListModel : public PagedModel {
   [[nodiscard]] QString CountText() const;
   [[nodiscard]] QString TotalText() const;
 
+  bool SortsBy(int column) const override { return column < ColumnCount; }
+  std::function<data::Value(const Cells&)> ValueOf(int column) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  protected:
   host::Listado Wanted(const QString& filter) const override;
+  void PutInOrder(host::Listado& listing, const Sort& sort) const override;
 
  private:
   [[nodiscard]] const host::DocumentoAMedias* Half(int number) const;

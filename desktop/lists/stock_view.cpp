@@ -1,8 +1,8 @@
-// Two listings on one page: stock above, and below it the movements of the chosen row.
+// Stock above, and below it the last movements of the chosen row; the kardex of an article takes the place of
+// both until it is left.
 #include "desktop/lists/stock_view.h"
 
 #include <QCoreApplication>
-#include <QDate>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -10,203 +10,22 @@
 #include <QScrollBar>
 #include <QSettings>
 #include <QSplitter>
+#include <QStackedLayout>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "data/number.h"
-#include "data/text.h"
-#include "desktop/lists/document_list_model.h"
+#include "desktop/lists/kardex_view.h"
 #include "desktop/lists/list_frame.h"
+#include "desktop/lists/list_tools.h"
 #include "desktop/style/key_caps.h"
 #include "desktop/style/list_cells.h"
 #include "desktop/style/theme.h"
 #include "host/anfitrion.h"
-#include "host/listados.h"
 
 namespace tarvik::desktop {
-namespace {
-
-using data::Value;
-
-using host::De;
-using StockRead = host::ColumnaDeExistencia;
-using LedgerRead = host::ColumnaDeMovimiento;
-
-QString Text(const Value& value) { return QString::fromStdString(data::ToText(value)); }
-
-QString Number(const Value& value, const std::string& pattern) {
-  return value.IsNull() ? QString()
-                        : QString::fromStdString(data::FormatNumber(data::ToNumber(value), pattern));
-}
-
-QString DateText(const Value& value) {
-  const auto date = data::ToDate(value);
-  return date ? QDate(date->year, date->month, date->day).toString(QStringLiteral("dd/MM/yyyy")) : QString();
-}
-
-QVariant Alignment(bool number) {
-  return QVariant(Qt::AlignVCenter | (number ? Qt::AlignRight : Qt::AlignLeft));
-}
-
-QString OperationText(const Value& operation) {
-  const QString code = Text(operation);
-  if (code == QLatin1String("EN")) return QStringLiteral("Entrada");
-  if (code == QLatin1String("SA")) return QStringLiteral("Salida");
-  if (code == QLatin1String("T+")) return QStringLiteral("Traspaso");
-  return code;
-}
-
-}  // namespace
-
-StockModel::StockModel(Reader& reader, std::string quantity_pattern, QObject* parent)
-    : PagedModel(reader, parent), quantity_pattern_(std::move(quantity_pattern)) {}
-
-host::Listado StockModel::Wanted(const QString& filter) const {
-  return host::ListadoDeExistencias(filter.toStdString());
-}
-
-int StockModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
-
-QVariant StockModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid()) return {};
-  const int column = index.column();
-  const bool number = column == Stock || column == Reserved;
-  if (role == Qt::TextAlignmentRole) return Alignment(number);
-  if (role == CellDelegate::FiguresRole) return number;
-  if (role == CellDelegate::SoftRole) return column == Unit || column == Place;
-  const Cells* row = Row(index.row());
-  if (row == nullptr) return {};
-  const Cells& cells = *row;
-  switch (role) {
-    case ArticleRole:
-      return Text(De(cells, StockRead::kArticulo));
-    case WarehouseRole:
-      return data::ToNumber(De(cells, StockRead::kAlmacen));
-    case StockRole:
-      return data::ToNumber(De(cells, StockRead::kExistencia));
-    case CellDelegate::BelowZeroRole:
-      return column == Stock && data::ToNumber(De(cells, StockRead::kExistencia)) < 0;
-    case Qt::DisplayRole:
-      break;
-    default:
-      return {};
-  }
-  switch (column) {
-    case Article:
-      return Text(De(cells, StockRead::kArticulo));
-    case Description:
-      return Text(De(cells, StockRead::kDescripcion));
-    case Unit:
-      return Text(De(cells, StockRead::kUnidad));
-    case Place:
-      return Text(De(cells, StockRead::kUbicacion));
-    case Warehouse:
-      if (De(cells, StockRead::kAlmacen).IsNull()) return QStringLiteral("Sin movimientos");
-      return QString(Text(De(cells, StockRead::kAlmacen)) + QStringLiteral("  ") +
-                     Text(De(cells, StockRead::kNombreDelAlmacen)));
-    case Stock:
-      return Number(De(cells, StockRead::kExistencia).IsNull() ? Value(0) : De(cells, StockRead::kExistencia),
-                    quantity_pattern_);
-    case Reserved:
-      return data::ToNumber(De(cells, StockRead::kPorSurtir)) == 0
-                 ? QString()
-                 : Number(De(cells, StockRead::kPorSurtir), quantity_pattern_);
-    default:
-      return {};
-  }
-}
-
-QVariant StockModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal) return {};
-  if (role == Qt::TextAlignmentRole) return Alignment(section == Stock || section == Reserved);
-  if (role != Qt::DisplayRole) return {};
-  static const QStringList kTitles = {QStringLiteral("Artículo"),  QStringLiteral("Descripción"),
-                                      QStringLiteral("Unidad"),    QStringLiteral("Ubicación"),
-                                      QStringLiteral("Almacén"),   QStringLiteral("Existencia"),
-                                      QStringLiteral("Por surtir")};
-  return kTitles.value(section);
-}
-
-LedgerModel::LedgerModel(Reader& reader, std::string quantity_pattern, std::string amount_pattern,
-                         QObject* parent)
-    : PagedModel(reader, parent),
-      quantity_pattern_(std::move(quantity_pattern)),
-      amount_pattern_(std::move(amount_pattern)) {}
-
-void LedgerModel::ShowArticle(const std::string& article, double warehouse) {
-  article_ = article;
-  warehouse_ = warehouse;
-  Refresh();
-}
-
-void LedgerModel::ShowNone() {
-  article_.clear();
-  Clear();
-}
-
-host::Listado LedgerModel::Wanted(const QString&) const {
-  return host::ListadoDeMovimientos(article_, warehouse_);
-}
-
-int LedgerModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
-
-QVariant LedgerModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid()) return {};
-  const int column = index.column();
-  const bool number =
-      column == Document || column == In || column == Out || column == Price || column == Amount;
-  if (role == Qt::TextAlignmentRole) return Alignment(number);
-  if (role == CellDelegate::FiguresRole) return number || column == IssueDate || column == Hour;
-  if (role == CellDelegate::SoftRole) return column == Hour || column == User;
-  if (role != Qt::DisplayRole) return {};
-  const Cells* row = Row(index.row());
-  if (row == nullptr) return {};
-  const Cells& cells = *row;
-  const bool inflow = Text(De(cells, LedgerRead::kSentido)) == QLatin1String("E");
-  switch (column) {
-    case IssueDate:
-      return DateText(De(cells, LedgerRead::kFecha));
-    case Hour:
-      return Text(De(cells, LedgerRead::kHora)).left(5);
-    case Operation:
-      return OperationText(De(cells, LedgerRead::kOperacion));
-    case Document:
-      return Text(De(cells, LedgerRead::kDocumento));
-    case Concept: {
-      const QString text = Text(De(cells, LedgerRead::kNombreDelConcepto));
-      return text.isEmpty() ? Text(De(cells, LedgerRead::kConcepto))
-                            : QString(Text(De(cells, LedgerRead::kConcepto)) + QStringLiteral("  ") + text);
-    }
-    case In:
-      return inflow ? Number(De(cells, LedgerRead::kCantidad), quantity_pattern_) : QString();
-    case Out:
-      return inflow ? QString() : Number(De(cells, LedgerRead::kCantidad), quantity_pattern_);
-    case Price:
-      return Number(De(cells, LedgerRead::kPrecio), amount_pattern_);
-    case Amount:
-      return Number(De(cells, LedgerRead::kImporte), amount_pattern_);
-    case User:
-      return Text(De(cells, LedgerRead::kUsuario));
-    default:
-      return {};
-  }
-}
-
-QVariant LedgerModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation != Qt::Horizontal) return {};
-  if (role == Qt::TextAlignmentRole) {
-    return Alignment(section == Document || section == In || section == Out || section == Price ||
-                     section == Amount);
-  }
-  if (role != Qt::DisplayRole) return {};
-  static const QStringList kTitles = {QStringLiteral("Fecha"),      QStringLiteral("Hora"),
-                                      QStringLiteral("Movimiento"), QStringLiteral("Número"),
-                                      QStringLiteral("Concepto"),   QStringLiteral("Entra"),
-                                      QStringLiteral("Sale"),       QStringLiteral("Precio"),
-                                      QStringLiteral("Importe"),    QStringLiteral("Usuario")};
-  return kTitles.value(section);
-}
 
 StockView::StockView(Office& office, Reader& reader, QWidget* parent)
     : QWidget(parent),
@@ -220,20 +39,30 @@ StockView::StockView(Office& office, Reader& reader, QWidget* parent)
       ledger_title_(new QLabel(this)),
       count_(new QLabel(this)),
       reason_(new QLabel(this)),
-      splitter_(new QSplitter(Qt::Vertical, this)) {
-  const auto [column, body] = FrameOfList(*this, Head(), *reason_);
-
+      splitter_(new QSplitter(Qt::Vertical, this)),
+      pages_(new QStackedLayout(this)),
+      kardex_(new KardexView(office, reader, this)) {
+  auto* page = new QWidget(this);
+  pages_->setContentsMargins(0, 0, 0, 0);
+  pages_->addWidget(page);
+  pages_->addWidget(kardex_);
   DressRows();
-  body->addWidget(splitter_, 1);
-
   count_->setProperty("role", "soft");
+  count_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   count_->setAccessibleName(QStringLiteral("Artículos en la lista"));
+  tools_ = new ListTools(
+      {office, reader, *model_, *table_, QStringLiteral("Existencias"), QStringLiteral("Existencias")},
+      count_, *this);
+  const auto [column, body] = FrameOfList(*page, Head(), *reason_);
+  body->addWidget(splitter_, 1);
   auto* keys = new KeyCaps;
-  keys->Show({{tr("↑ ↓"), tr("artículo")},
+  keys->Show({{tr("Intro"), tr("kardex")},
               {tr("Tab"), tr("movimientos")},
-              {tr("Esc"), tr("ver todo")},
+              {tr("F3"), tr("filtros")},
+              {tr("F4"), tr("columnas")},
+              {tr("Alt+1…9"), tr("ordenar")},
               {tr("F5"), tr("actualizar")}});
-  column->addWidget(KeyLine(*keys, count_));
+  column->addWidget(KeyLine(*keys, &tools_->Foot()));
 
   Connect();
   setFocusProxy(filter_);
@@ -246,10 +75,10 @@ QLayout* StockView::Head() {
   title->setProperty("role", "title");
   head->addWidget(title);
   head->addStretch();
-  filter_->setPlaceholderText(QStringLiteral("Buscar por artículo o descripción"));
+  head->addWidget(tools_->OfferFilters(*filter_));
+  filter_->setPlaceholderText(QStringLiteral("Buscar por artículo, descripción, unidad o ubicación"));
   filter_->setAccessibleName(QStringLiteral("Buscar en existencias"));
-  filter_->setMinimumWidth(54 * measure::kGrid);
-  filter_->setFixedHeight(measure::kField);
+  filter_->setFixedSize(58 * measure::kGrid, measure::kField);
   head->addWidget(filter_);
   return head;
 }
@@ -259,7 +88,6 @@ void StockView::DressRows() {
   DressTable(*table_, office_.theme, QStringLiteral("Existencias por artículo y almacén"),
              StockModel::Description);
   SetWidths(*table_, {15, 40, 8, 10, 18, 12, 11});
-  LoadWidths(*table_, office_.settings, QStringLiteral("Existencias"));
 
   splitter_->setChildrenCollapsible(false);
   splitter_->setHandleWidth(measure::kGrid / 8);
@@ -280,8 +108,9 @@ QWidget* StockView::Below() {
   below_column->addWidget(ledger_title_);
   ledger_table_->setModel(ledger_);
   DressTable(*ledger_table_, office_.theme, QStringLiteral("Movimientos del artículo"), LedgerModel::Concept);
-  SetWidths(*ledger_table_, {11, 6, 11, 9, 30, 10, 10, 12, 13, 9});
-  LoadWidths(*ledger_table_, office_.settings, QStringLiteral("Movimientos"));
+  SetWidths(*ledger_table_, {11, 6, 11, 9, 30, 10, 10, 0, 12, 13, 9});
+  LoadWidths(*ledger_table_, office_.settings, QStringLiteral("UltimosMovimientos"));
+  ledger_table_->hideColumn(LedgerModel::Balance);  // the kardex reads the whole ledger for it
   below_column->addWidget(ledger_table_, 1);
   return below;
 }
@@ -291,6 +120,10 @@ void StockView::Connect() {
   table_->installEventFilter(this);
   ledger_table_->installEventFilter(this);
   connect(filter_, &QLineEdit::textChanged, model_, &StockModel::SetFilter);
+  connect(tools_, &ListTools::Sorted, this, [this] { wanted_.clear(); });
+  connect(table_, &QTableView::doubleClicked, this, &StockView::OpenKardex);
+  connect(kardex_, &KardexView::Left, this, &StockView::LeaveKardex);
+  connect(kardex_, &KardexView::DocumentRequested, this, &StockView::DocumentRequested);
   connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &StockView::ShowLedger);
   for (auto* table : {table_, ledger_table_}) {
     auto* bar = table->verticalScrollBar();
@@ -322,7 +155,42 @@ void StockView::OnRested() {
     table_->setCurrentIndex(model_->index(WantedRow(), 0));
   }
   ShowLedger();
+  if (std::exchange(kardex_asked_, false) && !model_->Failing()) OpenKardex();
 }
+
+// Enter right after the text, as a scanner sends it, applies to the rows that are still being read.
+void StockView::AskForKardex() {
+  if (model_->Busy() && (model_->Stale() || !table_->currentIndex().isValid())) {
+    kardex_asked_ = true;
+  } else {
+    OpenKardex();
+  }
+}
+
+void StockView::OpenKardex() {
+  const QModelIndex current = table_->currentIndex();
+  if (!current.isValid() || !current.data(StockModel::ArticleRole).isValid()) return;
+  const double warehouse = current.data(StockModel::WarehouseRole).toDouble();
+  kardex_->Show(
+      {current.data(StockModel::ArticleRole).toString(),
+       current.siblingAtColumn(StockModel::Description).data().toString(), warehouse,
+       warehouse == 0 ? QString() : current.siblingAtColumn(StockModel::Warehouse).data().toString()});
+  pages_->setCurrentWidget(kardex_);
+  setFocusProxy(kardex_);
+  kardex_->setFocus();
+}
+
+void StockView::LeaveKardex() {
+  pages_->setCurrentIndex(0);
+  setFocusProxy(filter_);
+  table_->setFocus();
+}
+
+bool StockView::InKardex() const { return pages_->currentWidget() == kardex_; }
+
+ListTools& StockView::Tools() const { return InKardex() ? kardex_->Tools() : *tools_; }
+
+QLineEdit& StockView::FilterField() const { return InKardex() ? kardex_->From() : *filter_; }
 
 // The article in its warehouse, or at least the article; else the first row.
 int StockView::WantedRow() const {
@@ -355,11 +223,13 @@ void StockView::Refresh() {
     wanted_warehouse_ = current.data(StockModel::WarehouseRole).toDouble();
   }
   model_->Refresh();
+  if (InKardex()) kardex_->Refresh();
 }
 
 void StockView::SaveColumns() {
-  SaveWidths(*table_, office_.settings, QStringLiteral("Existencias"));
-  SaveWidths(*ledger_table_, office_.settings, QStringLiteral("Movimientos"));
+  tools_->SaveColumns();
+  kardex_->SaveColumns();
+  SaveWidths(*ledger_table_, office_.settings, QStringLiteral("UltimosMovimientos"));
   office_.settings.setValue(QStringLiteral("existencias/division"), splitter_->saveState());
 }
 
@@ -384,45 +254,61 @@ void StockView::showEvent(QShowEvent* event) {
 }
 
 bool StockView::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride) {
-    return QWidget::eventFilter(watched, event);
-  }
-  auto* key = static_cast<QKeyEvent*>(event);
+  if (tools_->Takes(watched, event)) return true;
   const bool pressed = event->type() == QEvent::KeyPress;
-  const bool plain = (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-  if (plain && (key->key() == Qt::Key_F5 || (key->key() == Qt::Key_Escape && !filter_->text().isEmpty()))) {
+  if (!pressed && event->type() != QEvent::ShortcutOverride) return QWidget::eventFilter(watched, event);
+  auto& key = static_cast<QKeyEvent&>(*event);
+  if (const auto act = ActOf(key, watched)) {
     event->accept();
-    if (!pressed) return true;
-    if (key->key() == Qt::Key_F5) {
-      Refresh();
-    } else {
-      filter_->clear();
-      filter_->setFocus();
-    }
+    if (pressed) act();
     return true;
   }
-  if (!pressed) return QWidget::eventFilter(watched, event);
-  if (watched == filter_ && plain) {
-    switch (key->key()) {
-      case Qt::Key_Up:
-      case Qt::Key_Down:
-      case Qt::Key_PageUp:
-      case Qt::Key_PageDown:
-        QCoreApplication::sendEvent(table_, event);
-        return true;
-      default:
-        break;
-    }
+  return (pressed && HandedOver(key, watched)) || QWidget::eventFilter(watched, event);
+}
+
+// What a key does to the page; nothing for a key that is none of its own.
+std::function<void()> StockView::ActOf(const QKeyEvent& key, const QObject* watched) {
+  if ((key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return {};
+  switch (key.key()) {
+    case Qt::Key_F5:
+      return [this] { Refresh(); };
+    case Qt::Key_Escape:
+      if (filter_->text().isEmpty()) return {};
+      return [this] {
+        filter_->clear();
+        filter_->setFocus();
+      };
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (key.isAutoRepeat()) return [] {};
+      if (watched != ledger_table_) return [this] { AskForKardex(); };
+      return [this] {
+        const auto document = ledger_->DocumentAt(ledger_table_->currentIndex().row());
+        if (document) emit DocumentRequested(*document);
+      };
+    default:
+      return {};
   }
-  const bool types = !key->text().isEmpty() && key->text().at(0).isPrint() &&
-                     !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-  if (watched == table_ && (types || (plain && key->key() == Qt::Key_Backspace))) {
-    filter_->setFocus();
-    filter_->end(false);
-    QCoreApplication::sendEvent(filter_, event);
+}
+
+// The arrows in the field walk the rows; what is typed on the rows goes into the field.
+bool StockView::HandedOver(QKeyEvent& key, const QObject* watched) {
+  const auto modifiers = key.modifiers() & ~Qt::KeypadModifier;
+  const bool plain = modifiers == Qt::NoModifier;
+  if (watched == filter_) {
+    const bool moves = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down || key.key() == Qt::Key_PageUp ||
+                       key.key() == Qt::Key_PageDown;
+    if (!moves || (!plain && modifiers != Qt::ShiftModifier)) return false;
+    QCoreApplication::sendEvent(table_, &key);
     return true;
   }
-  return QWidget::eventFilter(watched, event);
+  const bool types = !key.text().isEmpty() && key.text().at(0).isPrint() &&
+                     !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+  if (watched != table_ || (!types && !(plain && key.key() == Qt::Key_Backspace))) return false;
+  filter_->setFocus();
+  filter_->end(false);
+  QCoreApplication::sendEvent(filter_, &key);
+  return true;
 }
 
 }  // namespace tarvik::desktop

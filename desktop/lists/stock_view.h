@@ -1,66 +1,26 @@
-// StockView: stock by article and warehouse, with the movements behind the chosen row. It reads only.
+// StockView: stock by article and warehouse, with the movements behind the chosen row, and the kardex of an
+// article in their place. It reads only.
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
+#include "desktop/lists/ledger_model.h"
+#include "desktop/lists/stock_model.h"
 #include "desktop/office.h"
-#include "desktop/reading/paged_model.h"
 
+class QKeyEvent;
 class QLabel;
 class QLayout;
 class QLineEdit;
 class QSplitter;
+class QStackedLayout;
 class QTableView;
 
 namespace tarvik::desktop {
 
-class StockModel : public PagedModel {
-  Q_OBJECT
-
- public:
-  enum Column { Article, Description, Unit, Place, Warehouse, Stock, Reserved, ColumnCount };
-  enum DataRole { ArticleRole = Qt::UserRole, WarehouseRole, StockRole };
-
-  StockModel(Reader& reader, std::string quantity_pattern, QObject* parent = nullptr);
-  void SetFilter(const QString& typed) { SetFilterText(typed); }
-
-  int columnCount(const QModelIndex& parent = {}) const override;
-  QVariant data(const QModelIndex& index, int role) const override;
-  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-
- protected:
-  host::Listado Wanted(const QString& filter) const override;
-
- private:
-  std::string quantity_pattern_;
-};
-
-// The movements of one article in one warehouse, latest first.
-class LedgerModel : public PagedModel {
-  Q_OBJECT
-
- public:
-  enum Column { IssueDate, Hour, Operation, Document, Concept, In, Out, Price, Amount, User, ColumnCount };
-
-  LedgerModel(Reader& reader, std::string quantity_pattern, std::string amount_pattern,
-              QObject* parent = nullptr);
-  void ShowArticle(const std::string& article, double warehouse);
-  void ShowNone();
-
-  int columnCount(const QModelIndex& parent = {}) const override;
-  QVariant data(const QModelIndex& index, int role) const override;
-  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-
- protected:
-  host::Listado Wanted(const QString& filter) const override;
-  bool WantsSums() const override { return false; }
-
- private:
-  std::string quantity_pattern_;
-  std::string amount_pattern_;
-  std::string article_;
-  double warehouse_ = 0;
-};
+class KardexView;
+class ListTools;
 
 class StockView : public QWidget {
   Q_OBJECT
@@ -71,9 +31,16 @@ class StockView : public QWidget {
   [[nodiscard]] StockModel& Model() const { return *model_; }
   [[nodiscard]] LedgerModel& Ledger() const { return *ledger_; }
   [[nodiscard]] QTableView& Table() const { return *table_; }
-  [[nodiscard]] QLineEdit& FilterField() const { return *filter_; }
+  [[nodiscard]] KardexView& Kardex() const { return *kardex_; }
+  [[nodiscard]] bool InKardex() const;
+  // Of what is on show: stock, or the kardex.
+  [[nodiscard]] ListTools& Tools() const;
+  [[nodiscard]] QLineEdit& FilterField() const;
   void Refresh();
   void SaveColumns();
+
+ signals:
+  void DocumentRequested(const tarvik::host::Retenido& document);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -88,6 +55,11 @@ class StockView : public QWidget {
   [[nodiscard]] int WantedRow() const;
   void ShowSums();
   void ShowLedger();
+  void AskForKardex();
+  void OpenKardex();
+  void LeaveKardex();
+  [[nodiscard]] std::function<void()> ActOf(const QKeyEvent& key, const QObject* watched);
+  bool HandedOver(QKeyEvent& key, const QObject* watched);
 
   Office& office_;
   StockModel* model_;
@@ -99,6 +71,10 @@ class StockView : public QWidget {
   QLabel* count_;
   QLabel* reason_;
   QSplitter* splitter_;
+  QStackedLayout* pages_;
+  KardexView* kardex_;
+  ListTools* tools_ = nullptr;
+  bool kardex_asked_ = false;  // waits for the rows that were asked for
   // What is to be chosen when the list has been read again.
   QString wanted_;
   double wanted_warehouse_ = 0;

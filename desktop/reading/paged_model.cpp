@@ -35,14 +35,33 @@ void PagedModel::SetFilterText(const QString& filter) {
   Refresh();
 }
 
+void PagedModel::SetSort(const Sort& sort) {
+  if (sort == sort_ || (sort.column >= 0 && !SortsBy(sort.column))) return;
+  sort_ = sort;
+  emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+  if (started_) Refresh();
+}
+
+host::Listado PagedModel::Listing() const {
+  host::Listado listing = Wanted(filter_);
+  if (sort_.column >= 0) PutInOrder(listing, sort_);
+  return listing;
+}
+
+QString PagedModel::Titled(const QString& title, int column, bool at_right) const {
+  const QString mark = column != sort_.column ? QStringLiteral("\u2003")
+                       : sort_.descending     ? QStringLiteral("▾")
+                                              : QStringLiteral("▴");
+  return at_right ? mark + QLatin1Char(' ') + title : title + QLatin1Char(' ') + mark;
+}
+
 void PagedModel::Refresh(std::optional<std::int64_t> reach) {
   for (auto* task : {&page_task_, &sum_task_, &again_task_}) {
     if (*task) (*task)->Drop();
     *task = std::make_shared<Reader::Task>();
   }
-  host::Listado listing = Wanted(filter_);
-  numbered_ = listing.con_numero;
-  cursor_ = std::make_shared<host::CursorDeListado>(std::move(listing));
+  listing_ = Listing();
+  cursor_ = std::make_shared<host::CursorDeListado>(listing_);
   started_ = true;
   fresh_ = true;
   complete_ = false;
@@ -136,11 +155,12 @@ void PagedModel::Append(std::vector<Cells> rows) {
     const bool new_key = pages_.empty() || !(pages_.back().last == row[0]);
     if (new_key && ++keys > kPage) {
       pages_.emplace_back();
+      pages_.back().number = ++clock_;
       pages_.back().first = row[0];
       keys = 1;
     }
     Page& page = pages_.back();
-    if (new_key && numbered_) page.keys.push_back(Number(row[0]));
+    NoteRow(page, row, new_key);
     page.last = row[0];
     page.used = ++clock_;
     page.cells.push_back(std::move(row));
@@ -148,6 +168,12 @@ void PagedModel::Append(std::vector<Cells> rows) {
   }
   Renumber();
   Evict();
+}
+
+// What it takes to find the row again, and to know it without its cells.
+void PagedModel::NoteRow(Page& page, const Cells& row, bool new_key) {
+  if (new_key && listing_.con_numero) page.keys.push_back(Number(row[0]));
+  if (!listing_.orden.empty()) page.which.push_back(host::IdentidadDe(listing_, row));
 }
 
 void PagedModel::Renumber() {
@@ -189,28 +215,32 @@ const PagedModel::Cells* PagedModel::Row(int row) const {
   if (!page.cells.empty()) return &page.cells[static_cast<std::size_t>(at)];
   if (!page.asked) {
     page.asked = true;
-    const_cast<PagedModel*>(this)->ReadAgain(page.first);
+    const_cast<PagedModel*>(this)->ReadAgain(page.number);
   }
   return nullptr;
 }
 
-void PagedModel::ReadAgain(const Value& first) {
-  const auto found =
-      std::find_if(pages_.begin(), pages_.end(), [&](const Page& page) { return page.first == first; });
+std::vector<PagedModel::Page>::iterator PagedModel::PageOf(std::uint64_t number) {
+  return std::find_if(pages_.begin(), pages_.end(),
+                      [number](const Page& page) { return page.number == number; });
+}
+
+void PagedModel::ReadAgain(std::uint64_t number) {
+  const auto found = PageOf(number);
   if (found == pages_.end() || !cursor_) return;
-  auto step = [this, &reader = reader_, task = again_task_, listing = Wanted(filter_), first = found->first,
-               last = found->last](data::EngineConnection& connection) {
-    auto rows = host::RenglonesEntre(connection, listing, first, last);
+  auto step = [this, &reader = reader_, task = again_task_, listing = listing_, number, which = found->which,
+               first = found->first, last = found->last](data::EngineConnection& connection) {
+    auto rows = which.empty() ? host::RenglonesEntre(connection, listing, first, last)
+                              : host::RenglonesDe(connection, listing, which);
     reader.Deliver(task,
-                   [this, first, rows = std::move(rows)]() mutable { Replace(first, std::move(rows)); });
+                   [this, number, rows = std::move(rows)]() mutable { Replace(number, std::move(rows)); });
     return false;
   };
   reader_.Run(again_task_, Urgency::Page, std::move(step), [this](const QString& reason) { Fail(reason); });
 }
 
-void PagedModel::Replace(const Value& first, std::vector<Cells> rows) {
-  const auto found =
-      std::find_if(pages_.begin(), pages_.end(), [&](const Page& page) { return page.first == first; });
+void PagedModel::Replace(std::uint64_t number, std::vector<Cells> rows) {
+  const auto found = PageOf(number);
   if (found == pages_.end()) return;
   const int start = starts_[static_cast<std::size_t>(found - pages_.begin())];
   const int before = found->rows;
@@ -222,9 +252,9 @@ void PagedModel::Replace(const Value& first, std::vector<Cells> rows) {
     pages_.erase(found);
   } else {
     found->keys.clear();
-    if (numbered_) {
-      for (const Cells& row : rows) found->keys.push_back(Number(row[0]));
-      found->keys.erase(std::unique(found->keys.begin(), found->keys.end()), found->keys.end());
+    found->which.clear();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      NoteRow(*found, rows[i], i == 0 || !(rows[i][0] == rows[i - 1][0]));
     }
     found->first = rows.front()[0];
     found->last = rows.back()[0];
@@ -266,6 +296,7 @@ void PagedModel::RemoveKey(std::int64_t key) {
     pages_.erase(pages_.begin() + static_cast<std::ptrdiff_t>(number));
   } else {
     page.keys.erase(page.keys.begin() + at);
+    if (!page.which.empty()) page.which.erase(page.which.begin() + at);
     if (!page.cells.empty()) page.cells.erase(page.cells.begin() + at);
     page.first = page.keys.front();
     page.last = page.keys.back();

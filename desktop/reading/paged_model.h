@@ -5,6 +5,7 @@
 
 #include <QAbstractTableModel>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -25,6 +26,13 @@ class PagedModel : public QAbstractTableModel {
   static constexpr int kKeptPages = 40;  // pages with their cells in memory
   static constexpr int kReach = 10000;
 
+  // By which column the rows stand; -1: in the listing's own order.
+  struct Sort {
+    int column = -1;
+    bool descending = false;
+    bool operator==(const Sort&) const = default;
+  };
+
   // The reader outlives the model.
   explicit PagedModel(Reader& reader, QObject* parent = nullptr);
   ~PagedModel() override;
@@ -32,6 +40,15 @@ class PagedModel : public QAbstractTableModel {
   // Reads from the first page again. The old rows stay to be seen until the first new ones are there.
   // With `reach` it reads on at once to the row of that key, as far as kReach keys.
   void Refresh(std::optional<std::int64_t> reach = {});
+
+  // Reads from the first page again in that order. A column that can't be sorted by is ignored.
+  void SetSort(const Sort& sort);
+  [[nodiscard]] const Sort& Sorted() const { return sort_; }
+  [[nodiscard]] virtual bool SortsBy(int) const { return false; }
+  // All that is on show, in its order.
+  [[nodiscard]] host::Listado Listing() const;
+  // A column's value of a row, for a file: on any thread, as long as it lives.
+  [[nodiscard]] virtual std::function<data::Value(const Cells&)> ValueOf(int) const { return {}; }
 
   [[nodiscard]] bool Busy() const { return reading_; }  // a page is under way
   // What is on show is not yet what was asked for.
@@ -59,6 +76,10 @@ class PagedModel : public QAbstractTableModel {
  protected:
   // What to read now. Its conditions may change between calls of Refresh.
   [[nodiscard]] virtual host::Listado Wanted(const QString& filter) const = 0;
+  // Puts the listing in the order of one of the columns.
+  virtual void PutInOrder(host::Listado&, const Sort&) const {}
+  // A header's title with a mark for the order. The mark's room is there without it too: no title moves.
+  [[nodiscard]] QString Titled(const QString& title, int column, bool at_right) const;
   [[nodiscard]] virtual bool WantsSums() const { return true; }
   // The cells of a row, by the listing's columns; nullptr while the page is read again.
   [[nodiscard]] const Cells* Row(int row) const;
@@ -69,7 +90,9 @@ class PagedModel : public QAbstractTableModel {
 
  private:
   struct Page {
-    std::vector<std::int64_t> keys;  // of a listing by number
+    std::uint64_t number = 0;
+    std::vector<std::int64_t> keys;      // of a listing by number
+    std::vector<host::Identidad> which;  // of one in another order than the key's
     data::Value first;
     data::Value last;
     int rows = 0;
@@ -82,8 +105,10 @@ class PagedModel : public QAbstractTableModel {
   void StartSums();
   void Take(std::vector<Cells> rows, bool rests, bool end);
   void Append(std::vector<Cells> rows);
-  void ReadAgain(const data::Value& first);
-  void Replace(const data::Value& first, std::vector<Cells> rows);
+  void ReadAgain(std::uint64_t number);
+  void Replace(std::uint64_t number, std::vector<Cells> rows);
+  void NoteRow(Page& page, const Cells& row, bool new_key);
+  std::vector<Page>::iterator PageOf(std::uint64_t number);
   void Renumber();
   void Evict();
   void Fail(const QString& reason);
@@ -91,6 +116,8 @@ class PagedModel : public QAbstractTableModel {
 
   Reader& reader_;
   QString filter_;
+  Sort sort_;
+  host::Listado listing_;  // what the pages are of
   std::vector<Page> pages_;
   std::vector<int> starts_;  // first row of each page
   int rows_ = 0;
@@ -104,7 +131,6 @@ class PagedModel : public QAbstractTableModel {
   bool reading_ = false;
   bool complete_ = false;
   bool failed_ = false;
-  bool numbered_ = false;
   mutable std::uint64_t clock_ = 0;
 };
 

@@ -31,7 +31,7 @@ const std::vector<Room> kRooms{
     {"printing", {"style", "boxes"}},
     {"scanner", {"style", "reading"}},
     {"screens", {"style", "reading", "platform", "printing", "scanner"}},
-    {"lists", {"style", "reading"}},
+    {"lists", {"style", "reading", "boxes"}},
     {"pickers", {"style", "screens"}},
     {"windows", {"style", "reading", "boxes", "platform"}},
     {"frame", {"style", "reading", "platform", "screens", "lists", "windows"}},

@@ -38,7 +38,9 @@ class ListasDePrueba : public Oficina {
 
 TEST_F(ListasDePrueba, NewestFirstWithWhatAnOperatorReads) {
   Entrada(7, "CO", "COM", "Remisión 88", {2026, 11, 19}, 1234.5);
-  Entrada(12, "PE", "DEV", "", {2026, 11, 20}, 10);
+  Entrada(12, "PE", "DEV", "", {2026, 11, 20}, 999);
+  Sql("INSERT INTO entpart (id_entrada, entrada, articulo, cantidad, precio) VALUES (1, 12, 'MAR-16', 4, "
+      "2.5)");
   Abre();
   EXPECT_EQ(Numbers(*modelo), (std::vector<int>{12, 7}));
   const auto text = [&](int row, int column) {
@@ -52,6 +54,7 @@ TEST_F(ListasDePrueba, NewestFirstWithWhatAnOperatorReads) {
   EXPECT_EQ(text(1, DocumentListModel::Amount), "1,234.50");
   EXPECT_EQ(text(1, DocumentListModel::State), "Afectado");
   EXPECT_EQ(text(0, DocumentListModel::State), "Pendiente");
+  EXPECT_EQ(text(0, DocumentListModel::Amount), "10.00") << "a pending one is worth its lines";
   EXPECT_EQ(modelo->index(0, DocumentListModel::State).data(CellDelegate::ChipRole),
             QStringLiteral("pendiente"));
   EXPECT_EQ(text(0, DocumentListModel::Holder), "");
@@ -114,6 +117,8 @@ TEST_F(ListasDePrueba, EachKindOfFilterFindsItsDocuments) {
   EXPECT_EQ(Con("r*n"), std::vector<int>{});
   EXPECT_EQ(Con("a++"), std::vector<int>{1042});
   EXPECT_EQ(Con("' OR 1=1 --"), std::vector<int>{});
+  EXPECT_EQ(Con("proveedor 2"), std::vector<int>{2104}) << "one word in the concept, the other in the number";
+  EXPECT_EQ(Con("almacen pendiente"), std::vector<int>{1042});
   EXPECT_EQ(Con(""), (std::vector<int>{2104, 1042, 104, 10}));
 }
 

@@ -146,9 +146,10 @@ TEST_F(EscritorioDeModelos, AltCLeavesTheMatrixAndTheKeyIsRefusedWithItsReason) 
   Spread("CAM", "9", [](MatrixView& view) {
     view.activateWindow();
     (void)QTest::qWaitForWindowActive(&view);
+    const QPointer<MatrixView> left = &view;
     QTest::keyClick(&view, Qt::Key_C, Qt::AltModifier);
     QTest::qWait(150);  // a button pressed by its letter comes up again first
-    EXPECT_FALSE(view.Screen().Open());
+    EXPECT_TRUE(left == nullptr || !left->Screen().Open());  // the view goes with its screen
   });
   ASSERT_EQ(boxes.size(), 1u);
   EXPECT_EQ(entry->txtFields(campo::Articulo).Text(), "CAM");
