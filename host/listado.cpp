@@ -139,25 +139,20 @@ std::string Plegado(data::Dialect dialect, const std::string& column) {
   if (dialect == data::Dialect::Postgresql) {
     return "REPLACE(TRANSLATE(LOWER(" + text + "), 'áéíóúüÁÉÍÓÚÜÑ', 'aeiouuaeiouuñ'), 'ñ', 'n~')";
   }
-  std::string folded = "LOWER(" + text + ")";
-  for (const auto& [letter, plain] : {std::pair{"á", "a"},
-                                      {"é", "e"},
-                                      {"í", "i"},
-                                      {"ó", "o"},
-                                      {"ú", "u"},
-                                      {"ü", "u"},
-                                      {"ñ", "n~"},
-                                      {"Á", "a"},
-                                      {"É", "e"},
-                                      {"Í", "i"},
-                                      {"Ó", "o"},
-                                      {"Ú", "u"},
-                                      {"Ü", "u"},
-                                      {"Ñ", "n~"}}) {
-    folded = std::string("REPLACE(") + folded + ", '" + letter + "', '" + plain + "')";
-  }
-  return "CASE WHEN LENGTH(" + text + ") = LENGTH(CAST(" + text + " AS BLOB)) THEN LOWER(" + text +
-         ") ELSE " + folded + " END";
+  const auto replaced = [](std::string folded,
+                           std::initializer_list<std::pair<const char*, const char*>> pairs) {
+    for (const auto& [letter, plain] : pairs) {
+      folded = "REPLACE(" + folded + ", '" + letter + "', '" + plain + "')";
+    }
+    return folded;
+  };
+  const std::string small = "LOWER(" + text + ")";
+  const std::string plain =
+      replaced(small, {{"á", "a"}, {"é", "e"}, {"í", "i"}, {"ó", "o"}, {"ú", "u"}, {"ü", "u"}, {"ñ", "n~"}});
+  const std::string both =
+      replaced(plain, {{"Á", "a"}, {"É", "e"}, {"Í", "i"}, {"Ó", "o"}, {"Ú", "u"}, {"Ü", "u"}, {"Ñ", "n~"}});
+  return "CASE WHEN LENGTH(" + text + ") = LENGTH(CAST(" + text + " AS BLOB)) THEN " + small + " WHEN " +
+         text + " GLOB '*[ÁÉÍÓÚÜÑ]*' THEN " + both + " ELSE " + plain + " END";
 }
 
 std::string Orden(data::Dialect dialect, const Listado& listing) {

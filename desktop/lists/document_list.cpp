@@ -159,7 +159,7 @@ void DocumentList::ShowKeys() {
   keys += {tr("Supr"), tr("eliminar")};
   keys += {QStringLiteral("F3"), tr("filtros")};
   keys += {QStringLiteral("F4"), tr("columnas")};
-  keys += {QStringLiteral("Alt+1…9"), tr("ordenar")};
+  keys += {QStringLiteral("Alt+1…9"), tr("orden")};
   keys += {QStringLiteral("F5"), tr("actualizar")};
   keys_->Show(keys);
 }

@@ -54,6 +54,7 @@ KardexView::KardexView(Office& office, Reader& reader, QWidget* parent)
   SetWidths(*table_, {10, 6, 10, 8, 26, 9, 9, 9, 10, 11, 8});
   tools_ = new ListTools(
       {office, reader, *model_, *table_, QStringLiteral("Kardex"), QStringLiteral("Kardex")}, Sums(), *this);
+  tools_->Foot().setFixedWidth(56 * measure::kGrid);  // three sums
   body->addWidget(table_, 1);
   auto* keys = new KeyCaps;
   keys->Show({{tr("Intro"), tr("abrir documento")},

@@ -22,7 +22,7 @@ QString Grouped(std::int64_t number) {
 ListExport::ListExport(Reader& reader, QWidget* sums)
     : reader_(reader), bar_(new QProgressBar(this)), words_(new QLabel(this)) {
   // As wide as the longest of the three: nothing moves when another takes the place.
-  setFixedWidth(50 * measure::kGrid);
+  setFixedWidth(42 * measure::kGrid);
   addWidget(sums);
   auto* middle = new QWidget(this);
   auto* row = new QHBoxLayout(middle);
@@ -73,7 +73,7 @@ void ListExport::Start(std::shared_ptr<host::ListadoEnCsv> file, const QString& 
 void ListExport::ShowProgress(std::int64_t rows) {
   bar_->setRange(0, static_cast<int>(expected_));
   bar_->setValue(static_cast<int>(std::min(rows, expected_)));
-  QString text = QStringLiteral("Exporta %1").arg(Grouped(rows));
+  QString text = Grouped(rows);
   if (expected_ > 0) text += QStringLiteral(" de %1").arg(Grouped(expected_));
   if (rows > 0 && expected_ > rows) {
     const auto left = clock_.elapsed() * (expected_ - rows) / rows / 1000 + 1;

@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStandardPaths>
 #include <QTableView>
 #include <algorithm>
@@ -59,6 +60,9 @@ ListTools::ListTools(const Parts& parts, QWidget* sums, QWidget& page)
   parts_.table.setSelectionMode(QAbstractItemView::ExtendedSelection);
   // A bar that came and went with the length of the list would move the columns.
   parts_.table.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  auto* bar = parts_.table.verticalScrollBar();
+  bar->setEnabled(false);  // it shows no handle as long as there is nowhere to go
+  connect(bar, &QScrollBar::rangeChanged, bar, [bar](int first, int last) { bar->setEnabled(last > first); });
   auto& header = Header();
   header.setSectionsClickable(true);
   header.setSortIndicatorShown(false);  // the title has its own mark, which moves nothing
