@@ -104,21 +104,38 @@ class Reading {
                    .last = frame.lastPosition()});
   }
 
-  // Where a cell begins: above its text by its padding and its border.
+  // Where a cell begins: above its content by its padding and its border.
   [[nodiscard]] double TopOf(const QTextTable& table, const QTextTableCell& cell) const {
     const QTextTableCellFormat format = cell.format().toTableCellFormat();
     double above = format.hasProperty(QTextFormat::TableCellTopPadding) ? format.topPadding()
                                                                         : table.format().cellPadding();
     above += format.topBorder() + (table.format().borderCollapse() ? 0 : table.format().border());
     QTextFrame* frame = cell.begin().currentFrame();
+    if (const auto* inner = qobject_cast<QTextTable*>(frame)) {
+      return TopOf(*inner) - inner->format().topMargin() - above;
+    }
     const QRectF place = frame != nullptr ? layout_.frameBoundingRect(frame)
                                           : layout_.blockBoundingRect(cell.firstCursorPosition().block());
     return place.top() - above;
   }
 
+  // Where a table begins, with its own border and without its margin.
+  [[nodiscard]] double TopOf(const QTextTable& table) const {
+    const QTextTableFormat format = table.format();
+    return TopOf(table, table.cellAt(0, 0)) -
+           (format.borderCollapse() ? 0 : format.border() + format.cellSpacing());
+  }
+
+  // Where it ends, the same way. The toolkit tells a table's height with both margins, from where the content
+  // of its first cell begins.
+  [[nodiscard]] double BottomOf(QTextTable& table) const {
+    const QRectF told = layout_.frameBoundingRect(&table);
+    const QTextTableFormat format = table.format();
+    return TopOf(table) + told.height() - format.topMargin() - format.bottomMargin();
+  }
+
   // A unit for each row; for several where a cell reaches over them.
   void AddTable(QTextTable& table) {
-    const QRectF place = layout_.frameBoundingRect(&table);
     const qsizetype first = units_.size();
     const int rows = table.rows();
     const int heading = std::min(table.format().headerRowCount(), rows - 1);
@@ -126,7 +143,7 @@ class Reading {
     bool reaches = false;
     for (int row = 0; row < rows; ++row) {
       Unit unit = RowOf(table, row);
-      if (row == 0) unit.top = std::min(unit.top, place.top() + table.format().topMargin());
+      if (row == 0) unit.top = std::min(unit.top, TopOf(table));
       if (row == heading) head_bottom = unit.top;
       unit.with_next = row < heading || (rows <= kShort && row + 1 < rows);
       unit.goes_on = heading > 0 && row > heading;
@@ -139,7 +156,7 @@ class Reading {
       if (row > 0) units_.back().bottom = unit.top;
       units_.append(unit);
     }
-    units_.back().bottom = place.bottom() - table.format().bottomMargin();
+    units_.back().bottom = BottomOf(table);
     for (qsizetype i = first; i < units_.size(); ++i) {
       units_[i].head_top = units_[first].top;
       units_[i].head_bottom = head_bottom;
