@@ -26,7 +26,7 @@ instala() {
 paquetes=(g++ cmake ninja-build pkg-config libsqlite3-dev libpq-dev libkainjow-mustache-dev libcli11-dev pybind11-dev python3-dev
   python3 qt6-base-dev fonts-inter qt6-translations-l10n)
 paquetes_de_prueba=(libgtest-dev libgmock-dev libbenchmark-dev postgresql pgbouncer openssl iproute2)
-paquetes_de_todo=(git clang libclang-rt-dev clang-tidy clang-format)
+paquetes_de_todo=(git clang libclang-rt-dev clang-tidy clang-format cups-daemon cups-client)
 
 # Builds a preset; the first argument is its name, the rest goes to the configuration.
 construye() {

@@ -2,7 +2,6 @@
 
 #include <QBoxLayout>
 #include <QCompleter>
-#include <QFileDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,6 +13,7 @@
 
 #include "data/error.h"
 #include "data/number.h"
+#include "desktop/boxes/file_dialog.h"
 #include "desktop/scanner/tape_model.h"
 #include "desktop/style/layouts.h"
 #include "desktop/style/theme.h"
@@ -110,8 +110,8 @@ class ReadingDelegate final : public QStyledItemDelegate {
 TapePanel::TapePanel(Office& office, const forms::Form* screen, std::function<void()> back, QWidget* parent)
     : QWidget(parent),
       ask_file([this] {
-        return QFileDialog::getSaveFileName(this, tr("Guardar la cinta"), QStringLiteral("cinta.csv"),
-                                            tr("Hojas de cálculo (*.csv)"));
+        return AskWhereToSave(this, tr("Guardar la cinta"), QStringLiteral("cinta.csv"),
+                              tr("Hojas de cálculo (*.csv)"), QStringLiteral("csv"));
       }),
       office_(office),
       screen_(screen),

@@ -29,7 +29,7 @@ const std::vector<Room> kRooms{
     {"boxes", {"style"}},
     {"platform", {"style", "boxes"}},
     {"printing", {"style", "boxes"}},
-    {"scanner", {"style", "reading"}},
+    {"scanner", {"style", "reading", "boxes"}},
     {"screens", {"style", "reading", "platform", "printing", "scanner"}},
     {"lists", {"style", "reading", "boxes"}},
     {"pickers", {"style", "screens"}},
