@@ -50,7 +50,7 @@ GRANT SELECT ON
   entradas, entpart, salidas, salpart, movsinv, existenciaalmacen, compras2sucursal, compra2, compra2part,
   prods, clavesadd, modelos, colores, tallas, impuestos, monedas, tipominv, almacen, estaciones, empleados,
   sucursal, clients, diremb, vends, usuarios, defform, controlproc, mensajes, series, parametros,
-  version_esquema, mallaparam, mallacelda, tenencias, vidas, peticiones, bitacora, cierres
+  version_esquema, mallaparam, mallacelda, tenencias, vidas, peticiones, bitacora, lecturas, cierres
   TO tarvik_lector;
 
 -- ---- Operador: captura y afecta ----
@@ -71,6 +71,8 @@ DROP POLICY IF EXISTS tarvik_saldos ON movsinv;
 CREATE POLICY tarvik_saldos ON movsinv FOR UPDATE TO tarvik_supervisor USING (true) WITH CHECK (true);
 GRANT UPDATE (saldo) ON movsinv TO tarvik_supervisor;
 GRANT INSERT, UPDATE ON existenciaalmacen, series, mallaparam TO tarvik_operador;
+-- Lo que lee el lector; asignar un código nuevo es del supervisor, como todo el catálogo.
+GRANT INSERT, UPDATE ON lecturas TO tarvik_operador;
 GRANT INSERT ON compras2sucursal, bitacora TO tarvik_operador;
 GRANT UPDATE ON controlproc TO tarvik_operador;
 GRANT INSERT, DELETE ON mallacelda TO tarvik_operador;
