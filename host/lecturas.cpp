@@ -161,7 +161,8 @@ void ServicioDeLecturas::Atiende() noexcept {
   if (atendiendo_) return;
   atendiendo_ = true;
   try {
-    RevisaRenglones();
+    // In the middle of an act a row is on its way to a line: what became of it is seen when it is over.
+    if (!platform_.Acting() && platform_.Boxes() == 0 && !en_rutina_()) RevisaRenglones();
     while (AtiendeUna()) {
     }
     for (Lectura* unwritten : std::exchange(sin_guardar_, {})) Guarda(*unwritten);
@@ -193,7 +194,11 @@ bool ServicioDeLecturas::AtiendeUna() {
 void ServicioDeLecturas::Teclea(const EnCola& waiting, DocumentWizard& screen) {
   Lectura& reading = *waiting.lectura;
   reading.tipo = TipoDePantalla(screen);
+  reading.documento.reset();
   if (const auto document = DocumentoDe(screen)) reading.documento = document->numero;
+  for (Propio& own : propias_) {
+    if (own.lectura == waiting.lectura) own.pantalla = screen.shared_from_this();
+  }
   forms::TextBox& field = screen.txtFields(campo::Articulo);
   if (screen.SoloLectura()) {
     return Cambia(reading, lectura::kRechazada, "el documento sólo puede consultarse");
@@ -231,6 +236,7 @@ void ServicioDeLecturas::Escribe(Tecleada& typed) {
 
 bool ServicioDeLecturas::Conocida(DocumentWizard& screen) {
   const std::string& text = screen.txtFields(campo::Articulo).Text();
+  if (text.empty()) return false;  // a routine has emptied it
   const bool model = screen.Check4.Value() != kLectorPuesto && TipoDePantalla(screen) == Tipo::Entrada;
   try {
     return !connection_
@@ -263,8 +269,8 @@ void ServicioDeLecturas::Resuelve(Tecleada& typed, const std::string& quantity_b
     });
   }
   const std::string& article = screen.txtFields(campo::Articulo).Text();
-  const bool stands = typed.dejada && screen.Open() && screen.Check4.Value() != kLectorPuesto &&
-                      !article.empty() && typed.caja.empty();
+  const bool stands =
+      typed.dejada && screen.Open() && screen.Check4.Value() != kLectorPuesto && !article.empty();
   if (stands) {
     en_renglon_.push_back({typed.lectura, alive, article});
     return Cambia(reading, lectura::kEspera, "falta terminar su renglón");

@@ -131,6 +131,11 @@ class ServicioDeLecturas {
   void AlFinal(const Entrada_& reading, std::weak_ptr<forms::Form> screen, bool any);
   Propio Propia(const Lectura& reading);
   void ExigeCalma() const;
+  // Whether it waits here, is being typed, stands in a row, or is not written yet.
+  [[nodiscard]] bool EnCurso(const Lectura& entry) const;
+  // Whether the program that read it is another one, and still works.
+  [[nodiscard]] bool DeOtroVivo(const Lectura& entry);
+  void ExigeQuieta(const Entrada_& entry) const;
 
   data::EngineConnection& connection_;
   forms::Platform& platform_;

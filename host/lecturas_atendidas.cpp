@@ -57,6 +57,19 @@ ServicioDeLecturas::Propio ServicioDeLecturas::Propia(const Lectura& reading) {
   return propias_.back();
 }
 
+bool ServicioDeLecturas::DeOtroVivo(const Lectura& entry) {
+  return entry.vida != 0 && entry.vida != custodia_.VidaDeAhora() && connection_.Lives(entry.vida);
+}
+
+void ServicioDeLecturas::ExigeQuieta(const Entrada_& entry) const {
+  if (tecleada_ != nullptr && tecleada_->lectura == entry)
+    throw data::Error("La lectura se está capturando en este momento");
+  for (const EnRenglon& row : en_renglon_) {
+    if (row.lectura == entry)
+      throw data::Error("Su artículo está en el renglón de captura: termínelo o vacíelo");
+  }
+}
+
 void ServicioDeLecturas::ExigeCalma() const {
   if (platform_.Acting() || platform_.Boxes() > 0 || en_rutina_())
     throw data::Error("Hay una operación en curso. Inténtelo cuando termine");
@@ -85,7 +98,8 @@ void ServicioDeLecturas::Asigna(Lectura& reading, const std::string& articulo, d
   }
   const auto [entry, screen] = Propia(reading);
   Cambia(*entry, lectura::kEspera);
-  AlFinal(entry, screen, false);
+  // A program that still works feeds what it has read itself.
+  if (!DeOtroVivo(*entry)) AlFinal(entry, screen, false);
   Atiende();
   if (entry.get() != &reading) reading = *entry;
 }
@@ -95,10 +109,7 @@ void ServicioDeLecturas::Descarta(Lectura& reading, const std::string& motivo) {
   ExigeEstado(reading, {lectura::kEspera, lectura::kSinArticulo, lectura::kRechazada}, "descartar");
   if (data::Trim(motivo).empty()) throw data::Error("Diga por qué se descarta la lectura");
   const Entrada_ entry = Propia(reading).lectura;
-  for (const EnRenglon& row : en_renglon_) {
-    if (row.lectura == entry)
-      throw data::Error("Su artículo está en el renglón de captura: termínelo o vacíelo");
-  }
+  ExigeQuieta(entry);
   std::erase_if(cola_, [&](const EnCola& waiting) { return waiting.lectura == entry; });
   Cambia(*entry, lectura::kDescartada, data::Trim(motivo));
   if (entry.get() != &reading) reading = *entry;
@@ -107,13 +118,18 @@ void ServicioDeLecturas::Descarta(Lectura& reading, const std::string& motivo) {
 void ServicioDeLecturas::Alimenta(Lectura& reading, forms::Form* pantalla) {
   PonAlDia(reading);
   ExigeEstado(reading, {lectura::kEspera, lectura::kRechazada, lectura::kSinArticulo}, "capturar");
-  const Entrada_ entry = Propia(reading).lectura;
-  for (const EnRenglon& row : en_renglon_) {
-    if (row.lectura == entry) throw data::Error("Su artículo ya está en el renglón de captura");
+  const auto [entry, own_screen] = Propia(reading);
+  ExigeQuieta(entry);
+  if (DeOtroVivo(*entry)) {
+    throw data::Error("La lectura es del programa de " + entry->usuario + " en la estación " +
+                      entry->estacion + ", que sigue abierto: atiéndala ahí");
   }
   auto screen = pantalla != nullptr ? std::dynamic_pointer_cast<DocumentWizard>(pantalla->shared_from_this())
                                     : Abierta(*entry);
-  if (pantalla == nullptr && screen == nullptr) screen = AlFrente();
+  if (pantalla == nullptr && screen == nullptr) {
+    screen = std::dynamic_pointer_cast<DocumentWizard>(own_screen.lock());
+    if (screen == nullptr || !screen->Open()) screen = AlFrente();
+  }
   if (screen == nullptr) throw data::Error("No hay una pantalla de entradas o salidas que la reciba");
   std::erase_if(cola_, [&](const EnCola& waiting) { return waiting.lectura == entry; });
   entry->vida = 0;  // from here on it is this program's
@@ -177,12 +193,17 @@ void ServicioDeLecturas::QuitaEnPantalla(Lectura& reading, DocumentWizard& scree
 
 void ServicioDeLecturas::QuitaEnBase(Lectura& reading) {
   const Tipo kind = *reading.tipo;
-  if (const auto holder = TenenciaViva(connection_, kind, *reading.documento)) {
-    throw data::Error(LaDe({kind, *reading.documento}, true) + " la tiene abierta " + *holder);
-  }
   const Tablas& tables = TablasDe(kind);
   const std::string its = " WHERE " + tables.renglon + " = ? AND " + tables.clave + " = ?";
+  const std::string name = LaDe({kind, *reading.documento}, true);
   data::Transaction whole(connection_);
+  // Nobody opens or posts it until this is done.
+  const auto header = connection_.Run("UPDATE " + tables.encabezado + " SET estado = estado WHERE " +
+                                          tables.clave + " = ? AND estado = 'PE' RETURNING " + tables.clave,
+                                      {*reading.documento});
+  if (header.rows.empty()) throw data::Error(name + " ya está finalizada: sus lecturas no se deshacen");
+  if (const auto holder = TenenciaViva(connection_, kind, *reading.documento))
+    throw data::Error(name + " la tiene abierta " + *holder);
   const auto found = connection_.Run("SELECT cantidad FROM " + tables.partidas + its,
                                      {*reading.renglon, *reading.documento});
   if (found.rows.empty()) throw data::Error("El renglón de la lectura \"" + reading.texto + "\" ya no está");

@@ -74,10 +74,28 @@ std::shared_ptr<Lectura> ServicioDeLecturas::Entrada(std::int64_t id) {
   return row ? std::make_shared<Lectura>(std::move(*row)) : nullptr;
 }
 
+bool ServicioDeLecturas::EnCurso(const Lectura& entry) const {
+  const auto is_it = [&](const auto& held) { return held.lectura.get() == &entry; };
+  return std::find(sin_guardar_.begin(), sin_guardar_.end(), &entry) != sin_guardar_.end() ||
+         std::any_of(cola_.begin(), cola_.end(), is_it) ||
+         std::any_of(en_renglon_.begin(), en_renglon_.end(), is_it) ||
+         (tecleada_ != nullptr && tecleada_->lectura.get() == &entry);
+}
+
 void ServicioDeLecturas::PonAlDia(Lectura& reading) {
   Atiende();
-  if (reading.id == 0 || por_id_.contains(reading.id)) return;
-  if (auto row = LeeLectura(connection_, reading.id)) reading = std::move(*row);
+  if (reading.id == 0) return;
+  const auto own = por_id_.find(reading.id);
+  if (own == por_id_.end()) {
+    if (auto row = LeeLectura(connection_, reading.id)) reading = std::move(*row);
+    return;
+  }
+  // Somebody else may have dropped it or taken it back; what is under way here is known here alone.
+  Lectura& entry = *own->second;
+  if (!EnCurso(entry)) {
+    if (auto row = LeeLectura(connection_, entry.id)) entry = std::move(*row);
+  }
+  if (&entry != &reading) reading = entry;
 }
 
 }  // namespace tarvik::host

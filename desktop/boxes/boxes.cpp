@@ -246,8 +246,8 @@ class Box : public QDialog {
   bool KeptBack(QKeyEvent& key) {
     if (IsModifier(key.key())) return false;
     const bool meant = CanBeMeant(key);
-    down_.insert(key.key());
     if (meant) return false;
+    down_.insert(key.key());
     if (!key.isAutoRepeat()) kept_.emplace_back(key.clone());
     if (BoxesMustStand().count() > 0) still_.restart();
     return true;
@@ -377,6 +377,7 @@ std::chrono::milliseconds& BoxesMustStand() {
 }
 
 void GiveBack(KeptKeys& keys) {
+  if (QApplication::focusWidget() == nullptr) return;
   for (const auto& key : std::exchange(keys, {})) {
     if (QWidget* focus = QApplication::focusWidget()) QCoreApplication::sendEvent(focus, key.get());
   }

@@ -22,6 +22,7 @@ std::chrono::milliseconds& BoxesMustStand();
 // Keys that came too early to answer a box: they were meant for what stood in front before.
 using KeptKeys = std::vector<std::unique_ptr<QKeyEvent>>;
 // Gives them to whatever has the focus now, in order; they are gone from the list.
+// Where nothing has it they stay.
 void GiveBack(KeptKeys& keys);
 
 // Shows a box and waits. Gives true for Sí and for Aceptar, false for No and for closing a question.

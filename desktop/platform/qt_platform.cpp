@@ -111,7 +111,10 @@ void QtPlatform::Settle() {
 // Once the act that showed the box is over, and its window has the focus again.
 void QtPlatform::GiveKeysBack() {
   QTimer::singleShot(0, this, [this] {
-    if (!Acting() && Boxes() == 0) GiveBack(kept_);
+    if (Acting() || Boxes() > 0) return;  // they come out when that is over
+    GiveBack(kept_);
+    // The window below has not come to the front yet.
+    if (!kept_.empty()) QTimer::singleShot(kLookEvery, this, &QtPlatform::GiveKeysBack);
   });
 }
 

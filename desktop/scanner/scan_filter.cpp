@@ -65,7 +65,7 @@ int ScanFilter::Held() const {
 
 bool ScanFilter::eventFilter(QObject* watched, QEvent* event) {
   const bool press = event->type() == QEvent::KeyPress;
-  if ((!press && event->type() != QEvent::KeyRelease) || letting_go_ || !watched->isWindowType())
+  if ((!press && event->type() != QEvent::KeyRelease) || event == given_ || !watched->isWindowType())
     return false;
   const auto& key = static_cast<const QKeyEvent&>(*event);
   if (!settings_.on || (held_.empty() && wanted && !wanted())) return false;
@@ -142,11 +142,13 @@ bool ScanFilter::Take() {
 void ScanFilter::LetGo() {
   timer_.stop();
   text_.clear();
-  letting_go_ = true;
   for (const auto& key : std::exchange(held_, {})) {
-    if (QWindow* window = QGuiApplication::focusWindow()) QCoreApplication::sendEvent(window, key.get());
+    QWindow* window = QGuiApplication::focusWindow();
+    if (window == nullptr) continue;
+    given_ = key.get();
+    QCoreApplication::sendEvent(window, key.get());
   }
-  letting_go_ = false;
+  given_ = nullptr;
 }
 
 }  // namespace tarvik::desktop

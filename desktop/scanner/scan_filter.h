@@ -67,7 +67,7 @@ class ScanFilter final : public QObject {
   QTimer timer_;
   quint64 taken_ = 0;  // when the last reading ended; 0: something else has come since
   bool last_turn_ = false;
-  bool letting_go_ = false;
+  const QEvent* given_ = nullptr;  // a held key on its way out; compared only
 };
 
 }  // namespace tarvik::desktop

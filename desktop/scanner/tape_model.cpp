@@ -70,6 +70,7 @@ void TapeModel::Arrange() {
   for (const auto& [id, reading] : read) rows.push_back(reading);
   std::stable_sort(rows.begin(), rows.end(), [](const auto& one, const auto& two) {
     if (IsUnknown(*one) != IsUnknown(*two)) return IsUnknown(*one);
+    if ((one->id == 0) != (two->id == 0)) return one->id == 0;  // not written yet: the newest
     return one->id > two->id;
   });
   line_of_.clear();
@@ -94,7 +95,8 @@ std::shared_ptr<host::Lectura> TapeModel::At(const QModelIndex& index) const {
 
 QModelIndex TapeModel::IndexOf(const host::Lectura& reading) const {
   for (std::size_t i = 0; i < rows_.size(); ++i) {
-    if (rows_[i]->id == reading.id) return index(static_cast<int>(i));
+    if (rows_[i].get() == &reading || (reading.id != 0 && rows_[i]->id == reading.id))
+      return index(static_cast<int>(i));
   }
   return {};
 }
