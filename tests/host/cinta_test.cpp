@@ -251,6 +251,31 @@ TEST_F(Cinta, TwoStationsKeepOneTape) {
   EXPECT_EQ(seen.estado, lectura::kSinArticulo);
 }
 
+// The tray shows rows as they were read a moment ago.
+TEST_F(Cinta, AnOldCopyOfAnEntryIsNeitherFedNorTakenBackAgain) {
+  ana.Salida({});
+  const auto read = Lee("9999");
+  Lectura old_one = *read;
+  Servicio().Asigna(*read, "A-100");
+  ASSERT_EQ(read->estado, lectura::kRenglon);
+  EXPECT_NE(ErrorDe([&] { Servicio().Alimenta(old_one); }), "(ningún error)");
+  EXPECT_EQ(old_one.estado, lectura::kRenglon) << "it has learned what became of it";
+  Lectura before = *read;
+  Servicio().Deshace(*read);
+  EXPECT_NE(ErrorDe([&] { Servicio().Deshace(before); }), "(ningún error)");
+  EXPECT_EQ(Salidas(), "");
+}
+
+TEST_F(Cinta, WhatAnotherStationWaitsForIsFedThereAlone) {
+  const auto waiting = luis.anfitrion->Lectura("A-100");
+  ASSERT_EQ(waiting->estado, lectura::kEspera);
+  ana.Entrada({});
+  auto seen = ana.anfitrion->Cinta().at(0);
+  EXPECT_EQ(ErrorDe([&] { Servicio().Alimenta(*seen); }),
+            "La lectura es del programa de LUIS en la estación E2, que sigue abierto: atiéndala ahí");
+  EXPECT_EQ(Renglones(), "");
+}
+
 TEST_F(Cinta, ATrayWithAThousandCodesIsWorkedOff) {
   ana.Salida({});
   for (int i = 0; i < 1000; ++i) Lee("cod-" + std::to_string(i));

@@ -286,6 +286,21 @@ TEST_F(Lecturas, WithTheReaderOffOneWaitsUntilItsLineStands) {
   EXPECT_EQ(next->estado, lectura::kEspera);
 }
 
+// A routine that tells something on the way refuses nothing.
+TEST_F(Lecturas, WithTheReaderOffABoxOnTheWayLeavesItInItsRow) {
+  auto& f = EntradaAMano();
+  ana.anfitrion->Gancho("ENTRADA009", [&](forms::Form&, AmbienteLocal&) {
+    ana.plataforma.ShowBox(forms::BoxKind::Message, "Hay oferta", forms::kBoxInformation);
+  });
+  const auto read = Lee("A-100");
+  EXPECT_FALSE(ana.cajas.empty());
+  EXPECT_EQ(read->estado, lectura::kEspera);
+  f.Type(f.txtFields(campo::Cantidad), "3");
+  Escenario::Tecla(f, "F9");
+  EXPECT_EQ(read->estado, lectura::kRenglon);
+  EXPECT_EQ(read->cantidad, 3);
+}
+
 TEST_F(Lecturas, WithTheReaderOffATypedLineIsFinishedFirst) {
   auto& f = EntradaAMano();
   Escenario::Teclea(f, f.txtFields(campo::Articulo), "A-100");
