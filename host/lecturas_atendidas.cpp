@@ -118,7 +118,8 @@ void ServicioDeLecturas::Descarta(Lectura& reading, const std::string& motivo) {
 void ServicioDeLecturas::Alimenta(Lectura& reading, forms::Form* pantalla) {
   PonAlDia(reading);
   ExigeEstado(reading, {lectura::kEspera, lectura::kRechazada, lectura::kSinArticulo}, "capturar");
-  const auto [entry, own_screen] = Propia(reading);
+  const Propio own = Propia(reading);
+  const Entrada_& entry = own.lectura;
   ExigeQuieta(entry);
   if (DeOtroVivo(*entry)) {
     throw data::Error("La lectura es del programa de " + entry->usuario + " en la estación " +
@@ -127,7 +128,7 @@ void ServicioDeLecturas::Alimenta(Lectura& reading, forms::Form* pantalla) {
   auto screen = pantalla != nullptr ? std::dynamic_pointer_cast<DocumentWizard>(pantalla->shared_from_this())
                                     : Abierta(*entry);
   if (pantalla == nullptr && screen == nullptr) {
-    screen = std::dynamic_pointer_cast<DocumentWizard>(own_screen.lock());
+    screen = std::dynamic_pointer_cast<DocumentWizard>(own.pantalla.lock());
     if (screen == nullptr || !screen->Open()) screen = AlFrente();
   }
   if (screen == nullptr) throw data::Error("No hay una pantalla de entradas o salidas que la reciba");
